@@ -1,0 +1,26 @@
+# Flags that every target of the project shares.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
+                    -Woverloaded-virtual)
+if(TIDEWELL_WERROR)
+  add_compile_options(-Werror)
+endif()
+
+if(TIDEWELL_SANITIZE)
+  add_compile_options(-fsanitize=${TIDEWELL_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TIDEWELL_SANITIZE})
+else()
+  add_compile_options(-fstack-protector-strong)
+  add_link_options(-Wl,-z,relro,-z,now)
+endif()
+
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_compile_definitions(_FORTIFY_SOURCE=2)
+  add_compile_options(-ffunction-sections -fdata-sections)
+  add_link_options(-Wl,--gc-sections,--as-needed)
+endif()

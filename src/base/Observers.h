@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace tidewell {
+
+/// Keeps one observer registered; ends the registration when destroyed.
+///
+/// Main thread only. May be destroyed at any time: from inside the observer itself, from inside
+/// another observer, or after the observed object is gone.
+class Subscription {
+public:
+  Subscription() = default;
+  explicit Subscription(std::function<void()> end) : m_end(std::move(end)) {}
+  Subscription(Subscription&& other) noexcept : m_end(std::exchange(other.m_end, nullptr)) {}
+  Subscription& operator=(Subscription&& other) noexcept {
+    if (this != &other) {
+      end();
+      m_end = std::exchange(other.m_end, nullptr);
+    }
+    return *this;
+  }
+  Subscription(const Subscription&) = delete;
+  Subscription& operator=(const Subscription&) = delete;
+  ~Subscription() { end(); }
+
+  /// Ends the registration now. Does nothing when it has already ended.
+  void end() {
+    if (auto finish = std::exchange(m_end, nullptr)) {
+      finish();
+    }
+  }
+
+private:
+  std::function<void()> m_end;
+};
+
+/// An ordered list of observers that may change while it is being notified.
+///
+/// Observers hear notifications in the order of their registration. One that is added during a
+/// notification waits for the next; one that is ended during a notification is not called again.
+/// The list may itself be destroyed by one of its observers. Main thread only.
+template <class... Args> class Observers {
+public:
+  using Function = std::function<void(Args...)>;
+
+  [[nodiscard]] Subscription add(Function function) {
+    auto observer = std::make_shared<Observer>(Observer{std::move(function), true});
+    m_list->members.push_back(observer);
+    return Subscription([list = std::weak_ptr<List>(m_list), observer = std::move(observer)] {
+      observer->active = false;
+      if (auto remaining = list.lock()) {
+        remaining->sweep();
+      }
+    });
+  }
+
+  void notify(Args... args) {
+    const std::shared_ptr<List> list = m_list;
+    const std::size_t count = list->members.size();
+    ++list->depth;
+    for (std::size_t index = 0; index < count; ++index) {
+      // Held here: an observer may end itself, which must not destroy the function that is running.
+      const std::shared_ptr<Observer> observer = list->members[index];
+      if (observer->active) {
+        observer->function(args...);
+      }
+    }
+    --list->depth;
+    list->sweep();
+  }
+
+  [[nodiscard]] bool empty() const { return m_list->members.empty(); }
+
+private:
+  struct Observer {
+    Function function;
+    bool active;
+  };
+  struct List {
+    std::vector<std::shared_ptr<Observer>> members;
+    int depth = 0;
+
+    void sweep() {
+      if (depth == 0) {
+        std::erase_if(members, [](const auto& observer) { return !observer->active; });
+      }
+    }
+  };
+
+  std::shared_ptr<List> m_list = std::make_shared<List>();
+};
+
+} // namespace tidewell

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace tidewell {
+
+/// What an interface has received and sent, in bytes.
+struct ByteCounts {
+  std::int64_t bytesIn = 0;
+  std::int64_t bytesOut = 0;
+
+  friend bool operator==(const ByteCounts&, const ByteCounts&) = default;
+};
+
+/// Reads the byte counters of network interfaces.
+class InterfaceCounters {
+public:
+  InterfaceCounters() = default;
+  InterfaceCounters(const InterfaceCounters&) = delete;
+  InterfaceCounters& operator=(const InterfaceCounters&) = delete;
+  virtual ~InterfaceCounters() = default;
+
+  /// The counters of the interface of exactly this name, counted from an origin of the platform's
+  /// choice; none when there is no such interface or it cannot be read. Any thread.
+  [[nodiscard]] virtual std::optional<ByteCounts> read(const std::string& interface) = 0;
+};
+
+} // namespace tidewell

@@ -1,0 +1,27 @@
+#include "sampling/NetworkStatus.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> names = {"excellent", "good", "degraded", "down"};
+
+} // namespace
+
+std::string_view rawValue(NetworkStatus status) {
+  return names.at(static_cast<std::size_t>(status));
+}
+
+std::optional<NetworkStatus> networkStatus(std::string_view rawValue) {
+  const auto found = std::ranges::find(names, rawValue);
+  if (found == names.end()) {
+    return std::nullopt;
+  }
+  return static_cast<NetworkStatus>(found - names.begin());
+}
+
+} // namespace tidewell
