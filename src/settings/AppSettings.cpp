@@ -110,8 +110,8 @@ void AppSettings::updateLaunchAtLogin() {
       launchAtLogin() ? m_loginItem->registerItem() : m_loginItem->unregisterItem();
   if (error) {
     const std::string line = "Launch at login error: " + *error + "\n";
-    std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fflush(stdout);
+    static_cast<void>(std::fputs(line.c_str(), stdout));
+    static_cast<void>(std::fflush(stdout));
   }
 }
 
