@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Published.h"
+#include "connectivity/ConnectionInfo.h"
 
 namespace tidewell {
 
@@ -8,6 +9,9 @@ namespace tidewell {
 struct MonitorState {
   /// Whether the machine is online. Optimistic until the first report.
   Published<bool> isConnected{true};
+  /// Kind of the link in use.
+  Published<ConnectionInfo::InterfaceType> interfaceType{ConnectionInfo::InterfaceType::wifi};
+  Published<ConnectionInfo> connectionInfo;
 };
 
 } // namespace tidewell

@@ -5,7 +5,10 @@ namespace tidewell {
 class ChildProcess;
 class Clock;
 class ConfigurationStore;
+class HttpClient;
+class InterfaceAddresses;
 class InterfaceCounters;
+class PathMonitor;
 class Scheduler;
 
 /// Everything that the services know of the machine. Borrowed; outlives every service.
@@ -14,6 +17,9 @@ struct Platform {
   Clock& clock;
   InterfaceCounters& counters;
   ConfigurationStore& configuration;
+  InterfaceAddresses& addresses;
+  PathMonitor& paths;
+  HttpClient& http;
   ChildProcess& children;
 };
 

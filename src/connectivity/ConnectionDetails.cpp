@@ -1,0 +1,71 @@
+#include "connectivity/ConnectionDetails.h"
+
+#include "base/Scheduler.h"
+#include "base/Utf8.h"
+#include "platform/ConfigurationStore.h"
+#include "platform/HttpClient.h"
+#include "platform/InterfaceAddresses.h"
+#include "platform/Platform.h"
+#include "sampling/BandwidthSampler.h"
+
+#include <string_view>
+
+namespace tidewell {
+
+namespace {
+
+using InterfaceType = ConnectionInfo::InterfaceType;
+
+constexpr const char* unknown = "--";
+constexpr Seconds publicAddressWait = 3.0;
+
+std::string trimmed(std::string_view text) {
+  constexpr std::string_view blanks = " \t\r\n\v\f";
+  const auto first = text.find_first_not_of(blanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
+}
+
+} // namespace
+
+ConnectionDetails::ConnectionDetails(const Platform& platform)
+    : m_configuration(platform.configuration), m_addresses(platform.addresses),
+      m_http(platform.http) {}
+
+ConnectionInfo ConnectionDetails::fetchConnectionInfo(InterfaceType type) {
+  const std::string device = BandwidthSampler::detectPrimaryInterface(m_configuration);
+  ConnectionInfo info;
+  info.interfaceName = std::string(rawValue(type)) + " (" + device + ")";
+  info.networkName = networkName(type);
+  info.ipAddress = ipAddress(device);
+  info.publicIP = publicIP();
+  info.dns = dnsServer();
+  info.interfaceType = type;
+  return info;
+}
+
+std::string ConnectionDetails::networkName(InterfaceType type) {
+  if (type == InterfaceType::ethernet) {
+    return "Ethernet";
+  }
+  const char* const fallback = type == InterfaceType::wifi ? "Wi-Fi" : "Unknown";
+  return m_configuration.wifiNetworkName().value_or(fallback);
+}
+
+std::string ConnectionDetails::ipAddress(const std::string& interface) {
+  return m_addresses.firstIPv4(interface).value_or(unknown);
+}
+
+std::string ConnectionDetails::publicIP() {
+  const auto body = m_http.get(echoEndpoint, publicAddressWait);
+  return body && isUtf8(*body) ? trimmed(*body) : unknown;
+}
+
+std::string ConnectionDetails::dnsServer() {
+  const auto servers = m_configuration.dnsServers();
+  return servers && !servers->empty() ? servers->front() : unknown;
+}
+
+} // namespace tidewell

@@ -1,0 +1,27 @@
+#include "connectivity/ConnectionInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> names = {"Wi-Fi", "Ethernet", "Cellular", "Other"};
+
+} // namespace
+
+std::string_view rawValue(ConnectionInfo::InterfaceType type) {
+  return names.at(static_cast<std::size_t>(type));
+}
+
+std::optional<ConnectionInfo::InterfaceType> interfaceType(std::string_view rawValue) {
+  const auto* const found = std::ranges::find(names, rawValue);
+  if (found == names.end()) {
+    return std::nullopt;
+  }
+  return static_cast<ConnectionInfo::InterfaceType>(found - names.begin());
+}
+
+} // namespace tidewell

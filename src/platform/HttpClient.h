@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/Scheduler.h"
+
+#include <optional>
+#include <string>
+
+namespace tidewell {
+
+/// Fetches small texts from the internet.
+class HttpClient {
+public:
+  HttpClient() = default;
+  HttpClient(const HttpClient&) = delete;
+  HttpClient& operator=(const HttpClient&) = delete;
+  virtual ~HttpClient() = default;
+
+  /// The body of the reply to a GET, whatever its status; none when none has come after `wait`
+  /// seconds or none can come. What comes later is dropped. Blocks. Any thread.
+  [[nodiscard]] virtual std::optional<std::string> get(const std::string& url, Seconds wait) = 0;
+};
+
+} // namespace tidewell

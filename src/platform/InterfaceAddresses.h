@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tidewell {
+
+/// Reads the addresses of network interfaces.
+class InterfaceAddresses {
+public:
+  InterfaceAddresses() = default;
+  InterfaceAddresses(const InterfaceAddresses&) = delete;
+  InterfaceAddresses& operator=(const InterfaceAddresses&) = delete;
+  virtual ~InterfaceAddresses() = default;
+
+  /// The first IPv4 address, in the system's order, of the interface of exactly this name as
+  /// dotted decimals; none when it has none. Any thread.
+  [[nodiscard]] virtual std::optional<std::string> firstIPv4(const std::string& interface) = 0;
+};
+
+} // namespace tidewell

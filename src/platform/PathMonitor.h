@@ -1,0 +1,45 @@
+#pragma once
+
+#include "base/Scheduler.h"
+
+#include <functional>
+#include <memory>
+
+namespace tidewell {
+
+/// How the machine reaches the internet.
+struct PathReport {
+  /// Whether it does.
+  bool isSatisfied = false;
+  bool usesWifi = false;
+  bool usesWiredEthernet = false;
+  bool usesCellular = false;
+
+  friend bool operator==(const PathReport&, const PathReport&) = default;
+};
+
+/// Keeps the path watched; no report begins after its destruction.
+class PathWatch {
+public:
+  PathWatch() = default;
+  PathWatch(const PathWatch&) = delete;
+  PathWatch& operator=(const PathWatch&) = delete;
+  virtual ~PathWatch() = default;
+};
+
+/// Watches how the machine reaches the internet.
+class PathMonitor {
+public:
+  using Handler = std::function<void(const PathReport&)>;
+
+  PathMonitor() = default;
+  PathMonitor(const PathMonitor&) = delete;
+  PathMonitor& operator=(const PathMonitor&) = delete;
+  virtual ~PathMonitor() = default;
+
+  /// Calls the handler on `queue` with the path as it is, soon, and then once for each change.
+  /// Main thread; the queue outlives the watch.
+  [[nodiscard]] virtual std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) = 0;
+};
+
+} // namespace tidewell
