@@ -1,6 +1,7 @@
 #include "connectivity/ConnectionDetails.h"
 
 #include "base/Scheduler.h"
+#include "base/TextPieces.h"
 #include "base/Utf8.h"
 #include "platform/ConfigurationStore.h"
 #include "platform/HttpClient.h"
@@ -19,14 +20,7 @@ using InterfaceType = ConnectionInfo::InterfaceType;
 constexpr const char* unknown = "--";
 constexpr Seconds publicAddressWait = 3.0;
 
-std::string trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n\v\f";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return std::string(text.substr(first, text.find_last_not_of(blanks) - first + 1));
-}
+constexpr std::string_view blanks = " \t\r\n\v\f";
 
 } // namespace
 
@@ -60,7 +54,7 @@ std::string ConnectionDetails::ipAddress(const std::string& interface) {
 
 std::string ConnectionDetails::publicIP() {
   const auto body = m_http.get(echoEndpoint, publicAddressWait);
-  return body && isUtf8(*body) ? trimmed(*body) : unknown;
+  return body && isUtf8(*body) ? std::string(trim(*body, blanks)) : unknown;
 }
 
 std::string ConnectionDetails::dnsServer() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +15,9 @@ public:
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
   virtual ~ChildProcess() = default;
+
+  /// Names a child that was started.
+  using Id = std::int64_t;
 
   /// Starts the tool of this absolute path with these arguments, waits until it has exited and then
   /// gives back what it wrote to its standard output, whatever its exit status; none when it could

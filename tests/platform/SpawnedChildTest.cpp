@@ -26,6 +26,7 @@ protected:
     auto child = SpawnedChild::start("/bin/sh", {"-c", script});
     EXPECT_TRUE(child);
     child->wait(limit, never);
+    child->reap();
     return child->output();
   }
 };
@@ -132,6 +133,7 @@ TEST_F(SpawnedChildTest, EndsAChildAsSoonAsTheProgramEnds) {
   auto child = SpawnedChild::start("/bin/sleep", {"100"});
   ASSERT_TRUE(child);
   EXPECT_LT(secondsOf([&] { child->wait(100.0, ending); }), 10.0);
+  child->reap();
   ender.join();
 }
 

@@ -22,7 +22,8 @@ bool isReadable(const FileDescriptor& descriptor) {
 LinuxChildProcess::LinuxChildProcess() : m_ending(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
 
 std::optional<std::string> LinuxChildProcess::run(const std::string& path,
-                                                  const std::vector<std::string>& arguments) {
+                                                  const std::vector<std::string>& arguments,
+                                                  const std::function<void(Id child)>& launched) {
   const auto call = systemTool(path, arguments);
   if (!call || isReadable(m_ending)) {
     return std::nullopt;
@@ -31,8 +32,29 @@ std::optional<std::string> LinuxChildProcess::run(const std::string& path,
   if (!child) {
     return std::nullopt;
   }
+  const Id id = child->id();
+  {
+    const std::scoped_lock lock(m_mutex);
+    m_running.emplace(id, &*child);
+  }
+  if (launched) {
+    launched(id);
+  }
   child->wait(call->limit, m_ending);
+  {
+    // Until here the child is not reaped, so its identifier cannot have passed to another process.
+    const std::scoped_lock lock(m_mutex);
+    m_running.erase(id);
+  }
+  child->reap();
   return child->output();
+}
+
+void LinuxChildProcess::terminate(Id child) {
+  const std::scoped_lock lock(m_mutex);
+  if (const auto found = m_running.find(child); found != m_running.end()) {
+    found->second->terminate();
+  }
 }
 
 void LinuxChildProcess::endAll() {

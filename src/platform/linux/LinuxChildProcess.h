@@ -3,11 +3,16 @@
 #include "platform/ChildProcess.h"
 #include "platform/linux/FileDescriptor.h"
 
+#include <functional>
+#include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tidewell {
+
+class SpawnedChild;
 
 /// Runs the tools of `SystemTools` with an untranslated output (LC_ALL=C).
 ///
@@ -17,13 +22,17 @@ class LinuxChildProcess final : public ChildProcess {
 public:
   LinuxChildProcess();
 
-  [[nodiscard]] std::optional<std::string> run(const std::string& path,
-                                               const std::vector<std::string>& arguments) override;
+  [[nodiscard]] std::optional<std::string>
+  run(const std::string& path, const std::vector<std::string>& arguments,
+      const std::function<void(Id child)>& launched = {}) override;
+  void terminate(Id child) override;
 
   /// Ends every running child and lets no new one start: the program is about to exit. Any thread.
   void endAll();
 
 private:
+  std::mutex m_mutex;
+  std::map<Id, SpawnedChild*> m_running; // guarded by m_mutex
   FileDescriptor m_ending; // eventfd, readable from `endAll` on
 };
 

@@ -96,11 +96,6 @@ FileDescriptor openProcess(pid_t pid) {
   return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
 }
 
-void reap(pid_t pid) {
-  while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-  }
-}
-
 } // namespace
 
 std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
@@ -126,15 +121,23 @@ SpawnedChild::SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor erro
     : m_pid(pid), m_process(openProcess(pid)), m_output(std::move(output)),
       m_errors(std::move(errors)) {}
 
-void SpawnedChild::wait(Seconds limit, const FileDescriptor& ending) {
+void SpawnedChild::terminate() const { ::kill(m_pid, SIGTERM); }
+
+void SpawnedChild::wait(Seconds limit, const FileDescriptor& ending) const {
   const double milliseconds = std::clamp(limit * 1e3, 0.0, double{longestWaitMilliseconds});
-  if (!waitFor(static_cast<int>(milliseconds), ending.get())) {
-    ::kill(m_pid, SIGTERM);
-    if (!waitFor(graceMilliseconds, -1)) {
-      ::kill(m_pid, SIGKILL);
-    }
+  if (waitFor(static_cast<int>(milliseconds), ending.get())) {
+    return;
   }
-  reap(m_pid);
+  terminate();
+  if (!waitFor(graceMilliseconds, -1)) {
+    ::kill(m_pid, SIGKILL);
+    static_cast<void>(waitFor(longestWaitMilliseconds, -1));
+  }
+}
+
+void SpawnedChild::reap() const {
+  while (::waitpid(m_pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
 }
 
 bool SpawnedChild::waitFor(int milliseconds, int ending) const {

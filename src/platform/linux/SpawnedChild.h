@@ -19,9 +19,17 @@ public:
   [[nodiscard]] static std::optional<SpawnedChild> start(const std::string& executable,
                                                          const std::vector<std::string>& arguments);
 
+  [[nodiscard]] pid_t id() const { return m_pid; }
+
+  /// Tells the child to terminate. Any thread, until `reap`.
+  void terminate() const;
+
   /// Waits until the child has exited. Terminates it when it is still there after `limit` seconds
   /// or as soon as `ending` is readable.
-  void wait(Seconds limit, const FileDescriptor& ending);
+  void wait(Seconds limit, const FileDescriptor& ending) const;
+
+  /// Lets the kernel forget the child. Call once, after `wait`.
+  void reap() const;
 
   /// What the child has written to its standard output. Call after `wait`. A descendant that still
   /// holds the pipe open is not waited for.

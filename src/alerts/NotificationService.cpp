@@ -1,0 +1,84 @@
+#include "alerts/NotificationService.h"
+
+#include "base/Clock.h"
+#include "base/NumberText.h"
+#include "base/Scheduler.h"
+#include "platform/NotificationCenter.h"
+#include "settings/AppSettings.h"
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr Seconds cooldown = 60.0;
+
+} // namespace
+
+NotificationService::NotificationService(const AppSettings& settings, const Clock& clock,
+                                         NotificationCenter& center)
+    : m_settings(&settings), m_clock(&clock), m_center(&center) {}
+
+NotificationService& NotificationService::shared() {
+  static NotificationService service;
+  return service;
+}
+
+void NotificationService::attach(const AppSettings& settings, const Clock& clock,
+                                 NotificationCenter& center) {
+  m_settings = &settings;
+  m_clock = &clock;
+  m_center = &center;
+}
+
+void NotificationService::detach() {
+  m_settings = nullptr;
+  m_clock = nullptr;
+  m_center = nullptr;
+}
+
+void NotificationService::notifyConnectionLost() {
+  notify({"connection-lost", "Internet Connection Lost", "No internet connectivity detected."});
+}
+
+void NotificationService::notifyConnectionRestored() {
+  if (isEnabled()) {
+    send({"connection-restored", "Connection Restored",
+          "Internet connectivity has been restored."});
+  }
+}
+
+void NotificationService::notifySpeedDrop(double currentMbps, double thresholdMbps) {
+  notify({"speed-drop", "Speed Dropped Below Threshold",
+          "Download speed fell to " + fixedText(currentMbps, 1) +
+              " Mbps (threshold: " + fixedText(thresholdMbps, 0) + " Mbps)"});
+}
+
+void NotificationService::notifyHighLatency(double latencyMs, double thresholdMs) {
+  notify({"high-latency", "High Latency Detected",
+          "Latency is " + fixedText(latencyMs, 0) + " ms (threshold: " + fixedText(thresholdMs, 0) +
+              " ms)"});
+}
+
+bool NotificationService::isEnabled() const {
+  return m_center != nullptr && m_settings->showNotifications();
+}
+
+bool NotificationService::isQuietPeriod() const {
+  return !(m_clock->now() - m_lastNotificationTime > cooldown);
+}
+
+void NotificationService::notify(NotificationRequest request) {
+  if (isEnabled() && !isQuietPeriod()) {
+    send(std::move(request));
+  }
+}
+
+void NotificationService::send(NotificationRequest request) {
+  // Before the request goes out: the quiet period starts even if the desktop refuses it.
+  m_lastNotificationTime = m_clock->now();
+  m_center->add(std::move(request));
+}
+
+} // namespace tidewell

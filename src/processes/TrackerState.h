@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/Published.h"
+#include "processes/ProcessUsage.h"
+
+#include <vector>
+
+namespace tidewell {
+
+/// What the process tracker publishes. Written and observed on the main thread.
+struct TrackerState {
+  /// The heaviest programs, heaviest first, ten at the most.
+  Published<std::vector<ProcessUsage>> processes;
+};
+
+} // namespace tidewell

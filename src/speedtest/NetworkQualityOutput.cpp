@@ -1,0 +1,94 @@
+#include "speedtest/NetworkQualityOutput.h"
+
+#include "base/NumberText.h"
+#include "base/TextPieces.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::string_view digits = "0123456789";
+constexpr std::string_view digitsAndDots = "0123456789.";
+constexpr std::string_view blanks = " \t\v\f\r";
+
+std::string lowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char& letter : lower) {
+    if (letter >= 'A' && letter <= 'Z') {
+      letter = static_cast<char>(letter - 'A' + 'a');
+    }
+  }
+  return lower;
+}
+
+/// How many megabits a unit at the beginning of the text is; none when there is none.
+std::optional<double> leadingUnit(std::string_view text) {
+  constexpr std::array<std::pair<std::string_view, double>, 3> units = {
+      {{"Mbps", 1.0}, {"Gbps", 1e3}, {"Kbps", 1e-3}}};
+  for (const auto& [name, megabits] : units) {
+    if (text.starts_with(name)) {
+      return megabits;
+    }
+  }
+  return std::nullopt;
+}
+
+/// Megabits per second of the first number with a unit behind it; 0.0 without one.
+double speedOf(std::string_view line) {
+  while (true) {
+    const auto begin = line.find_first_of(digitsAndDots);
+    if (begin == std::string_view::npos) {
+      return 0.0;
+    }
+    line.remove_prefix(begin);
+    const auto number = line.substr(0, line.find_first_not_of(digitsAndDots));
+    line.remove_prefix(number.size());
+    const auto unit = line.find_first_not_of(blanks);
+    if (unit == std::string_view::npos) {
+      return 0.0;
+    }
+    if (const auto megabits = leadingUnit(line.substr(unit))) {
+      const double value = parseDouble(number).value_or(0.0);
+      return *megabits < 1.0 ? value / 1e3 : value * *megabits;
+    }
+  }
+}
+
+/// The first run of digits; 0 without one, or when it does not fit.
+std::int64_t firstWholeNumber(std::string_view line) {
+  const auto begin = line.find_first_of(digits);
+  if (begin == std::string_view::npos) {
+    return 0;
+  }
+  line.remove_prefix(begin);
+  return parseInteger<std::int64_t>(line.substr(0, line.find_first_not_of(digits))).value_or(0);
+}
+
+bool containsAny(std::string_view text, std::string_view first, std::string_view second) {
+  return text.find(first) != std::string_view::npos || text.find(second) != std::string_view::npos;
+}
+
+} // namespace
+
+SpeedTestResult parseNetworkQualityOutput(std::string_view output, double now) {
+  SpeedTestResult result;
+  result.timestamp = now;
+  for (const std::string_view line : splitAt(output, '\n')) {
+    const std::string lower = lowerCase(line);
+    if (containsAny(lower, "downlink capacity", "download capacity")) {
+      result.downloadMbps = speedOf(line);
+    } else if (containsAny(lower, "uplink capacity", "upload capacity")) {
+      result.uploadMbps = speedOf(line);
+    } else if (lower.find("responsiveness") != std::string::npos) {
+      result.responsiveness = firstWholeNumber(line);
+    }
+  }
+  return result;
+}
+
+} // namespace tidewell
