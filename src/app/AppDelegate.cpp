@@ -1,10 +1,16 @@
 #include "app/AppDelegate.h"
 
+#include "alerts/NotificationService.h"
 #include "base/Service.h"
+#include "connectivity/NetworkMonitor.h"
 #include "platform/DefaultsStore.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
+#include "processes/ProcessTracker.h"
+#include "sampling/BandwidthSampler.h"
 #include "settings/AppSettings.h"
 #include "settings/SettingsKeys.h"
+#include "speedtest/SpeedTestRunner.h"
 
 #include <string>
 
@@ -12,32 +18,106 @@ namespace tidewell {
 
 namespace {
 
+constexpr Seconds trackerInterval = 10.0;
+
 // What a stored interval that is no positive number is taken for at launch.
 constexpr Seconds usualInterval = 2.0;
 
+// Below ten kilobits a second a line is idle rather than slow.
+constexpr double idleMbps = 0.01;
+
 } // namespace
 
-AppDelegate::AppDelegate(const Platform& platform, AppSettings& settings, DefaultsStore& defaults)
-    : m_settings(settings), m_defaults(defaults),
-      m_bandwidthSampler(makeService<BandwidthSampler>(platform.scheduler.main(), platform)) {}
+AppDelegate::AppDelegate(const Platform& platform, const AppEnvironment& environment)
+    : m_environment(environment), m_networkMonitor(NetworkMonitor::make(platform)),
+      m_bandwidthSampler(makeService<BandwidthSampler>(platform.scheduler.main(), platform)),
+      m_processTracker(makeService<ProcessTracker>(platform.scheduler.main(), platform)),
+      m_speedTest(makeService<SpeedTestRunner>(platform.scheduler.main(), platform)) {}
+
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-  m_cancellables.push_back(
-      m_defaults.observe(std::string(settingsKeys::refreshInterval), [this](const auto& value) {
-        const double interval = asDouble(value).value_or(0.0);
-        if (interval > 0.0) {
-          restartSampler(interval);
-        }
-      }));
-  const double interval = m_settings.refreshInterval();
+  m_environment.notificationCenter.requestAuthorization();
+  subscribeToConnectivity();
+  subscribeToMeasurements();
+  observeSettings();
+  const double interval = m_environment.settings.refreshInterval();
   m_bandwidthSampler->start(interval > 0.0 ? interval : usualInterval);
+  if (m_environment.settings.trackPerProcess()) {
+    m_processTracker->start(trackerInterval);
+  }
 }
 
-void AppDelegate::applicationWillTerminate() { m_bandwidthSampler->stop(); }
-
-void AppDelegate::restartSampler(Seconds interval) {
+void AppDelegate::applicationWillTerminate() {
   m_bandwidthSampler->stop();
-  m_bandwidthSampler->start(interval);
+  m_processTracker->stop();
+}
+
+void AppDelegate::subscribeToConnectivity() {
+  auto& isConnected = m_networkMonitor->isConnected;
+  m_cancellables.push_back(isConnected.subscribe(
+      [this](bool connected) { m_bandwidthSampler->isConnected = connected; }));
+  m_cancellables.push_back(
+      isConnected.subscribe([this](bool connected) { connectivityChanged(connected); }));
+}
+
+void AppDelegate::subscribeToMeasurements() {
+  m_cancellables.push_back(m_bandwidthSampler->currentDownloadBytesPerSec.subscribe(
+      [this](std::int64_t bytesPerSec) { downloadRateChanged(bytesPerSec); }));
+  m_cancellables.push_back(m_bandwidthSampler->latencyMs.subscribe(
+      [this](double latencyMs) { latencyChanged(latencyMs); }));
+}
+
+void AppDelegate::observeSettings() {
+  DefaultsStore& defaults = m_environment.defaults;
+  m_cancellables.push_back(
+      defaults.observe(std::string(settingsKeys::refreshInterval), [this](const auto& value) {
+        refreshIntervalChanged(asDouble(value).value_or(0.0));
+      }));
+  m_cancellables.push_back(
+      defaults.observe(std::string(settingsKeys::trackPerProcess), [this](const auto& value) {
+        trackPerProcessChanged(asExactly<bool>(value).value_or(false));
+      }));
+}
+
+void AppDelegate::connectivityChanged(bool isConnected) {
+  if (isConnected && !m_wasConnected) {
+    m_environment.notifications.notifyConnectionRestored();
+  }
+  if (!isConnected && m_wasConnected) {
+    m_environment.notifications.notifyConnectionLost();
+  }
+  m_wasConnected = isConnected;
+}
+
+void AppDelegate::downloadRateChanged(std::int64_t bytesPerSec) {
+  const double mbps = static_cast<double>(bytesPerSec) * 8.0 / 1e6;
+  const double threshold = m_environment.settings.slowSpeedThreshold();
+  if (mbps > idleMbps && mbps < threshold) {
+    m_environment.notifications.notifySpeedDrop(mbps, threshold);
+  }
+}
+
+void AppDelegate::latencyChanged(double latencyMs) {
+  const double threshold = m_environment.settings.highLatencyThreshold();
+  if (latencyMs > 0.0 && latencyMs > threshold) {
+    m_environment.notifications.notifyHighLatency(latencyMs, threshold);
+  }
+}
+
+void AppDelegate::refreshIntervalChanged(Seconds interval) {
+  if (interval > 0.0) {
+    m_bandwidthSampler->stop();
+    m_bandwidthSampler->start(interval);
+  }
+}
+
+void AppDelegate::trackPerProcessChanged(bool isOn) {
+  if (isOn) {
+    m_processTracker->start(trackerInterval);
+  } else {
+    m_processTracker->stop();
+  }
 }
 
 } // namespace tidewell
