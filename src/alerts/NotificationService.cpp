@@ -44,8 +44,8 @@ void NotificationService::notifyConnectionLost() {
 
 void NotificationService::notifyConnectionRestored() {
   if (isEnabled()) {
-    send({"connection-restored", "Connection Restored",
-          "Internet connectivity has been restored."});
+    send(
+        {"connection-restored", "Connection Restored", "Internet connectivity has been restored."});
   }
 }
 

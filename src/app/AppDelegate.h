@@ -27,7 +27,8 @@ struct AppEnvironment {
   NotificationService& notifications;
 };
 
-/// Owns the long-lived services and wires them to each other, to the preferences and to the notices.
+/// Owns the long-lived services and wires them to each other, to the preferences and to the
+/// notices.
 ///
 /// Made, used and destroyed on the main thread.
 class AppDelegate {

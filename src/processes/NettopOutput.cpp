@@ -77,8 +77,7 @@ std::vector<ProcessUsage> parseNettopOutput(std::string_view output) {
   for (const auto& [name, traffic] : aggregate(output)) {
     const std::int64_t total = checkedAdd(traffic.bytesIn, traffic.bytesOut);
     grandTotal = checkedAdd(grandTotal, total);
-    rows.push_back(
-        {traffic.pid, std::string(name), traffic.bytesIn, traffic.bytesOut, total, 0.0});
+    rows.push_back({traffic.pid, std::string(name), traffic.bytesIn, traffic.bytesOut, total, 0.0});
   }
   if (grandTotal >= 1) {
     for (ProcessUsage& row : rows) {

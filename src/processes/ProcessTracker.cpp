@@ -52,9 +52,8 @@ std::vector<ProcessUsage> ProcessTracker::parseNettop() {
     m_background.postAfter(watchdog,
                            [&children = m_children, child] { children.terminate(child); });
   };
-  const auto output = m_children.run("/usr/bin/nettop",
-                                     {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"},
-                                     startWatchdog);
+  const auto output = m_children.run(
+      "/usr/bin/nettop", {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"}, startWatchdog);
   return output && isUtf8(*output) ? parseNettopOutput(*output) : std::vector<ProcessUsage>();
 }
 

@@ -1,13 +1,19 @@
 #pragma once
 
-#include "VirtualScheduler.h"
 #include "platform/ChildProcess.h"
 #include "platform/ConfigurationStore.h"
+#include "platform/HttpClient.h"
+#include "platform/InterfaceAddresses.h"
 #include "platform/InterfaceCounters.h"
+#include "platform/NotificationCenter.h"
+#include "platform/PathMonitor.h"
 #include "platform/Platform.h"
+#include "support/VirtualScheduler.h"
 
+#include <algorithm>
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -31,8 +37,26 @@ public:
 class FakeConfiguration final : public ConfigurationStore {
 public:
   [[nodiscard]] std::optional<std::string> primaryInterface() override { return primary; }
+  [[nodiscard]] std::optional<std::string> wifiNetworkName() override {
+    ++wifiLookups;
+    return wifiName;
+  }
+  [[nodiscard]] std::optional<std::vector<std::string>> dnsServers() override { return servers; }
 
   std::optional<std::string> primary = "eth0";
+  std::optional<std::string> wifiName;
+  std::optional<std::vector<std::string>> servers;
+  int wifiLookups = 0;
+};
+
+class FakeAddresses final : public InterfaceAddresses {
+public:
+  [[nodiscard]] std::optional<std::string> firstIPv4(const std::string& interface) override {
+    const auto found = interfaces.find(interface);
+    return found == interfaces.end() ? std::nullopt : std::optional(found->second);
+  }
+
+  std::map<std::string, std::string> interfaces;
 };
 
 /// A child process that takes virtual time and answers from a script.
@@ -49,19 +73,24 @@ public:
 
   explicit FakeChildren(VirtualScheduler& scheduler) : m_scheduler(scheduler) {}
 
-  [[nodiscard]] std::optional<std::string> run(const std::string& path,
-                                               const std::vector<std::string>& arguments) override {
+  [[nodiscard]] std::optional<std::string>
+  run(const std::string& path, const std::vector<std::string>& arguments,
+      const std::function<void(Id child)>& launched = {}) override {
     runs.push_back({path, arguments});
     Answer answer = usual;
     if (!next.empty()) {
       answer = std::move(next.front());
       next.pop_front();
     }
+    if (answer.output && launched) {
+      launched(static_cast<Id>(runs.size()));
+    }
     if (answer.takes > 0.0) {
       m_scheduler.block(answer.takes);
     }
     return answer.output;
   }
+  void terminate(Id child) override { terminated.emplace_back(child, m_scheduler.now()); }
 
   /// Output of ping whose reply took this many milliseconds.
   static std::string reply(const std::string& milliseconds) {
@@ -73,9 +102,78 @@ public:
   std::deque<Answer> next; // before `usual`
   Answer usual{reply("10.0"), 0.0};
   std::vector<Run> runs;
+  std::vector<std::pair<Id, Ticks>> terminated;
 
 private:
   VirtualScheduler& m_scheduler;
+};
+
+/// An echo endpoint that takes virtual time to answer.
+class FakeHttp final : public HttpClient {
+public:
+  explicit FakeHttp(VirtualScheduler& scheduler) : m_scheduler(scheduler) {}
+
+  [[nodiscard]] std::optional<std::string> get(const std::string& url, Seconds wait) override {
+    requests.push_back(url);
+    if (takes > 0.0) {
+      m_scheduler.block(std::min(takes, wait));
+    }
+    return takes > wait ? std::nullopt : body;
+  }
+
+  std::optional<std::string> body = "203.0.113.7\n";
+  Seconds takes = 0.0;
+  std::vector<std::string> requests;
+
+private:
+  VirtualScheduler& m_scheduler;
+};
+
+/// A path that the test changes.
+class FakePaths final : public PathMonitor {
+public:
+  [[nodiscard]] std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) override {
+    m_watching = std::make_shared<Watching>(Watching{queue, std::move(handler)});
+    return std::make_unique<Watch>(m_watching);
+  }
+  /// Reports a path to whoever watches.
+  void report(const PathReport& path) {
+    if (const auto watching = m_watching; watching && watching->active) {
+      watching->queue.post([watching, path] {
+        if (watching->active) {
+          watching->handler(path);
+        }
+      });
+    }
+  }
+  [[nodiscard]] bool isWatched() const { return m_watching && m_watching->active; }
+
+private:
+  struct Watching {
+    WorkQueue& queue;
+    Handler handler;
+    bool active = true;
+  };
+  class Watch final : public PathWatch {
+  public:
+    explicit Watch(std::shared_ptr<Watching> watching) : m_watching(std::move(watching)) {}
+    ~Watch() override { m_watching->active = false; }
+
+  private:
+    std::shared_ptr<Watching> m_watching;
+  };
+
+  std::shared_ptr<Watching> m_watching;
+};
+
+/// Keeps the notices that were to be shown.
+class FakeNotificationCenter final : public NotificationCenter {
+public:
+  void requestAuthorization() override { ++authorizations; }
+  void add(NotificationRequest request) override { requests.push_back(std::move(request)); }
+
+  int authorizations = 0;
+  std::vector<NotificationRequest> requests;
 };
 
 /// A whole machine in virtual time.
@@ -86,8 +184,11 @@ struct FakeMachine {
   VirtualClock clock{scheduler};
   FakeCounters counters;
   FakeConfiguration configuration;
+  FakeAddresses addresses;
   FakeChildren children{scheduler};
-  Platform platform{scheduler, clock, counters, configuration, children};
+  FakeHttp http{scheduler};
+  FakePaths paths;
+  Platform platform{scheduler, clock, counters, configuration, addresses, paths, http, children};
 
   /// The counters of the primary interface.
   ByteCounts& bytes() { return counters.interfaces[configuration.primary.value_or("en0")]; }

@@ -33,7 +33,7 @@ public:
 private:
   std::mutex m_mutex;
   std::map<Id, SpawnedChild*> m_running; // guarded by m_mutex
-  FileDescriptor m_ending; // eventfd, readable from `endAll` on
+  FileDescriptor m_ending;               // eventfd, readable from `endAll` on
 };
 
 } // namespace tidewell

@@ -1,0 +1,127 @@
+#include "alerts/NotificationService.h"
+
+#include "platform/LoginItem.h"
+#include "settings/AppSettings.h"
+#include "support/FakeDefaultsStore.h"
+#include "support/FakeLoginItem.h"
+#include "support/FakeMachine.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewell::test {
+namespace {
+
+class NotificationServiceTest : public testing::Test {
+protected:
+  FakeMachine machine;
+  FakeDefaultsStore defaults{machine.scheduler.main()};
+  FakeLoginItem loginItem;
+  AppSettings settings{defaults, loginItem};
+  FakeNotificationCenter center;
+  NotificationService service{settings, machine.clock, center};
+
+  void pass(Seconds span) { machine.scheduler.advance(span); }
+  std::vector<std::string> sent() const {
+    std::vector<std::string> identifiers;
+    for (const auto& request : center.requests) {
+      identifiers.push_back(request.identifier);
+    }
+    return identifiers;
+  }
+};
+
+TEST_F(NotificationServiceTest, WordsEveryNotice) {
+  service.notifyConnectionLost();
+  service.notifyConnectionRestored();
+  pass(61.0);
+  service.notifySpeedDrop(3.456, 10.0);
+  pass(61.0);
+  service.notifyHighLatency(152.6, 100.0);
+  const std::vector<NotificationRequest> expected{
+      {"connection-lost", "Internet Connection Lost", "No internet connectivity detected."},
+      {"connection-restored", "Connection Restored", "Internet connectivity has been restored."},
+      {"speed-drop", "Speed Dropped Below Threshold",
+       "Download speed fell to 3.5 Mbps (threshold: 10 Mbps)"},
+      {"high-latency", "High Latency Detected", "Latency is 153 ms (threshold: 100 ms)"}};
+  EXPECT_EQ(center.requests, expected);
+}
+
+TEST_F(NotificationServiceTest, SendsOnlyTheFirstOfTwoThirtySecondsApart) {
+  service.notifySpeedDrop(1.0, 10.0);
+  pass(30.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 1U);
+}
+
+TEST_F(NotificationServiceTest, SharesTheQuietPeriodBetweenAllKinds) {
+  service.notifySpeedDrop(1.0, 10.0);
+  pass(59.0);
+  service.notifyConnectionLost();
+  service.notifyHighLatency(500.0, 100.0);
+  EXPECT_EQ(sent(), std::vector<std::string>{"speed-drop"});
+}
+
+TEST_F(NotificationServiceTest, StaysQuietForExactlySixtySeconds) {
+  service.notifySpeedDrop(1.0, 10.0);
+  pass(60.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 1U);
+  pass(0.001);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 2U);
+}
+
+TEST_F(NotificationServiceTest, LetsTheRestoredNoticeBreakTheQuietAndRestartIt) {
+  service.notifyConnectionLost();
+  pass(10.0);
+  service.notifyConnectionRestored();
+  pass(40.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent(), (std::vector<std::string>{"connection-lost", "connection-restored"}));
+  pass(21.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().back(), "speed-drop");
+}
+
+TEST_F(NotificationServiceTest, SendsNothingWhileSwitchedOffAndKeepsItsClock) {
+  service.notifySpeedDrop(1.0, 10.0);
+  settings.setShowNotifications(false);
+  pass(50.0);
+  service.notifyConnectionRestored();
+  service.notifyConnectionLost();
+  EXPECT_EQ(sent().size(), 1U);
+  settings.setShowNotifications(true);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 1U) << "still within the minute of the one that was sent";
+  pass(11.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 2U);
+}
+
+TEST_F(NotificationServiceTest, StaysQuietLongerWhenTheClockIsSetBack) {
+  service.notifySpeedDrop(1.0, 10.0);
+  machine.clock.jump(-3600.0);
+  pass(61.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 1U);
+  service.notifyConnectionRestored();
+  pass(61.0);
+  service.notifySpeedDrop(1.0, 10.0);
+  EXPECT_EQ(sent().size(), 3U);
+}
+
+TEST_F(NotificationServiceTest, SendsNothingWithoutADesktop) {
+  NotificationService alone;
+  alone.notifyConnectionLost();
+  alone.notifyConnectionRestored();
+  service.detach();
+  service.notifyConnectionLost();
+  EXPECT_TRUE(sent().empty());
+}
+
+TEST(NotificationServiceShared, IsOneForTheProcess) {
+  EXPECT_EQ(&NotificationService::shared(), &NotificationService::shared());
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,123 @@
+#include "connectivity/ConnectionDetails.h"
+
+#include "support/FakeMachine.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewell::test {
+namespace {
+
+using InterfaceType = ConnectionInfo::InterfaceType;
+
+class ConnectionDetailsTest : public testing::Test {
+protected:
+  FakeMachine machine;
+  ConnectionDetails details{machine.platform};
+
+  /// The details as a task gathers them, since their lookups block.
+  ConnectionInfo fetch(InterfaceType type) {
+    ConnectionInfo info;
+    const auto queue = machine.scheduler.makeSerialQueue("fetch");
+    queue->post([&] { info = details.fetchConnectionInfo(type); });
+    machine.scheduler.advance(60.0);
+    return info;
+  }
+};
+
+TEST_F(ConnectionDetailsTest, DescribeAWiredLinkWithoutAskingForAWifiName) {
+  machine.configuration.primary = "en7";
+  machine.configuration.wifiName = "Harbour";
+  const ConnectionInfo info = fetch(InterfaceType::ethernet);
+  EXPECT_EQ(info.networkName, "Ethernet");
+  EXPECT_EQ(info.interfaceName, "Ethernet (en7)");
+  EXPECT_EQ(info.interfaceType, InterfaceType::ethernet);
+  EXPECT_EQ(info.signalStrength, std::nullopt);
+  EXPECT_EQ(machine.configuration.wifiLookups, 0);
+}
+
+TEST_F(ConnectionDetailsTest, NameEveryOtherLinkByItsWifiNetwork) {
+  machine.configuration.wifiName = "Harbour";
+  for (const auto type : {InterfaceType::wifi, InterfaceType::cellular, InterfaceType::other}) {
+    EXPECT_EQ(fetch(type).networkName, "Harbour");
+  }
+}
+
+TEST_F(ConnectionDetailsTest, FallBackByTheKindOfLinkWithoutAWifiName) {
+  EXPECT_EQ(fetch(InterfaceType::wifi).networkName, "Wi-Fi");
+  EXPECT_EQ(fetch(InterfaceType::cellular).networkName, "Unknown");
+  EXPECT_EQ(fetch(InterfaceType::other).networkName, "Unknown");
+}
+
+TEST_F(ConnectionDetailsTest, KeepAnEmptyWifiName) {
+  machine.configuration.wifiName = "";
+  EXPECT_EQ(fetch(InterfaceType::wifi).networkName, "");
+}
+
+TEST_F(ConnectionDetailsTest, NameTheFallbackDeviceWithoutARoute) {
+  machine.configuration.primary = std::nullopt;
+  EXPECT_EQ(fetch(InterfaceType::other).interfaceName, "Other (en0)");
+}
+
+TEST_F(ConnectionDetailsTest, GiveTheAddressOfThePrimaryInterfaceOrDashes) {
+  EXPECT_EQ(fetch(InterfaceType::ethernet).ipAddress, "--") << "only IPv6, or none";
+  machine.addresses.interfaces = {{"eth0", "192.168.1.23"}, {"eth1", "10.0.0.1"}};
+  EXPECT_EQ(fetch(InterfaceType::ethernet).ipAddress, "192.168.1.23");
+}
+
+TEST_F(ConnectionDetailsTest, AskTheEchoEndpointOnceAndTrimItsReply) {
+  machine.http.body = " \r\n203.0.113.7\n";
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "203.0.113.7");
+  EXPECT_EQ(machine.http.requests, std::vector<std::string>{"https://api.ipify.org"});
+}
+
+TEST_F(ConnectionDetailsTest, TakeAnEmptyReplyAsTheEmptyText) {
+  machine.http.body = "\n";
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "");
+  machine.http.body = "";
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "");
+}
+
+TEST_F(ConnectionDetailsTest, ShowDashesWithoutAReplyOrWithoutText) {
+  machine.http.body = std::nullopt;
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
+  machine.http.body = "\xFF\xFE";
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
+}
+
+TEST_F(ConnectionDetailsTest, WaitThreeSecondsForAReply) {
+  machine.http.takes = 3.0;
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "203.0.113.7");
+  machine.http.takes = 3.001;
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
+}
+
+TEST_F(ConnectionDetailsTest, NameTheFirstDnsServer) {
+  EXPECT_EQ(fetch(InterfaceType::ethernet).dns, "--");
+  machine.configuration.servers.emplace();
+  EXPECT_EQ(fetch(InterfaceType::ethernet).dns, "--");
+  machine.configuration.servers = {"192.168.1.1", "192.0.2.53"};
+  EXPECT_EQ(fetch(InterfaceType::ethernet).dns, "192.168.1.1");
+}
+
+TEST(ConnectionInfoTest, StartsWithKnownTexts) {
+  const ConnectionInfo info;
+  EXPECT_EQ(info.networkName, "Unknown");
+  EXPECT_EQ(info.interfaceName, "en0");
+  EXPECT_EQ(info.interfaceType, InterfaceType::wifi);
+  EXPECT_EQ(info.ipAddress, "--");
+  EXPECT_EQ(info.publicIP, "--");
+  EXPECT_EQ(info.dns, "--");
+  EXPECT_EQ(info.signalStrength, std::nullopt);
+}
+
+TEST(ConnectionInfoTest, NamesTheKindsOfLinks) {
+  EXPECT_EQ(rawValue(InterfaceType::wifi), "Wi-Fi");
+  EXPECT_EQ(rawValue(InterfaceType::ethernet), "Ethernet");
+  EXPECT_EQ(rawValue(InterfaceType::cellular), "Cellular");
+  EXPECT_EQ(rawValue(InterfaceType::other), "Other");
+  EXPECT_EQ(interfaceType("Cellular"), InterfaceType::cellular);
+  EXPECT_EQ(interfaceType("wi-fi"), std::nullopt);
+}
+
+} // namespace
+} // namespace tidewell::test

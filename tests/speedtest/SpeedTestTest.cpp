@@ -1,0 +1,140 @@
+#include "speedtest/NetworkQualityOutput.h"
+#include "speedtest/SpeedTestRunner.h"
+
+#include "base/Service.h"
+#include "support/FakeMachine.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tidewell::test {
+namespace {
+
+SpeedTestResult parse(const std::string& output) { return parseNetworkQualityOutput(output, 5.0); }
+
+TEST(NetworkQualityOutput, ReadsCapacitiesAndResponsiveness) {
+  EXPECT_EQ(parse("==== SUMMARY ====\n"
+                  "Uplink capacity: 1.25 Gbps\n"
+                  "Downlink capacity: 245.312 Mbps\n"
+                  "Responsiveness: High (2100 RPM)\n"
+                  "Idle latency: 20.5 milliseconds\n"),
+            (SpeedTestResult{5.0, 245.312, 1250.0, 2100}));
+}
+
+TEST(NetworkQualityOutput, IsAllZeroForEmptyOutput) {
+  EXPECT_EQ(parse(""), (SpeedTestResult{5.0, 0.0, 0.0, 0}));
+}
+
+TEST(NetworkQualityOutput, ConvertsUnitsByThousands) {
+  EXPECT_EQ(parse("Download capacity: 850 Kbps").downloadMbps, 0.85);
+  EXPECT_EQ(parse("Upload capacity: 12.5Mbps").uploadMbps, 12.5);
+  EXPECT_EQ(parse("UPLINK CAPACITY: 2\t Gbps").uploadMbps, 2000.0);
+}
+
+TEST(NetworkQualityOutput, KnowsNoOtherUnits) {
+  for (const char* unit : {"mbps", "Tbps", "bps", "MBps", "", "M bps"}) {
+    EXPECT_EQ(parse(std::string("Uplink capacity: 38.5 ") + unit).uploadMbps, 0.0) << unit;
+  }
+}
+
+TEST(NetworkQualityOutput, TakesTheFirstNumberThatHasAUnit) {
+  EXPECT_EQ(parse("Downlink capacity (4 flows): 100 Mbps, was 90 Mbps").downloadMbps, 100.0);
+  EXPECT_EQ(parse("Downlink capacity: 1.2.3 Mbps").downloadMbps, 0.0);
+  EXPECT_EQ(parse("Downlink capacity: . Mbps").downloadMbps, 0.0);
+  EXPECT_EQ(parse("Downlink capacity: .5 Mbps").downloadMbps, 0.5);
+  EXPECT_EQ(parse("Downlink capacity: 5. Mbps").downloadMbps, 5.0);
+  EXPECT_EQ(parse("Downlink capacity: -5 Mbps").downloadMbps, 5.0);
+}
+
+TEST(NetworkQualityOutput, LetsALaterLineWin) {
+  EXPECT_EQ(parse("Downlink capacity: 100 Mbps\nDownlink capacity: 90 Mbps").downloadMbps, 90.0);
+  EXPECT_EQ(parse("Downlink capacity: 100 Mbps\ndownload capacity unknown").downloadMbps, 0.0);
+  EXPECT_EQ(parse("Responsiveness: 100 RPM\nresponsiveness?").responsiveness, 0);
+}
+
+TEST(NetworkQualityOutput, TakesTheFirstDigitsOfAResponsivenessLine) {
+  EXPECT_EQ(parse("Responsiveness: Medium (85.313 milliseconds, 703 RPM)").responsiveness, 85);
+  EXPECT_EQ(parse("Responsiveness: 99999999999999999999").responsiveness, 0);
+}
+
+TEST(NetworkQualityOutput, StopsAtTheFirstTestThatHolds) {
+  const auto result = parse("Download capacity and responsiveness and upload capacity: 7 Mbps");
+  EXPECT_EQ(result, (SpeedTestResult{5.0, 7.0, 0.0, 0}));
+}
+
+class SpeedTestRunnerTest : public testing::Test {
+protected:
+  SpeedTestRunnerTest() { machine.children.usual = {"Downlink capacity: 100 Mbps", 20.0}; }
+
+  FakeMachine machine;
+  std::shared_ptr<SpeedTestRunner> runner =
+      makeService<SpeedTestRunner>(machine.scheduler.main(), machine.platform);
+};
+
+TEST_F(SpeedTestRunnerTest, PublishesTheResultWhenTheToolIsDone) {
+  EXPECT_FALSE(runner->isRunning.get());
+  runner->run();
+  EXPECT_TRUE(runner->isRunning.get());
+  machine.scheduler.advance(19.0);
+  EXPECT_EQ(runner->lastResult.get(), std::nullopt);
+  machine.scheduler.advance(2.0);
+  EXPECT_FALSE(runner->isRunning.get());
+  ASSERT_TRUE(runner->lastResult.get());
+  EXPECT_EQ(runner->lastResult.get()->downloadMbps, 100.0);
+  EXPECT_EQ(runner->lastResult.get()->timestamp, machine.clock.now() - 1.0);
+  EXPECT_EQ(machine.children.runs.at(0).path, "/usr/bin/networkQuality");
+  EXPECT_EQ(machine.children.runs.at(0).arguments, (std::vector<std::string>{"-s", "-v"}));
+}
+
+TEST_F(SpeedTestRunnerTest, PublishesTheResultBeforeItSaysThatItIsDone) {
+  std::vector<std::string> order;
+  const auto result =
+      runner->lastResult.subscribe([&](const auto&) { order.emplace_back("result"); });
+  const auto running =
+      runner->isRunning.subscribe([&](bool now) { order.emplace_back(now ? "running" : "idle"); });
+  order.clear();
+  runner->run();
+  machine.scheduler.advance(21.0);
+  EXPECT_EQ(order, (std::vector<std::string>{"running", "result", "idle"}));
+}
+
+TEST_F(SpeedTestRunnerTest, StartsOneTestWhenAskedTwice) {
+  runner->run();
+  runner->run();
+  machine.scheduler.advance(60.0);
+  EXPECT_EQ(machine.children.runs.size(), 1U);
+  runner->run();
+  machine.scheduler.advance(60.0);
+  EXPECT_EQ(machine.children.runs.size(), 2U);
+}
+
+TEST_F(SpeedTestRunnerTest, ForgetsAnEarlierResultWhenTheToolCannotStart) {
+  runner->run();
+  machine.scheduler.advance(60.0);
+  machine.children.usual = {std::nullopt, 0.0};
+  runner->run();
+  machine.scheduler.advance(1.0);
+  EXPECT_EQ(runner->lastResult.get(), std::nullopt);
+  EXPECT_FALSE(runner->isRunning.get());
+}
+
+TEST_F(SpeedTestRunnerTest, TakesOutputThatIsNoTextAsEmpty) {
+  machine.children.usual = {"Downlink capacity: 100 Mbps\xFF", 0.0};
+  runner->run();
+  machine.scheduler.advance(1.0);
+  ASSERT_TRUE(runner->lastResult.get());
+  EXPECT_EQ(runner->lastResult.get()->downloadMbps, 0.0);
+}
+
+TEST_F(SpeedTestRunnerTest, PublishesNothingOnceItIsGone) {
+  runner->run();
+  machine.scheduler.advance(5.0);
+  const std::weak_ptr<SpeedTestRunner> weak = runner;
+  runner.reset();
+  machine.scheduler.advance(60.0);
+  EXPECT_TRUE(weak.expired());
+}
+
+} // namespace
+} // namespace tidewell::test
