@@ -33,9 +33,11 @@ namespace {
 // megabyte of dots would end the stack.
 constexpr std::size_t mostDots = 2000;
 
-// The library counts lines and, within a line, characters, both from one.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+// The library counts lines and, within a line, characters, both from one and after the mark.
 std::optional<std::size_t> offsetOf(std::string_view text, const toml::source_position& position) {
-  std::size_t offset = 0;
+  std::size_t offset = text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
   for (toml::source_index line = 1; line < position.line; ++line) {
     const std::size_t newline = text.find('\n', offset);
     if (newline == std::string_view::npos) {
