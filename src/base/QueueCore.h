@@ -49,7 +49,7 @@ private:
     Work work;
   };
   struct Entry {
-    Work work;                    // null for a timer's firing
+    Work work; // null for a timer's firing
     std::optional<TimerId> timer;
   };
 

@@ -12,8 +12,8 @@ using Seconds = double;
 /// One piece of work handed to a queue.
 using Task = std::function<void()>;
 
-/// A running timer. Destroying it cancels it: no firing begins afterwards on its own queue; a firing
-/// that is already running on another thread runs to its end.
+/// A running timer. Destroying it cancels it: no firing begins afterwards on its own queue; a
+/// firing that is already running on another thread runs to its end.
 class Timer {
 public:
   Timer() = default;
@@ -38,10 +38,10 @@ public:
   /// Appends a task once the delay has passed; at once when the delay is not a positive number.
   virtual void postAfter(Seconds delay, Task task) = 0;
 
-  /// Starts a timer that falls due `first` seconds from now and then every `period` seconds, without
-  /// leeway. Firings that were missed (the queue was busy, the machine slept) are made up by a
-  /// single one, and the later ones keep to the original grid. A `period` that is not above zero is
-  /// taken as one that never ends, so the timer fires once.
+  /// Starts a timer that falls due `first` seconds from now and then every `period` seconds,
+  /// without leeway. Firings that were missed (the queue was busy, the machine slept) are made up
+  /// by a single one, and the later ones keep to the original grid. A `period` that is not above
+  /// zero is taken as one that never ends, so the timer fires once.
   [[nodiscard]] virtual std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) = 0;
 
   /// Whether the caller is running as a task of this queue.
@@ -63,7 +63,8 @@ public:
   [[nodiscard]] virtual WorkQueue& background() = 0;
 
   /// A new serial queue for blocking work, at utility priority. `label` names its thread.
-  /// Tasks still waiting when the queue is destroyed are dropped; the scheduler outlives its queues.
+  /// Tasks still waiting when the queue is destroyed are dropped; the scheduler outlives its
+  /// queues.
   [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeSerialQueue(std::string label) = 0;
 };
 

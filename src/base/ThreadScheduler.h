@@ -36,9 +36,9 @@ private:
   std::shared_ptr<WorkerQueue> m_background;
   std::unique_ptr<WorkQueue> m_backgroundFace;
   std::mutex m_mutex;
-  bool m_ending = false;                          // guarded by m_mutex
+  bool m_ending = false;                            // guarded by m_mutex
   std::vector<std::weak_ptr<WorkerQueue>> m_queues; // guarded by m_mutex
-  std::vector<std::thread> m_threads;             // guarded by m_mutex
+  std::vector<std::thread> m_threads;               // guarded by m_mutex
 };
 
 } // namespace tidewell

@@ -18,8 +18,8 @@ public:
   /// gives back what it wrote to its standard output, whatever its exit status; none when it could
   /// not be started. Its standard error goes to a pipe of its own that nobody reads. Any thread;
   /// blocks for the life of the child.
-  [[nodiscard]] virtual std::optional<std::string> run(const std::string& path,
-                                                       const std::vector<std::string>& arguments) = 0;
+  [[nodiscard]] virtual std::optional<std::string>
+  run(const std::string& path, const std::vector<std::string>& arguments) = 0;
 };
 
 } // namespace tidewell

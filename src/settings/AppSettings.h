@@ -21,7 +21,8 @@ class AppSettings {
 public:
   AppSettings() = default;
   /// Like `attach`.
-  AppSettings(DefaultsStore& store, LoginItem& loginItem) : m_store(&store), m_loginItem(&loginItem) {}
+  AppSettings(DefaultsStore& store, LoginItem& loginItem)
+      : m_store(&store), m_loginItem(&loginItem) {}
   AppSettings(const AppSettings&) = delete;
   AppSettings& operator=(const AppSettings&) = delete;
   ~AppSettings() = default;

@@ -1,0 +1,58 @@
+#include "base/Utf8.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::uint32_t highestCodePoint = 0x10FFFF;
+
+struct LeadByte {
+  std::size_t continuationBytes;
+  std::uint32_t bits;
+  std::uint32_t smallest; // below it the form is overlong
+};
+
+LeadByte readLead(unsigned char byte) {
+  if (byte < 0x80) {
+    return {0, byte, 0};
+  }
+  if ((byte & 0xE0U) == 0xC0) {
+    return {1, byte & 0x1FU, 0x80};
+  }
+  if ((byte & 0xF0U) == 0xE0) {
+    return {2, byte & 0x0FU, 0x800};
+  }
+  if ((byte & 0xF8U) == 0xF0) {
+    return {3, byte & 0x07U, 0x10000};
+  }
+  return {0, 0, highestCodePoint + 1}; // never valid
+}
+
+} // namespace
+
+bool isUtf8(std::string_view bytes) {
+  for (std::size_t at = 0; at < bytes.size();) {
+    const LeadByte lead = readLead(static_cast<unsigned char>(bytes[at++]));
+    std::uint32_t codePoint = lead.bits;
+    for (std::size_t count = 0; count < lead.continuationBytes; ++count) {
+      if (at == bytes.size()) {
+        return false;
+      }
+      const auto byte = static_cast<unsigned char>(bytes[at++]);
+      if ((byte & 0xC0U) != 0x80) {
+        return false;
+      }
+      codePoint = codePoint << 6U | (byte & 0x3FU);
+    }
+    const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+    if (codePoint < lead.smallest || codePoint > highestCodePoint || surrogate) {
+      return false;
+    }
+  }
+  return true;
+}
+
+} // namespace tidewell

@@ -1,0 +1,173 @@
+#include "platform/linux/SpawnedChild.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+namespace tidewell {
+
+namespace {
+
+// A child that was told to terminate has this long until it is killed.
+constexpr int graceMilliseconds = 300;
+
+// Far above what a pipe holds when its only writer has exited: a bound for a descendant that goes
+// on writing.
+constexpr std::size_t mostOutput = 1U << 20U;
+
+constexpr int longestWaitMilliseconds = 24 * 3600 * 1000;
+
+struct Pipe {
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+};
+
+std::optional<Pipe> makePipe() {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+    return std::nullopt;
+  }
+  return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts) {
+    pointers.push_back(text.data());
+  }
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+/// This process's environment with every message in the C locale.
+std::vector<std::string> untranslatedEnvironment() {
+  std::vector<std::string> variables;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    const std::string_view variable(*entry);
+    if (!variable.starts_with("LC_ALL=") && !variable.starts_with("LANGUAGE=")) {
+      variables.emplace_back(variable);
+    }
+  }
+  variables.emplace_back("LC_ALL=C");
+  return variables;
+}
+
+/// What the child starts with: the pipes, an empty input, no blocked or ignored signals.
+class SpawnSettings {
+public:
+  SpawnSettings(const Pipe& output, const Pipe& errors) {
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, output.writeEnd.get(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errors.writeEnd.get(), STDERR_FILENO);
+    posix_spawnattr_init(&attributes);
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+  ~SpawnSettings() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+
+  posix_spawn_file_actions_t actions{};
+  posix_spawnattr_t attributes{};
+};
+
+FileDescriptor openProcess(pid_t pid) {
+  return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
+}
+
+void reap(pid_t pid) {
+  while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+} // namespace
+
+std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
+                                                const std::vector<std::string>& arguments) {
+  auto output = makePipe();
+  auto errors = makePipe();
+  if (!output || !errors) {
+    return std::nullopt;
+  }
+  std::vector<std::string> words{executable};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<std::string> environment = untranslatedEnvironment();
+  const SpawnSettings settings(*output, *errors);
+  pid_t pid = 0;
+  if (::posix_spawn(&pid, executable.c_str(), &settings.actions, &settings.attributes,
+                    pointersTo(words).data(), pointersTo(environment).data()) != 0) {
+    return std::nullopt;
+  }
+  return SpawnedChild(pid, std::move(output->readEnd), std::move(errors->readEnd));
+}
+
+SpawnedChild::SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors)
+    : m_pid(pid), m_process(openProcess(pid)), m_output(std::move(output)),
+      m_errors(std::move(errors)) {}
+
+void SpawnedChild::wait(Seconds limit, const FileDescriptor& ending) {
+  const double milliseconds = std::clamp(limit * 1e3, 0.0, double{longestWaitMilliseconds});
+  if (!waitFor(static_cast<int>(milliseconds), ending.get())) {
+    ::kill(m_pid, SIGTERM);
+    if (!waitFor(graceMilliseconds, -1)) {
+      ::kill(m_pid, SIGKILL);
+    }
+  }
+  reap(m_pid);
+}
+
+bool SpawnedChild::waitFor(int milliseconds, int ending) const {
+  if (!m_process.isOpen()) {
+    return true; // a kernel without process descriptors: only the plain wait is left
+  }
+  std::array<pollfd, 2> queries{pollfd{m_process.get(), POLLIN, 0}, pollfd{ending, POLLIN, 0}};
+  const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+  while (true) {
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
+    const int ready = ::poll(queries.data(), queries.size(),
+                             static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+    if (ready >= 0 || errno != EINTR) {
+      return queries[0].revents != 0;
+    }
+  }
+}
+
+std::string SpawnedChild::output() const {
+  // Whatever the child wrote is in the pipe by now; no end of file is needed to know that.
+  ::fcntl(m_output.get(), F_SETFL, O_NONBLOCK);
+  std::string text;
+  std::array<char, 4096> piece{};
+  while (text.size() < mostOutput) {
+    const auto size = ::read(m_output.get(), piece.data(), piece.size());
+    if (size > 0) {
+      text.append(piece.data(), static_cast<std::size_t>(size));
+    } else if (size == 0 || errno != EINTR) {
+      break;
+    }
+  }
+  return text;
+}
+
+} // namespace tidewell

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/Scheduler.h"
+#include "platform/linux/FileDescriptor.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace tidewell {
+
+/// One child process with its two pipes. Used by one thread.
+class SpawnedChild {
+public:
+  /// Starts a program; none when it cannot be started. Its standard input is empty, its locale is
+  /// "C", and it inherits no other descriptor and no blocked signal.
+  [[nodiscard]] static std::optional<SpawnedChild> start(const std::string& executable,
+                                                         const std::vector<std::string>& arguments);
+
+  /// Waits until the child has exited. Terminates it when it is still there after `limit` seconds
+  /// or as soon as `ending` is readable.
+  void wait(Seconds limit, const FileDescriptor& ending);
+
+  /// What the child has written to its standard output. Call after `wait`. A descendant that still
+  /// holds the pipe open is not waited for.
+  [[nodiscard]] std::string output() const;
+
+private:
+  SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors);
+
+  [[nodiscard]] bool waitFor(int milliseconds, int ending) const;
+
+  pid_t m_pid;
+  FileDescriptor m_process; // pidfd; readable once the child has exited
+  FileDescriptor m_output;
+  FileDescriptor m_errors; // held open, never read
+};
+
+} // namespace tidewell
