@@ -85,11 +85,16 @@ detour() {
 }
 
 lossVerb() {
-  [[ ${1:-} =~ ^(100|[0-9]{1,2})$ ]] || usage
-  ip netns exec "$router" nft -f - <<END
-flush chain inet world probe
-add rule inet world probe icmp type echo-request numgen random mod 100 < $1 drop
-END
+  local chance
+  case ${1:-} in
+  0) chance='' ;;
+  100) chance=drop ;;
+  [1-9] | [1-9][0-9]) chance="numgen random mod 100 < $1 drop" ;;
+  *) usage ;;
+  esac
+  ip netns exec "$router" nft flush chain inet world probe
+  [[ ! $chance ]] ||
+    ip netns exec "$router" nft "add rule inet world probe icmp type echo-request $chance"
 }
 
 probeVerb() {
