@@ -1,0 +1,157 @@
+#include "sampling/LatencyProbe.h"
+
+#include "support/FakeMachine.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace tidewell::test {
+namespace {
+
+TEST(PingOutput, GivesTheTimeOfAReply) {
+  EXPECT_EQ(LatencyProbe::parseOutput("64 bytes from 192.0.2.1: icmp_seq=0 ttl=57 time=14.201 ms"),
+            14.201);
+  EXPECT_EQ(LatencyProbe::parseOutput(FakeChildren::reply("0.052")), 0.052);
+}
+
+TEST(PingOutput, GivesNothingWithoutAReply) {
+  EXPECT_EQ(LatencyProbe::parseOutput(
+                "Request timeout for icmp_seq 0\n\n1 packets transmitted, 0 received"),
+            std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput(""), std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput("Time=12 ms TIME=13 ms"), std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput("time<1 ms"), std::nullopt);
+}
+
+TEST(PingOutput, GivesNothingWhenNoSpaceFollowsTheTime) {
+  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3"), std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput("time="), std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3\n"), std::nullopt);
+}
+
+TEST(PingOutput, TakesATimeThatIsNoNumberAsASuccessOfZero) {
+  for (const char* text : {"time= ms", "time=abc ms", "time=12,5 ms", "time=1.2.3 ms", "time=12ms ",
+                           "time=12\nms ", "time=inf ms", "time=nan ms", "time=1e999 ms"}) {
+    EXPECT_EQ(LatencyProbe::parseOutput(text), 0.0) << text;
+  }
+}
+
+TEST(PingOutput, LooksAtTheFirstMarkOnly) {
+  EXPECT_EQ(LatencyProbe::parseOutput("time=x time=5 ms"), 0.0);
+  EXPECT_EQ(LatencyProbe::parseOutput("uptime=7 time=5 ms"), 7.0);
+}
+
+TEST(PingOutput, ReadsAsEmptyWhenItIsNoUtf8) {
+  EXPECT_EQ(LatencyProbe::parseOutput("\xFF time=12.3 ms"), std::nullopt);
+  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3 ms \xC3"), std::nullopt);
+}
+
+class LatencyProbeTest : public testing::Test {
+protected:
+  FakeMachine machine;
+  LatencyProbe prober{machine.children};
+  LineQuality quality;
+
+  void succeed(const std::string& milliseconds) {
+    machine.children.usual.output = FakeChildren::reply(milliseconds);
+    quality = prober.probe(quality);
+  }
+  void fail() {
+    machine.children.usual.output = "no answer";
+    quality = prober.probe(quality);
+  }
+};
+
+TEST_F(LatencyProbeTest, AsksPingForOneEchoOfAFixedAddress) {
+  succeed("10");
+  ASSERT_EQ(machine.children.runs.size(), 1U);
+  EXPECT_EQ(machine.children.runs[0].path, "/sbin/ping");
+  EXPECT_EQ(machine.children.runs[0].arguments,
+            (std::vector<std::string>{"-c", "1", "-W", "2000", "1.1.1.1"}));
+}
+
+TEST_F(LatencyProbeTest, NeedsTwoLatenciesForAJitter) {
+  quality.jitterMs = 3.5;
+  succeed("12.5");
+  EXPECT_EQ(quality.latencyMs, 12.5);
+  EXPECT_EQ(quality.jitterMs, 3.5);
+  EXPECT_EQ(quality.packetLossPercent, 0.0);
+}
+
+TEST_F(LatencyProbeTest, TakesJitterAsTheMeanDifferenceOfNeighbours) {
+  succeed("10");
+  succeed("20");
+  succeed("15");
+  EXPECT_EQ(quality.jitterMs, 7.5);
+}
+
+TEST_F(LatencyProbeTest, ForgetsAllButTheLastTenLatencies) {
+  succeed("1000");
+  for (int count = 0; count < 9; ++count) {
+    succeed("10");
+  }
+  EXPECT_EQ(quality.jitterMs, 110.0) << "(990 + 8 * 0) / 9";
+  succeed("10");
+  EXPECT_EQ(quality.jitterMs, 0.0);
+}
+
+TEST_F(LatencyProbeTest, RaisesLossByTenAndLowersItByFive) {
+  fail();
+  fail();
+  fail();
+  EXPECT_EQ(quality.packetLossPercent, 30.0);
+  succeed("10");
+  EXPECT_EQ(quality.packetLossPercent, 25.0);
+}
+
+TEST_F(LatencyProbeTest, KeepsLossBetweenZeroAndAHundred) {
+  quality.packetLossPercent = 96.0;
+  fail();
+  EXPECT_EQ(quality.packetLossPercent, 100.0);
+  quality.packetLossPercent = 3.0;
+  succeed("10");
+  EXPECT_EQ(quality.packetLossPercent, 0.0);
+}
+
+TEST_F(LatencyProbeTest, TakesTwentySuccessesFromAHundredToZero) {
+  for (int count = 0; count < 12; ++count) {
+    fail();
+  }
+  EXPECT_EQ(quality.packetLossPercent, 100.0);
+  for (int count = 0; count < 19; ++count) {
+    succeed("10");
+  }
+  EXPECT_EQ(quality.packetLossPercent, 5.0);
+  succeed("10");
+  EXPECT_EQ(quality.packetLossPercent, 0.0);
+}
+
+TEST_F(LatencyProbeTest, PublishesZeroLatencyAndKeepsTheJitterAfterAFailure) {
+  succeed("10");
+  succeed("30");
+  fail();
+  EXPECT_EQ(quality.latencyMs, 0.0);
+  EXPECT_EQ(quality.jitterMs, 20.0);
+  succeed("30");
+  EXPECT_EQ(quality.jitterMs, 10.0) << "the failure left no latency in the window";
+}
+
+TEST_F(LatencyProbeTest, CountsAToolThatIsMissingAsAFailure) {
+  machine.children.usual.output = std::nullopt;
+  quality = prober.probe(quality);
+  EXPECT_EQ(quality.packetLossPercent, 10.0);
+  EXPECT_EQ(quality.latencyMs, 0.0);
+}
+
+TEST_F(LatencyProbeTest, LetsATimeThatIsNoNumberEnterTheWindowAsZero) {
+  quality.packetLossPercent = 20.0;
+  succeed("10");
+  succeed("soon");
+  EXPECT_EQ(quality.latencyMs, 0.0);
+  EXPECT_EQ(quality.jitterMs, 10.0);
+  EXPECT_EQ(quality.packetLossPercent, 10.0);
+}
+
+} // namespace
+} // namespace tidewell::test

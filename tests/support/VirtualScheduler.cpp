@@ -1,0 +1,234 @@
+#include "VirtualScheduler.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+namespace tidewell::test {
+
+/// Somebody who may run: the test's own thread, or a driver.
+struct VirtualScheduler::Party {
+  std::condition_variable wake;
+};
+
+class VirtualScheduler::Queue {
+public:
+  explicit Queue(bool isConcurrent) : concurrent(isConcurrent) {}
+
+  QueueCore core;
+  const bool concurrent;
+  bool busy = false;
+  bool closed = false;
+
+  [[nodiscard]] bool mayRun() const { return !closed && (concurrent || !busy); }
+};
+
+/// A task that waits for virtual time to pass, on the stack of the driver that ran it.
+struct VirtualScheduler::Blocked {
+  Party& party;
+  Ticks until;
+};
+
+/// A thread that runs tasks; idle unless it runs or one of its tasks is blocked.
+struct VirtualScheduler::Driver {
+  Party party;
+  bool idle = true;
+  std::thread thread;
+};
+
+class VirtualScheduler::VirtualTimer final : public Timer {
+public:
+  VirtualTimer(std::shared_ptr<Queue> queue, QueueCore::TimerId timer)
+      : m_queue(std::move(queue)), m_timer(timer) {}
+  ~VirtualTimer() override { m_queue->core.cancel(m_timer); }
+
+private:
+  std::shared_ptr<Queue> m_queue;
+  QueueCore::TimerId m_timer;
+};
+
+class VirtualScheduler::Face final : public WorkQueue {
+public:
+  Face(VirtualScheduler& scheduler, std::shared_ptr<Queue> queue)
+      : m_scheduler(scheduler), m_queue(std::move(queue)) {}
+  ~Face() override {
+    m_queue->closed = true;
+    m_queue->core = {};
+  }
+  void post(Task task) override { m_queue->core.post(std::move(task)); }
+  void postAfter(Seconds delay, Task task) override {
+    m_queue->core.add(m_scheduler.m_now + toTicks(delay), Ticks::zero(), std::move(task));
+  }
+  std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) override {
+    const auto timer =
+        m_queue->core.add(m_scheduler.m_now + toTicks(first), toPeriod(period), std::move(task));
+    return std::make_unique<VirtualTimer>(m_queue, timer);
+  }
+  bool isCurrent() const override {
+    const auto& current = m_scheduler.m_current;
+    return current == m_queue || (!current && m_queue == m_scheduler.m_mainQueue);
+  }
+
+private:
+  VirtualScheduler& m_scheduler;
+  std::shared_ptr<Queue> m_queue;
+};
+
+VirtualScheduler::VirtualScheduler(std::uint64_t seed)
+    : m_random(seed), m_mainQueue(std::make_shared<Queue>(false)),
+      m_backgroundQueue(std::make_shared<Queue>(true)),
+      m_mainFace(std::make_unique<Face>(*this, m_mainQueue)),
+      m_backgroundFace(std::make_unique<Face>(*this, m_backgroundQueue)),
+      m_test(std::make_unique<Party>()), m_running(m_test.get()) {
+  m_queues.push_back(m_mainQueue);
+  m_queues.push_back(m_backgroundQueue);
+}
+
+VirtualScheduler::~VirtualScheduler() {
+  // Blocked tasks sit on drivers' stacks: let each run to its end.
+  m_ending = true;
+  while (!m_blocked.empty()) {
+    switchTo(m_blocked.back()->party, *m_test);
+  }
+  for (const auto& driver : m_drivers) {
+    {
+      const std::scoped_lock lock(m_mutex);
+      m_running = &driver->party;
+    }
+    driver->party.wake.notify_one();
+    driver->thread.join();
+  }
+}
+
+WorkQueue& VirtualScheduler::main() { return *m_mainFace; }
+
+WorkQueue& VirtualScheduler::background() { return *m_backgroundFace; }
+
+std::unique_ptr<WorkQueue> VirtualScheduler::makeSerialQueue(std::string label) {
+  m_labels.push_back(std::move(label));
+  auto queue = std::make_shared<Queue>(false);
+  std::erase_if(m_queues, [](const auto& known) { return known.expired(); });
+  m_queues.push_back(queue);
+  return std::make_unique<Face>(*this, std::move(queue));
+}
+
+void VirtualScheduler::advance(Seconds span) {
+  if (m_running != m_test.get() || m_current) {
+    throw std::logic_error("advance is for the test's own thread");
+  }
+  m_target = m_now + toTicks(span);
+  switchTo(idleDriver(), *m_test);
+}
+
+void VirtualScheduler::block(Seconds span) {
+  if (!m_current) {
+    throw std::logic_error("only a task can block");
+  }
+  if (m_ending) {
+    return;
+  }
+  Party& self = *m_running;
+  Blocked blocked{self, m_now + toTicks(span)};
+  const auto queue = std::exchange(m_current, nullptr);
+  m_blocked.push_back(&blocked);
+  switchTo(idleDriver(), self);
+  std::erase(m_blocked, &blocked);
+  m_current = queue;
+}
+
+VirtualScheduler::Party& VirtualScheduler::idleDriver() {
+  const auto idle =
+      std::ranges::find_if(m_drivers, [](const auto& driver) { return driver->idle; });
+  if (idle != m_drivers.end()) {
+    return (*idle)->party;
+  }
+  auto& driver = *m_drivers.emplace_back(std::make_unique<Driver>());
+  driver.thread = std::thread([this, &driver] {
+    while (true) {
+      {
+        std::unique_lock lock(m_mutex);
+        driver.party.wake.wait(lock, [&] { return m_running == &driver.party; });
+      }
+      if (m_ending) {
+        return;
+      }
+      driver.idle = false;
+      Party& next = drive();
+      driver.idle = true;
+      const std::scoped_lock lock(m_mutex);
+      m_running = &next;
+      next.wake.notify_one();
+    }
+  });
+  return driver.party;
+}
+
+/// Runs tasks until somebody else has to go on: a blocked task's driver, or the test.
+VirtualScheduler::Party& VirtualScheduler::drive() {
+  while (!m_ending) {
+    std::vector<std::shared_ptr<Queue>> ready;
+    for (const auto& known : m_queues) {
+      const auto queue = known.lock();
+      if (queue && queue->mayRun() && queue->core.isReady(m_now)) {
+        ready.push_back(queue);
+      }
+    }
+    std::vector<Blocked*> awake;
+    std::ranges::copy_if(m_blocked, std::back_inserter(awake),
+                         [&](const Blocked* blocked) { return blocked->until <= m_now; });
+    if (const auto choices = ready.size() + awake.size(); choices > 0) {
+      const auto choice = m_random() % choices;
+      if (choice >= ready.size()) {
+        return awake[choice - ready.size()]->party;
+      }
+      runFrom(ready[choice]);
+    } else if (!moveOn()) {
+      break;
+    }
+  }
+  return *m_test;
+}
+
+void VirtualScheduler::runFrom(const std::shared_ptr<Queue>& queue) {
+  const QueueCore::Work work = queue->core.take(m_now);
+  queue->busy = true;
+  m_current = queue;
+  (*work)();
+  m_current = nullptr;
+  queue->busy = false;
+}
+
+bool VirtualScheduler::moveOn() {
+  std::optional<Ticks> next;
+  const auto consider = [&](std::optional<Ticks> due) {
+    if (due && (!next || *due < *next)) {
+      next = due;
+    }
+  };
+  for (const auto& known : m_queues) {
+    const auto queue = known.lock();
+    if (queue && queue->mayRun()) {
+      consider(queue->core.nextDue());
+    }
+  }
+  for (const Blocked* blocked : m_blocked) {
+    consider(blocked->until);
+  }
+  if (!next || *next > m_target) {
+    m_now = m_target;
+    return false;
+  }
+  m_now = *next;
+  return true;
+}
+
+void VirtualScheduler::switchTo(Party& next, Party& self) {
+  std::unique_lock lock(m_mutex);
+  m_running = &next;
+  next.wake.notify_one();
+  self.wake.wait(lock, [&] { return m_running == &self; });
+}
+
+} // namespace tidewell::test

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "base/Clock.h"
+#include "base/QueueCore.h"
+#include "base/Scheduler.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tidewell::test {
+
+/// Every queue of a program under one virtual clock, one task at a time, in an order drawn from a
+/// seed: the same seed gives the same run.
+///
+/// A task may block (`block`): its queue then stands still for that span of virtual time while all
+/// others go on, as a thread that waits for a child process would. The test's own thread counts as
+/// the main queue between calls of `advance`.
+class VirtualScheduler final : public Scheduler {
+public:
+  explicit VirtualScheduler(std::uint64_t seed = 1);
+  ~VirtualScheduler() override;
+
+  [[nodiscard]] WorkQueue& main() override;
+  [[nodiscard]] WorkQueue& background() override;
+  [[nodiscard]] std::unique_ptr<WorkQueue> makeSerialQueue(std::string label) override;
+
+  /// Runs all that is ready or falls due in the next `span` seconds. Called by the test.
+  void advance(Seconds span);
+
+  /// Runs all that is ready now. Called by the test.
+  void settle() { advance(0.0); }
+
+  /// Blocks the task that calls it, and so its queue.
+  void block(Seconds span);
+
+  /// Virtual time since construction.
+  [[nodiscard]] Ticks now() const { return m_now; }
+
+  /// Labels of the serial queues made so far.
+  [[nodiscard]] const std::vector<std::string>& labels() const { return m_labels; }
+
+private:
+  class Queue;
+  class Face;
+  class VirtualTimer;
+  struct Party;
+  struct Blocked;
+  struct Driver;
+
+  Party& drive();
+  void runFrom(const std::shared_ptr<Queue>& queue);
+  bool moveOn();
+  void switchTo(Party& next, Party& self);
+  Party& idleDriver();
+
+  std::mt19937_64 m_random;
+  Ticks m_now = Ticks::zero();
+  Ticks m_target = Ticks::zero();
+  bool m_ending = false;
+  std::vector<std::weak_ptr<Queue>> m_queues;
+  std::shared_ptr<Queue> m_mainQueue;
+  std::shared_ptr<Queue> m_backgroundQueue;
+  std::unique_ptr<WorkQueue> m_mainFace;
+  std::unique_ptr<WorkQueue> m_backgroundFace;
+  std::shared_ptr<Queue> m_current; // whose task runs; null while the test's own thread does
+  std::vector<Blocked*> m_blocked;
+  std::vector<std::string> m_labels;
+
+  // Exactly one party runs at a time; it owns everything above.
+  std::mutex m_mutex;
+  std::unique_ptr<Party> m_test;
+  Party* m_running;
+  std::vector<std::unique_ptr<Driver>> m_drivers;
+};
+
+/// The wall clock of a virtual machine: runs with virtual time and jumps when told to.
+class VirtualClock final : public Clock {
+public:
+  explicit VirtualClock(const VirtualScheduler& scheduler, double start = 1'700'000'000.0)
+      : m_scheduler(scheduler), m_offset(start) {}
+  [[nodiscard]] double now() const override {
+    return m_offset + std::chrono::duration<double>(m_scheduler.now()).count();
+  }
+  /// Moves the wall clock, and nothing else, by so many seconds.
+  void jump(Seconds by) { m_offset += by; }
+
+private:
+  const VirtualScheduler& m_scheduler;
+  double m_offset;
+};
+
+} // namespace tidewell::test
