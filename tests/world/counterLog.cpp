@@ -4,6 +4,7 @@
 //
 //   counterLog INTERFACE [PERIOD_MICROSECONDS]
 
+#include "RealTime.h"
 #include "base/NumberText.h"
 #include "platform/linux/FileDescriptor.h"
 
@@ -79,6 +80,7 @@ int main(int argc, char** argv) {
     const char* const text = arguments[2];
     std::from_chars(text, text + std::strlen(text), period);
   }
+  tidewell::world::takePrecedence();
   std::optional<Counters> counters(interface);
   while (std::cout) {
     const double before = wallClock();

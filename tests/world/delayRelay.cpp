@@ -3,6 +3,7 @@
 //
 //   delayRelay TUN_DEVICE FIFO        the FIFO takes lines: MILLISECONDS JITTER_MILLISECONDS
 
+#include "RealTime.h"
 #include "base/NumberText.h"
 #include "platform/linux/FileDescriptor.h"
 
@@ -25,7 +26,6 @@
 #include <net/if.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/prctl.h>
 
 using tidewell::FileDescriptor;
 
@@ -164,7 +164,7 @@ int main(int argc, char** argv) {
     std::cerr << "delayRelay: cannot open the device or the FIFO\n";
     return 1;
   }
-  ::prctl(PR_SET_TIMERSLACK, 1);
+  tidewell::world::takePrecedence();
   std::cout << "ready" << std::endl;
   relay(tun, fifo);
 }

@@ -3,6 +3,7 @@
 //
 //   sender HOST PORT BYTES_PER_SEC SECONDS [FRAME_BYTES]
 
+#include "RealTime.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <algorithm>
@@ -152,6 +153,7 @@ int main(int argc, char** argv) {
     std::cerr << "sender: bad arguments\n";
     return 2;
   }
+  tidewell::world::takePrecedence();
   holdSignals();
   const Tally tally = send(*target, *rate, *seconds, *frame);
   std::cout << "{\"datagrams\": " << tally.datagrams << ", \"linkBytes\": " << tally.linkBytes

@@ -59,8 +59,9 @@ configureSpaces() {
       net.ipv6.conf.default.accept_dad=0 net.ipv6.conf.default.router_solicitations=0
     ip -n "$space" link set lo up
   done
-  # An ordinary user may ping; the router forwards and keeps its addresses while a link is down.
-  ip netns exec "$user" sysctl -qw net.ipv4.ping_group_range='0 2147483647'
+  # An ordinary user may ping. Nobody else would bring back the addresses of a link that was down.
+  ip netns exec "$user" sysctl -qw net.ipv4.ping_group_range='0 2147483647' \
+    net.ipv6.conf.all.keep_addr_on_down=1
   ip netns exec "$router" sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1 \
     net.ipv6.conf.all.keep_addr_on_down=1 net.ipv4.conf.all.rp_filter=0 \
     net.ipv4.conf.default.rp_filter=0

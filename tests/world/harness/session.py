@@ -10,7 +10,7 @@ import tempfile
 import threading
 import time
 
-from .world import tool
+from .world import RESIDENT, tool
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC
  "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -86,7 +86,7 @@ class Session:
     def start_resident(self, *wrapper):
         """Starts the resident, behind the words of a wrapping command if there is one."""
         self.resident = self.world.start(
-            "user", *wrapper, os.environ["TIDEWELL_RESIDENT"], env=self.environment,
+            "user", *wrapper, RESIDENT, env=self.environment,
             stdin=subprocess.DEVNULL, start_new_session=True,
         )
 

@@ -17,9 +17,15 @@ DISCARD = "9"
 _numbers = itertools.count()
 
 
+# Where CTest does not say what to test, it is the development build.
+_BUILD = HERE.parent.parent / "build" / "dev"
+_TOOLS = pathlib.Path(os.environ.get("TIDEWELL_WORLD_TOOLS", _BUILD / "tests" / "world"))
+RESIDENT = os.environ.get("TIDEWELL_RESIDENT", str(_BUILD / "src" / "tidewell"))
+
+
 def tool(name):
-    """The path of one of the programs built beside this folder."""
-    return str(pathlib.Path(os.environ["TIDEWELL_WORLD_TOOLS"]) / name)
+    """The path of one of the programs of this folder."""
+    return str(_TOOLS / name)
 
 
 def check():
@@ -60,9 +66,9 @@ class World:
         received, sent = text.split()
         return int(received), int(sent)
 
-    def sender(self, where, rate, seconds=600, frame=500):
+    def sender(self, where, rate, seconds=600, frame=500, host=None):
         """A constant-rate sender, towards the user from "net" and towards the net from "user"."""
-        host = USER if where == "net" else PROBED
+        host = host or (USER if where == "net" else PROBED)
         command = self.command(where, tool("sender"), host, DISCARD, rate, seconds, frame)
         return Sender(command)
 
