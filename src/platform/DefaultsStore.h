@@ -2,8 +2,10 @@
 
 #include "base/Observers.h"
 
+#include <cmath>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +15,19 @@ namespace tidewell {
 
 /// A stored preference.
 using DefaultsValue = std::variant<bool, std::int64_t, double, std::string>;
+
+/// Stored preferences under their keys.
+using DefaultsValues = std::map<std::string, DefaultsValue, std::less<>>;
+
+/// Whether both have the same type and value. Unlike "==" it takes one not-a-number for another.
+[[nodiscard]] inline bool isSame(const DefaultsValue& left, const DefaultsValue& right) {
+  const auto* leftReal = std::get_if<double>(&left);
+  const auto* rightReal = std::get_if<double>(&right);
+  if (leftReal != nullptr && rightReal != nullptr && std::isnan(*leftReal)) {
+    return std::isnan(*rightReal);
+  }
+  return left == right;
+}
 
 /// The user's persistent preferences: typed values under text keys, shared with other writers.
 class DefaultsStore {
@@ -60,6 +75,16 @@ template <class T>
     }
   }
   return std::nullopt;
+}
+
+/// What a reader sees who asks the store directly for a number: zero when there is none.
+[[nodiscard]] inline double directDouble(const DefaultsStore& store, std::string_view key) {
+  return asDouble(store.value(key)).value_or(0.0);
+}
+
+/// What a reader sees who asks the store directly for a truth value: false when there is none.
+[[nodiscard]] inline bool directBool(const DefaultsStore& store, std::string_view key) {
+  return asExactly<bool>(store.value(key)).value_or(false);
 }
 
 } // namespace tidewell

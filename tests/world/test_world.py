@@ -6,6 +6,8 @@ import subprocess
 import time
 
 from harness import case
+from harness.session import Sample
+from harness.truth import Accuracy, CounterLog
 from harness.world import SCRIPT
 
 
@@ -132,6 +134,22 @@ class TheMachine(case.WorldTestCase):
         self.assertGreaterEqual(after - before, sent["linkBytes"])
         self.world.do("switch")
         self.assertIn("dev eth0", self.user("ip", "route", "get", "1.1.1.1"))
+
+
+class TheTruth(case.WorldTestCase):
+    def test_tells_a_reading_that_is_right_from_one_that_is_a_little_off(self):
+        sender = self.world.sender("net", 1_000_000)
+        self.addCleanup(sender.stop)
+        log = CounterLog(self.world)
+        time.sleep(2.5)
+        log.stop()
+        edges = (log.readings[100], log.readings[-100])
+        rate = (edges[1][2] - edges[0][2]) / (edges[1][0] - edges[0][0])
+        for factor, error in ((1.0, 0.0), (1.005, 0.5), (0.995, 0.5)):
+            fields = [[edge[0], int(rate * factor), 0, 0, 0, 0] for edge in edges]
+            accuracy = Accuracy([Sample(0, 0, each) for each in fields], log)
+            self.assertAlmostEqual(accuracy.worst, error, delta=0.12)
+            self.assertAlmostEqual(abs(accuracy.mean_error), error, delta=0.12)
 
 
 class TheScript(case.WorldTestCase):

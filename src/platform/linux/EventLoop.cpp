@@ -167,6 +167,7 @@ void EventLoop::run() {
   while (true) {
     const bool workLeft = finishTurn();
     if (m_quit) {
+      m_quit = false;
       return;
     }
     release();

@@ -64,7 +64,7 @@ public:
   /// Serves until `quit`.
   void run();
 
-  /// Makes `run` return after the present task.
+  /// Makes `run`, or its next call, return after the present task.
   void quit();
 
 private:

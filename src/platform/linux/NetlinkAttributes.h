@@ -13,12 +13,19 @@
 
 namespace tidewell {
 
+/// Whether a message stands whole in the `left` bytes from its header on. mnl_nlmsg_ok alone takes a
+/// length beyond two gigabytes for a negative one and lets it pass.
+inline bool isWhole(const nlmsghdr* message, int left) {
+  return left >= static_cast<int>(sizeof(nlmsghdr)) &&
+         message->nlmsg_len <= static_cast<std::uint32_t>(left) && mnl_nlmsg_ok(message, left);
+}
+
 /// Calls `visit(const nlmsghdr&)` for each complete message in the bytes until it returns false.
 template <class Visit> void forEachMessage(std::span<const std::byte> bytes, Visit&& visit) {
   // libmnl reads headers in place; netlink buffers are aligned for them.
   const auto* message = reinterpret_cast<const nlmsghdr*>(bytes.data());
   int left = static_cast<int>(bytes.size());
-  while (mnl_nlmsg_ok(message, left)) {
+  while (isWhole(message, left)) {
     if (!visit(*message)) {
       return;
     }

@@ -1,5 +1,7 @@
 #include "platform/linux/RouteSocket.h"
 
+#include "platform/linux/NetlinkAttributes.h"
+
 #include <cerrno>
 #include <cstring>
 
@@ -109,7 +111,7 @@ RouteSocket::Reply RouteSocket::receive(std::uint32_t sequence) {
       return {};
     }
     const auto* header = reinterpret_cast<const nlmsghdr*>(m_buffer.data());
-    const bool mine = sender.nl_pid == 0 && mnl_nlmsg_ok(header, static_cast<int>(size)) &&
+    const bool mine = sender.nl_pid == 0 && isWhole(header, static_cast<int>(size)) &&
                       header->nlmsg_seq == sequence;
     if (mine) {
       return Reply(m_buffer).first(static_cast<std::size_t>(size));

@@ -1,0 +1,72 @@
+#include "ManualScheduler.h"
+#include "base/Service.h"
+#include "platform/ChildProcess.h"
+#include "platform/Platform.h"
+#include "platform/linux/LinuxConfigurationStore.h"
+#include "platform/linux/LinuxInterfaceCounters.h"
+#include "platform/linux/RouteSocket.h"
+#include "platform/linux/SystemClock.h"
+#include "sampling/BandwidthSampler.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+using namespace tidewell;
+
+class NoChildren final : public ChildProcess {
+public:
+  std::optional<std::string> run(const std::string&, const std::vector<std::string>&) override {
+    return std::nullopt;
+  }
+};
+
+class InstantClock final : public Clock {
+public:
+  double now() const override { return m_now += 2.0; }
+
+private:
+  mutable double m_now = 1e9;
+};
+
+/// One whole sample without a running probe: route, counters, arithmetic, publication, history.
+void sample(benchmark::State& state) {
+  bench::ManualScheduler scheduler;
+  InstantClock clock;
+  RouteSocket socket;
+  LinuxInterfaceCounters counters(socket);
+  LinuxConfigurationStore configuration(socket);
+  NoChildren children;
+  const Platform platform{scheduler, clock, counters, configuration, children};
+  const auto sampler = makeService<BandwidthSampler>(scheduler.main(), platform);
+  sampler->start(2.0);
+  scheduler.drain();
+  for (auto _ : state) {
+    scheduler.fire();
+  }
+}
+BENCHMARK(sample);
+
+/// What of it the kernel's answer about the route costs.
+void kernelRoute(benchmark::State& state) {
+  RouteSocket socket;
+  LinuxConfigurationStore configuration(socket);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(configuration.primaryInterface());
+  }
+}
+BENCHMARK(kernelRoute);
+
+/// What of it the kernel's answer about the interface costs.
+void kernelCounters(benchmark::State& state) {
+  RouteSocket socket;
+  const std::string name = LinuxConfigurationStore(socket).primaryInterface().value_or("lo");
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(socket.link(name));
+  }
+}
+BENCHMARK(kernelCounters);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/Scheduler.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tidewell::test {
+
+/// A scheduler under test together with what makes its time pass.
+class SchedulerUnderTest {
+public:
+  SchedulerUnderTest() = default;
+  SchedulerUnderTest(const SchedulerUnderTest&) = delete;
+  SchedulerUnderTest& operator=(const SchedulerUnderTest&) = delete;
+  virtual ~SchedulerUnderTest() = default;
+
+  [[nodiscard]] virtual Scheduler& scheduler() = 0;
+  /// Serves the main queue for that long.
+  virtual void run(Seconds span) = 0;
+  /// Blocks the calling task.
+  virtual void block(Seconds span) = 0;
+};
+
+/// One way to make a scheduler; the contract holds for all of them.
+struct SchedulerKind {
+  std::string name;
+  std::function<std::unique_ptr<SchedulerUnderTest>()> make;
+};
+
+class SchedulerContract : public testing::TestWithParam<SchedulerKind> {
+protected:
+  std::unique_ptr<SchedulerUnderTest> world = GetParam().make();
+  Scheduler& scheduler = world->scheduler();
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,169 @@
+#include "platform/linux/EventLoop.h"
+
+#include "base/ThreadScheduler.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include <sys/epoll.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace tidewell::test {
+namespace {
+
+struct PipePair {
+  PipePair() {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(::pipe(ends.data()), 0);
+    readEnd = FileDescriptor(ends[0]);
+    writeEnd = FileDescriptor(ends[1]);
+  }
+  void write(char byte) const { EXPECT_EQ(::write(writeEnd.get(), &byte, 1), 1); }
+  char read() const {
+    char byte = 0;
+    EXPECT_EQ(::read(readEnd.get(), &byte, 1), 1);
+    return byte;
+  }
+
+  FileDescriptor readEnd;
+  FileDescriptor writeEnd;
+};
+
+TEST(EventLoop, CallsTheHandlerOfAReadableDescriptor) {
+  EventLoop loop;
+  const PipePair pipe;
+  std::string heard;
+  const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t events) {
+    EXPECT_NE(events & EPOLLIN, 0U);
+    heard += pipe.read();
+    if (heard.size() == 2) {
+      loop.quit();
+    }
+  });
+  ASSERT_NE(watch, nullptr);
+  pipe.write('a');
+  pipe.write('b');
+  loop.run();
+  EXPECT_EQ(heard, "ab");
+}
+
+TEST(EventLoop, LetsAHandlerEndItsOwnWatchAndAnothers) {
+  EventLoop loop;
+  const PipePair first;
+  const PipePair second;
+  int calls = 0;
+  std::array<std::unique_ptr<FdWatch>, 2> watches;
+  const auto handler = [&](std::uint32_t) {
+    ++calls;
+    watches = {};
+    loop.post([&] { loop.quit(); });
+  };
+  watches[0] = loop.watch(first.readEnd.get(), EPOLLIN, handler);
+  watches[1] = loop.watch(second.readEnd.get(), EPOLLIN, handler);
+  first.write('a');
+  second.write('b');
+  loop.run();
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(EventLoop, ListensForWhatItIsToldTo) {
+  EventLoop loop;
+  const PipePair pipe;
+  int calls = 0;
+  const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t) { ++calls; });
+  watch->setEvents(0);
+  pipe.write('a');
+  loop.postAfter(0.02, [&] { loop.quit(); });
+  loop.run();
+  EXPECT_EQ(calls, 0);
+}
+
+TEST(EventLoop, SaysWhenADescriptorCannotBeWatched) {
+  EventLoop loop;
+  EXPECT_EQ(loop.watch(-1, EPOLLIN, [](std::uint32_t) {}), nullptr);
+}
+
+TEST(EventLoop, CallsBeforeSleepAfterTheTasksOfATurn) {
+  EventLoop loop;
+  std::vector<std::string> order;
+  const auto hook = loop.beforeSleep([&] {
+    order.emplace_back("before sleep");
+    if (order.size() == 3) {
+      loop.quit();
+    }
+  });
+  loop.post([&] { order.emplace_back("first"); });
+  loop.post([&] { order.emplace_back("second"); });
+  loop.run();
+  ASSERT_GE(order.size(), 3U);
+  EXPECT_EQ(order[2], "before sleep");
+}
+
+TEST(EventLoop, RunsWhatBeforeSleepPosted) {
+  EventLoop loop;
+  bool posted = false;
+  const auto hook = loop.beforeSleep([&] {
+    if (!posted) {
+      posted = true;
+      loop.post([&] { loop.quit(); });
+    }
+  });
+  loop.run();
+  EXPECT_TRUE(posted);
+}
+
+TEST(EventLoop, HoldsTheTurnBeforeAndAfterItRuns) {
+  EventLoop loop;
+  EXPECT_TRUE(loop.isCurrent());
+  loop.post([&] { loop.quit(); });
+  loop.run();
+  EXPECT_TRUE(loop.isCurrent());
+  std::thread([&] { EXPECT_FALSE(loop.isCurrent()); }).join();
+}
+
+TEST(EventLoop, GivesDescriptorsTheirChanceBesideTasksThatNeverEnd) {
+  EventLoop loop;
+  const PipePair pipe;
+  std::function<void()> forever = [&] { loop.post(forever); };
+  loop.post(forever);
+  const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t) { loop.quit(); });
+  pipe.write('a');
+  loop.run();
+}
+
+TEST(EventLoop, HearsPostsFromThreadsThatDoNotHelp) {
+  EventLoop loop;
+  std::thread outsider([&] { loop.post([&] { loop.quit(); }); });
+  loop.run();
+  outsider.join();
+}
+
+/// Voluntary context switches of the calling thread.
+long sleepsOfThisThread() {
+  rusage usage{};
+  getrusage(RUSAGE_THREAD, &usage);
+  return usage.ru_nvcsw;
+}
+
+TEST(EventLoop, IsNotWokenForAResultThatItsWorkerDelivers) {
+  EventLoop loop;
+  int delivered = 0;
+  {
+    ThreadScheduler scheduler(loop);
+    const auto queue = scheduler.makeSerialQueue("com.halden.tidewell.test");
+    const auto timer = queue->repeat(0.01, 0.01, [&] { loop.post([&] { ++delivered; }); });
+    loop.postAfter(0.5, [&] { loop.quit(); });
+    const long before = sleepsOfThisThread();
+    loop.run();
+    EXPECT_GT(delivered, 20);
+    EXPECT_LT(sleepsOfThisThread() - before, delivered / 4);
+  }
+}
+
+} // namespace
+} // namespace tidewell::test
