@@ -66,6 +66,23 @@ class ChangingInterfaces(SteadyDownload):
         self.world.do("switch")
         self.assert_right_again()
 
+    def test_routes_that_lead_the_internet_elsewhere_are_followed(self):
+        # As a tunnel does it: the default route stays where it is.
+        for half in ("0.0.0.0/1", "128.0.0.0/1"):
+            self.world.run("user", "ip", "route", "add", half, "via", "192.168.2.1")
+        for sample in self.watch.next_samples(3, 10)[1:]:
+            self.assertLess(sample.download, 1000)
+        for half in ("0.0.0.0/1", "128.0.0.0/1"):
+            self.world.run("user", "ip", "route", "del", half)
+        self.assert_right_again()
+
+    def test_with_ipv6_alone(self):
+        self.world.run("user", "ip", "route", "del", "default")
+        self.assert_right_again()
+        self.world.do("switch")
+        self.world.run("user", "ip", "route", "del", "default")
+        self.assert_right_again()
+
     def test_without_a_carrier_for_a_while(self):
         self.world.do("carrier", "off")
         time.sleep(OUTAGE)
