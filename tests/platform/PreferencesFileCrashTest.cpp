@@ -1,17 +1,20 @@
 // Writers that are killed, and writers that write at the same time.
 
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/PreferencesStorage.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,30 +44,56 @@ std::int64_t numberIn(const PreferencesStorage& storage) {
   return asExactly<std::int64_t>(reading.values.at("number")).value_or(-1);
 }
 
-// Writes ever higher numbers until it is killed.
-bool writeForEver(const PreferencesStorage& storage) {
-  for (std::int64_t number = numberIn(storage) + 1; storage.write({{"number", number}}, {});) {
-    ++number;
+using Clock = std::chrono::steady_clock;
+
+// Writes ever higher numbers until it is killed; says when it begins.
+class EndlessWriter {
+public:
+  explicit EndlessWriter(const PreferencesStorage& storage) {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(::pipe(ends.data()), 0);
+    const FileDescriptor readEnd(ends[0]);
+    const FileDescriptor writeEnd(ends[1]);
+    m_child = inChild([&] {
+      std::int64_t number = numberIn(storage) + 1;
+      bool succeeded = ::write(writeEnd.get(), "!", 1) == 1;
+      for (; succeeded; ++number) {
+        succeeded = storage.write({{"number", number}}, {}).has_value();
+      }
+      return false;
+    });
+    char begun = 0;
+    EXPECT_EQ(::read(readEnd.get(), &begun, 1), 1);
   }
-  return false;
-}
+
+  // Whether it lived until then.
+  [[nodiscard]] bool kill() const {
+    EXPECT_EQ(::kill(m_child, SIGKILL), 0);
+    const int status = statusOf(m_child);
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
+  }
+
+private:
+  pid_t m_child = -1;
+};
 
 TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
   // Large enough that a write takes its time.
   writeInPlace(directory / "preferences.toml",
-               "number = 0\nother = true\n#" + std::string(300'000, 'x') + "\n");
-  std::mt19937 random(1);
-  std::uniform_int_distribution<int> microseconds(0, 25'000);
-  std::int64_t last = 0;
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-  while (std::chrono::steady_clock::now() < end) {
-    const pid_t writer = inChild([&] { return writeForEver(storage); });
-    std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
-    ASSERT_EQ(::kill(writer, SIGKILL), 0);
-    const int status = statusOf(writer);
-    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+               "number = 0\nother = true\n#" + std::string(20'000, 'x') + "\n");
+  const auto start = Clock::now();
+  ASSERT_TRUE(storage.write({{"number", std::int64_t{1}}}, {}));
+  const auto oneWrite = Clock::now() - start;
+
+  std::mt19937 random(std::random_device{}());
+  std::uniform_real_distribution<double> lifeInWrites(0.0, 4.0);
+  std::int64_t last = 1;
+  while (Clock::now() - start < std::chrono::seconds(2)) {
+    const EndlessWriter writer(storage);
+    std::this_thread::sleep_for(oneWrite * lifeInWrites(random));
+    ASSERT_TRUE(writer.kill());
     const std::int64_t number = numberIn(storage);
     ASSERT_GE(number, last);
     last = number;
@@ -80,6 +109,7 @@ TEST(PreferencesFileCrash, WritersInSeveralProcessesLoseNoKey) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
   std::vector<pid_t> children;
+  children.reserve(writers);
   for (int writer = 0; writer < writers; ++writer) {
     children.push_back(inChild([&storage, writer] {
       bool succeeded = true;
