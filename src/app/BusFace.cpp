@@ -93,7 +93,7 @@ void BusFace::appear(sd_bus& bus) {
   });
 }
 
-void BusFace::nameAnswered(sd_bus_message& reply) {
+void BusFace::nameAnswered(sd_bus_message& reply) const {
   // The bus's answers: 1 the name is ours, 3 it exists and we do not wait for it.
   constexpr std::uint32_t exists = 3;
   std::uint32_t answer = 0;

@@ -38,7 +38,7 @@ public:
 private:
   void describe(SamplerState& sampler, MonitorState& monitor, const AppSettings& settings);
   void appear(sd_bus& bus);
-  void nameAnswered(sd_bus_message& reply);
+  void nameAnswered(sd_bus_message& reply) const;
   void announceSample(const SnapshotList& samples);
 
   Actions m_actions;

@@ -32,7 +32,7 @@ std::string currentDesktop() {
 } // namespace
 
 ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const Sources& sources,
-                             BusFace::Actions actions)
+                             const BusFace::Actions& actions)
     : m_sources(sources),
       m_face(main, bus, sources.sampler, sources.monitor, sources.settings, actions),
       m_item(bus, [](int, int) {}), m_menu(bus, StatusItem::menuPath, menuRows(actions.quit)),

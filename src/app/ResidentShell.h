@@ -29,7 +29,8 @@ public:
   };
 
   /// Borrows queue and bus.
-  ResidentShell(WorkQueue& main, SessionBus& bus, const Sources& sources, BusFace::Actions actions);
+  ResidentShell(WorkQueue& main, SessionBus& bus, const Sources& sources,
+                const BusFace::Actions& actions);
 
 private:
   void refresh();

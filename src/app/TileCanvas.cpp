@@ -39,11 +39,13 @@ void TileCanvas::fillRounded(Colour colour, double radius) {
 }
 
 void TileCanvas::stamp(const GlyphSet& set, Glyph glyph, int x, int y, Colour colour) {
-  const auto size = static_cast<std::size_t>(set.advance * set.rows());
+  const auto size = static_cast<std::size_t>(set.advance) * static_cast<std::size_t>(set.rows());
   const auto image = set.images.subspan(size * static_cast<std::size_t>(glyph), size);
   for (int row = std::max(0, -y); row < std::min(set.rows(), m_height - y); ++row) {
     for (int column = std::max(0, -x); column < std::min(set.advance, m_width - x); ++column) {
-      const int coverage = image[static_cast<std::size_t>(row * set.advance + column)];
+      const int coverage =
+          image[static_cast<std::size_t>(row) * static_cast<std::size_t>(set.advance) +
+                static_cast<std::size_t>(column)];
       std::uint8_t* const target = pixel(x + column, y + row);
       target[1] = blend(target[1], colour.red, coverage);
       target[2] = blend(target[2], colour.green, coverage);

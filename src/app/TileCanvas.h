@@ -35,7 +35,9 @@ public:
 
 private:
   [[nodiscard]] std::uint8_t* pixel(int x, int y) const {
-    return &m_argb[static_cast<std::size_t>(y * m_width + x) * 4];
+    return &m_argb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
+                    static_cast<std::size_t>(x)) *
+                   4];
   }
 
   std::span<std::uint8_t> m_argb;
