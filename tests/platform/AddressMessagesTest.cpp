@@ -35,7 +35,7 @@ TEST(AddressMessages, GiveTheFirstAddressOfTheInterface) {
 }
 
 TEST(AddressMessages, GiveOurOwnEndOfAPointToPointLink) {
-  const auto both = address(3).data(IFA_ADDRESS, "\x0A\0\0\2"sv).data(IFA_LOCAL, "\x0A\0\0\1"sv);
+  auto both = address(3).data(IFA_ADDRESS, "\x0A\0\0\2"sv).data(IFA_LOCAL, "\x0A\0\0\1"sv);
   EXPECT_EQ(parseFirstIPv4(both.bytes(), 3), "10.0.0.1");
   EXPECT_EQ(parseFirstIPv4(address(3).data(IFA_ADDRESS, "\x0A\0\0\2"sv).bytes(), 3), "10.0.0.2");
 }

@@ -152,7 +152,7 @@ TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheAddressChanged) {
   begin();
   ASSERT_TRUE(hasReports(1));
   EXPECT_TRUE(shell("ip addr add 203.0.113.5/24 dev wan0 && ip addr del 192.0.2.1/24 dev wan0 && "
-                    "ip route add default via 203.0.113.254"));
+                    "ip route replace default via 203.0.113.254"));
   ASSERT_TRUE(hasReports(2));
   EXPECT_EQ(reports, (std::vector{wired, wired}));
 }

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <poll.h>
 
@@ -151,9 +152,13 @@ TEST_F(PublicAddressTest, TrustsNoCertificateOfAnotherName) {
 
 TEST_F(PublicAddressTest, SpeaksNothingButHttps) {
   writeInPlace(directory / "secret", "secret");
-  for (const std::string address :
-       {"file://" + (directory / "secret").string(), std::string("http://127.0.0.1:8443"),
-        std::string("ftp://x"), std::string(), std::string("-v"), std::string("https://")}) {
+  const std::vector<std::string> addresses = {"file://" + (directory / "secret").string(),
+                                              "http://127.0.0.1:8443",
+                                              "ftp://x",
+                                              "",
+                                              "-v",
+                                              "https://"};
+  for (const std::string& address : addresses) {
     EXPECT_EQ(get(address), std::nullopt) << address;
   }
 }

@@ -14,29 +14,30 @@ namespace tidewell::test {
 class NetlinkMessage {
 public:
   template <class Header> NetlinkMessage(std::uint16_t type, const Header& header) : m_bytes(4096) {
-    m_header = mnl_nlmsg_put_header(m_bytes.data());
-    m_header->nlmsg_type = type;
-    std::memcpy(mnl_nlmsg_put_extra_header(m_header, sizeof header), &header, sizeof header);
+    mnl_nlmsg_put_header(m_bytes.data())->nlmsg_type = type;
+    std::memcpy(mnl_nlmsg_put_extra_header(message(), sizeof header), &header, sizeof header);
   }
   NetlinkMessage& text(std::uint16_t type, const char* value) {
-    mnl_attr_put_strz(m_header, type, value);
+    mnl_attr_put_strz(message(), type, value);
     return *this;
   }
   NetlinkMessage& data(std::uint16_t type, std::string_view value) {
-    mnl_attr_put(m_header, type, value.size(), value.data());
+    mnl_attr_put(message(), type, value.size(), value.data());
     return *this;
   }
   template <class T> NetlinkMessage& number(std::uint16_t type, T value) {
-    mnl_attr_put(m_header, type, sizeof value, &value);
+    mnl_attr_put(message(), type, sizeof value, &value);
     return *this;
   }
-  std::vector<std::byte> bytes() const {
-    return {m_bytes.begin(), m_bytes.begin() + m_header->nlmsg_len};
+  std::vector<std::byte> bytes() {
+    const auto size = static_cast<std::ptrdiff_t>(message()->nlmsg_len);
+    return {m_bytes.begin(), m_bytes.begin() + size};
   }
 
 private:
+  nlmsghdr* message() { return reinterpret_cast<nlmsghdr*>(m_bytes.data()); }
+
   std::vector<std::byte> m_bytes;
-  nlmsghdr* m_header;
 };
 
 inline std::vector<std::byte> operator+(std::vector<std::byte> left,
