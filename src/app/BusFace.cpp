@@ -1,10 +1,14 @@
 #include "app/BusFace.h"
 
+#include "app/BusValues.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
 #include "platform/linux/SessionBus.h"
+#include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
+#include "speedtest/SpeedTestState.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -15,52 +19,29 @@ namespace {
 constexpr const char* objectPath = "/com/halden/Tidewell";
 constexpr const char* interfaceName = "com.halden.Tidewell";
 
-constexpr const char* sampleType = "dxxddd";
-
-int appendSample(sd_bus_message& message, const NetworkSnapshot& sample) {
-  return sd_bus_message_append(&message, sampleType, sample.timestamp(),
-                               sample.downloadBytesPerSec(), sample.uploadBytesPerSec(),
-                               sample.latencyMs(), sample.jitterMs(), sample.packetLossPercent());
-}
-
-int appendSamples(sd_bus_message& message, const SnapshotList& samples) {
-  int result = sd_bus_message_open_container(&message, 'a', "(dxxddd)");
-  for (const auto& sample : samples) {
-    if (result >= 0) {
-      result = sd_bus_message_open_container(&message, 'r', sampleType);
-    }
-    if (result >= 0) {
-      result = appendSample(message, *sample);
-    }
-    if (result >= 0) {
-      result = sd_bus_message_close_container(&message);
-    }
-  }
-  return result < 0 ? result : sd_bus_message_close_container(&message);
-}
-
 } // namespace
 
-BusFace::BusFace(WorkQueue& main, SessionBus& bus, SamplerState& sampler, MonitorState& monitor,
-                 const AppSettings& settings, Actions actions)
+BusFace::BusFace(WorkQueue& main, SessionBus& bus, const ResidentSources& sources, Actions actions)
     : m_actions(std::move(actions)), m_object(objectPath, interfaceName),
       m_changes(main, [this] { m_object.announce(); }) {
-  describe(sampler, monitor, settings);
-  m_changes.watch(monitor.isConnected);
-  m_samples = sampler.snapshots.subscribe([this](const SnapshotList& samples) {
-    announceSample(samples);
-    m_changes.mark();
-  });
+  describeMeasurements(sources);
+  describeConnection(sources.monitor);
+  describeResults(sources);
+  describeRequests();
+  watch(sources);
   m_lost = bus.onLost([this] {
-    m_nameRequest.reset();
+    m_call.reset();
     m_object.disappear();
+    m_bus = nullptr;
   });
   m_connected = bus.onConnected([this](sd_bus& connection) { appear(connection); });
 }
 
-void BusFace::describe(SamplerState& sampler, MonitorState& monitor, const AppSettings& settings) {
-  m_object.property("MenubarText", "s", [&] {
-    return BusValue(MenubarLabel(sampler, monitor, settings).menubarString());
+void BusFace::describeMeasurements(const ResidentSources& sources) {
+  SamplerState& sampler = sources.sampler;
+  m_object.property("MenubarText", "s", [sources] {
+    const MenubarLabel label(sources.sampler, sources.monitor, sources.settings);
+    return BusValue(label.menubarString());
   });
   m_object.property("Status", "s",
                     [&] { return BusValue(std::string(rawValue(sampler.currentStatus()))); });
@@ -72,35 +53,106 @@ void BusFace::describe(SamplerState& sampler, MonitorState& monitor, const AppSe
   m_object.property("JitterMs", "d", [&] { return BusValue(sampler.jitterMs.get()); });
   m_object.property("PacketLossPercent", "d",
                     [&] { return BusValue(sampler.packetLossPercent.get()); });
-  m_object.silentProperty("Samples", "a(dxxddd)", [&](sd_bus_message& reply) {
+  m_object.silentProperty("Samples", busTypes::samples, [&](sd_bus_message& reply) {
     return appendSamples(reply, sampler.snapshots.get());
   });
-  m_object.signal("SampleAdded", sampleType);
-  m_object.method("Quit", "", "", [this](sd_bus_message&, sd_bus_message&) {
-    m_actions.quit();
-    return 0;
+  m_object.signal("SampleAdded", busTypes::sample);
+}
+
+void BusFace::describeConnection(MonitorState& monitor) {
+  const auto detail = [&](const char* property, std::string ConnectionInfo::*field) {
+    m_object.property(property, "s",
+                      [&monitor, field] { return BusValue(monitor.connectionInfo.get().*field); });
+  };
+  m_object.property("IsConnected", "b", [&] { return BusValue(monitor.isConnected.get()); });
+  m_object.property("InterfaceType", "s",
+                    [&] { return BusValue(std::string(rawValue(monitor.interfaceType.get()))); });
+  detail("NetworkName", &ConnectionInfo::networkName);
+  detail("InterfaceName", &ConnectionInfo::interfaceName);
+  detail("IpAddress", &ConnectionInfo::ipAddress);
+  detail("PublicIp", &ConnectionInfo::publicIP);
+  detail("Dns", &ConnectionInfo::dns);
+}
+
+void BusFace::describeResults(const ResidentSources& sources) {
+  TrackerState& tracker = sources.tracker;
+  SpeedTestState& speedTest = sources.speedTest;
+  m_object.property(
+      "Processes", busTypes::processes,
+      [&](sd_bus_message& reply) { return appendProcesses(reply, tracker.processes.get()); },
+      [&] { return BusValue(digestOf(tracker.processes.get())); });
+  m_object.property("SpeedTestIsRunning", "b", [&] { return BusValue(speedTest.isRunning.get()); });
+  m_object.property(
+      "LastSpeedTest", busTypes::speedTests,
+      [&](sd_bus_message& reply) { return appendSpeedTest(reply, speedTest.lastResult.get()); },
+      [&] {
+        const auto& result = speedTest.lastResult.get();
+        return BusValue(result ? result->timestamp : 0.0);
+      });
+}
+
+void BusFace::describeRequests() {
+  const auto request = [this](const char* method, std::function<void()> action) {
+    m_object.method(method, "", "", [action = std::move(action)](auto&, auto&) {
+      action();
+      return 0;
+    });
+  };
+  const auto window = [this](const char* which) {
+    return [this, which] {
+      m_object.emit("WindowRequested", [which](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "s", which);
+      });
+    };
+  };
+  m_object.signal("WindowRequested", "s");
+  request("OpenPanel", window("panel"));
+  request("OpenDetail", window("detail"));
+  request("OpenSettings", window("settings"));
+  request("RunSpeedTest", m_actions.runSpeedTest);
+  request("Quit", m_actions.quit);
+}
+
+void BusFace::watch(const ResidentSources& sources) {
+  m_changes.watch(sources.monitor.isConnected);
+  m_changes.watch(sources.monitor.connectionInfo);
+  m_changes.watch(sources.tracker.processes);
+  m_changes.watch(sources.speedTest.isRunning);
+  m_changes.watch(sources.speedTest.lastResult);
+  m_samples = sources.sampler.snapshots.subscribe([this](const SnapshotList& samples) {
+    announceSample(samples);
+    m_changes.mark();
   });
 }
 
 void BusFace::appear(sd_bus& bus) {
+  m_bus = &bus;
   m_object.appear(bus);
   const auto answered = [](sd_bus_message* reply, void* self, sd_bus_error*) {
     static_cast<BusFace*>(self)->nameAnswered(*reply);
     return 0;
   };
-  m_nameRequest = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
+  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
     return sd_bus_request_name_async(&bus, slot, name, 0, answered, this);
   });
 }
 
-void BusFace::nameAnswered(sd_bus_message& reply) const {
+void BusFace::nameAnswered(sd_bus_message& reply) {
   // The bus's answers: 1 the name is ours, 3 it exists and we do not wait for it.
   constexpr std::uint32_t exists = 3;
   std::uint32_t answer = 0;
-  if (sd_bus_message_is_method_error(&reply, nullptr) == 0 &&
-      sd_bus_message_read(&reply, "u", &answer) >= 0 && answer == exists) {
-    m_actions.alreadyRunning();
+  if (sd_bus_message_is_method_error(&reply, nullptr) != 0 ||
+      sd_bus_message_read(&reply, "u", &answer) < 0 || answer != exists) {
+    return;
   }
+  const auto asked = [](sd_bus_message*, void* self, sd_bus_error*) {
+    static_cast<BusFace*>(self)->m_actions.alreadyRunning();
+    return 0;
+  };
+  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
+    return sd_bus_call_method_async(m_bus, slot, name, objectPath, interfaceName, "OpenPanel",
+                                    asked, this, nullptr);
+  });
 }
 
 void BusFace::announceSample(const SnapshotList& samples) {

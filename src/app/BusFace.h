@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ChangeCoalescer.h"
+#include "app/ResidentSources.h"
 #include "base/Observers.h"
 #include "platform/linux/BusObject.h"
 #include "sampling/NetworkSnapshot.h"
@@ -9,10 +10,7 @@
 
 namespace tidewell {
 
-class AppSettings;
 class SessionBus;
-struct MonitorState;
-struct SamplerState;
 
 /// The program's own interface on the session bus: what it publishes as properties, a signal for
 /// each sample, and a few requests. Described in docs/dbus.md. Main thread.
@@ -24,26 +22,31 @@ public:
   /// What the requests do.
   struct Actions {
     std::function<void()> quit;
-    /// Another process owns the name: the program runs already.
+    /// Another process owns the name, so the program runs already; it has been asked for its panel.
     std::function<void()> alreadyRunning;
+    std::function<void()> runSpeedTest;
   };
 
   /// Claims the name whenever there is a bus. Borrows everything.
-  BusFace(WorkQueue& main, SessionBus& bus, SamplerState& sampler, MonitorState& monitor,
-          const AppSettings& settings, Actions actions);
+  BusFace(WorkQueue& main, SessionBus& bus, const ResidentSources& sources, Actions actions);
 
   /// Tells readers of a change of the preferences that shows.
   void settingsChanged() { m_changes.mark(); }
 
 private:
-  void describe(SamplerState& sampler, MonitorState& monitor, const AppSettings& settings);
+  void describeMeasurements(const ResidentSources& sources);
+  void describeConnection(MonitorState& monitor);
+  void describeResults(const ResidentSources& sources);
+  void describeRequests();
+  void watch(const ResidentSources& sources);
   void appear(sd_bus& bus);
-  void nameAnswered(sd_bus_message& reply) const;
+  void nameAnswered(sd_bus_message& reply);
   void announceSample(const SnapshotList& samples);
 
   Actions m_actions;
   BusObject m_object;
-  BusSlot m_nameRequest;
+  sd_bus* m_bus = nullptr;
+  BusSlot m_call; // the name request, or the request to the instance that runs
   ChangeCoalescer m_changes;
   Subscription m_samples;
   Subscription m_lost;

@@ -8,6 +8,7 @@
 #include "settings/SettingsKeys.h"
 
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,11 +32,10 @@ std::string currentDesktop() {
 
 } // namespace
 
-ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const Sources& sources,
+ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSources& sources,
                              const BusFace::Actions& actions)
-    : m_sources(sources),
-      m_face(main, bus, sources.sampler, sources.monitor, sources.settings, actions),
-      m_item(bus, [](int, int) {}), m_menu(bus, StatusItem::menuPath, menuRows(actions.quit)),
+    : m_sources(sources), m_face(main, bus, sources, actions), m_item(bus, [](int, int) {}),
+      m_menu(bus, StatusItem::menuPath, menuRows(actions.quit)),
       m_changes(main, [this] { refresh(); }),
       m_watcher(main, bus, [this](const std::string& process) {
         m_item.setPresentation(presentationFor(process, currentDesktop()));

@@ -1,54 +1,100 @@
+#include "alerts/NotificationService.h"
 #include "app/AppDelegate.h"
 #include "app/ResidentShell.h"
 #include "base/ThreadScheduler.h"
-#include "connectivity/MonitorState.h"
+#include "connectivity/NetworkMonitor.h"
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/ConfigurationDirectory.h"
+#include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/EventLoop.h"
+#include "platform/linux/HelperProgram.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/LinuxConfigurationStore.h"
+#include "platform/linux/LinuxHttpClient.h"
+#include "platform/linux/LinuxInterfaceAddresses.h"
 #include "platform/linux/LinuxInterfaceCounters.h"
+#include "platform/linux/LinuxPathMonitor.h"
+#include "platform/linux/NotificationSound.h"
 #include "platform/linux/PreferencesFile.h"
 #include "platform/linux/RouteSocket.h"
 #include "platform/linux/SessionBus.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TerminationSignals.h"
+#include "processes/ProcessTracker.h"
+#include "sampling/BandwidthSampler.h"
 #include "settings/AppSettings.h"
+#include "speedtest/SpeedTestRunner.h"
 
-using namespace tidewell;
+#include <string>
 
-int main() {
-  EventLoop loop;
-  const TerminationSignals signals(loop, [&loop] { loop.quit(); });
+namespace tidewell {
+namespace {
 
-  const std::string configuration = configurationDirectory();
-  PreferencesFile preferences(configuration + "/tidewell/preferences.toml", loop);
-  AutostartLoginItem loginItem(configuration, runningProgram());
-  AppSettings& settings = AppSettings::shared();
-  settings.attach(preferences, loginItem);
+/// The machine, as the services see it.
+struct Machine {
+  explicit Machine(EventLoop& loop, const std::string& program)
+      : http(helperProgram(program, "publicAddress")),
+        paths(loop, routes, [this](bool isSatisfied) { http.setPathSatisfied(isSatisfied); }) {}
+
+  /// Ends what would keep a worker waiting.
+  void endWaits() {
+    children.endAll();
+    http.endAll();
+  }
 
   SystemClock clock;
   RouteSocket routes;
-  LinuxInterfaceCounters counters(routes);
-  LinuxConfigurationStore network(routes);
+  LinuxInterfaceCounters counters{routes};
+  LinuxConfigurationStore configuration{routes};
+  LinuxInterfaceAddresses addresses;
   LinuxChildProcess children;
-  SessionBus bus(loop);
+  LinuxHttpClient http;
+  LinuxPathMonitor paths;
+};
 
-  {
-    // Threads end before what they use, and services before the threads they post to.
-    ThreadScheduler scheduler(loop);
-    const Platform platform{scheduler, clock, counters, network, children};
-    AppDelegate delegate(platform, settings, preferences);
-    MonitorState monitor;
-    const auto quit = [&loop] { loop.quit(); };
-    ResidentShell shell(loop, bus, {delegate.bandwidthSampler(), monitor, settings, preferences},
-                        {quit, quit});
-    delegate.applicationDidFinishLaunching();
-    loop.run();
-    delegate.applicationWillTerminate();
-    children.endAll();
-  }
+/// Runs until somebody asks the program to end. What is declared later goes first: services before
+/// the threads they post to, threads before what they use.
+void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
+           const std::string& program) {
+  const auto quit = [&loop] { loop.quit(); };
+  Machine machine(loop, program);
+  SessionBus bus(loop);
+  ThreadScheduler scheduler(loop);
+  NotificationSound sound(scheduler.background(), helperProgram(program, "notificationSound"));
+  DesktopNotifications center(bus, [&sound] { sound.play(); });
+  NotificationService& notifications = NotificationService::shared();
+  notifications.attach(settings, machine.clock, center);
+
+  const Platform platform{scheduler,         machine.clock, machine.counters, machine.configuration,
+                          machine.addresses, machine.paths, machine.http,     machine.children};
+  AppDelegate delegate(platform, {settings, preferences, center, notifications});
+  ResidentShell shell(loop, bus,
+                      {delegate.bandwidthSampler(), delegate.networkMonitor(),
+                       delegate.processTracker(), delegate.speedTest(), settings, preferences},
+                      {quit, quit, [&delegate] { delegate.speedTest().run(); }});
+  delegate.applicationDidFinishLaunching();
+  loop.run();
+  delegate.applicationWillTerminate();
+  notifications.detach();
+  machine.endWaits();
+  sound.endAll();
+}
+
+} // namespace
+} // namespace tidewell
+
+int main() {
+  using namespace tidewell;
+  EventLoop loop;
+  const TerminationSignals signals(loop, [&loop] { loop.quit(); });
+  const std::string program = runningProgram();
+  const std::string configuration = configurationDirectory();
+  PreferencesFile preferences(configuration + "/tidewell/preferences.toml", loop);
+  AutostartLoginItem loginItem(configuration, program);
+  AppSettings& settings = AppSettings::shared();
+  settings.attach(preferences, loginItem);
+  serve(loop, settings, preferences, program);
   settings.detach();
   return 0;
 }

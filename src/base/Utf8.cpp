@@ -1,8 +1,5 @@
 #include "base/Utf8.h"
 
-#include <cstddef>
-#include <cstdint>
-
 namespace tidewell {
 
 namespace {
@@ -33,24 +30,36 @@ LeadByte readLead(unsigned char byte) {
 
 } // namespace
 
-bool isUtf8(std::string_view bytes) {
-  for (std::size_t at = 0; at < bytes.size();) {
-    const LeadByte lead = readLead(static_cast<unsigned char>(bytes[at++]));
-    std::uint32_t codePoint = lead.bits;
-    for (std::size_t count = 0; count < lead.continuationBytes; ++count) {
-      if (at == bytes.size()) {
-        return false;
-      }
-      const auto byte = static_cast<unsigned char>(bytes[at++]);
-      if ((byte & 0xC0U) != 0x80) {
-        return false;
-      }
-      codePoint = codePoint << 6U | (byte & 0x3FU);
+std::optional<Utf8Character> firstCharacter(std::string_view bytes) {
+  if (bytes.empty()) {
+    return std::nullopt;
+  }
+  const LeadByte lead = readLead(static_cast<unsigned char>(bytes.front()));
+  if (lead.continuationBytes >= bytes.size()) {
+    return std::nullopt;
+  }
+  std::uint32_t codePoint = lead.bits;
+  for (const char continuation : bytes.substr(1, lead.continuationBytes)) {
+    const auto byte = static_cast<unsigned char>(continuation);
+    if ((byte & 0xC0U) != 0x80) {
+      return std::nullopt;
     }
-    const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (codePoint < lead.smallest || codePoint > highestCodePoint || surrogate) {
+    codePoint = codePoint << 6U | (byte & 0x3FU);
+  }
+  const bool isSurrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
+  if (codePoint < lead.smallest || codePoint > highestCodePoint || isSurrogate) {
+    return std::nullopt;
+  }
+  return Utf8Character{codePoint, lead.continuationBytes + 1};
+}
+
+bool isUtf8(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto character = firstCharacter(bytes);
+    if (!character) {
       return false;
     }
+    bytes.remove_prefix(character->size);
   }
   return true;
 }

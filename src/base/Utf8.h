@@ -1,11 +1,23 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace tidewell {
 
-/// Whether the bytes are well-formed UTF-8: no overlong forms, no surrogates, nothing above
-/// U+10FFFF.
+/// A character at the start of a text.
+struct Utf8Character {
+  std::uint32_t codePoint = 0;
+  std::size_t size = 0; // in bytes
+};
+
+/// The character at the start of the bytes; none when they do not start with a well-formed one: no
+/// overlong form, no surrogate, nothing above U+10FFFF.
+[[nodiscard]] std::optional<Utf8Character> firstCharacter(std::string_view bytes);
+
+/// Whether the bytes are well-formed UTF-8.
 [[nodiscard]] bool isUtf8(std::string_view bytes);
 
 } // namespace tidewell

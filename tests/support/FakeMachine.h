@@ -134,7 +134,17 @@ class FakePaths final : public PathMonitor {
 public:
   [[nodiscard]] std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) override {
     m_watching = std::make_shared<Watching>(Watching{queue, std::move(handler)});
+    if (m_path) {
+      report(*m_path);
+    }
     return std::make_unique<Watch>(m_watching);
+  }
+  /// Changes the path, which is reported at the start of a watch, too, from now on.
+  void become(const PathReport& path) {
+    if (m_path != path) {
+      m_path = path;
+      report(path);
+    }
   }
   /// Reports a path to whoever watches.
   void report(const PathReport& path) {
@@ -164,6 +174,7 @@ private:
   };
 
   std::shared_ptr<Watching> m_watching;
+  std::optional<PathReport> m_path;
 };
 
 /// Keeps the notices that were to be shown.

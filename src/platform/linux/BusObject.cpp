@@ -39,8 +39,13 @@ void BusObject::property(const std::string& name, const char* type,
   Append append = [type, value](sd_bus_message& reply) {
     return appendValue(reply, type, value());
   };
-  addProperty(name, type, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE,
-              {std::move(append), std::move(value), {}});
+  property(name, type, std::move(append), std::move(value));
+}
+
+void BusObject::property(const std::string& name, const std::string& signature, Append append,
+                         std::function<BusValue()> digest) {
+  addProperty(name, signature, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE,
+              {std::move(append), std::move(digest), {}});
 }
 
 void BusObject::silentProperty(const std::string& name, const std::string& signature,

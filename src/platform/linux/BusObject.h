@@ -34,6 +34,10 @@ public:
   void constant(const std::string& name, const char* type, BusValue value);
   /// A property of plain type whose changes `announce` tells.
   void property(const std::string& name, const char* type, std::function<BusValue()> value);
+  /// A property of any type whose changes `announce` tells; two values are taken for equal when
+  /// their `digest` is.
+  void property(const std::string& name, const std::string& signature, Append append,
+                std::function<BusValue()> digest);
   /// A property of any type whose changes are not told by PropertiesChanged.
   void silentProperty(const std::string& name, const std::string& signature, Append append);
   void method(const std::string& name, const std::string& in, const std::string& out,

@@ -86,9 +86,8 @@ void DesktopNotifications::send(Notice& notice) {
   notice.call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
     return sd_bus_call_method_async(
         m_bus, slot, serverName, serverPath, serverName, "Notify", heard, &notice, "susssasa{sv}i",
-        applicationName, notice.serverId, desktopEntry, request.title.c_str(),
-        request.body.c_str(), 0, 2, "desktop-entry", "s", desktopEntry, "sound-name", "s",
-        defaultSound, defaultExpiry);
+        applicationName, notice.serverId, desktopEntry, request.title.c_str(), request.body.c_str(),
+        0, 2, "desktop-entry", "s", desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
   });
 }
 

@@ -58,6 +58,20 @@ std::optional<int> readRouteInterface(const nlmsghdr& message) {
   return index;
 }
 
+std::optional<std::string> readRouteSource(const nlmsghdr& message) {
+  if (!readHeader<rtmsg>(message)) {
+    return std::nullopt;
+  }
+  std::optional<std::string> source;
+  forEachAttribute<rtmsg>(message, [&](const nlattr& attribute) {
+    if (mnl_attr_get_type(&attribute) == RTA_PREFSRC) {
+      source.emplace(static_cast<const char*>(mnl_attr_get_payload(&attribute)),
+                     mnl_attr_get_payload_len(&attribute));
+    }
+  });
+  return source;
+}
+
 template <class Read>
 auto readFirst(std::span<const std::byte> reply, std::uint16_t type, Read read)
     -> decltype(read(nlmsghdr{})) {
@@ -80,6 +94,10 @@ std::optional<LinkRecord> parseLink(std::span<const std::byte> reply) {
 
 std::optional<int> parseRouteInterface(std::span<const std::byte> reply) {
   return readFirst(reply, RTM_NEWROUTE, readRouteInterface);
+}
+
+std::optional<std::string> parseRouteSource(std::span<const std::byte> reply) {
+  return readFirst(reply, RTM_NEWROUTE, readRouteSource);
 }
 
 } // namespace tidewell

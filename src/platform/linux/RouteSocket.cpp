@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <libmnl/libmnl.h>
 #include <linux/if.h>
@@ -57,15 +58,38 @@ std::optional<std::string> RouteSocket::interfaceName(int index) {
   return std::string(query.ifr_name, strnlen(query.ifr_name, IFNAMSIZ));
 }
 
-std::optional<int> RouteSocket::routeInterface(unsigned char family,
-                                               std::span<const std::uint8_t> address) {
+// By ioctl: unlike a question for the link it never waits for an interface that is being made.
+std::optional<InterfaceState> RouteSocket::interfaceState(int index) {
+  auto name = interfaceName(index);
+  if (!name) {
+    return std::nullopt;
+  }
+  const std::scoped_lock lock(m_mutex);
+  ifreq query{};
+  name->copy(query.ifr_name, IFNAMSIZ - 1);
+  if (!open() || ::ioctl(m_socket.get(), SIOCGIFFLAGS, &query) != 0) {
+    return std::nullopt;
+  }
+  const auto flags = static_cast<unsigned short>(query.ifr_flags);
+  constexpr unsigned wanted = IFF_UP | IFF_RUNNING;
+  const bool isRunning = (flags & (wanted | IFF_LOOPBACK)) == wanted;
+  return InterfaceState{std::move(*name), isRunning};
+}
+
+std::optional<Route> RouteSocket::route(unsigned char family,
+                                        std::span<const std::uint8_t> address) {
   const std::scoped_lock lock(m_mutex);
   Request request(RTM_GETROUTE);
   auto* route = static_cast<rtmsg*>(mnl_nlmsg_put_extra_header(request.header, sizeof(rtmsg)));
   route->rtm_family = family;
   route->rtm_dst_len = static_cast<unsigned char>(address.size() * 8);
   mnl_attr_put(request.header, RTA_DST, address.size(), address.data());
-  return parseRouteInterface(ask(request.header));
+  const Reply reply = ask(request.header);
+  const auto index = parseRouteInterface(reply);
+  if (!index) {
+    return std::nullopt;
+  }
+  return Route{*index, parseRouteSource(reply).value_or("")};
 }
 
 bool RouteSocket::open() {

@@ -135,9 +135,14 @@ void SpawnedChild::wait(Seconds limit, const FileDescriptor& ending) const {
   }
 }
 
-void SpawnedChild::reap() const {
-  while (::waitpid(m_pid, nullptr, 0) < 0 && errno == EINTR) {
-  }
+// Not const: the child is gone afterwards.
+std::optional<int> SpawnedChild::reap() { // NOLINT(readability-make-member-function-const)
+  int status = 0;
+  pid_t reaped = 0;
+  do {
+    reaped = ::waitpid(m_pid, &status, 0);
+  } while (reaped < 0 && errno == EINTR);
+  return reaped == m_pid && WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
 }
 
 bool SpawnedChild::waitFor(int milliseconds, int ending) const {

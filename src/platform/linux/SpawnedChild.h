@@ -28,8 +28,9 @@ public:
   /// or as soon as `ending` is readable.
   void wait(Seconds limit, const FileDescriptor& ending) const;
 
-  /// Lets the kernel forget the child. Call once, after `wait`.
-  void reap() const;
+  /// Lets the kernel forget the child; its exit status, none when a signal ended it. Call once,
+  /// after `wait`.
+  std::optional<int> reap();
 
   /// What the child has written to its standard output. Call after `wait`. A descendant that still
   /// holds the pipe open is not waited for.

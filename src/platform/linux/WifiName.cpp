@@ -1,0 +1,55 @@
+#include "platform/linux/WifiName.h"
+
+#include "base/DisplayText.h"
+#include "platform/linux/NetlinkQuestion.h"
+
+#include <algorithm>
+
+#include <libmnl/libmnl.h>
+#include <linux/genetlink.h>
+#include <linux/nl80211.h>
+
+namespace tidewell {
+
+namespace {
+
+std::optional<std::uint16_t> askFamily() {
+  NetlinkQuestion question(GENL_ID_CTRL, 0);
+  auto& header = question.addHeader<genlmsghdr>();
+  header.cmd = CTRL_CMD_GETFAMILY;
+  header.version = 1;
+  mnl_attr_put_strz(question.message(), CTRL_ATTR_FAMILY_NAME, NL80211_GENL_NAME);
+  return parseFamily(question.ask(NETLINK_GENERIC));
+}
+
+std::vector<WirelessInterface> askInterfaces() {
+  const auto family = askFamily();
+  if (!family) {
+    return {}; // a kernel without Wi-Fi
+  }
+  NetlinkQuestion question(*family, NLM_F_DUMP);
+  question.addHeader<genlmsghdr>().cmd = NL80211_CMD_GET_INTERFACE;
+  return parseWirelessInterfaces(question.ask(NETLINK_GENERIC), *family);
+}
+
+} // namespace
+
+std::optional<std::string> chooseWifiName(const std::vector<WirelessInterface>& interfaces,
+                                          std::optional<int> primaryIndex) {
+  auto chosen = std::ranges::find_if(
+      interfaces, [&](const auto& interface) { return interface.index == primaryIndex; });
+  if (chosen == interfaces.end()) {
+    chosen = std::ranges::find_if(interfaces,
+                                  [](const auto& interface) { return interface.ssid.has_value(); });
+  }
+  if (chosen == interfaces.end() || !chosen->ssid) {
+    return std::nullopt;
+  }
+  return displayText(*chosen->ssid);
+}
+
+std::optional<std::string> askWifiName(std::optional<int> primaryIndex) {
+  return chooseWifiName(askInterfaces(), primaryIndex);
+}
+
+} // namespace tidewell

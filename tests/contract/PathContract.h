@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/PathMonitor.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tidewell::test {
+
+/// A machine whose way to the internet the test makes and removes. It starts without one.
+class PathUnderTest {
+public:
+  PathUnderTest() = default;
+  PathUnderTest(const PathUnderTest&) = delete;
+  PathUnderTest& operator=(const PathUnderTest&) = delete;
+  virtual ~PathUnderTest() = default;
+
+  [[nodiscard]] virtual PathMonitor& monitor() = 0;
+  /// The queue for reports.
+  [[nodiscard]] virtual WorkQueue& queue() = 0;
+
+  /// Leads traffic to the internet through a wired interface.
+  virtual void connect() = 0;
+  virtual void disconnect() = 0;
+  /// Changes something that the path does not depend on.
+  virtual void stir() = 0;
+  /// Gives every report the time that it needs.
+  virtual void settle() = 0;
+};
+
+/// One kind of machine; the contract holds for all of them.
+struct PathKind {
+  std::string name;
+  /// Null where the machine does not allow it.
+  std::function<std::unique_ptr<PathUnderTest>()> make;
+};
+
+class PathContract : public testing::TestWithParam<PathKind> {
+protected:
+  void SetUp() override {
+    path = GetParam().make();
+    if (!path) {
+      GTEST_SKIP() << "this machine does not allow network namespaces";
+    }
+  }
+
+  std::unique_ptr<PathUnderTest> path;
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,102 @@
+#include "platform/linux/AddressMessages.h"
+
+#include "platform/linux/LinuxInterfaceAddresses.h"
+#include "support/NetlinkMessage.h"
+#include "support/NetworkNamespace.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include <linux/rtnetlink.h>
+#include <sys/socket.h>
+
+namespace tidewell::test {
+namespace {
+
+using namespace std::string_view_literals;
+
+NetlinkMessage address(unsigned index, unsigned char family = AF_INET) {
+  ifaddrmsg header{};
+  header.ifa_family = family;
+  header.ifa_index = index;
+  return {RTM_NEWADDR, header};
+}
+
+TEST(AddressMessages, GiveTheFirstAddressOfTheInterface) {
+  const auto reply = address(2).data(IFA_LOCAL, "\x0A\0\0\1"sv).bytes() +
+                     address(3, AF_INET6).data(IFA_ADDRESS, "0123456789abcdef"sv).bytes() +
+                     address(3).data(IFA_LOCAL, "\xC0\xA8\1\x17"sv).bytes() +
+                     address(3).data(IFA_LOCAL, "\xC0\xA8\1\x18"sv).bytes();
+  EXPECT_EQ(parseFirstIPv4(reply, 3), "192.168.1.23");
+  EXPECT_EQ(parseFirstIPv4(reply, 2), "10.0.0.1");
+  EXPECT_EQ(parseFirstIPv4(reply, 4), std::nullopt);
+  EXPECT_EQ(parseFirstIPv4({}, 3), std::nullopt);
+}
+
+TEST(AddressMessages, GiveOurOwnEndOfAPointToPointLink) {
+  auto both = address(3).data(IFA_ADDRESS, "\x0A\0\0\2"sv).data(IFA_LOCAL, "\x0A\0\0\1"sv);
+  EXPECT_EQ(parseFirstIPv4(both.bytes(), 3), "10.0.0.1");
+  EXPECT_EQ(parseFirstIPv4(address(3).data(IFA_ADDRESS, "\x0A\0\0\2"sv).bytes(), 3), "10.0.0.2");
+}
+
+TEST(AddressMessages, GoOnBehindAnAddressThatIsNone) {
+  const auto reply = address(3).data(IFA_LOCAL, "\x0A\0"sv).bytes() + address(3).bytes() +
+                     address(3).data(IFA_LOCAL, "\x0A\0\0\1"sv).bytes();
+  EXPECT_EQ(parseFirstIPv4(reply, 3), "10.0.0.1");
+}
+
+TEST(AddressMessages, SurviveEveryTruncationAndRandomDamage) {
+  const auto whole = address(3).data(IFA_LOCAL, "\x0A\0\0\1"sv).bytes();
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    const std::vector<std::byte> piece(whole.begin(),
+                                       whole.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_EQ(parseFirstIPv4(piece, 3), std::nullopt) << size;
+  }
+  std::mt19937 random(1);
+  int understood = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    auto bytes = whole;
+    for (auto changes = 1 + random() % 3; changes > 0; --changes) {
+      bytes[random() % bytes.size()] = static_cast<std::byte>(random());
+    }
+    understood += parseFirstIPv4(bytes, 3) ? 1 : 0;
+  }
+  EXPECT_GT(understood, 0);
+}
+
+TEST(LinuxInterfaceAddresses, GivesTheKernelsFirstAddress) {
+  const auto network = NetworkNamespace::enter();
+  if (!network) {
+    GTEST_SKIP() << "this machine does not allow network namespaces";
+  }
+  EXPECT_TRUE(shell("ip link add wan0 type veth peer name far0 && ip link set wan0 up && "
+                    "ip link set far0 up"));
+  LinuxInterfaceAddresses addresses;
+  EXPECT_EQ(addresses.firstIPv4("wan0"), std::nullopt) << "only IPv6, if that";
+  EXPECT_TRUE(shell("ip addr add 192.0.2.7/24 dev wan0 && ip addr add 192.0.2.3/24 dev wan0 && "
+                    "ip addr add 198.51.100.1/24 dev far0"));
+  EXPECT_EQ(addresses.firstIPv4("wan0"), "192.0.2.7");
+  EXPECT_EQ(addresses.firstIPv4("far0"), "198.51.100.1");
+  for (const char* name :
+       {"", "nosuch0", "wan", "wan0\n", "a-name-longer-than-any-interface-has"}) {
+    EXPECT_EQ(addresses.firstIPv4(name), std::nullopt) << name;
+  }
+}
+
+TEST(LinuxInterfaceAddresses, FindsAnAddressBehindThousands) {
+  const auto network = NetworkNamespace::enter();
+  if (!network) {
+    GTEST_SKIP() << "this machine does not allow network namespaces";
+  }
+  EXPECT_TRUE(shell("ip link add wan0 type veth peer name far0 && "
+                    "for net in $(seq 0 199); do for host in $(seq 1 10); do "
+                    "echo addr add 10.1.$net.$host/32 dev wan0; done; done | ip -batch - && "
+                    "ip addr add 192.0.2.1/24 dev far0"));
+  LinuxInterfaceAddresses addresses;
+  EXPECT_EQ(addresses.firstIPv4("wan0"), "10.1.0.1");
+  EXPECT_EQ(addresses.firstIPv4("far0"), "192.0.2.1");
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,169 @@
+#include "platform/linux/DnsServers.h"
+
+#include "platform/linux/ResolvedServers.h"
+#include "platform/linux/ResolverFile.h"
+#include "support/FakeResolved.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <random>
+
+#include <sys/socket.h>
+
+namespace tidewell::test {
+namespace {
+
+using namespace std::string_view_literals;
+using Servers = std::vector<std::string>;
+using Found = std::optional<Servers>;
+
+TEST(ResolverFile, NamesItsServersInOrder) {
+  EXPECT_EQ(parseResolverFile("# made by hand\nsearch example.org\nnameserver 192.168.1.1\n"
+                              "nameserver\t2001:db8::53  # second\noptions edns0\n"
+                              "nameserver fe80::1%wlan0"),
+            (Servers{"192.168.1.1", "2001:db8::53", "fe80::1%wlan0"}));
+}
+
+TEST(ResolverFile, LeavesOutWhatIsNoServer) {
+  for (const auto text :
+       {""sv, "nameserver"sv, "nameserver \n"sv, "nameserver192.168.1.1"sv, ";nameserver 1.1.1.1"sv,
+        "  nameserver 1.1.1.1"sv, "nameserver example.org"sv, "nameserver 1.1.1"sv,
+        "nameserver 1.1.1.1.1"sv, "nameserver <b>1.1.1.1</b>"sv, "nameserver fe80::1%\x1B[31m"sv,
+        "Nameserver 1.1.1.1"sv, "\0nameserver 1.1.1.1"sv}) {
+    EXPECT_EQ(parseResolverFile(text), Servers{}) << text;
+  }
+  EXPECT_EQ(parseResolverFile("nameserver fe80::1%" + std::string(1000, 'x')), Servers{});
+  EXPECT_EQ(parseResolverFile("nameserver \xFF\nnameserver 9.9.9.9\r\n"), Servers{"9.9.9.9"});
+}
+
+TEST(ResolverFile, SurvivesRandomDamage) {
+  std::mt19937 random(1);
+  std::size_t understood = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    std::string text = "nameserver 192.168.1.1\nnameserver fe80::1%wlan0\n";
+    for (unsigned changes = 1 + random() % 4; changes > 0; --changes) {
+      text[random() % text.size()] = static_cast<char>(random());
+    }
+    understood += parseResolverFile(text).size();
+  }
+  EXPECT_GT(understood, 0U);
+}
+
+TEST(DnsServers, AreThoseOfTheFirstSourceThatKnowsAny) {
+  const DnsSource none = [] { return Servers{}; };
+  const DnsSource some = [] { return Servers{"192.168.1.1", "192.0.2.53"}; };
+  const DnsSource never = []() -> Servers { throw std::logic_error("asked without need"); };
+  EXPECT_EQ(firstServers({none, some, never}), (Found{{"192.168.1.1", "192.0.2.53"}}));
+  EXPECT_EQ(firstServers({none, none}), std::nullopt);
+}
+
+TEST(DnsServers, HoldTheStubOnlyWhenNothingElseIsKnown) {
+  const DnsSource stub = [] { return Servers{"127.0.0.53"}; };
+  const DnsSource both = [] { return Servers{"127.0.0.54", "192.168.1.1"}; };
+  const DnsSource none = [] { return Servers{}; };
+  EXPECT_EQ(firstServers({stub, both}), (Found{{"192.168.1.1"}}));
+  EXPECT_EQ(firstServers({none, stub}), (Found{{"127.0.0.53"}}));
+  const DnsSource ownServer = [] { return Servers{"127.0.0.1"}; };
+  EXPECT_EQ(firstServers({ownServer}), (Found{{"127.0.0.1"}}));
+}
+
+TEST(ResolvedServers, ComeInOrderOfChoice) {
+  const std::vector<ResolvedServer> servers{
+      {7, "192.0.2.7"}, {0, "9.9.9.9"}, {3, "192.168.1.1"}, {3, "192.168.1.2"}};
+  EXPECT_EQ(inOrderOfChoice(servers, 3),
+            (Servers{"192.168.1.1", "192.168.1.2", "9.9.9.9", "192.0.2.7"}));
+  EXPECT_EQ(inOrderOfChoice(servers, std::nullopt),
+            (Servers{"9.9.9.9", "192.0.2.7", "192.168.1.1", "192.168.1.2"}));
+}
+
+class DnsOnThisMachine : public testing::Test {
+protected:
+  TemporaryDirectory root;
+  DnsPlaces places{(root / "resolve").string(), (root / "resolv.conf").string()};
+
+  Found find(std::optional<int> primaryIndex = std::nullopt) {
+    return findDnsServers(places, primaryIndex);
+  }
+  void addResolved() { std::filesystem::create_directory(places.resolvedDirectory); }
+};
+
+TEST_F(DnsOnThisMachine, AreThoseOfResolvConfWithoutResolved) {
+  EXPECT_EQ(find(), std::nullopt);
+  writeInPlace(places.resolverFile, "nameserver 192.168.1.1\n");
+  EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
+}
+
+TEST_F(DnsOnThisMachine, AreThoseOfResolvedsFileWithoutABus) {
+  ::setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
+  addResolved();
+  writeInPlace(places.resolverFile, "nameserver 127.0.0.53\n");
+  EXPECT_EQ(find(), (Found{{"127.0.0.53"}}));
+  writeInPlace(places.resolvedDirectory + "/resolv.conf", "nameserver 192.168.1.1\n");
+  EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
+  ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+}
+
+TEST_F(DnsOnThisMachine, DoNotComeFromAFileTooLargeToBeOne) {
+  writeInPlace(places.resolverFile, "nameserver 192.168.1.1\n" + std::string(1 << 20, '#'));
+  EXPECT_EQ(find(), std::nullopt);
+}
+
+class DnsOverTheBus : public DnsOnThisMachine {
+protected:
+  void SetUp() override {
+    if (!bus.isThere()) {
+      GTEST_SKIP() << "dbus-daemon is not installed";
+    }
+    addResolved();
+    writeInPlace(places.resolverFile, "nameserver 198.51.100.9\n");
+  }
+  static int appendServer(sd_bus_message* reply, int index, int family, std::string_view address) {
+    sd_bus_message_open_container(reply, 'r', "iiay");
+    sd_bus_message_append(reply, "ii", index, family);
+    sd_bus_message_append_array(reply, 'y', address.data(), address.size());
+    return sd_bus_message_close_container(reply);
+  }
+
+  PrivateBus bus;
+};
+
+TEST_F(DnsOverTheBus, AreThoseOfTheLinkThatCarriesTheTraffic) {
+  const FakeResolved resolved("a(iiay)", [](sd_bus_message* reply) {
+    sd_bus_message_open_container(reply, 'a', "(iiay)");
+    appendServer(reply, 0, AF_INET, "\x09\x09\x09\x09");
+    appendServer(reply, 2, AF_INET, "\xC0\xA8\x01");
+    appendServer(reply, 2, 99, "\xC0\xA8\x01\x01");
+    appendServer(reply, 2, AF_INET6, " \x01\x0D\xB8\0\0\0\0\0\0\0\0\0\0\0S"sv);
+    appendServer(reply, 3, AF_INET, "\xC0\xA8\x01\x01");
+    return sd_bus_message_close_container(reply);
+  });
+  EXPECT_EQ(find(2), (Found{{"2001:db8::53", "9.9.9.9", "192.168.1.1"}}));
+  EXPECT_EQ(find(3), (Found{{"192.168.1.1", "9.9.9.9", "2001:db8::53"}}));
+}
+
+TEST_F(DnsOverTheBus, DoNotComeFromAReplyOfAnotherForm) {
+  {
+    const FakeResolved resolved(
+        "s", [](sd_bus_message* reply) { return sd_bus_message_append(reply, "s", "9.9.9.9"); });
+    EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
+  }
+  const FakeResolved resolved("a(iay)", [](sd_bus_message* reply) {
+    return sd_bus_message_append(reply, "a(iay)", 1, 2, 2, 9, 9);
+  });
+  EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
+}
+
+TEST_F(DnsOverTheBus, ComeFromTheFileWhenResolvedDoesNotRun) {
+  EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
+}
+
+TEST_F(DnsOverTheBus, DoNotWaitForABusThatHangs) {
+  bus.stop();
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+}
+
+} // namespace
+} // namespace tidewell::test

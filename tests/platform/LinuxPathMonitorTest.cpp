@@ -1,0 +1,199 @@
+#include "platform/linux/LinuxPathMonitor.h"
+
+#include "support/KernelMachine.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <linux/if.h>
+#include <linux/if_tun.h>
+#include <sys/ioctl.h>
+
+namespace tidewell::test {
+namespace {
+
+constexpr PathReport wired{true, false, true, false};
+constexpr PathReport tunnel{true, false, false, false};
+constexpr PathReport none{false, false, false, false};
+
+/// A tunnel that has its carrier for as long as this lives, with a route to the far end.
+FileDescriptor makeTunnel() {
+  FileDescriptor device(::open("/dev/net/tun", O_RDWR | O_CLOEXEC));
+  ifreq request{};
+  std::strcpy(request.ifr_name, "tun0");
+  request.ifr_flags = IFF_TUN | IFF_NO_PI;
+  EXPECT_EQ(::ioctl(device.get(), TUNSETIFF, &request), 0);
+  EXPECT_TRUE(shell("ip link set tun0 up && ip addr add 10.8.0.2/24 dev tun0"));
+  return device;
+}
+
+class LinuxPathMonitorTest : public testing::Test {
+protected:
+  void SetUp() override {
+    machine = KernelMachine::make();
+    if (!machine) {
+      GTEST_SKIP() << "this machine does not allow network namespaces";
+    }
+  }
+  void TearDown() override { watch.reset(); }
+
+  void begin() {
+    watch = machine->monitor.watch(*machine->queue, [this](const PathReport& report) {
+      machine->loop.post([this, report] { reports.push_back(report); });
+    });
+  }
+  /// Whether so many reports have come within a second, and no more.
+  bool hasReports(std::size_t count) {
+    const auto start = std::chrono::steady_clock::now();
+    const bool reached = runUntil(machine->loop, [&] { return reports.size() >= count; });
+    const auto taken = std::chrono::steady_clock::now() - start;
+    return reached && reports.size() == count && taken < std::chrono::seconds(1);
+  }
+
+  std::unique_ptr<KernelMachine> machine;
+  std::vector<PathReport> reports;
+  std::unique_ptr<PathWatch> watch;
+};
+
+TEST_F(LinuxPathMonitorTest, ReportsALostCarrierThoughItsRouteStays) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip link set far0 down"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_TRUE(shell("ip route show default | grep -q wan0"));
+  EXPECT_TRUE(shell("ip link set far0 up"));
+  ASSERT_TRUE(hasReports(3));
+  EXPECT_EQ(reports, (std::vector{wired, none, wired}));
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasTakenDown) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip link set wan0 down"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(reports.back(), none);
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasRemoved) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip link del wan0"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(reports.back(), none);
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsNothingOfALossThatIsOverAtOnce) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip route del default && ip route add default via 192.0.2.254"));
+  EXPECT_TRUE(shell("ip link set far0 down && ip link set far0 up"));
+  machine->serve(0.5);
+  EXPECT_EQ(reports, std::vector{wired});
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsATunnelThatTakesTheTrafficBySplitRoutes) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  FileDescriptor device = makeTunnel();
+  machine->serve(0.5);
+  EXPECT_EQ(reports, std::vector{wired}) << "a tunnel that takes nothing";
+  EXPECT_TRUE(shell("ip route add 0.0.0.0/1 dev tun0 && ip route add 128.0.0.0/1 dev tun0"));
+  ASSERT_TRUE(hasReports(2));
+  device.reset();
+  ASSERT_TRUE(hasReports(3));
+  EXPECT_EQ(reports, (std::vector{wired, tunnel, wired}));
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsATunnelThatTakesTheTrafficByARule) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  const FileDescriptor device = makeTunnel();
+  EXPECT_TRUE(shell("ip route add default dev tun0 table 51820"));
+  machine->serve(0.5);
+  EXPECT_EQ(reports, std::vector{wired});
+  EXPECT_TRUE(shell("ip rule add not fwmark 51820 table 51820"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(reports.back(), tunnel);
+}
+
+TEST_F(LinuxPathMonitorTest, IsSatisfiedByIPv6Alone) {
+  shell("sysctl -qw net.ipv6.conf.wan0.disable_ipv6=0");
+  EXPECT_TRUE(shell("ip addr flush dev wan0 scope global && "
+                    "ip -6 addr add 2001:db8::1/64 dev wan0 nodad && "
+                    "ip -6 route add default via 2001:db8::ff"));
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip -6 route del default"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(reports, (std::vector{wired, none}));
+}
+
+TEST_F(LinuxPathMonitorTest, IsNotSatisfiedByTheLoopback) {
+  EXPECT_TRUE(shell("ip link set lo up && ip route add default dev lo"));
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_EQ(reports.back(), none);
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheAddressChanged) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  EXPECT_TRUE(shell("ip addr add 203.0.113.5/24 dev wan0 && ip addr del 192.0.2.1/24 dev wan0 && "
+                    "ip route replace default via 203.0.113.254"));
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(reports, (std::vector{wired, wired}));
+}
+
+TEST_F(LinuxPathMonitorTest, LooksOnceASecondWhileTheKernelNeverIsQuiet) {
+  machine->connect();
+  begin();
+  ASSERT_TRUE(hasReports(1));
+  std::atomic<bool> isOver = false;
+  std::thread noise([&] {
+    while (!isOver) {
+      shell("ip addr add 198.51.100.1/24 dev far0; ip addr del 198.51.100.1/24 dev far0");
+    }
+  });
+  machine->disconnect();
+  EXPECT_TRUE(runUntil(machine->loop, [&] { return reports.size() == 2; }));
+  isOver = true;
+  noise.join();
+  EXPECT_EQ(reports.back(), none);
+}
+
+TEST_F(LinuxPathMonitorTest, TellsItsObserverBeforeTheWatchersHear) {
+  std::vector<bool> observed;
+  LinuxPathMonitor monitor(machine->loop, machine->socket,
+                           [&](bool isSatisfied) { observed.push_back(isSatisfied); });
+  const auto own = monitor.watch(*machine->queue, [](const PathReport&) {});
+  EXPECT_EQ(observed, std::vector{false}) << "known as soon as the watch begins";
+  machine->connect();
+  EXPECT_TRUE(runUntil(machine->loop, [&] { return observed.size() == 2; }));
+  EXPECT_TRUE(observed.back());
+}
+
+TEST_F(LinuxPathMonitorTest, TellsEveryWatcher) {
+  begin();
+  std::atomic<int> heard = 0;
+  const auto other = machine->monitor.watch(*machine->queue, [&](const PathReport&) { ++heard; });
+  ASSERT_TRUE(hasReports(1));
+  machine->connect();
+  ASSERT_TRUE(hasReports(2));
+  EXPECT_EQ(heard, 2);
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "platform/linux/FileDescriptor.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <systemd/sd-bus.h>
+#include <unistd.h>
+
+namespace tidewell::test {
+
+/// A bus of the test's own, which is the system's bus for this process for as long as it lives.
+class PrivateBus {
+public:
+  PrivateBus() {
+    const std::string address = "unix:path=" + (m_directory / "bus").string();
+    m_daemon = ::fork();
+    if (m_daemon == 0) {
+      ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+      ::execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", "--nopidfile",
+               ("--address=" + address).c_str(), nullptr);
+      ::_exit(127);
+    }
+    for (int wait = 0; wait < 1000 && !std::filesystem::exists(m_directory / "bus"); ++wait) {
+      ::poll(nullptr, 0, 10);
+    }
+    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
+  }
+  PrivateBus(const PrivateBus&) = delete;
+  PrivateBus& operator=(const PrivateBus&) = delete;
+  ~PrivateBus() {
+    ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    ::kill(m_daemon, SIGCONT);
+    ::kill(m_daemon, SIGTERM);
+    ::waitpid(m_daemon, nullptr, 0);
+  }
+
+  /// Whether the daemon runs.
+  [[nodiscard]] bool isThere() const { return std::filesystem::exists(m_directory / "bus"); }
+  /// Makes the daemon hang.
+  void stop() const { ::kill(m_daemon, SIGSTOP); }
+
+private:
+  TemporaryDirectory m_directory;
+  pid_t m_daemon = -1;
+};
+
+/// Answers on the private bus, on a thread of its own, in systemd-resolved's place.
+class FakeResolved {
+public:
+  /// Appends the value of the property DNS, a variant's content of this signature, to the reply.
+  using Append = std::function<int(sd_bus_message*)>;
+
+  FakeResolved(std::string signature, Append append)
+      : m_signature(std::move(signature)), m_append(std::move(append)) {
+    sd_bus_open_system(&m_bus);
+    sd_bus_add_object(m_bus, nullptr, "/org/freedesktop/resolve1", &answer, this);
+    EXPECT_GE(sd_bus_request_name(m_bus, "org.freedesktop.resolve1", 0), 0);
+    m_thread = std::thread([this] {
+      while (!m_isOver) {
+        if (sd_bus_process(m_bus, nullptr) == 0) {
+          sd_bus_wait(m_bus, 10'000);
+        }
+      }
+    });
+  }
+  FakeResolved(const FakeResolved&) = delete;
+  FakeResolved& operator=(const FakeResolved&) = delete;
+  ~FakeResolved() {
+    m_isOver = true;
+    m_thread.join();
+    sd_bus_flush_close_unref(m_bus);
+  }
+
+private:
+  static int answer(sd_bus_message* call, void* userData, sd_bus_error* /*error*/) {
+    auto& self = *static_cast<FakeResolved*>(userData);
+    sd_bus_message* reply = nullptr;
+    sd_bus_message_new_method_return(call, &reply);
+    sd_bus_message_open_container(reply, 'v', self.m_signature.c_str());
+    EXPECT_GE(self.m_append(reply), 0);
+    sd_bus_message_close_container(reply);
+    sd_bus_send(nullptr, reply, nullptr);
+    sd_bus_message_unref(reply);
+    return 1;
+  }
+
+  std::string m_signature;
+  Append m_append;
+  sd_bus* m_bus = nullptr;
+  std::atomic<bool> m_isOver = false;
+  std::thread m_thread;
+};
+
+} // namespace tidewell::test
