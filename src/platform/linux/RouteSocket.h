@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/NetlinkMessages.h"
 
 #include <array>
 #include <cstddef>
@@ -13,13 +12,10 @@
 
 namespace tidewell {
 
-/// Questions to the kernel's routing and link tables over one rtnetlink socket, which is opened on
+/// Questions to the kernel's routing table over one rtnetlink socket, which is opened on
 /// first use and again after an error. Any thread. Every failure is an absent answer.
 class RouteSocket {
 public:
-  /// The interface of exactly this name.
-  [[nodiscard]] std::optional<LinkRecord> link(const std::string& name);
-
   /// Name of the interface with this index.
   [[nodiscard]] std::optional<std::string> interfaceName(int index);
 
