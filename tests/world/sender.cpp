@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr std::int64_t ticksPerSecond = 1000;
+constexpr std::int64_t ticksPerSecond = 4000;
 constexpr std::int64_t nanosecondsPerTick = 1'000'000'000 / ticksPerSecond;
 constexpr std::int64_t ethernetAndUdp = 14 + 8;
 constexpr std::int64_t largestFrame = 1514;
