@@ -51,8 +51,8 @@ std::optional<std::string> AutostartLoginItem::registerItem() {
     return description(directory, error);
   }
   const DirectoryLock lock(directory);
-  if (!lock.isHeld()) {
-    return directory + ": in use by another program";
+  if (lock.error()) {
+    return description(directory, lock.error());
   }
   constexpr mode_t readableByAll = 0644;
   AtomicFile file(m_entryPath, readableByAll);

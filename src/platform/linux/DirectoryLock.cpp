@@ -1,5 +1,7 @@
 #include "platform/linux/DirectoryLock.h"
 
+#include "platform/linux/FilePath.h"
+
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -19,17 +21,18 @@ constexpr std::chrono::milliseconds betweenAttempts{5};
 
 DirectoryLock::DirectoryLock(const std::string& directory)
     : m_directory(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+  if (!m_directory.isOpen()) {
+    m_error = lastError();
+    return;
+  }
   for (int attempt = 0; attempt < attempts; ++attempt) {
-    if (::flock(m_directory.get(), LOCK_EX | LOCK_NB) == 0) {
-      m_isHeld = true;
-      return;
-    }
-    if (errno != EWOULDBLOCK && errno != EINTR) {
-      m_isHeld = m_directory.isOpen();
+    if (::flock(m_directory.get(), LOCK_EX | LOCK_NB) == 0 ||
+        (errno != EWOULDBLOCK && errno != EINTR)) {
       return;
     }
     std::this_thread::sleep_for(betweenAttempts);
   }
+  m_error = std::make_error_code(std::errc::timed_out);
 }
 
 } // namespace tidewell

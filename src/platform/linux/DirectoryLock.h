@@ -3,6 +3,7 @@
 #include "platform/linux/FileDescriptor.h"
 
 #include <string>
+#include <system_error>
 
 namespace tidewell {
 
@@ -13,12 +14,12 @@ public:
   /// Waits for the lock, one second at the most.
   explicit DirectoryLock(const std::string& directory);
 
-  /// Whether nobody else holds the lock. True as well where the file system knows no locks.
-  [[nodiscard]] bool isHeld() const { return m_isHeld; }
+  /// Why the lock is not held; none when it is, and where the file system knows no locks.
+  [[nodiscard]] std::error_code error() const { return m_error; }
 
 private:
   FileDescriptor m_directory;
-  bool m_isHeld = false;
+  std::error_code m_error;
 };
 
 } // namespace tidewell

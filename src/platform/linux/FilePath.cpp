@@ -22,6 +22,20 @@ std::string withoutTrailingSlashes(std::string path) {
   return path;
 }
 
+std::error_code makeDirectory(const std::string& path) {
+  constexpr mode_t forTheUserAlone = 0700;
+  if (::mkdir(path.c_str(), forTheUserAlone) == 0) {
+    return {};
+  }
+  const std::error_code error = lastError();
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) {
+    return S_ISDIR(status.st_mode) ? std::error_code{}
+                                   : std::make_error_code(std::errc::not_a_directory);
+  }
+  return error;
+}
+
 } // namespace
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
@@ -51,18 +65,12 @@ std::vector<std::string> linkChain(const std::string& path) {
 }
 
 std::error_code makeDirectories(const std::string& path) {
-  constexpr mode_t forTheUserAlone = 0700;
-  if (::mkdir(path.c_str(), forTheUserAlone) == 0 || errno == EEXIST) {
-    return {};
-  }
-  if (errno != ENOENT || path == directoryOf(path)) {
-    return lastError();
-  }
-  if (const auto error = makeDirectories(directoryOf(path))) {
+  const std::error_code error = makeDirectory(path);
+  if (error != std::errc::no_such_file_or_directory || path == directoryOf(path)) {
     return error;
   }
-  return ::mkdir(path.c_str(), forTheUserAlone) == 0 || errno == EEXIST ? std::error_code{}
-                                                                        : lastError();
+  const std::error_code errorAbove = makeDirectories(directoryOf(path));
+  return errorAbove ? errorAbove : makeDirectory(path);
 }
 
 } // namespace tidewell

@@ -71,7 +71,7 @@ std::optional<DefaultsValues> PreferencesStorage::write(const DefaultsValues& ch
     return std::nullopt;
   }
   const DirectoryLock lock(directory);
-  if (!lock.isHeld()) {
+  if (lock.error()) {
     return std::nullopt;
   }
   using Outcome = FileReading::Outcome;

@@ -1,5 +1,7 @@
 #include "platform/linux/TomlText.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,29 +14,13 @@ namespace {
 
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
-// The size in bytes of the valid UTF-8 sequence at the start of the text; zero when there is none.
-// The ranges are those of the Unicode Standard's table of well-formed byte sequences.
-std::size_t sequenceSize(std::string_view text) {
-  const auto byteAt = [text](std::size_t index) -> unsigned {
-    return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-  };
-  const auto isWithin = [&](std::size_t index, unsigned low, unsigned high) {
-    return byteAt(index) >= low && byteAt(index) <= high;
-  };
-  const unsigned first = byteAt(0);
-  if (first < 0x80) {
-    return text.empty() ? 0 : 1;
-  }
-  if (first >= 0xC2 && first <= 0xDF) {
-    return isWithin(1, 0x80, 0xBF) ? 2 : 0;
-  }
-  if (first >= 0xE0 && first <= 0xEF) {
-    const bool isSecondGood = isWithin(1, first == 0xE0 ? 0xA0 : 0x80, first == 0xED ? 0x9F : 0xBF);
-    return isSecondGood && isWithin(2, 0x80, 0xBF) ? 3 : 0;
-  }
-  if (first >= 0xF0 && first <= 0xF4) {
-    const bool isSecondGood = isWithin(1, first == 0xF0 ? 0x90 : 0x80, first == 0xF4 ? 0x8F : 0xBF);
-    return isSecondGood && isWithin(2, 0x80, 0xBF) && isWithin(3, 0x80, 0xBF) ? 4 : 0;
+// The size in bytes of the character at the start of the text; zero when there is none.
+std::size_t characterSize(std::string_view text) {
+  constexpr std::size_t longest = 4;
+  for (std::size_t size = 1; size <= std::min(longest, text.size()); ++size) {
+    if (isUtf8(text.substr(0, size))) {
+      return size;
+    }
   }
   return 0;
 }
@@ -102,7 +88,7 @@ std::string validUtf8(std::string_view text) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
-    const std::size_t size = sequenceSize(text);
+    const std::size_t size = characterSize(text);
     if (size == 0) {
       result += replacementCharacter;
       text.remove_prefix(1);

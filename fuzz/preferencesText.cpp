@@ -1,0 +1,70 @@
+// Any bytes as the preferences file, then any value into it: the result is valid, holds the value
+// and keeps every other one.
+
+#include "platform/linux/PreferencesText.h"
+#include "platform/linux/TomlText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using tidewell::DefaultsValue;
+using tidewell::isSame;
+using tidewell::PreferencesText;
+
+constexpr std::array<const char*, 4> keys{"refreshInterval", "trackPerProcess", "a", "odd \"key\""};
+
+void require(bool condition) {
+  if (!condition) {
+    std::abort();
+  }
+}
+
+DefaultsValue valueFrom(std::uint8_t choice, std::string_view bytes) {
+  std::int64_t bits = 0;
+  std::memcpy(&bits, bytes.data(), std::min(bytes.size(), sizeof bits));
+  switch (choice % 4) {
+  case 0:
+    return (bits & 1) != 0;
+  case 1:
+    return bits;
+  case 2: {
+    double real = 0.0;
+    std::memcpy(&real, &bits, sizeof real);
+    return real;
+  }
+  default:
+    return tidewell::validUtf8(bytes.substr(0, 16));
+  }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size < 2) {
+    return 0;
+  }
+  const std::string_view text(reinterpret_cast<const char*>(data) + 2, size - 2);
+  const std::string key = keys[data[0] % keys.size()];
+  const DefaultsValue value = valueFrom(data[1], text);
+
+  PreferencesText preferences(text);
+  const tidewell::DefaultsValues before = preferences.values();
+  require(preferences.set(key, value));
+
+  const PreferencesText again(preferences.text());
+  require(again.isIntact());
+  require(isSame(again.values().at(key), value));
+  for (const auto& [other, stored] : before) {
+    require(other == key || isSame(again.values().at(other), stored));
+  }
+  require(again.values().size() == before.size() + (before.contains(key) ? 0 : 1));
+  return 0;
+}

@@ -1,0 +1,180 @@
+#include "contract/DefaultsStoreContract.h"
+
+#include "support/LoopRunner.h"
+
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <thread>
+#include <vector>
+
+namespace tidewell::test {
+namespace {
+
+using Heard = std::vector<std::optional<DefaultsValue>>;
+using namespace std::string_literals;
+
+DefaultsStore::Observer into(Heard& heard) {
+  return [&heard](const std::optional<DefaultsValue>& value) { heard.push_back(value); };
+}
+
+TEST_P(DefaultsStoreContract, HasNoValueForAKeyThatNobodyWrote) {
+  EXPECT_EQ(store.value("refreshInterval"), std::nullopt);
+  EXPECT_EQ(directDouble(store, "refreshInterval"), 0.0);
+  EXPECT_FALSE(directBool(store, "trackPerProcess"));
+}
+
+TEST_P(DefaultsStoreContract, GivesBackWhatWasWrittenWithItsType) {
+  const std::vector<DefaultsValue> values{
+      true,
+      false,
+      std::int64_t{0},
+      std::numeric_limits<std::int64_t>::min(),
+      std::numeric_limits<std::int64_t>::max(),
+      0.0,
+      5.0,
+      -0.1,
+      1e300,
+      std::numeric_limits<double>::denorm_min(),
+      std::numeric_limits<double>::infinity(),
+      -std::numeric_limits<double>::infinity(),
+      std::numeric_limits<double>::quiet_NaN(),
+      ""s,
+      "all"s,
+      "quote \" backslash \\ line\nend\r tab\t nul\0 del\x7F é ↓ 🌊"s,
+  };
+  for (const DefaultsValue& value : values) {
+    store.set("key", value);
+    const auto stored = store.value("key");
+    ASSERT_TRUE(stored);
+    EXPECT_TRUE(isSame(*stored, value)) << "value number " << &value - values.data();
+  }
+}
+
+TEST_P(DefaultsStoreContract, KeepsEachKeyApart) {
+  store.set("refreshInterval", 5.0);
+  store.set("trackPerProcess", false);
+  EXPECT_EQ(directDouble(store, "refreshInterval"), 5.0);
+  EXPECT_EQ(store.value("trackPerProcess"), DefaultsValue(false));
+  EXPECT_EQ(store.value("refresh"), std::nullopt);
+}
+
+TEST_P(DefaultsStoreContract, TellsEachChangeOnceInOrderButNotInsideTheWrite) {
+  Heard heard;
+  const Subscription subscription = store.observe("refreshInterval", into(heard));
+  store.set("refreshInterval", 1.0);
+  store.set("refreshInterval", 5.0);
+  EXPECT_TRUE(heard.empty());
+  ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
+  EXPECT_EQ(heard, (Heard{DefaultsValue(1.0), DefaultsValue(5.0)}));
+}
+
+TEST_P(DefaultsStoreContract, TellsNeitherThePresentValueNorWhatChangedBeforeNorAnEqualOne) {
+  store.set("refreshInterval", 1.0);
+  Heard heard;
+  const Subscription subscription = store.observe("refreshInterval", into(heard));
+  store.set("refreshInterval", 1.0);
+  store.set("refreshInterval", std::nan(""));
+  store.set("refreshInterval", std::nan(""));
+  store.set("refreshInterval", 2.0);
+  ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
+  ASSERT_EQ(heard.size(), 2U);
+  EXPECT_TRUE(std::isnan(asDouble(heard[0]).value_or(0.0)));
+  EXPECT_EQ(heard[1], DefaultsValue(2.0));
+}
+
+TEST_P(DefaultsStoreContract, TellsTheObserversOfThatKeyAlone) {
+  Heard interval;
+  Heard tracking;
+  const Subscription first = store.observe("refreshInterval", into(interval));
+  const Subscription second = store.observe("trackPerProcess", into(tracking));
+  store.set("refreshInterval", 1.0);
+  store.set("trackPerProcess", false);
+  ASSERT_TRUE(runUntil(loop, [&] { return !tracking.empty(); }));
+  EXPECT_EQ(interval, Heard{DefaultsValue(1.0)});
+  EXPECT_EQ(tracking, Heard{DefaultsValue(false)});
+}
+
+TEST_P(DefaultsStoreContract, NoticesWhatOtherWritersDo) {
+  store.set("trackPerProcess", true);
+  Heard interval;
+  Heard tracking;
+  const Subscription first = store.observe("refreshInterval", into(interval));
+  const Subscription second = store.observe("trackPerProcess", into(tracking));
+  world->writeFromOutside("refreshInterval", 7.5);
+  ASSERT_TRUE(runUntil(loop, [&] { return !interval.empty(); }));
+  EXPECT_EQ(interval, Heard{DefaultsValue(7.5)});
+  EXPECT_EQ(directDouble(store, "refreshInterval"), 7.5);
+  EXPECT_TRUE(tracking.empty());
+
+  world->clearFromOutside();
+  ASSERT_TRUE(runUntil(loop, [&] { return interval.size() == 2 && !tracking.empty(); }));
+  EXPECT_EQ(interval.back(), std::nullopt);
+  EXPECT_EQ(tracking, Heard{std::nullopt});
+  EXPECT_EQ(store.value("refreshInterval"), std::nullopt);
+}
+
+TEST_P(DefaultsStoreContract, IsQuietOnceASubscriptionEnds) {
+  Heard ended;
+  Heard kept;
+  Subscription subscription = store.observe("refreshInterval", into(ended));
+  const Subscription other = store.observe("refreshInterval", into(kept));
+  store.set("refreshInterval", 1.0);
+  subscription.end();
+  ASSERT_TRUE(runUntil(loop, [&] { return !kept.empty(); }));
+  EXPECT_TRUE(ended.empty());
+}
+
+TEST_P(DefaultsStoreContract, LetsAnObserverWriteTheValueAgain) {
+  Heard heard;
+  const Subscription subscription =
+      store.observe("refreshInterval", [&](const std::optional<DefaultsValue>& value) {
+        heard.push_back(value);
+        store.set("refreshInterval", 2.0);
+      });
+  store.set("refreshInterval", 1.0);
+  ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
+  EXPECT_EQ(heard, (Heard{DefaultsValue(1.0), DefaultsValue(2.0)}));
+}
+
+TEST_P(DefaultsStoreContract, MayGoWhileAnObserverRuns) {
+  int calls = 0;
+  const auto goes = [&](const std::optional<DefaultsValue>&) {
+    ++calls;
+    world.reset();
+  };
+  const Subscription subscription = store.observe("refreshInterval", goes);
+  store.set("refreshInterval", 1.0);
+  store.set("refreshInterval", 2.0);
+  ASSERT_TRUE(runUntil(loop, [&] { return calls > 0; }));
+  bool isServed = false;
+  loop.post([&] { isServed = true; });
+  ASSERT_TRUE(runUntil(loop, [&] { return isServed; }));
+  EXPECT_EQ(calls, 1);
+}
+
+TEST_P(DefaultsStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
+  constexpr int writes = 20;
+  int told = 0;
+  const auto main = std::this_thread::get_id();
+  const auto count = [&](const std::optional<DefaultsValue>&) {
+    EXPECT_EQ(std::this_thread::get_id(), main);
+    ++told;
+  };
+  const Subscription first = store.observe("a", count);
+  const Subscription second = store.observe("b", count);
+  const auto write = [&](const char* key) {
+    for (std::int64_t number = 0; number < writes; ++number) {
+      store.set(key, number);
+      EXPECT_EQ(store.value(key), DefaultsValue(number));
+    }
+  };
+  std::thread one(write, "a");
+  std::thread two(write, "b");
+  EXPECT_TRUE(runUntil(loop, [&] { return told == 2 * writes; }));
+  one.join();
+  two.join();
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,192 @@
+// A disk that refuses, and things in the file's place that are no file.
+
+#include "support/StoredFile.h"
+
+#include <cerrno>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tidewell::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+const DefaultsValue one{std::int64_t{1}};
+const DefaultsValue two{std::int64_t{2}};
+
+// Gives up root's right to everything for a while; files of the test then belong to nobody.
+class Unprivileged {
+public:
+  explicit Unprivileged(const fs::path& directory) {
+    if (m_isRoot) {
+      EXPECT_EQ(::chown(directory.c_str(), nobody, nobody), 0);
+      EXPECT_EQ(::seteuid(nobody), 0);
+    }
+  }
+  Unprivileged(const Unprivileged&) = delete;
+  Unprivileged& operator=(const Unprivileged&) = delete;
+  ~Unprivileged() {
+    if (m_isRoot) {
+      EXPECT_EQ(::seteuid(0), 0);
+    }
+  }
+
+private:
+  static constexpr uid_t nobody = 65534;
+  bool m_isRoot = ::geteuid() == 0;
+};
+
+class PreferencesFileRefusal : public StoredFile {
+protected:
+  void expectThatWritingReplacesIt() {
+    start();
+    EXPECT_EQ(store->value("a"), std::nullopt);
+    store->set("a", one);
+    EXPECT_EQ(keptAside().size(), 1U);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(path)));
+    start();
+    EXPECT_EQ(store->value("a"), one);
+  }
+};
+
+TEST_F(PreferencesFileRefusal, AReadOnlyDirectoryKeepsTheValueInMemoryUntilItIsWritable) {
+  const Unprivileged user(directory.path());
+  write("a = 1\n");
+  fs::permissions(path.parent_path(), fs::perms{0500});
+  start();
+  store->set("a", two);
+  EXPECT_EQ(store->value("a"), two);
+  scheduler.settle();
+  EXPECT_EQ(heard, (Heard{{"a", two}}));
+  EXPECT_EQ(contents(), "a = 1\n");
+
+  fs::permissions(path.parent_path(), fs::perms{0700});
+  scheduler.advance(59.0);
+  EXPECT_EQ(contents(), "a = 1\n");
+  scheduler.advance(2.0);
+  EXPECT_EQ(contents(), "a = 2\n");
+  EXPECT_EQ(heard.size(), 1U);
+}
+
+TEST_F(PreferencesFileRefusal, WhatWasRefusedIsTriedAgainEveryMinuteAndWithTheNextWrite) {
+  const Unprivileged user(directory.path());
+  write("a = 1\n");
+  fs::permissions(path.parent_path(), fs::perms{0500});
+  start();
+  store->set("a", two);
+  scheduler.advance(150.0);
+  EXPECT_EQ(contents(), "a = 1\n");
+  fs::permissions(path.parent_path(), fs::perms{0700});
+  store->set("b", one);
+  EXPECT_EQ(contents(), "a = 2\nb = 1\n");
+}
+
+TEST_F(PreferencesFileRefusal, WhatOthersWriteMeanwhileIsSeenButDoesNotHideWhatWasRefused) {
+  const Unprivileged user(directory.path());
+  write("a = 1\n");
+  fs::permissions(path.parent_path(), fs::perms{0500});
+  start();
+  store->set("a", two);
+  writeInPlace(path, "a = 3\nb = 1\n");
+  hearEvents();
+  EXPECT_EQ(store->value("a"), two);
+  EXPECT_EQ(store->value("b"), one);
+  fs::permissions(path.parent_path(), fs::perms{0700});
+  scheduler.advance(61.0);
+  EXPECT_EQ(contents(), "a = 2\nb = 1\n");
+}
+
+TEST_F(PreferencesFileRefusal, ADirectoryThatCannotBeMadeIsTriedAgain) {
+  const Unprivileged user(directory.path());
+  fs::permissions(directory.path(), fs::perms{0500});
+  start();
+  store->set("a", one);
+  EXPECT_EQ(store->value("a"), one);
+  fs::permissions(directory.path(), fs::perms{0700});
+  scheduler.advance(61.0);
+  EXPECT_NE(contents().find("a = 1\n"), std::string::npos);
+}
+
+TEST_F(PreferencesFileRefusal, AFileThatMayNotBeReadIsKeptAsideBeforeItIsReplaced) {
+  const Unprivileged user(directory.path());
+  write("secret = 1\n");
+  fs::permissions(path, fs::perms{0000});
+  start();
+  EXPECT_EQ(store->value("secret"), std::nullopt);
+  store->set("a", one);
+  ASSERT_EQ(keptAside().size(), 1U);
+  fs::permissions(keptAside()[0], fs::perms{0600});
+  EXPECT_EQ(contentsOf(keptAside()[0]), "secret = 1\n");
+}
+
+TEST_F(PreferencesFileRefusal, AFullDiskKeepsTheOldFileAndTheValueInMemory) {
+  const fs::path disk = directory / "disk";
+  fs::create_directory(disk);
+  // A mount that nobody else sees, and that goes with this process.
+  if (::unshare(CLONE_NEWNS) != 0 ||
+      ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+      ::mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=64k") != 0) {
+    GTEST_SKIP() << "mounting a small disk needs root";
+  }
+  path = disk / "tidewell/preferences.toml";
+  write("a = 1\n");
+  start();
+  writeInPlace(disk / "filler", std::string(100'000, 'x'));
+  store->set("a", two);
+  EXPECT_EQ(store->value("a"), two);
+  EXPECT_EQ(contents(), "a = 1\n");
+  EXPECT_EQ(filesNamed(path.parent_path(), "").size(), 1U);
+
+  fs::remove(disk / "filler");
+  scheduler.advance(61.0);
+  EXPECT_EQ(contents(), "a = 2\n");
+  store.reset();
+  EXPECT_EQ(::umount2(disk.c_str(), MNT_DETACH), 0);
+}
+
+TEST_F(PreferencesFileRefusal, ADirectoryInPlaceOfTheFileIsKeptAside) {
+  fs::create_directories(path / "inner");
+  expectThatWritingReplacesIt();
+  EXPECT_TRUE(fs::is_directory(keptAside()[0] / "inner"));
+}
+
+TEST_F(PreferencesFileRefusal, APipeInPlaceOfTheFileBlocksNothing) {
+  fs::create_directories(path.parent_path());
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  expectThatWritingReplacesIt();
+}
+
+TEST_F(PreferencesFileRefusal, ALinkToADeviceIsReplacedAndTheDeviceIsNot) {
+  fs::create_directories(path.parent_path());
+  fs::create_symlink("/dev/zero", path);
+  expectThatWritingReplacesIt();
+  EXPECT_TRUE(fs::is_character_file("/dev/zero"));
+  EXPECT_EQ(fs::read_symlink(keptAside()[0]), "/dev/zero");
+}
+
+TEST_F(PreferencesFileRefusal, ALinkToItselfIsReplaced) {
+  fs::create_directories(path.parent_path());
+  fs::create_symlink(path, path);
+  expectThatWritingReplacesIt();
+}
+
+TEST_F(PreferencesFileRefusal, AFileOfAGibibyteIsNotReadButKept) {
+  write("");
+  fs::resize_file(path, 1ULL << 30U);
+  expectThatWritingReplacesIt();
+  EXPECT_EQ(fs::file_size(keptAside()[0]), 1ULL << 30U);
+}
+
+TEST_F(PreferencesFileRefusal, AValueThatWouldMakeTheFileUnreadableStaysInMemory) {
+  start();
+  store->set("a", one);
+  store->set("b", std::string(2U << 20U, 'x'));
+  EXPECT_EQ(std::get<std::string>(store->value("b").value()).size(), 2U << 20U);
+  EXPECT_LT(fs::file_size(path), 1000U);
+  EXPECT_TRUE(keptAside().empty());
+}
+
+} // namespace
+} // namespace tidewell::test

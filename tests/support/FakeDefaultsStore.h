@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/DefaultsChanges.h"
+#include "platform/DefaultsStore.h"
+
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tidewell::test {
+
+/// Preferences in memory, which tell their observers on `main` as the real ones do.
+class FakeDefaultsStore final : public DefaultsStore {
+public:
+  explicit FakeDefaultsStore(WorkQueue& main) : m_changes(main) {}
+
+  [[nodiscard]] std::optional<DefaultsValue> value(std::string_view key) const override {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_values.find(key);
+    return found == m_values.end() ? std::nullopt : std::optional(found->second);
+  }
+
+  void set(std::string_view key, DefaultsValue value) override {
+    const std::scoped_lock lock(m_mutex);
+    const auto [entry, isNew] = m_values.try_emplace(std::string(key), value);
+    if (isNew || !isSame(entry->second, value)) {
+      entry->second = value;
+      m_changes.push(std::string(key), std::move(value));
+    }
+  }
+
+  /// Removes every value, as another writer may.
+  void clear() {
+    const std::scoped_lock lock(m_mutex);
+    for (const auto& [key, value] : std::exchange(m_values, {})) {
+      m_changes.push(key, std::nullopt);
+    }
+  }
+
+  [[nodiscard]] Subscription observe(std::string key, Observer observer) override {
+    return m_changes.observe(key, std::move(observer));
+  }
+
+private:
+  DefaultsChanges m_changes;
+  mutable std::mutex m_mutex;
+  DefaultsValues m_values; // guarded by m_mutex
+};
+
+} // namespace tidewell::test

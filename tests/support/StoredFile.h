@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/linux/PreferencesFile.h"
+#include "support/TemporaryDirectory.h"
+#include "support/VirtualScheduler.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <sys/epoll.h>
+
+namespace tidewell::test {
+
+/// A preferences file on the disk and a store on it in virtual time: what the kernel has to tell
+/// of the file is heard when the test says so.
+class StoredFile : public testing::Test {
+protected:
+  using Heard = std::vector<std::pair<std::string, std::optional<DefaultsValue>>>;
+
+  /// Starts the program, so to speak; again when it runs already.
+  void start() {
+    store.reset();
+    store = std::make_unique<PreferencesFile>(
+        path.string(), scheduler.main(),
+        [this](int, std::uint32_t, EventLoop::FdHandler handler) -> std::unique_ptr<FdWatch> {
+          readEvents = std::move(handler);
+          return std::make_unique<Watch>();
+        });
+    heard.clear();
+    subscriptions.clear();
+    for (const char* key : {"a", "b", "refreshInterval"}) {
+      subscriptions.push_back(
+          store->observe(key, [this, key](const auto& value) { heard.emplace_back(key, value); }));
+    }
+  }
+
+  /// Hears what happened to the file so far.
+  void hearEvents() {
+    readEvents(EPOLLIN);
+    scheduler.settle();
+  }
+
+  /// Lets the time pass after which a file counts as quiet.
+  void becomeQuiet() { scheduler.advance(0.06); }
+
+  void write(std::string_view contents) {
+    std::filesystem::create_directories(path.parent_path());
+    writeInPlace(path, contents);
+  }
+  [[nodiscard]] std::string contents() const { return contentsOf(path); }
+  [[nodiscard]] std::vector<std::filesystem::path> keptAside() const {
+    return filesNamed(path.parent_path(), ".broken-");
+  }
+
+  TemporaryDirectory directory;
+  std::filesystem::path path = directory / "config/tidewell/preferences.toml";
+  VirtualScheduler scheduler;
+  std::unique_ptr<PreferencesFile> store;
+  EventLoop::FdHandler readEvents;
+  Heard heard;
+  std::vector<Subscription> subscriptions;
+
+private:
+  class Watch final : public FdWatch {
+    void setEvents(std::uint32_t) override {}
+  };
+};
+
+} // namespace tidewell::test
