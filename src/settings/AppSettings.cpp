@@ -4,6 +4,7 @@
 #include "platform/LoginItem.h"
 #include "settings/SettingsKeys.h"
 
+#include <cstddef>
 #include <cstdio>
 #include <optional>
 #include <utility>
@@ -110,8 +111,9 @@ void AppSettings::updateLaunchAtLogin() {
       launchAtLogin() ? m_loginItem->registerItem() : m_loginItem->unregisterItem();
   if (error) {
     const std::string line = "Launch at login error: " + *error + "\n";
-    static_cast<void>(std::fputs(line.c_str(), stdout));
-    static_cast<void>(std::fflush(stdout));
+    // A standard output that takes no line leaves nobody to tell.
+    [[maybe_unused]] const std::size_t written = std::fwrite(line.data(), 1, line.size(), stdout);
+    [[maybe_unused]] const int result = std::fflush(stdout);
   }
 }
 

@@ -1,6 +1,6 @@
 #include "support/StoredFile.h"
 
-#include <cstdio>
+#include <fstream>
 
 namespace tidewell::test {
 namespace {
@@ -50,15 +50,12 @@ TEST_F(PreferencesFileChanges, AFileCaughtHalfWrittenDoesNotCountUntilItIsQuiet)
 
 TEST_F(PreferencesFileChanges, AWriterThatKeepsTheFileOpenIsNoticedOnceItRests) {
   startWith("a = 1\n");
-  std::FILE* const file = std::fopen(path.c_str(), "a");
-  ASSERT_NE(file, nullptr);
-  std::fputs("b = 2", file);
-  std::fflush(file);
+  std::ofstream file(path, std::ios::app);
+  file << "b = 2" << std::flush;
   hearEvents();
   EXPECT_TRUE(heard.empty());
   becomeQuiet();
   EXPECT_EQ(heard, (Heard{{"b", two}}));
-  std::fclose(file);
 }
 
 TEST_F(PreferencesFileChanges, ARemovedFileMeansThatItsKeysAreAbsent) {

@@ -8,13 +8,13 @@
 
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <random>
 #include <string>
 #include <thread>
 #include <vector>
 
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -67,7 +67,7 @@ public:
   }
 
   // Whether it lived until then.
-  bool kill() const {
+  [[nodiscard]] bool kill() const {
     EXPECT_EQ(::kill(m_child, SIGKILL), 0);
     const int status = statusOf(m_child);
     return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL;
@@ -87,7 +87,7 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   ASSERT_TRUE(storage.write({{"number", std::int64_t{1}}}, {}));
   const auto oneWrite = Clock::now() - start;
 
-  std::mt19937 random(1);
+  std::mt19937 random(std::random_device{}());
   std::uniform_real_distribution<double> lifeInWrites(0.0, 4.0);
   std::int64_t last = 1;
   while (Clock::now() - start < std::chrono::seconds(2)) {
@@ -109,6 +109,7 @@ TEST(PreferencesFileCrash, WritersInSeveralProcessesLoseNoKey) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
   std::vector<pid_t> children;
+  children.reserve(writers);
   for (int writer = 0; writer < writers; ++writer) {
     children.push_back(inChild([&storage, writer] {
       bool succeeded = true;

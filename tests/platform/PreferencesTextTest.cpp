@@ -90,6 +90,22 @@ TEST(PreferencesText, AKeyThatNamesATableLosesItsFormButNothingElse) {
   }
 }
 
+TEST(PreferencesText, WhatLosesItsFormKeepsValuesOfEveryType) {
+  const std::string after = with("a.x = 1\n"
+                                 "moment = 1979-05-27T07:32:00.5-07:30\n"
+                                 "utc = 1979-05-27 07:32:00Z\n"
+                                 "day = 0079-05-07\n"
+                                 "list = [1, [inf, 'x'], {t = 07:32:00}, []]\n"
+                                 "[\"t b\"]\nin.ner = true\n",
+                                 "a", true);
+  EXPECT_EQ(after, "a = true\n"
+                   "day = 0079-05-07\n"
+                   "list = [1, [inf, \"x\"], {t = 07:32:00.000000000}, []]\n"
+                   "moment = 1979-05-27T07:32:00.500000000-07:30\n"
+                   "utc = 1979-05-27T07:32:00.000000000+00:00\n"
+                   "\n[\"t b\"]\nin = {ner = true}\n");
+}
+
 TEST(PreferencesText, KeysAndValuesOfEveryKindSurvive) {
   std::string text = "first = 1 # stays\n";
   const DefaultsValues values{{"", "empty key"s},
@@ -139,7 +155,11 @@ TEST(PreferencesText, ATextThatIsCutOffAnywhereKeepsTheLinesBefore) {
 }
 
 TEST(PreferencesText, HostileBytesDoNoHarmAndTakeAValue) {
-  const std::array<std::string, 12> texts{
+  const std::array<std::string, 16> texts{
+      "[",
+      "[\n",
+      "[ \n[t",
+      "n = [inf]\n",
       std::string(3, '\0'),
       "a = \0 1"s,
       "\xFF\xFE"

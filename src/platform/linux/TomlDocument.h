@@ -10,7 +10,7 @@
 
 namespace tidewell {
 
-/// A TOML text that has been understood. The one place that knows the TOML library.
+/// A TOML text that has been understood. Whoever uses it does not see the TOML library.
 class TomlDocument {
 public:
   /// A range of bytes of the text.
