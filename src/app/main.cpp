@@ -5,6 +5,7 @@
 #include "platform/Platform.h"
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/ConfigurationDirectory.h"
+#include "platform/linux/DeviceTable.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/LinuxConfigurationStore.h"
@@ -30,7 +31,8 @@ int main() {
 
   SystemClock clock;
   RouteSocket routes;
-  LinuxInterfaceCounters counters(routes);
+  DeviceTable devices;
+  LinuxInterfaceCounters counters(devices);
   LinuxConfigurationStore network(routes);
   LinuxChildProcess children;
   SessionBus bus(loop);
