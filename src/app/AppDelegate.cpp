@@ -4,6 +4,9 @@
 #include "platform/DefaultsStore.h"
 #include "platform/Platform.h"
 #include "settings/AppSettings.h"
+#include "settings/SettingsKeys.h"
+
+#include <string>
 
 namespace tidewell {
 
@@ -19,12 +22,13 @@ AppDelegate::AppDelegate(const Platform& platform, AppSettings& settings, Defaul
       m_bandwidthSampler(makeService<BandwidthSampler>(platform.scheduler.main(), platform)) {}
 
 void AppDelegate::applicationDidFinishLaunching() {
-  m_cancellables.push_back(m_defaults.observe("refreshInterval", [this](const auto& value) {
-    const double interval = directDouble(value);
-    if (interval > 0.0) {
-      restartSampler(interval);
-    }
-  }));
+  m_cancellables.push_back(
+      m_defaults.observe(std::string(settingsKeys::refreshInterval), [this](const auto& value) {
+        const double interval = asDouble(value).value_or(0.0);
+        if (interval > 0.0) {
+          restartSampler(interval);
+        }
+      }));
   const double interval = m_settings.refreshInterval();
   m_bandwidthSampler->start(interval > 0.0 ? interval : usualInterval);
 }

@@ -37,7 +37,7 @@ public:
     return std::make_unique<WorkerTimer>(m_queue,
                                          m_queue->add(first, toPeriod(period), std::move(task)));
   }
-  bool isCurrent() const override { return m_queue->isWorker(); }
+  [[nodiscard]] bool isCurrent() const override { return m_queue->isWorker(); }
 
 private:
   std::shared_ptr<WorkerQueue> m_queue;

@@ -17,7 +17,7 @@ std::string_view rawValue(NetworkStatus status) {
 }
 
 std::optional<NetworkStatus> networkStatus(std::string_view rawValue) {
-  const auto found = std::ranges::find(names, rawValue);
+  const auto* const found = std::ranges::find(names, rawValue);
   if (found == names.end()) {
     return std::nullopt;
   }

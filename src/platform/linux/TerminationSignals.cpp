@@ -12,7 +12,9 @@
 namespace tidewell {
 
 TerminationSignals::TerminationSignals(EventLoop& loop, std::function<void()> onTermination) {
-  std::signal(SIGPIPE, SIG_IGN);
+  struct sigaction ignored {};
+  ignored.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignored, nullptr);
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGTERM);

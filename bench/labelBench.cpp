@@ -1,0 +1,51 @@
+#include "app/ItemTexts.h"
+#include "app/TextTile.h"
+#include "connectivity/MonitorState.h"
+#include "sampling/SamplerState.h"
+#include "settings/AppSettings.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+using namespace tidewell;
+
+/// All words of the item after a sample: label, tool tip and menu rows.
+void itemTextsOfASample(benchmark::State& state) {
+  SamplerState sampler;
+  const MonitorState monitor;
+  const AppSettings settings;
+  std::int64_t rate = 1;
+  for (auto _ : state) {
+    sampler.currentDownloadBytesPerSec.set(rate = rate * 7 % 10'000'000'019);
+    benchmark::DoNotOptimize(itemTexts(sampler, monitor, settings));
+  }
+}
+BENCHMARK(itemTextsOfASample);
+
+/// The picture for hosts without labels.
+void squareTile(benchmark::State& state) {
+  const auto edge = static_cast<int>(state.range(0));
+  std::vector<std::uint8_t> argb(TileSize{edge, edge}.bytes());
+  for (auto _ : state) {
+    TextTile::drawSquare("↓12.3M ↑456K", edge, argb);
+    benchmark::DoNotOptimize(argb.data());
+  }
+}
+BENCHMARK(squareTile)->Arg(22)->Arg(44);
+
+void wideTile(benchmark::State& state) {
+  std::vector<std::uint8_t> argb(TextTile::wideSize(labelGuide).bytes());
+  for (auto _ : state) {
+    TextTile::drawWide("↓12.3M ↑456K", labelGuide, argb);
+    benchmark::DoNotOptimize(argb.data());
+  }
+}
+BENCHMARK(wideTile);
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,69 @@
+#include "app/ItemHost.h"
+
+#include <array>
+#include <optional>
+
+namespace tidewell {
+
+namespace {
+
+struct Known {
+  std::string_view beginning;
+  ItemPresentation presentation;
+};
+
+// What each was seen to do with labels and pictures.
+constexpr std::array<Known, 14> hosts = {{
+    {"gnome-shell", ItemPresentation::label},
+    {"mate-indicator", ItemPresentation::label},
+    {"notification-ar", ItemPresentation::label}, // MATE's notification area
+    {"mate-panel", ItemPresentation::label},
+    {"ayatana-indica", ItemPresentation::label},
+    {"xapp-sn-watche", ItemPresentation::widePicture}, // Cinnamon
+    {"waybar", ItemPresentation::widePicture},
+    {"xfce4-panel", ItemPresentation::squareTile},
+    {"wrapper-2.0", ItemPresentation::squareTile}, // an Xfce panel plugin's process
+    {"panel-", ItemPresentation::squareTile},      // the same, renamed after its plugin
+    {"lxqt-panel", ItemPresentation::squareTile},
+    {"kded", ItemPresentation::squareTile},
+    {"plasmashell", ItemPresentation::squareTile},
+    {"swaybar", ItemPresentation::squareTile},
+}};
+
+constexpr std::array<Known, 5> desktops = {{
+    {"GNOME", ItemPresentation::label},
+    {"Unity", ItemPresentation::label},
+    {"MATE", ItemPresentation::label},
+    {"X-Cinnamon", ItemPresentation::widePicture},
+    {"Hyprland", ItemPresentation::widePicture}, // its users' bar is Waybar
+}};
+
+std::optional<ItemPresentation> byDesktop(std::string_view desktop) {
+  while (!desktop.empty()) {
+    const auto name = desktop.substr(0, desktop.find(':'));
+    for (const Known& known : desktops) {
+      if (name == known.beginning) {
+        return known.presentation;
+      }
+    }
+    desktop.remove_prefix(name.size());
+    if (!desktop.empty()) {
+      desktop.remove_prefix(1);
+    }
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+ItemPresentation presentationFor(std::string_view process, std::string_view desktop) {
+  for (const Known& known : hosts) {
+    if (process.starts_with(known.beginning)) {
+      return known.presentation;
+    }
+  }
+  // A square is shown by every host, if not at its best.
+  return byDesktop(desktop).value_or(ItemPresentation::squareTile);
+}
+
+} // namespace tidewell

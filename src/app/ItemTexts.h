@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+namespace tidewell {
+
+class AppSettings;
+struct MonitorState;
+struct SamplerState;
+
+/// What the item says, in words.
+struct ItemTexts {
+  /// The text in the panel.
+  std::string label;
+  /// "Excellent", "Good", "Degraded" or "Down".
+  std::string status;
+  /// "Download 1.2 MB/s".
+  std::string download;
+  std::string upload;
+  /// "Latency 12.3 ms", or "Latency —" without a measurement.
+  std::string latency;
+
+  friend bool operator==(const ItemTexts&, const ItemTexts&) = default;
+};
+
+/// A label as long as the longest: every label up to 10 GB/s takes no more room.
+inline constexpr const char* labelGuide = "↓10000M ↑10000M";
+
+/// The same when the user hides the upload rate.
+inline constexpr const char* labelGuideWithoutUpload = "↓10000M";
+
+/// The texts for what is published and preferred now. Main thread.
+[[nodiscard]] ItemTexts itemTexts(const SamplerState& sampler, const MonitorState& monitor,
+                                  const AppSettings& settings);
+
+} // namespace tidewell

@@ -1,0 +1,169 @@
+#include "app/StatusItem.h"
+
+#include "app/TextTile.h"
+#include "platform/linux/SessionBus.h"
+
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace tidewell {
+
+namespace {
+
+constexpr const char* itemPath = "/StatusNotifierItem";
+constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
+
+// Hosts that show labels want an icon besides, and show a placeholder without one.
+constexpr const char* themeIcon = "network-transmit-receive";
+
+constexpr const char* title = "Tidewell";
+
+int appendPicture(sd_bus_message& message, TileSize size, const std::vector<std::uint8_t>& argb) {
+  int result = sd_bus_message_open_container(&message, 'r', "iiay");
+  if (result >= 0) {
+    result = sd_bus_message_append(&message, "ii", size.width, size.height);
+  }
+  if (result >= 0) {
+    result = sd_bus_message_append_array(&message, 'y', argb.data(), argb.size());
+  }
+  return result < 0 ? result : sd_bus_message_close_container(&message);
+}
+
+int appendNoPictures(sd_bus_message& message) {
+  return sd_bus_message_append(&message, "a(iiay)", 0);
+}
+
+} // namespace
+
+StatusItem::StatusItem(SessionBus& bus, Activated activated)
+    : m_object(itemPath, itemInterface), m_activated(std::move(activated)) {
+  describeIdentity();
+  describeAppearance();
+  describeRequests();
+  m_lost = bus.onLost([this] { m_object.disappear(); });
+  m_connected = bus.onConnected([this](sd_bus& connection) { m_object.appear(connection); });
+}
+
+void StatusItem::describeIdentity() {
+  m_object.constant("Category", "s", "SystemServices");
+  m_object.constant("Id", "s", "tidewell");
+  m_object.constant("Title", "s", title);
+  m_object.constant("Status", "s", "Active");
+  m_object.constant("WindowId", "i", std::int32_t{0});
+  m_object.constant("ItemIsMenu", "b", false);
+  m_object.constant("Menu", "o", menuPath);
+  m_object.constant("IconThemePath", "s", "");
+  m_object.constant("XAyatanaOrderingIndex", "u", std::uint32_t{0});
+}
+
+void StatusItem::describeAppearance() {
+  const auto text = [this](const char* name, auto value) {
+    m_object.silentProperty(name, "s", [value = std::move(value)](sd_bus_message& reply) {
+      return appendValue(reply, "s", std::string(value()));
+    });
+  };
+  text("IconName", [this] { return iconName(); });
+  text("IconAccessibleDesc", [this] { return m_texts.label; });
+  text("XAyatanaLabel", [this] { return m_texts.label; });
+  text("XAyatanaLabelGuide", [this] { return m_guide; });
+  m_object.silentProperty("IconPixmap", "a(iiay)",
+                          [this](sd_bus_message& reply) { return appendPictures(reply); });
+  m_object.silentProperty("ToolTip", "(sa(iiay)ss)",
+                          [this](sd_bus_message& reply) { return appendToolTip(reply); });
+  for (const char* name :
+       {"OverlayIconName", "AttentionIconName", "AttentionMovieName", "AttentionAccessibleDesc"}) {
+    m_object.constant(name, "s", "");
+  }
+  for (const char* name : {"OverlayIconPixmap", "AttentionIconPixmap"}) {
+    m_object.silentProperty(name, "a(iiay)", appendNoPictures);
+  }
+  for (const char* name : {"NewTitle", "NewIcon", "NewAttentionIcon", "NewOverlayIcon",
+                           "NewToolTip", "NewIconThemePath", "NewMenu"}) {
+    m_object.signal(name, "");
+  }
+  m_object.signal("NewStatus", "s");
+  m_object.signal("XAyatanaNewLabel", "ss");
+}
+
+void StatusItem::describeRequests() {
+  const auto atPoint = [this](sd_bus_message& call, sd_bus_message&) {
+    int x = 0;
+    int y = 0;
+    if (sd_bus_message_read(&call, "ii", &x, &y) >= 0) {
+      m_activated(x, y);
+    }
+    return 0;
+  };
+  const auto nothing = [](sd_bus_message&, sd_bus_message&) { return 0; };
+  m_object.method("Activate", "ii", "", atPoint);
+  m_object.method("SecondaryActivate", "ii", "", nothing);
+  m_object.method("ContextMenu", "ii", "", nothing);
+  m_object.method("Scroll", "is", "", nothing);
+  m_object.method("ProvideXdgActivationToken", "s", "", nothing);
+}
+
+void StatusItem::show(const ItemTexts& texts, const std::string& guide) {
+  const ItemTexts before = std::exchange(m_texts, texts);
+  const bool isNewGuide = std::exchange(m_guide, guide) != guide;
+  if (before.label != texts.label || isNewGuide) {
+    if (m_presentation == ItemPresentation::label) {
+      m_object.emit("XAyatanaNewLabel", [&](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "ss", m_texts.label.c_str(), m_guide.c_str());
+      });
+    } else {
+      m_object.emit("NewIcon");
+    }
+  }
+  if (before != texts) {
+    m_object.emit("NewToolTip");
+  }
+}
+
+void StatusItem::setPresentation(ItemPresentation presentation) {
+  if (std::exchange(m_presentation, presentation) != presentation) {
+    m_object.emit("NewIcon");
+  }
+}
+
+const char* StatusItem::iconName() const {
+  return m_presentation == ItemPresentation::label ? themeIcon : "";
+}
+
+int StatusItem::appendPictures(sd_bus_message& message) const {
+  int result = sd_bus_message_open_container(&message, 'a', "(iiay)");
+  const auto append = [&](TileSize size, const auto& draw) {
+    std::vector<std::uint8_t> argb(size.bytes());
+    draw(argb);
+    result = result < 0 ? result : appendPicture(message, size, argb);
+  };
+  if (m_presentation == ItemPresentation::widePicture) {
+    append(TextTile::wideSize(m_guide),
+           [this](auto& argb) { TextTile::drawWide(m_texts.label, m_guide, argb); });
+  }
+  if (m_presentation == ItemPresentation::squareTile) {
+    for (const int edge : {22, 44}) {
+      append({edge, edge},
+             [this, edge](auto& argb) { TextTile::drawSquare(m_texts.label, edge, argb); });
+    }
+  }
+  return result < 0 ? result : sd_bus_message_close_container(&message);
+}
+
+int StatusItem::appendToolTip(sd_bus_message& message) const {
+  int result = sd_bus_message_open_container(&message, 'r', "sa(iiay)ss");
+  if (result >= 0) {
+    result = sd_bus_message_append(&message, "s", "");
+  }
+  if (result >= 0) {
+    result = appendNoPictures(message);
+  }
+  if (result >= 0) {
+    const std::string heading = std::string(title) + ": " + m_texts.status;
+    const std::string body = m_texts.download + "\n" + m_texts.upload + "\n" + m_texts.latency;
+    result = sd_bus_message_append(&message, "ss", heading.c_str(), body.c_str());
+  }
+  return result < 0 ? result : sd_bus_message_close_container(&message);
+}
+
+} // namespace tidewell

@@ -1,0 +1,87 @@
+#include "contract/NetworkContract.h"
+#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/LinuxConfigurationStore.h"
+#include "platform/linux/LinuxInterfaceCounters.h"
+#include "platform/linux/RouteSocket.h"
+
+#include <array>
+#include <cstdlib>
+#include <vector>
+
+#include <fcntl.h>
+#include <linux/if_packet.h>
+#include <net/ethernet.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/socket.h>
+
+namespace tidewell::test {
+namespace {
+
+bool shell(const std::string& command) {
+  return std::system((command + " >/dev/null 2>&1").c_str()) == 0; // NOLINT: a fixed test command
+}
+
+/// A fresh network namespace of the kernel's, entered by the test's thread for as long as it lives.
+class KernelNetwork final : public NetworkUnderTest {
+public:
+  static std::unique_ptr<NetworkUnderTest> make() {
+    FileDescriptor home(::open("/proc/self/ns/net", O_RDONLY | O_CLOEXEC));
+    if (::unshare(CLONE_NEWNET) != 0) {
+      return nullptr;
+    }
+    auto network = std::unique_ptr<KernelNetwork>(new KernelNetwork(std::move(home)));
+    if (!shell("ip link add trial0 type veth peer name trial1 && ip link del trial0")) {
+      return nullptr;
+    }
+    // No router solicitations: only the test sends.
+    shell("sysctl -qw net.ipv6.conf.all.disable_ipv6=1 net.ipv6.conf.default.disable_ipv6=1");
+    return network;
+  }
+  ~KernelNetwork() override { EXPECT_EQ(::setns(m_home.get(), CLONE_NEWNET), 0); }
+
+  InterfaceCounters& counters() override { return m_counters; }
+  ConfigurationStore& configuration() override { return m_configuration; }
+
+  void add(const std::string& interface) override {
+    const std::string peer = interface + "p";
+    EXPECT_TRUE(shell("ip link add " + interface + " type veth peer name " + peer +
+                      " && ip link set " + peer + " up && ip link set " + interface +
+                      " arp off up && ip addr add 192.0.2.1/32 dev " + interface));
+  }
+  void remove(const std::string& interface) override {
+    EXPECT_TRUE(shell("ip link del " + interface));
+  }
+  void route(const std::optional<std::string>& interface) override {
+    if (interface) {
+      EXPECT_TRUE(shell("ip route replace default dev " + *interface));
+    } else {
+      EXPECT_TRUE(shell("ip route del default"));
+    }
+  }
+  void send(const std::string& interface, std::int64_t bytes) override {
+    const FileDescriptor packets(::socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0));
+    sockaddr_ll target{};
+    target.sll_family = AF_PACKET;
+    target.sll_ifindex = static_cast<int>(::if_nametoindex(interface.c_str()));
+    const std::vector<char> frame(static_cast<std::size_t>(bytes));
+    EXPECT_EQ(::sendto(packets.get(), frame.data(), frame.size(), 0,
+                       reinterpret_cast<const sockaddr*>(&target), sizeof target),
+              bytes);
+  }
+
+private:
+  explicit KernelNetwork(FileDescriptor home) : m_home(std::move(home)) {}
+
+  FileDescriptor m_home;
+  RouteSocket m_socket; // opened on first use, inside the namespace
+  LinuxInterfaceCounters m_counters{m_socket};
+  LinuxConfigurationStore m_configuration{m_socket};
+};
+
+INSTANTIATE_TEST_SUITE_P(Kernel, NetworkContract,
+                         testing::Values(NetworkKind{"kernel", &KernelNetwork::make}),
+                         [](const auto& kind) { return kind.param.name; });
+
+} // namespace
+} // namespace tidewell::test

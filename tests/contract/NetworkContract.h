@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/ConfigurationStore.h"
+#include "platform/InterfaceCounters.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tidewell::test {
+
+/// A machine with network interfaces that the test makes, uses and removes.
+class NetworkUnderTest {
+public:
+  NetworkUnderTest() = default;
+  NetworkUnderTest(const NetworkUnderTest&) = delete;
+  NetworkUnderTest& operator=(const NetworkUnderTest&) = delete;
+  virtual ~NetworkUnderTest() = default;
+
+  [[nodiscard]] virtual InterfaceCounters& counters() = 0;
+  [[nodiscard]] virtual ConfigurationStore& configuration() = 0;
+
+  /// Makes an interface that is up.
+  virtual void add(const std::string& interface) = 0;
+  virtual void remove(const std::string& interface) = 0;
+  /// Sends so many bytes, as the interface counts them, through the interface.
+  virtual void send(const std::string& interface, std::int64_t bytes) = 0;
+  /// Leads the route to the public internet through an interface, or nowhere.
+  virtual void route(const std::optional<std::string>& interface) = 0;
+};
+
+/// One kind of network; the contract holds for all of them.
+struct NetworkKind {
+  std::string name;
+  /// Null where the machine does not allow it.
+  std::function<std::unique_ptr<NetworkUnderTest>()> make;
+};
+
+class NetworkContract : public testing::TestWithParam<NetworkKind> {
+protected:
+  void SetUp() override {
+    network = GetParam().make();
+    if (!network) {
+      GTEST_SKIP() << "this machine does not allow network namespaces";
+    }
+  }
+
+  std::unique_ptr<NetworkUnderTest> network;
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,1 @@
+"""What the tests of this folder share. Python's standard library only."""

@@ -1,0 +1,187 @@
+"""A user's session in a test world: a private bus, private folders, and the resident."""
+
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import threading
+import time
+
+from .world import RESIDENT, tool
+
+BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC
+ "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:path={path}</listen>
+  <auth>EXTERNAL</auth>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+
+
+class Session:
+    def __init__(self, world):
+        self.world = world
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="session"))
+        for name in ("home", "config", "runtime"):
+            (self.folder / name).mkdir(mode=0o700)
+        self.bus_path = self.folder / "bus"
+        (self.folder / "bus.conf").write_text(BUS_CONFIGURATION.format(path=self.bus_path))
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(self.folder / "home"),
+            "XDG_CONFIG_HOME": str(self.folder / "config"),
+            "XDG_RUNTIME_DIR": str(self.folder / "runtime"),
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.bus_path}",
+            # A user whose language has a decimal comma and its own word for "time".
+            "LANG": "de_DE.UTF-8",
+            "LANGUAGE": "de",
+            **{key: value for key, value in os.environ.items() if key.endswith("SAN_OPTIONS")},
+        }
+        self.bus = None
+        self.watch = None
+        self.resident = None
+
+    def start_bus(self):
+        self.bus_path.unlink(missing_ok=True)
+        self.bus = subprocess.Popen(
+            ["dbus-daemon", "--nofork", "--nosyslog", f"--config-file={self.folder}/bus.conf"],
+            env=self.environment, stderr=subprocess.DEVNULL,
+        )
+        wait_until(self.bus_path.exists, 5, "the bus")
+
+    def kill_bus(self):
+        self.bus.kill()
+        self.bus.wait()
+        self.bus = None
+
+    def start_watch(self):
+        """A fresh watch: its samples count from here."""
+        self.stop_watch()
+        self.watch = Watch(self.environment)
+        self.watch.wait_for("watching", timeout=5)
+
+    def stop_watch(self):
+        if self.watch:
+            self.watch.stop()
+            self.watch = None
+
+    def prefer(self, **preferences):
+        """Replaces the preferences file at once, as an editor does."""
+        folder = self.folder / "config" / "tidewell"
+        folder.mkdir(exist_ok=True)
+        lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
+        (folder / "preferences.toml.new").write_text("".join(lines))
+        (folder / "preferences.toml.new").rename(folder / "preferences.toml")
+
+    def start_resident(self, *wrapper):
+        """Starts the resident, behind the words of a wrapping command if there is one."""
+        self.resident = self.world.start(
+            "user", *wrapper, RESIDENT, env=self.environment,
+            stdin=subprocess.DEVNULL, start_new_session=True,
+        )
+
+    def end_resident(self, timeout=5):
+        """Asks the resident to end; gives back its exit status and the seconds that it took."""
+        started = time.monotonic()
+        self.resident.send_signal(signal.SIGTERM)
+        status = self.resident.wait(timeout)
+        self.resident = None
+        return status, time.monotonic() - started
+
+    def close(self):
+        for process in (self.resident, self.bus):
+            if process and process.poll() is None:
+                process.kill()
+                process.wait()
+        self.stop_watch()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class Sample:
+    def __init__(self, at, number, fields):
+        self.at = at  # when it arrived here, wall-clock seconds
+        self.number = number  # of this watch, from 1
+        (self.timestamp, self.download, self.upload,
+         self.latency, self.jitter, self.loss) = fields
+
+    def __repr__(self):
+        return (f"#{self.number} down {self.download} up {self.upload} latency {self.latency} "
+                f"jitter {self.jitter} loss {self.loss}")
+
+
+class Watch:
+    """What the resident says on the bus, from the watch's start."""
+
+    def __init__(self, environment):
+        self.samples = []
+        self.values = {}  # the properties' present values
+        self.owners = []  # every appearance (True) and disappearance (False)
+        self._seen = set()
+        self._news = threading.Condition()
+        self._process = subprocess.Popen(
+            [tool("busWatch")], env=environment, stdout=subprocess.PIPE, text=True)
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+
+    def stop(self):
+        self._process.kill()
+        self._process.wait()
+        self._reader.join()
+        self._process.stdout.close()
+
+    def until(self, condition, timeout, what):
+        """Waits until the condition, which is asked after each event, gives something true."""
+        with self._news:
+            result = self._news.wait_for(condition, timeout)
+        if not result:
+            raise AssertionError(
+                f"{what}: not within {timeout} s; values {self.values}, last {self.samples[-3:]}")
+        return result
+
+    def wait_for(self, event, timeout):
+        self.until(lambda: event in self._seen, timeout, event)
+
+    def next_samples(self, count, timeout, after=None):
+        """The first samples that were taken wholly after a moment (default: now)."""
+        after = time.time() if after is None else after
+
+        def found():
+            return [sample for sample in self.samples if sample.timestamp > after][:count]
+
+        self.until(lambda: len(found()) == count, timeout, f"{count} samples")
+        return found()
+
+    def _read(self):
+        for line in self._process.stdout:
+            with self._news:
+                self._take(json.loads(line))
+                self._news.notify_all()
+
+    def _take(self, event):
+        self._seen.add(event["event"])
+        if event["event"] == "sample":
+            number = len(self.samples) + 1
+            self.samples.append(Sample(event["at"], number, event["sample"]))
+        elif event["event"] == "values":
+            self.values.update(event["values"])
+        elif event["event"] == "owner":
+            self.owners.append(event["present"])
+
+
+def wait_until(condition, timeout, what):
+    """Waits until the condition holds: for what no event tells of."""
+    end = time.monotonic() + timeout
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError(f"{what}: not within {timeout} s")
+        time.sleep(0.005)

@@ -1,0 +1,204 @@
+#!/usr/bin/python3
+"""Broken tools and a broken bus: fallback values, and never an end."""
+
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+from harness import case
+from harness.session import wait_until
+from harness.world import RESIDENT
+
+
+class BrokenPing(case.ResidentTestCase):
+    INTERVAL = 0.2
+
+    def wrapper(self, prepare):
+        """Commands that run in a mount namespace of the resident's own before it starts."""
+        return ["unshare", "-m", "sh", "-e", "-c", prepare + '\nexec "$0"']
+
+    def fake(self, script, mode=0o755):
+        path = self.session.folder / "ping"
+        path.write_text("#!/bin/sh\n" + script)
+        path.chmod(mode)
+        return self.wrapper(f'mount --bind {path} "$(readlink -f "$(command -v ping)")"')
+
+    def probe(self, *wrapper, timeout=10):
+        """The first probe's sample, and that life goes on after it."""
+        self.start(*wrapper)
+        sample = self.watch.next_samples(5, timeout, after=0)[4]
+        self.watch.next_samples(2, timeout)
+        self.assert_alive()
+        return sample
+
+    def assert_failed(self, sample):
+        self.assertEqual((sample.latency, sample.jitter, sample.loss), (0.0, 0.0, 10.0))
+
+    def test_missing(self):
+        # The same folder of programs, without ping.
+        folder = self.session.folder
+        (folder / "programs").mkdir()
+        (folder / "all").mkdir()
+        for name in os.listdir("/usr/bin"):
+            if name != "ping":
+                (folder / "programs" / name).symlink_to(folder / "all" / name)
+        self.assert_failed(self.probe(*self.wrapper(
+            f"mount --bind /usr/bin {folder}/all; mount --bind {folder}/programs /usr/bin")))
+
+    def test_not_executable(self):
+        self.assert_failed(self.probe(*self.fake("", mode=0o644)))
+
+    def test_not_a_program(self):
+        path = self.session.folder / "ping"
+        path.write_bytes(b"\x7fELF" + bytes(100))
+        path.chmod(0o755)
+        self.assert_failed(self.probe(*self.wrapper(
+            f'mount --bind {path} "$(readlink -f "$(command -v ping)")"')))
+
+    def test_silent(self):
+        self.assert_failed(self.probe(*self.fake("exit 0\n")))
+
+    def test_printing_garbage(self):
+        self.assert_failed(self.probe(*self.fake("head -c 3000 /dev/urandom\n")))
+
+    def test_printing_a_time_that_is_no_number(self):
+        sample = self.probe(*self.fake('echo "64 bytes from 1.1.1.1: time=abc ms"\n'))
+        self.assertEqual((sample.latency, sample.loss), (0.0, 0.0))
+
+    def test_printing_a_time_without_an_end(self):
+        self.assert_failed(self.probe(*self.fake('printf "time=12.5"\n')))
+
+    def test_printing_a_good_time_and_failing(self):
+        sample = self.probe(*self.fake('echo "time=12.5 ms"; echo error >&2; exit 2\n'))
+        self.assertEqual((sample.latency, sample.loss), (12.5, 0.0))
+
+    def test_asked_in_the_language_that_is_understood(self):
+        sample = self.probe(*self.fake(
+            '[ "$LC_ALL" = C ] && [ -z "$LANGUAGE" ] && echo "time=1.5 ms"\n'))
+        self.assertEqual(sample.latency, 1.5)
+
+    def test_flooding(self):
+        sample = self.probe(*self.fake("head -c 10000000 /dev/zero\n"), timeout=30)
+        self.assertEqual(sample.latency, 0.0)
+        self.assertEqual(sample.loss, 10.0)
+
+    def test_hanging(self):
+        self.assert_failed(self.probe(*self.fake("exec sleep 1000\n"), timeout=15))
+
+    def test_hanging_does_not_hinder_the_end_and_leaves_no_process_behind(self):
+        self.start(*self.fake("trap '' TERM; exec sleep 987654\n"))
+        hanging = ["pgrep", "-f", "-s", str(self.session.resident.pid), "sleep 987654"]
+        wait_until(lambda: subprocess.run(hanging, stdout=subprocess.DEVNULL).returncode == 0, 5,
+                   "the ping that hangs")
+        self.assert_ends_well()
+        self.assertEqual(subprocess.run(hanging).returncode, 1)
+
+
+class TheBus(case.ResidentTestCase):
+    INTERVAL = 0.2
+
+    def test_killed_and_started_anew_at_the_same_address(self):
+        self.start()
+        self.settle()
+        for _ in range(2):
+            self.session.kill_bus()
+            time.sleep(0.5)
+            self.assert_alive()
+            self.session.start_bus()
+            self.session.start_watch()
+            self.watch.next_samples(3, 8)
+        self.assert_ends_well()
+
+    def test_started_after_the_resident(self):
+        self.session.start_resident()
+        time.sleep(1)
+        self.assert_alive()
+        self.session.start_bus()
+        self.session.start_watch()
+        self.watch.next_samples(3, 8)
+
+    def test_never_there(self):
+        self.session.start_resident()
+        time.sleep(2)
+        self.assert_alive()
+        self.assert_ends_well()
+
+    def test_at_an_address_that_makes_no_sense(self):
+        self.session.environment["DBUS_SESSION_BUS_ADDRESS"] = "nonsense:\x01,;=,unix:path="
+        self.session.start_resident()
+        time.sleep(1)
+        self.assert_alive()
+        self.assert_ends_well()
+
+    def test_accepts_and_never_answers(self):
+        silent = subprocess.Popen(
+            ["python3", "-c", "import socket, sys, time\n"
+             "s = socket.socket(socket.AF_UNIX)\ns.bind(sys.argv[1])\ns.listen()\ntime.sleep(60)",
+             str(self.session.bus_path)])
+        self.addCleanup(silent.wait)
+        self.addCleanup(silent.kill)
+        wait_until(self.session.bus_path.exists, 5, "the silent bus")
+        self.session.start_resident()
+        time.sleep(1.5)
+        self.assert_alive()
+        self.assert_ends_well()
+
+    def test_stopped_for_a_while_loses_no_reading(self):
+        self.start()
+        self.settle()
+        self.session.bus.send_signal(signal.SIGSTOP)
+        time.sleep(2)
+        self.session.bus.send_signal(signal.SIGCONT)
+        samples = self.watch.next_samples(len(self.watch.samples) + 12, 10, after=0)
+        for before, sample in zip(samples, samples[1:]):
+            self.assertLess(sample.timestamp - before.timestamp, 2.5 * self.INTERVAL)
+
+
+class TheEnd(case.ResidentTestCase):
+    INTERVAL = 0.2
+
+    def test_comes_on_request_over_the_bus(self):
+        self.start()
+        self.settle()
+        subprocess.run(
+            ["busctl", "--user", "call", "com.halden.Tidewell", "/com/halden/Tidewell",
+             "com.halden.Tidewell", "Quit"], env=self.session.environment, check=True)
+        self.assertEqual(self.session.resident.wait(2), 0)
+        self.watch.until(lambda: self.watch.owners[-1:] == [False], 2, "the name given back")
+
+    def test_comes_on_sigterm_at_any_moment(self):
+        self.session.start_bus()
+        for pause in (0.05, 0.3, 1.02):
+            self.session.start_resident()
+            wait_until(self.started, 5, "the start")
+            time.sleep(pause)
+            self.assert_ends_well()
+
+    def started(self):
+        """`ip netns exec` has become the resident."""
+        name = pathlib.Path(f"/proc/{self.session.resident.pid}/comm").read_text().strip()
+        return name == pathlib.Path(RESIDENT).name
+
+
+class ThePreferences(case.ResidentTestCase):
+    INTERVAL = 0.5
+
+    def test_that_are_garbage_do_no_harm(self):
+        self.start()
+        self.settle()
+        file = self.session.folder / "config" / "tidewell" / "preferences.toml"
+        for content in (b"", b"\xff\xfe\x00garbage", b"refreshInterval = ", b"[[[[",
+                        b'refreshInterval = "fast"', b"refreshInterval = nan",
+                        b"refreshInterval = -1", b"refreshInterval = 1e308"):
+            file.write_bytes(content)
+            time.sleep(0.15)
+            self.assert_alive()
+        self.session.prefer(refreshInterval=0.3)
+        self.watch.next_samples(3, 5)
+        self.assert_ends_well()
+
+
+if __name__ == "__main__":
+    case.main()
