@@ -5,8 +5,9 @@ import signal
 import time
 
 from harness import case
+from harness.world import EIGHT_MEGABITS
 
-RATE = 1_000_000
+RATE = EIGHT_MEGABITS
 CEILING = 1.02 * RATE
 OUTAGE = 20 if case.LONG else 3
 
@@ -18,7 +19,7 @@ class SteadyDownload(case.ResidentTestCase):
 
     def setUp(self):
         super().setUp()
-        sender = self.world.sender("net", RATE)
+        sender = self.world.sender("net", RATE, frame=1000)
         self.addCleanup(sender.stop)
         self.start()
         self.text_becomes("↓1.0M ↑0K")

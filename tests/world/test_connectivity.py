@@ -4,8 +4,9 @@
 import time
 
 from harness import case
+from harness.world import EIGHT_MEGABITS
 
-RATE = 1_000_000
+RATE = EIGHT_MEGABITS
 
 
 class NoConnection(case.ResidentTestCase):
@@ -14,7 +15,7 @@ class NoConnection(case.ResidentTestCase):
         self.start()
         self.text_becomes("↓-- ↑--")
         self.watch.until(lambda: self.watch.values.get("Status") == "down", 5, "status down")
-        sender = self.world.sender("net", RATE)
+        sender = self.world.sender("net", RATE, frame=1000)
         self.addCleanup(sender.stop)
         time.sleep(1.5)
         self.world.do("route", "on")

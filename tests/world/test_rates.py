@@ -5,17 +5,16 @@ import statistics
 import unittest
 
 from harness import case
-
-MEGABIT = 125_000  # bytes
+from harness.world import EIGHT_MEGABITS
 
 
 class SteadyTraffic(case.ResidentTestCase):
     def test_eight_megabits_read_as_one_megabyte(self):
-        sender = self.world.sender("net", 8 * MEGABIT)
+        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
         self.start()
         self.text_becomes("↓1.0M ↑0K")
         for sample in self.watch.next_samples(30 if case.LONG else 4, 60):
-            self.assertAlmostEqual(sample.download, 1_000_000, delta=20_000)
+            self.assertAlmostEqual(sample.download, EIGHT_MEGABITS, delta=10_000)
             self.assertEqual(self.watch.values["MenubarText"], "↓1.0M ↑0K")
         sender.stop()
 
@@ -31,7 +30,7 @@ class SteadyTraffic(case.ResidentTestCase):
 
     def test_a_link_that_is_offered_too_much_reads_as_what_it_carries(self):
         self.world.do("rate", 4, 4)
-        sender = self.world.sender("net", 8 * MEGABIT, frame=1000)
+        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
         self.start()
         sample = self.watch.next_samples(3, 10)[-1]
         sender.stop()
@@ -41,7 +40,7 @@ class SteadyTraffic(case.ResidentTestCase):
         self.start()
         self.settle()
         # To the other interface's neighbour, not to the internet.
-        sender = self.world.sender("user", 8 * MEGABIT, host="192.168.2.1")
+        sender = self.world.sender("user", EIGHT_MEGABITS, host="192.168.2.1")
         samples = self.watch.next_samples(3, 10)
         sender.stop()
         self.assertTrue(all(sample.upload < 1000 for sample in samples), samples)
@@ -70,7 +69,7 @@ class NoTraffic(case.ResidentTestCase):
             self.assertLess(sample.upload, 1000)
 
     def test_stopped_traffic_reads_as_zero_within_two_intervals(self):
-        sender = self.world.sender("net", 8 * MEGABIT)
+        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
         self.start()
         self.text_becomes("↓1.0M ↑0K")
         sender.stop()

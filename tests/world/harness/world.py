@@ -14,6 +14,11 @@ USER = "203.0.113.2"
 PROBED = "1.1.1.1"
 DISCARD = "9"
 
+# Bytes per second on the interface when eight megabits per second of IP packets flow in frames of
+# 1,000 bytes, 14 of which are the Ethernet header. Without it a rate would stand on the very edge
+# between two texts, "1000K" and "1.0M", and each reading might fall to either side.
+EIGHT_MEGABITS = 1_000_000 * 1000 // 986
+
 _numbers = itertools.count()
 
 
