@@ -142,8 +142,8 @@ const char* BusObject::keep(const std::string& text) { return m_texts.emplace_ba
 
 void BusObject::addProperty(const std::string& name, const std::string& signature,
                             std::uint64_t flags, Property property) {
-  sd_bus_vtable entry = SD_BUS_PROPERTY(keep(name), keep(signature), &BusObject::get, 0,
-                      flags & 0xFFFFFFFFU);
+  sd_bus_vtable entry =
+      SD_BUS_PROPERTY(keep(name), keep(signature), &BusObject::get, 0, flags & 0xFFFFFFFFU);
   m_table.push_back(entry);
   m_properties.emplace(name, std::move(property));
 }

@@ -13,8 +13,8 @@
 
 namespace tidewell {
 
-/// Whether a message stands whole in the `left` bytes from its header on. mnl_nlmsg_ok alone takes a
-/// length beyond two gigabytes for a negative one and lets it pass.
+/// Whether a message stands whole in the `left` bytes from its header on. mnl_nlmsg_ok alone takes
+/// a length beyond two gigabytes for a negative one and lets it pass.
 inline bool isWhole(const nlmsghdr* message, int left) {
   return left >= static_cast<int>(sizeof(nlmsghdr)) &&
          message->nlmsg_len <= static_cast<std::uint32_t>(left) && mnl_nlmsg_ok(message, left);

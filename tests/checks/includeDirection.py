@@ -1,0 +1,72 @@
+#!/usr/bin/python3
+"""Checks that files of src/ include only what lies below them.
+
+    includeDirection.py SOURCE_DIRECTORY
+
+A room sees the rooms listed for it and itself. The first entry that a file's path starts with is
+its room.
+"""
+
+import pathlib
+import re
+import sys
+
+SERVICES = ["settings", "sampling", "connectivity", "processes", "speedtest", "alerts"]
+
+# room -> what it may include. Order matters: a longer path comes before a shorter one.
+ROOMS = {
+    "base": [],
+    "platform/linux": ["base", "platform"],
+    "platform": ["base"],
+    "settings": ["base", "platform"],
+    "sampling": ["base", "platform"],
+    "connectivity": ["base", "platform", "sampling"],
+    "processes": ["base", "platform"],
+    "speedtest": ["base", "platform"],
+    "alerts": ["base", "platform", "settings"],
+    "format": ["base", *SERVICES],
+    "helpers": ["base"],
+    "ui": ["base", "format", *SERVICES],
+    "app": ["base", "platform", "platform/linux", "format", *SERVICES],
+}
+
+# What only some rooms may include of the world outside.
+OUTSIDE = {
+    re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app"],
+    re.compile(r"curl/|canberra"): ["helpers"],
+    re.compile(r"Q[A-Z]"): ["ui"],
+}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)
+
+
+def room_of(path):
+    matches = [room for room in ROOMS if path == room or path.startswith(room + "/")]
+    return max(matches, key=len, default=None)
+
+
+def faults_of(source, file):
+    """What is wrong with one file's includes, as lines of text."""
+    path = file.relative_to(source).as_posix()
+    room = room_of(path)
+    if room is None:
+        yield f"{path}: lies in no known room"
+        return
+    for included in INCLUDE.findall(file.read_text(encoding="utf-8")):
+        target = room_of(included)
+        if target and target != room and target not in ROOMS[room]:
+            yield f"{path}: {room} must not include {included}"
+        for pattern, allowed in OUTSIDE.items():
+            if not target and pattern.match(included) and room not in allowed:
+                yield f"{path}: {room} must not include {included}"
+
+
+def main(source):
+    files = sorted(file for kind in ("*.h", "*.cpp") for file in source.rglob(kind))
+    faults = [fault for file in files for fault in faults_of(source, file)]
+    print("\n".join(faults) or f"{len(files)} files include only what lies below them")
+    return 1 if faults or not files else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(pathlib.Path(sys.argv[1]).resolve()))

@@ -1,0 +1,45 @@
+#!/usr/bin/python3
+"""The include check finds what it is there to find."""
+
+import pathlib
+import tempfile
+import unittest
+
+import includeDirection
+
+
+def faults(path, text):
+    with tempfile.TemporaryDirectory() as directory:
+        source = pathlib.Path(directory)
+        file = source / path
+        file.parent.mkdir(parents=True)
+        file.write_text(text)
+        return list(includeDirection.faults_of(source, file))
+
+
+class IncludeDirection(unittest.TestCase):
+    def test_allows_what_lies_below(self):
+        self.assertEqual(faults("sampling/A.cpp", '#include "base/B.h"\n#include <vector>\n'), [])
+        self.assertEqual(faults("app/A.cpp", '#include "platform/linux/B.h"\n'), [])
+
+    def test_finds_what_lies_above_or_beside(self):
+        for path, text in [
+            ("base/A.h", '#include "platform/B.h"'),
+            ("platform/A.h", '#include "platform/linux/B.h"'),
+            ("sampling/A.cpp", '#include "settings/B.h"'),
+            ("format/A.cpp", '#include "app/B.h"'),
+            ("ui/A.cpp", '  # include "platform/linux/B.h"'),
+        ]:
+            self.assertEqual(len(faults(path, text)), 1, path)
+
+    def test_finds_libraries_out_of_their_room(self):
+        self.assertEqual(len(faults("sampling/A.cpp", "#include <libmnl/libmnl.h>")), 1)
+        self.assertEqual(len(faults("app/A.cpp", "#include <QWidget>")), 1)
+        self.assertEqual(len(faults("app/A.cpp", "#include <curl/curl.h>")), 1)
+
+    def test_finds_files_outside_of_every_room(self):
+        self.assertEqual(len(faults("misc/A.cpp", "")), 1)
+
+
+if __name__ == "__main__":
+    unittest.main()

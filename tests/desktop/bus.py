@@ -1,0 +1,65 @@
+"""The session bus as the tests and the demonstration see it, through dbus-send and dbus-monitor."""
+
+import re
+import subprocess
+
+TIDEWELL = ("com.halden.Tidewell", "/com/halden/Tidewell", "com.halden.Tidewell")
+WATCHER = (
+    "org.kde.StatusNotifierWatcher",
+    "/StatusNotifierWatcher",
+    "org.kde.StatusNotifierWatcher",
+)
+_BUS = ("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus")
+_STRING = re.compile(r'string "(.*)"$', re.MULTILINE)
+
+
+def call(environment, where, member, *arguments):
+    """The text of a method's reply, or None when there was none."""
+    name, path, interface = where
+    reply = subprocess.run(
+        ["dbus-send", "--session", "--print-reply=literal", "--reply-timeout=2000",
+         f"--dest={name}", path, f"{interface}.{member}", *arguments],
+        env=environment, text=True, capture_output=True, check=False,
+    )  # fmt: skip
+    return reply.stdout.strip() if reply.returncode == 0 else None
+
+
+def owner(environment, name):
+    """The unique name behind a well-known one, or None."""
+    return call(environment, _BUS, "GetNameOwner", f"string:{name}")
+
+
+def get(environment, where, name):
+    """A property as dbus-send prints it, or None."""
+    properties = (where[0], where[1], "org.freedesktop.DBus.Properties")
+    reply = call(environment, properties, "Get", f"string:{where[2]}", f"string:{name}")
+    return re.sub(r"^variant\s+", "", reply) if reply is not None else None
+
+
+def live_text(environment):
+    """The text in the panel now, or None while nobody publishes it."""
+    return get(environment, TIDEWELL, "MenubarText")
+
+
+def registered_items(environment):
+    """The items that the panel's watcher knows."""
+    return (get(environment, WATCHER, "RegisteredStatusNotifierItems") or "").strip("array []").split()
+
+
+def watch_live_text(children, environment):
+    """Starts a process whose lines live_text_in() understands."""
+    rule = "type='signal',interface='org.freedesktop.DBus.Properties',path='{}'".format(TIDEWELL[1])
+    return children.start(
+        ["stdbuf", "-oL", "dbus-monitor", "--session", rule], environment,
+        stdout=subprocess.PIPE, text=True,
+    )  # fmt: skip
+
+
+def live_texts_in(lines):
+    """Each live text announced in dbus-monitor's lines, as it comes."""
+    named = False
+    for line in lines:
+        text = _STRING.search(line)
+        if named and text:
+            yield text.group(1)
+        named = bool(text) and text.group(1) == "MenubarText"

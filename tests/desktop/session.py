@@ -1,0 +1,108 @@
+"""A private desktop on a machine without a display: X server, session bus, window manager, panel."""
+
+import os
+import shutil
+import signal
+import tempfile
+from pathlib import Path
+
+import bus
+from children import Children, wait_until
+
+_BACKGROUND = "#20303c"
+
+
+class Session:
+    """A `with` block with a desktop of its own, told apart by `environment`.
+
+    `desktop` is a module such as xfce. Nothing of the user's home or bus is touched, and nothing
+    is left behind. What the parts print is in the file `log`.
+    """
+
+    def __init__(self, desktop, screen="1280x720x24"):
+        self.desktop = desktop
+        self.environment = {}
+        self._screen = screen
+        self._panel = None
+
+    def __enter__(self):
+        self._directory = Path(tempfile.mkdtemp(prefix="tidewell-desktop."))
+        self.log = self._directory / "log"
+        self._log_file = self.log.open("wb")
+        self.children = Children(self._log_file).__enter__()
+        try:
+            self._start()
+        except BaseException:
+            self.__exit__(None, None, None)
+            raise
+        return self
+
+    def __exit__(self, *_):
+        self.children.__exit__()
+        self._log_file.close()
+        shutil.rmtree(self._directory, ignore_errors=True)
+
+    def start(self, command, **options):
+        """Starts a program of this desktop."""
+        return self.children.start(command, self.environment, **options)
+
+    def start_panel(self):
+        """Starts the panel, and waits until it watches for items."""
+        self._panel = self.start(self.desktop.PANEL)
+        wait_until(lambda: bus.owner(self.environment, bus.WATCHER[0]), 20, "watcher in the panel")
+
+    def stop_panel(self):
+        """Ends the panel, as a crash would."""
+        self._panel.send_signal(signal.SIGKILL)
+        self.children.end(self._panel)
+        wait_until(lambda: not bus.owner(self.environment, bus.WATCHER[0]), 10, "end of the watcher")
+
+    def _start(self):
+        self.environment = self._make_environment()
+        self.desktop.configure(Path(self.environment["XDG_CONFIG_HOME"]))
+        self.environment["DISPLAY"] = self._start_x_server()
+        self._start_bus()
+        self.start(self.desktop.WINDOW_MANAGER)
+        self.start(["xsetroot", "-solid", _BACKGROUND, "-cursor_name", "left_ptr"]).wait()
+        self.start_panel()
+
+    def _make_environment(self):
+        def home(name):
+            directory = self._directory / name
+            directory.mkdir(mode=0o700)
+            return str(directory)
+
+        return {
+            "PATH": os.environ.get("PATH", "/usr/bin:/bin"),
+            "HOME": home("home"),
+            "LANG": "C.UTF-8",
+            "XDG_CONFIG_HOME": home("config"),
+            "XDG_CACHE_HOME": home("cache"),
+            "XDG_DATA_HOME": home("data"),
+            "XDG_RUNTIME_DIR": home("run"),
+            "XDG_CURRENT_DESKTOP": self.desktop.NAME,
+            "XDG_SESSION_TYPE": "x11",
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self._directory}/run/bus",
+            "NO_AT_BRIDGE": "1",
+            "GIO_USE_VFS": "local",
+            # Its settings service would be one more thing to install.
+            "GSETTINGS_BACKEND": "memory",
+        }
+
+    def _start_x_server(self):
+        reading, writing = os.pipe()
+        self.start(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp"],
+            pass_fds=[writing],
+        )
+        os.close(writing)
+        with open(reading) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError(f"no X server: {self.log.read_text(errors='replace')}")
+        return f":{number}"
+
+    def _start_bus(self):
+        address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"])
+        wait_until(lambda: bus.owner(self.environment, "org.freedesktop.DBus"), 10, "session bus")

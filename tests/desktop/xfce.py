@@ -1,0 +1,55 @@
+"""Xfce's panel: a bar at the top with the status notifier area at its right end."""
+
+from pathlib import Path
+
+NAME = "XFCE"
+WINDOW_MANAGER = ["openbox"]
+PANEL = ["xfce4-panel", "--disable-wm-check"]
+
+_PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="dark-mode" type="bool" value="true"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="icon-size" type="uint" value="22"/>
+      <property name="plugin-ids" type="array">
+        <value type="int" value="1"/>
+        <value type="int" value="2"/>
+        <value type="int" value="3"/>
+      </property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="applicationsmenu"/>
+    <property name="plugin-2" type="string" value="separator">
+      <property name="expand" type="bool" value="true"/>
+      <property name="style" type="uint" value="0"/>
+    </property>
+    <property name="plugin-3" type="string" value="systray">
+      <property name="icon-size" type="int" value="22"/>
+      <property name="square-icons" type="bool" value="false"/>
+      <property name="symbolic-icons" type="bool" value="false"/>
+    </property>
+  </property>
+</channel>
+"""
+
+_GTK_INI = """[Settings]
+gtk-application-prefer-dark-theme=1
+gtk-font-name=DejaVu Sans 10
+"""
+
+
+def configure(config_home: Path):
+    """Writes the panel's configuration."""
+    channels = config_home / "xfce4/xfconf/xfce-perchannel-xml"
+    channels.mkdir(parents=True)
+    (channels / "xfce4-panel.xml").write_text(_PANEL_XML)
+    (config_home / "gtk-3.0").mkdir()
+    (config_home / "gtk-3.0/settings.ini").write_text(_GTK_INI)
