@@ -2,6 +2,7 @@
 #include "base/Service.h"
 #include "platform/ChildProcess.h"
 #include "platform/Platform.h"
+#include "platform/linux/DeviceTable.h"
 #include "platform/linux/LinuxConfigurationStore.h"
 #include "platform/linux/LinuxInterfaceCounters.h"
 #include "platform/linux/RouteSocket.h"
@@ -34,7 +35,8 @@ void sample(benchmark::State& state) {
   bench::ManualScheduler scheduler;
   InstantClock clock;
   RouteSocket socket;
-  LinuxInterfaceCounters counters(socket);
+  DeviceTable table;
+  LinuxInterfaceCounters counters(table);
   LinuxConfigurationStore configuration(socket);
   NoChildren children;
   const Platform platform{scheduler, clock, counters, configuration, children};
@@ -61,8 +63,9 @@ BENCHMARK(kernelRoute);
 void kernelCounters(benchmark::State& state) {
   RouteSocket socket;
   const std::string name = LinuxConfigurationStore(socket).primaryInterface().value_or("lo");
+  DeviceTable table;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(socket.link(name));
+    benchmark::DoNotOptimize(table.device(name));
   }
 }
 BENCHMARK(kernelCounters);

@@ -7,6 +7,7 @@
 #include "platform/linux/AutostartLoginItem.h"
 #include "platform/linux/ConfigurationDirectory.h"
 #include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/DeviceTable.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/HelperProgram.h"
 #include "platform/linux/LinuxChildProcess.h"
@@ -45,7 +46,8 @@ struct Machine {
 
   SystemClock clock;
   RouteSocket routes;
-  LinuxInterfaceCounters counters{routes};
+  DeviceTable devices;
+  LinuxInterfaceCounters counters{devices};
   LinuxConfigurationStore configuration{routes};
   LinuxInterfaceAddresses addresses;
   LinuxChildProcess children;

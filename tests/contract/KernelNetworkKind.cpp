@@ -1,4 +1,5 @@
 #include "contract/NetworkContract.h"
+#include "platform/linux/DeviceTable.h"
 #include "platform/linux/FileDescriptor.h"
 #include "platform/linux/LinuxConfigurationStore.h"
 #include "platform/linux/LinuxInterfaceCounters.h"
@@ -75,7 +76,8 @@ private:
 
   FileDescriptor m_home;
   RouteSocket m_socket; // opened on first use, inside the namespace
-  LinuxInterfaceCounters m_counters{m_socket};
+  DeviceTable m_table;  // as well
+  LinuxInterfaceCounters m_counters{m_table};
   LinuxConfigurationStore m_configuration{m_socket};
 };
 

@@ -150,5 +150,19 @@ TEST_F(PreferencesFileChanges, AFileThatBecomesUnreadableChangesNothing) {
   EXPECT_EQ(heard, (Heard{{"a", two}}));
 }
 
+TEST_F(PreferencesFileChanges, WhereNothingCanBeWatchedChangesShowWithinAMinute) {
+  isWatchRefused = true;
+  startWith("a = 1\n");
+  write("a = 2\n");
+  scheduler.advance(61.0);
+  EXPECT_EQ(heard, (Heard{{"a", two}}));
+
+  isWatchRefused = false;
+  scheduler.advance(61.0);
+  writeByRenaming(path, "a = 1\n");
+  hearEvents();
+  EXPECT_EQ(heard.back(), Heard::value_type("a", one));
+}
+
 } // namespace
 } // namespace tidewell::test

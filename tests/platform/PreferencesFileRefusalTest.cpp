@@ -179,11 +179,13 @@ TEST_F(PreferencesFileRefusal, AFileOfAGibibyteIsNotReadButKept) {
   EXPECT_EQ(fs::file_size(keptAside()[0]), 1ULL << 30U);
 }
 
-TEST_F(PreferencesFileRefusal, AValueThatWouldMakeTheFileUnreadableStaysInMemory) {
+TEST_F(PreferencesFileRefusal, AValueThatWouldMakeTheFileUnreadableStaysInMemoryAndHoldsUpNoOther) {
   start();
   store->set("a", one);
   store->set("b", std::string(2U << 20U, 'x'));
   EXPECT_EQ(std::get<std::string>(store->value("b").value()).size(), 2U << 20U);
+  store->set("a", two);
+  EXPECT_NE(contents().find("a = 2\n"), std::string::npos);
   EXPECT_LT(fs::file_size(path), 1000U);
   EXPECT_TRUE(keptAside().empty());
 }

@@ -29,6 +29,9 @@ protected:
     store = std::make_unique<PreferencesFile>(
         path.string(), scheduler.main(),
         [this](int, std::uint32_t, EventLoop::FdHandler handler) -> std::unique_ptr<FdWatch> {
+          if (isWatchRefused) {
+            return nullptr;
+          }
           readEvents = std::move(handler);
           return std::make_unique<Watch>();
         });
@@ -63,6 +66,7 @@ protected:
   VirtualScheduler scheduler;
   std::unique_ptr<PreferencesFile> store;
   EventLoop::FdHandler readEvents;
+  bool isWatchRefused = false;
   Heard heard;
   std::vector<Subscription> subscriptions;
 

@@ -10,13 +10,15 @@ MEGABIT = 125_000  # bytes
 
 
 class SteadyTraffic(case.ResidentTestCase):
-    def measure(self, interval, seconds, where, direction):
+    def measure(self, interval, seconds, where, direction, meanwhile=lambda: time.sleep(0.1)):
         """Eight megabits for a while, read and written down."""
         self.session.prefer(refreshInterval=interval)
         sender = self.world.sender(where, 8 * MEGABIT, frame=250)
         log = CounterLog(self.world)
         self.start()
-        time.sleep(interval + seconds)
+        end = time.time() + interval + seconds
+        while time.time() < end:
+            meanwhile()
         self.watch.next_samples(1, interval + 5)
         time.sleep(0.05)
         samples = list(self.watch.samples)
@@ -39,6 +41,15 @@ class SteadyTraffic(case.ResidentTestCase):
 
     def test_upload_is_exact_in_the_mean_and_in_every_reading(self):
         self.measure(2.0, 60 if case.LONG else 10, "user", "upload")
+        self.assert_exact()
+
+    def test_interfaces_that_come_and_go_in_a_neighbouring_container_change_nothing(self):
+        # While they do, the kernel keeps whoever asks about links waiting for tens of milliseconds.
+        def churn():
+            self.world.run("router", "sh", "-c", "ip link add other type bridge;"
+                           "ip link set other up; ip link del other")
+
+        self.measure(1.0, 20 if case.LONG else 8, "net", "download", churn)
         self.assert_exact()
 
 

@@ -139,7 +139,7 @@ class TheBus(case.ResidentTestCase):
              str(self.session.bus_path)])
         self.addCleanup(silent.wait)
         self.addCleanup(silent.kill)
-        wait_until(self.session.bus_path.exists, 5, "the silent bus")
+        self.session.wait_for_bus()
         self.session.start_resident()
         time.sleep(1.5)
         self.assert_alive()

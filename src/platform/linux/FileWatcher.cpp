@@ -24,18 +24,16 @@ bool isDirectory(const std::string& path) { return ::access((path + "/.").c_str(
 
 } // namespace
 
-FileWatcher::FileWatcher(std::string path, const WatchDescriptor& watch, Observer observer)
-    : m_path(std::move(path)), m_observer(std::move(observer)),
-      m_inotify(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK)) {
-  if (m_inotify.isOpen()) {
-    m_watch = watch(m_inotify.get(), EPOLLIN, [this](std::uint32_t) { readEvents(); });
-  }
-  arm();
-}
+FileWatcher::FileWatcher(std::string path, WatchDescriptor watch, Observer observer)
+    : m_path(std::move(path)), m_watchDescriptor(std::move(watch)),
+      m_observer(std::move(observer)) {}
 
 bool FileWatcher::arm() {
+  if (!open()) {
+    return false;
+  }
   NamesOfWatch names;
-  bool succeeded = m_watch != nullptr;
+  bool succeeded = true;
   for (const std::string& path : linkChain(m_path)) {
     succeeded = add(names, path) && succeeded;
   }
@@ -46,6 +44,17 @@ bool FileWatcher::arm() {
   }
   m_names = std::move(names);
   return succeeded;
+}
+
+bool FileWatcher::open() {
+  if (m_watch == nullptr) {
+    m_inotify = FileDescriptor(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+    if (m_inotify.isOpen()) {
+      m_watch =
+          m_watchDescriptor(m_inotify.get(), EPOLLIN, [this](std::uint32_t) { readEvents(); });
+    }
+  }
+  return m_watch != nullptr;
 }
 
 // Watches the directory of the path, or the nearest one above it that exists.

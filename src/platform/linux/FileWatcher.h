@@ -26,19 +26,23 @@ public:
   /// it holds all that it is meant to hold.
   using Observer = std::function<void(bool isFinished)>;
 
-  FileWatcher(std::string path, const WatchDescriptor& watch, Observer observer);
+  /// Watches nothing until `arm`.
+  FileWatcher(std::string path, WatchDescriptor watch, Observer observer);
 
-  /// Finds out anew where the path leads, and watches that. The owner calls it after each change,
-  /// before it reads the file, and some time later when it gives false: the kernel refused.
-  bool arm();
+  /// Finds out where the path leads now, and watches that. The owner calls it before it reads the
+  /// file, at first and after each change, and some time later when it gives false: the kernel
+  /// refused.
+  [[nodiscard]] bool arm();
 
 private:
   using NamesOfWatch = std::map<int, std::set<std::string>>; // which files of which directory
 
+  bool open();
   bool add(NamesOfWatch& names, const std::string& path) const;
   void readEvents();
 
   std::string m_path;
+  WatchDescriptor m_watchDescriptor;
   Observer m_observer;
   FileDescriptor m_inotify;
   NamesOfWatch m_names;

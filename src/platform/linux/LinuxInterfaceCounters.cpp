@@ -1,14 +1,12 @@
 #include "platform/linux/LinuxInterfaceCounters.h"
 
-#include "platform/linux/RouteSocket.h"
-
 #include <cstdint>
 #include <utility>
 
 namespace tidewell {
 
-LinuxInterfaceCounters::LinuxInterfaceCounters(RouteSocket& socket)
-    : LinuxInterfaceCounters([&socket](const std::string& name) { return socket.link(name); }) {}
+LinuxInterfaceCounters::LinuxInterfaceCounters(DeviceTable& table)
+    : LinuxInterfaceCounters([&table](const std::string& name) { return table.device(name); }) {}
 
 LinuxInterfaceCounters::LinuxInterfaceCounters(Lookup lookup) : m_lookup(std::move(lookup)) {}
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/InterfaceCounters.h"
-#include "platform/linux/NetlinkMessages.h"
+#include "platform/linux/DeviceTable.h"
 
 #include <functional>
 #include <mutex>
@@ -9,8 +9,6 @@
 #include <string>
 
 namespace tidewell {
-
-class RouteSocket;
 
 /// The kernel's 64-bit byte counters, served from a base.
 ///
@@ -23,8 +21,8 @@ public:
   /// Finds an interface by name.
   using Lookup = std::function<std::optional<LinkRecord>(const std::string&)>;
 
-  /// Borrows the socket.
-  explicit LinuxInterfaceCounters(RouteSocket& socket);
+  /// Borrows the table.
+  explicit LinuxInterfaceCounters(DeviceTable& table);
   explicit LinuxInterfaceCounters(Lookup lookup);
 
   [[nodiscard]] std::optional<ByteCounts> read(const std::string& interface) override;

@@ -2,47 +2,11 @@
 
 #include "platform/linux/NetlinkAttributes.h"
 
-#include <linux/if_link.h>
 #include <linux/rtnetlink.h>
 
 namespace tidewell {
 
 namespace {
-
-/// The part of rtnl_link_stats64 that every kernel sends.
-struct LinkBytes {
-  std::uint64_t packetsIn;
-  std::uint64_t packetsOut;
-  std::uint64_t bytesIn;
-  std::uint64_t bytesOut;
-};
-
-std::optional<LinkRecord> readLink(const nlmsghdr& message) {
-  const auto header = readHeader<ifinfomsg>(message);
-  if (!header) {
-    return std::nullopt;
-  }
-  LinkRecord link;
-  link.index = header->ifi_index;
-  bool counted = false;
-  forEachAttribute<ifinfomsg>(message, [&](const nlattr& attribute) {
-    switch (mnl_attr_get_type(&attribute)) {
-    case IFLA_IFNAME:
-      link.name = attributeText(attribute);
-      break;
-    case IFLA_STATS64:
-      if (const auto bytes = attributeValue<LinkBytes>(attribute)) {
-        link.bytesIn = bytes->bytesIn;
-        link.bytesOut = bytes->bytesOut;
-        counted = true;
-      }
-      break;
-    default:
-      break;
-    }
-  });
-  return counted ? std::optional(link) : std::nullopt;
-}
 
 std::optional<int> readRouteInterface(const nlmsghdr& message) {
   const auto header = readHeader<rtmsg>(message);
@@ -87,10 +51,6 @@ auto readFirst(std::span<const std::byte> reply, std::uint16_t type, Read read)
 }
 
 } // namespace
-
-std::optional<LinkRecord> parseLink(std::span<const std::byte> reply) {
-  return readFirst(reply, RTM_NEWLINK, readLink);
-}
 
 std::optional<int> parseRouteInterface(std::span<const std::byte> reply) {
   return readFirst(reply, RTM_NEWROUTE, readRouteInterface);

@@ -1,24 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 
 namespace tidewell {
-
-/// What the kernel tells of one network interface. Counters are unsigned and 64 bits wide.
-struct LinkRecord {
-  int index = 0;
-  std::string name;
-  std::uint64_t bytesIn = 0;
-  std::uint64_t bytesOut = 0;
-};
-
-/// The first link of a reply to RTM_GETLINK; none when the bytes hold no complete link with
-/// statistics. Any bytes may be given. Pure.
-[[nodiscard]] std::optional<LinkRecord> parseLink(std::span<const std::byte> reply);
 
 /// Index of the interface that the route in a reply to RTM_GETROUTE leaves through; none when the
 /// bytes hold no unicast route with an interface. Any bytes may be given. Pure.

@@ -24,9 +24,10 @@ DefaultsValue storable(DefaultsValue value) {
 
 } // namespace
 
-PreferencesFile::PreferencesFile(std::string path, WorkQueue& main, const WatchDescriptor& watch)
+PreferencesFile::PreferencesFile(std::string path, WorkQueue& main, WatchDescriptor watch)
     : m_main(main), m_changes(main), m_storage(std::move(path)),
-      m_watcher(m_storage.path(), watch, [this](bool isFinished) { fileChanged(isFinished); }),
+      m_watcher(m_storage.path(), std::move(watch),
+                [this](bool isFinished) { fileChanged(isFinished); }),
       m_self(std::make_shared<PreferencesFile*>(this)) {
   // Without the directory the watcher waits for it, and without the watcher changes show later.
   [[maybe_unused]] const auto error = makeDirectories(directoryOf(m_storage.path()));
@@ -51,21 +52,29 @@ std::optional<DefaultsValue> PreferencesFile::value(std::string_view key) const 
 }
 
 void PreferencesFile::set(std::string_view key, DefaultsValue value) {
-  const std::string name = validUtf8(key);
+  const DefaultsValues change{{validUtf8(key), storable(std::move(value))}};
   const std::scoped_lock fileLock(m_fileMutex);
+  DefaultsValues refused;
   {
     const std::scoped_lock lock(m_mutex);
-    m_refused.insert_or_assign(name, storable(std::move(value)));
+    for (const auto& [name, stored] : change) {
+      m_refused.insert_or_assign(name, stored);
+    }
     DefaultsValues values = m_values;
     adopt(std::move(values));
+    refused = m_refused;
   }
-  if (!flush()) {
-    m_main.post([self = std::weak_ptr(m_self)] {
-      if (const auto alive = self.lock()) {
-        (*alive)->retryLater();
-      }
-    });
+  if (flush(refused)) {
+    return;
   }
+  if (refused.size() > 1) {
+    flush(change); // an older value may be what the disk has no room for
+  }
+  m_main.post([self = std::weak_ptr(m_self)] {
+    if (const auto alive = self.lock()) {
+      (*alive)->retryLater();
+    }
+  });
 }
 
 Subscription PreferencesFile::observe(std::string key, Observer observer) {
@@ -107,13 +116,11 @@ bool PreferencesFile::isComplete(const PreferencesStorage::Reading& reading) con
          });
 }
 
-// With m_fileMutex held. Gives the disk what it does not have.
-bool PreferencesFile::flush() {
-  DefaultsValues changes;
+// With m_fileMutex held. Gives the disk these values; false when it refuses.
+bool PreferencesFile::flush(const DefaultsValues& changes) {
   DefaultsValues known;
   {
     const std::scoped_lock lock(m_mutex);
-    changes = m_refused;
     known = m_values;
   }
   auto stored = m_storage.write(changes, known);
@@ -121,7 +128,9 @@ bool PreferencesFile::flush() {
     return false;
   }
   const std::scoped_lock lock(m_mutex);
-  m_refused.clear();
+  for (const auto& [key, value] : changes) {
+    m_refused.erase(key);
+  }
   adopt(*std::move(stored));
   return true;
 }
@@ -154,14 +163,15 @@ void PreferencesFile::retryLater() {
 void PreferencesFile::retry() {
   m_retry.reset();
   bool succeeded = m_watcher.arm();
+  read(Patience::none); // what nobody told while nothing was watched
   {
     const std::scoped_lock fileLock(m_fileMutex);
-    bool isAllStored = false;
+    DefaultsValues refused;
     {
       const std::scoped_lock lock(m_mutex);
-      isAllStored = m_refused.empty();
+      refused = m_refused;
     }
-    succeeded = (isAllStored || flush()) && succeeded;
+    succeeded = (refused.empty() || flush(refused)) && succeeded;
   }
   if (!succeeded) {
     retryLater();

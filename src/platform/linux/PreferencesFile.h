@@ -21,7 +21,7 @@ namespace tidewell {
 class PreferencesFile final : public DefaultsStore {
 public:
   /// Reads the file of this absolute path; makes its directory when it is missing.
-  PreferencesFile(std::string path, WorkQueue& main, const WatchDescriptor& watch);
+  PreferencesFile(std::string path, WorkQueue& main, WatchDescriptor watch);
   PreferencesFile(std::string path, EventLoop& loop);
   ~PreferencesFile() override;
 
@@ -35,7 +35,7 @@ private:
   void fileChanged(bool isFinished);
   void read(Patience patience);
   bool isComplete(const PreferencesStorage::Reading& reading) const;
-  bool flush();
+  bool flush(const DefaultsValues& changes);
   void adopt(DefaultsValues stored);
   void retryLater();
   void retry();

@@ -2,6 +2,7 @@
 
 #include "platform/linux/TomlDocument.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <optional>

@@ -1,6 +1,7 @@
 #include "platform/linux/RouteSocket.h"
 
 #include "platform/linux/NetlinkAttributes.h"
+#include "platform/linux/NetlinkMessages.h"
 
 #include <cerrno>
 #include <cstring>
@@ -8,7 +9,6 @@
 
 #include <libmnl/libmnl.h>
 #include <linux/if.h>
-#include <linux/if_link.h>
 #include <linux/rtnetlink.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -35,18 +35,6 @@ struct Request {
 };
 
 } // namespace
-
-std::optional<LinkRecord> RouteSocket::link(const std::string& name) {
-  if (name.empty() || name.size() >= IFNAMSIZ) {
-    return std::nullopt;
-  }
-  const std::scoped_lock lock(m_mutex);
-  Request request(RTM_GETLINK);
-  mnl_nlmsg_put_extra_header(request.header, sizeof(ifinfomsg));
-  mnl_attr_put_strz(request.header, IFLA_IFNAME, name.c_str());
-  auto answer = parseLink(ask(request.header));
-  return answer && answer->name == name ? answer : std::nullopt;
-}
 
 std::optional<std::string> RouteSocket::interfaceName(int index) {
   const std::scoped_lock lock(m_mutex);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/FileDescriptor.h"
-#include "platform/linux/NetlinkMessages.h"
 
 #include <array>
 #include <cstddef>
@@ -29,9 +28,6 @@ struct InterfaceState {
 /// first use and again after an error. Any thread. Every failure is an absent answer.
 class RouteSocket {
 public:
-  /// The interface of exactly this name.
-  [[nodiscard]] std::optional<LinkRecord> link(const std::string& name);
-
   /// Name of the interface with this index.
   [[nodiscard]] std::optional<std::string> interfaceName(int index);
 

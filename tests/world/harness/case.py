@@ -57,6 +57,6 @@ class ResidentTestCase(WorldTestCase):
 def main():
     reason = world.check()
     if reason:
-        print(reason)
+        print(f"skipped: {reason}")
         sys.exit(77)
     unittest.main(verbosity=2)

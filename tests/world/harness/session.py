@@ -5,6 +5,7 @@ import os
 import pathlib
 import shutil
 import signal
+import socket
 import subprocess
 import tempfile
 import threading
@@ -57,7 +58,14 @@ class Session:
             ["dbus-daemon", "--nofork", "--nosyslog", f"--config-file={self.folder}/bus.conf"],
             env=self.environment, stderr=subprocess.DEVNULL,
         )
-        wait_until(self.bus_path.exists, 5, "the bus")
+        self.wait_for_bus()
+
+    def wait_for_bus(self):
+        """Until something listens at the bus's address: its file is there a moment before."""
+        def listens():
+            with socket.socket(socket.AF_UNIX) as client:
+                return client.connect_ex(str(self.bus_path)) == 0
+        wait_until(listens, 5, "the bus")
 
     def kill_bus(self):
         self.bus.kill()
