@@ -1,9 +1,12 @@
 #include "ManualScheduler.h"
 #include "base/Service.h"
 #include "platform/ChildProcess.h"
+#include "platform/HttpClient.h"
+#include "platform/PathMonitor.h"
 #include "platform/Platform.h"
 #include "platform/linux/DeviceTable.h"
 #include "platform/linux/LinuxConfigurationStore.h"
+#include "platform/linux/LinuxInterfaceAddresses.h"
 #include "platform/linux/LinuxInterfaceCounters.h"
 #include "platform/linux/RouteSocket.h"
 #include "platform/linux/SystemClock.h"
@@ -17,9 +20,21 @@ using namespace tidewell;
 
 class NoChildren final : public ChildProcess {
 public:
-  std::optional<std::string> run(const std::string&, const std::vector<std::string>&) override {
+  std::optional<std::string> run(const std::string&, const std::vector<std::string>&,
+                                 const std::function<void(Id)>&) override {
     return std::nullopt;
   }
+  void terminate(Id) override {}
+};
+
+class NoPaths final : public PathMonitor {
+public:
+  std::unique_ptr<PathWatch> watch(WorkQueue&, Handler) override { return nullptr; }
+};
+
+class NoHttp final : public HttpClient {
+public:
+  std::optional<std::string> get(const std::string&, Seconds) override { return std::nullopt; }
 };
 
 class InstantClock final : public Clock {
@@ -39,7 +54,11 @@ void sample(benchmark::State& state) {
   LinuxInterfaceCounters counters(table);
   LinuxConfigurationStore configuration(socket);
   NoChildren children;
-  const Platform platform{scheduler, clock, counters, configuration, children};
+  LinuxInterfaceAddresses addresses;
+  NoPaths paths;
+  NoHttp http;
+  const Platform platform{scheduler, clock, counters, configuration,
+                          addresses, paths, http,     children};
   const auto sampler = makeService<BandwidthSampler>(scheduler.main(), platform);
   sampler->start(2.0);
   scheduler.drain();

@@ -20,7 +20,12 @@ else()
 endif()
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  # Small rather than fast: nearly all the time goes into the kernel, and every page of code counts
+  # towards the memory of a program that stays for months.
+  string(REPLACE "-O3" "-Os" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
+  set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
   add_compile_definitions(_FORTIFY_SOURCE=2)
-  add_compile_options(-ffunction-sections -fdata-sections)
+  add_compile_options(-ffunction-sections -fdata-sections -fvisibility=hidden
+                      -fvisibility-inlines-hidden)
   add_link_options(-Wl,--gc-sections,--as-needed)
 endif()

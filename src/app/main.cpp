@@ -29,6 +29,8 @@
 
 #include <string>
 
+#include <malloc.h>
+
 namespace tidewell {
 namespace {
 
@@ -88,6 +90,8 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
 
 int main() {
   using namespace tidewell;
+  // One pool of memory for all threads: they allocate little, and each further pool costs pages.
+  mallopt(M_ARENA_MAX, 1);
   EventLoop loop;
   const TerminationSignals signals(loop, [&loop] { loop.quit(); });
   const std::string program = runningProgram();

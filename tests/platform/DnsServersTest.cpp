@@ -85,7 +85,7 @@ protected:
   Found find(std::optional<int> primaryIndex = std::nullopt) {
     return findDnsServers(places, primaryIndex);
   }
-  void addResolved() { std::filesystem::create_directory(places.resolvedDirectory); }
+  void addResolved() const { std::filesystem::create_directory(places.resolvedDirectory); }
 };
 
 TEST_F(DnsOnThisMachine, AreThoseOfResolvConfWithoutResolved) {

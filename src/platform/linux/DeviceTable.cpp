@@ -94,7 +94,7 @@ bool DeviceTable::open() {
 
 std::optional<LinkRecord> DeviceTable::readDevice(const std::string& name) {
   const auto index = indexOf(name);
-  auto record = index ? parseDeviceTable(readTable(), name) : std::nullopt;
+  auto record = index ? findDevice(name) : std::nullopt;
   // If it was made anew in between, the counters may be those of either.
   if (!record || indexOf(name) != index) {
     return std::nullopt;
@@ -112,25 +112,33 @@ std::optional<int> DeviceTable::indexOf(const std::string& name) const {
   return query.ifr_ifindex;
 }
 
-std::string_view DeviceTable::readTable() {
+// Stops at the line that is wanted: a machine may have a thousand devices.
+std::optional<LinkRecord> DeviceTable::findDevice(const std::string& name) {
   m_buffer.resize(std::max(m_buffer.size(), firstSize));
   std::size_t size = 0;
+  std::size_t searched = 0;
   while (size < largestTable) {
     const ssize_t count = ::pread(m_table.get(), m_buffer.data() + size, m_buffer.size() - size,
                                   static_cast<off_t>(size));
-    if (count == 0) {
-      return std::string_view(m_buffer).substr(0, size);
+    if (count < 0 && errno == EINTR) {
+      continue;
     }
-    if (count < 0 && errno != EINTR) {
+    if (count <= 0) {
       m_table.reset();
-      return {};
+      return std::nullopt;
     }
-    size += count > 0 ? static_cast<std::size_t>(count) : 0;
+    size += static_cast<std::size_t>(count);
+    const std::string_view table = std::string_view(m_buffer).substr(0, size);
+    const std::size_t wholeLines = table.rfind('\n') + 1;
+    if (auto record = parseDeviceTable(table.substr(searched, wholeLines - searched), name)) {
+      return record;
+    }
+    searched = wholeLines;
     if (size == m_buffer.size()) {
       m_buffer.resize(2 * size);
     }
   }
-  return {};
+  return std::nullopt;
 }
 
 } // namespace tidewell

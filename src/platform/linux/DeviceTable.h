@@ -38,7 +38,7 @@ private:
   [[nodiscard]] bool open();
   [[nodiscard]] std::optional<LinkRecord> readDevice(const std::string& name);
   [[nodiscard]] std::optional<int> indexOf(const std::string& name) const;
-  [[nodiscard]] std::string_view readTable();
+  [[nodiscard]] std::optional<LinkRecord> findDevice(const std::string& name);
 
   std::mutex m_mutex;
   FileDescriptor m_table;  // guarded by m_mutex, as all below
