@@ -67,7 +67,7 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
   SessionBus bus(loop);
   ThreadScheduler scheduler(loop);
   NotificationSound sound(scheduler.background(), helperProgram(program, "notificationSound"));
-  DesktopNotifications center(bus, [&sound] { sound.play(); });
+  DesktopNotifications center(bus, machine.clock, [&sound] { sound.play(); });
   NotificationService& notifications = NotificationService::shared();
   notifications.attach(settings, machine.clock, center);
 

@@ -125,7 +125,7 @@ protected:
     return sd_bus_message_close_container(reply);
   }
 
-  PrivateBus bus;
+  PrivateSystemBus bus;
 };
 
 TEST_F(DnsOverTheBus, AreThoseOfTheLinkThatCarriesTheTraffic) {
@@ -159,7 +159,7 @@ TEST_F(DnsOverTheBus, ComeFromTheFileWhenResolvedDoesNotRun) {
 }
 
 TEST_F(DnsOverTheBus, DoNotWaitForABusThatHangs) {
-  bus.stop();
+  bus.halt();
   const auto begin = std::chrono::steady_clock::now();
   EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));

@@ -1,59 +1,25 @@
 #pragma once
 
-#include "platform/linux/FileDescriptor.h"
-#include "support/TemporaryDirectory.h"
+#include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <csignal>
 #include <functional>
-#include <stdexcept>
 #include <string>
 #include <thread>
 
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <systemd/sd-bus.h>
-#include <unistd.h>
 
 namespace tidewell::test {
 
-/// A bus of the test's own, which is the system's bus for this process for as long as it lives.
-class PrivateBus {
+/// A private bus that is the system's bus for this process for as long as it lives.
+class PrivateSystemBus : public PrivateBus {
 public:
-  PrivateBus() {
-    const std::string address = "unix:path=" + (m_directory / "bus").string();
-    m_daemon = ::fork();
-    if (m_daemon == 0) {
-      ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-      ::execlp("dbus-daemon", "dbus-daemon", "--session", "--nofork", "--nopidfile",
-               ("--address=" + address).c_str(), nullptr);
-      ::_exit(127);
-    }
-    for (int wait = 0; wait < 1000 && !std::filesystem::exists(m_directory / "bus"); ++wait) {
-      ::poll(nullptr, 0, 10);
-    }
-    ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
-  }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
-  ~PrivateBus() {
-    ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-    ::kill(m_daemon, SIGCONT);
-    ::kill(m_daemon, SIGTERM);
-    ::waitpid(m_daemon, nullptr, 0);
-  }
-
-  /// Whether the daemon runs.
-  [[nodiscard]] bool isThere() const { return std::filesystem::exists(m_directory / "bus"); }
-  /// Makes the daemon hang.
-  void stop() const { ::kill(m_daemon, SIGSTOP); }
-
-private:
-  TemporaryDirectory m_directory;
-  pid_t m_daemon = -1;
+  PrivateSystemBus() { ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address().c_str(), 1); }
+  PrivateSystemBus(const PrivateSystemBus&) = delete;
+  PrivateSystemBus& operator=(const PrivateSystemBus&) = delete;
+  ~PrivateSystemBus() { ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS"); }
 };
 
 /// Answers on the private bus, on a thread of its own, in systemd-resolved's place.

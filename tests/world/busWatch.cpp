@@ -4,6 +4,7 @@
 //   {"at": ..., "event": "owner", "present": true}
 //   {"at": ..., "event": "values", "values": {"MenubarText": "..."}}    all at first, then changes
 //   {"at": ..., "event": "sample", "sample": [timestamp, down, up, latency, jitter, loss]}
+//   {"at": ..., "event": "window", "window": "panel"}              one that somebody asked for
 //
 // Ends when the bus does.
 
@@ -72,6 +73,10 @@ std::string readVariant(sd_bus_message* message) {
     const char* text = nullptr;
     sd_bus_message_read(message, "v", "s", &text);
     json = quoted(text);
+  } else if (signature == "b") {
+    int value = 0;
+    sd_bus_message_read(message, "v", "b", &value);
+    json = value != 0 ? "true" : "false";
   } else if (signature == "x") {
     std::int64_t value = 0;
     sd_bus_message_read(message, "v", "x", &value);
@@ -140,6 +145,13 @@ int onChange(sd_bus_message* message, void* /*context*/, sd_bus_error* /*error*/
   return 0;
 }
 
+int onWindow(sd_bus_message* message, void* /*context*/, sd_bus_error* /*error*/) {
+  const char* window = "";
+  sd_bus_message_read(message, "s", &window);
+  print("window", R"(, "window": )" + quoted(window));
+  return 0;
+}
+
 int onOwner(sd_bus_message* message, void* /*context*/, sd_bus_error* /*error*/) {
   const char* name = nullptr;
   const char* before = nullptr;
@@ -155,6 +167,8 @@ int onOwner(sd_bus_message* message, void* /*context*/, sd_bus_error* /*error*/)
 
 bool subscribe(sd_bus* bus) {
   return sd_bus_match_signal(bus, nullptr, service, object, service, "SampleAdded", onSample,
+                             nullptr) >= 0 &&
+         sd_bus_match_signal(bus, nullptr, service, object, service, "WindowRequested", onWindow,
                              nullptr) >= 0 &&
          sd_bus_match_signal(bus, nullptr, service, object, "org.freedesktop.DBus.Properties",
                              "PropertiesChanged", onChange, nullptr) >= 0 &&

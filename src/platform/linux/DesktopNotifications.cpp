@@ -1,5 +1,7 @@
 #include "platform/linux/DesktopNotifications.h"
 
+#include "base/Clock.h"
+#include "base/Scheduler.h"
 #include "platform/linux/SessionBus.h"
 
 #include <string_view>
@@ -21,6 +23,9 @@ constexpr const char* defaultSound = "message-new-instant";
 // The server decides for how long a notice shows.
 constexpr std::int32_t defaultExpiry = -1;
 
+// What a notice tells is old news after that.
+constexpr Seconds longestWait = 60.0;
+
 constexpr const char* ownerMatch =
     "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
     "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
@@ -30,14 +35,16 @@ bool isError(sd_bus_message& reply) { return sd_bus_message_is_method_error(&rep
 
 } // namespace
 
-DesktopNotifications::DesktopNotifications(SessionBus& bus, PlaySound playSound)
-    : m_playSound(std::move(playSound)), m_lost(bus.onLost([this] { disappear(); })),
+DesktopNotifications::DesktopNotifications(SessionBus& bus, const Clock& clock, PlaySound playSound)
+    : m_clock(clock), m_playSound(std::move(playSound)),
+      m_lost(bus.onLost([this] { disappear(); })),
       m_connected(bus.onConnected([this](sd_bus& connection) { appear(connection); })) {}
 
 void DesktopNotifications::add(NotificationRequest request) {
   Notice& notice = m_notices[request.identifier];
   notice.center = this;
   notice.waiting = std::move(request);
+  notice.askedAt = m_clock.now();
   send(notice);
 }
 
@@ -60,7 +67,6 @@ void DesktopNotifications::disappear() {
   for (auto& [identifier, notice] : m_notices) {
     notice.call.reset();
   }
-  m_capabilities.reset();
   m_ownerMatch.reset();
   m_bus = nullptr;
 }
@@ -71,23 +77,36 @@ void DesktopNotifications::serverChanged() {
     notice.serverId = 0;
   }
   m_serverPlaysSounds.reset();
+  m_capabilities.reset();
 }
 
 void DesktopNotifications::send(Notice& notice) {
   if (m_bus == nullptr || notice.call || !notice.waiting) {
     return;
   }
-  const NotificationRequest request = *std::exchange(notice.waiting, std::nullopt);
+  if (m_clock.now() - notice.askedAt > longestWait) {
+    notice.waiting.reset();
+    return;
+  }
+  notice.call = notify(notice);
+  // A connection that is about to end takes no calls; the notice then waits for the next one.
+  if (notice.call) {
+    notice.waiting.reset();
+  }
+}
+
+BusSlot DesktopNotifications::notify(Notice& notice) {
   const auto heard = [](sd_bus_message* reply, void* sent, sd_bus_error*) {
     auto& itsNotice = *static_cast<Notice*>(sent);
     itsNotice.center->answered(itsNotice, *reply);
     return 0;
   };
-  notice.call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(
-        m_bus, slot, serverName, serverPath, serverName, "Notify", heard, &notice, "susssasa{sv}i",
-        applicationName, notice.serverId, desktopEntry, request.title.c_str(), request.body.c_str(),
-        0, 2, "desktop-entry", "s", desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
+  return takeFrom<BusSlot>([&](sd_bus_slot** slot) {
+    return sd_bus_call_method_async(m_bus, slot, serverName, serverPath, serverName, "Notify",
+                                    heard, &notice, "susssasa{sv}i", applicationName,
+                                    notice.serverId, desktopEntry, notice.waiting->title.c_str(),
+                                    notice.waiting->body.c_str(), 0, 2, "desktop-entry", "s",
+                                    desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
   });
 }
 

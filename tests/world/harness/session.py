@@ -98,6 +98,13 @@ class Session:
             stdin=subprocess.DEVNULL, start_new_session=True,
         )
 
+    def busctl(self, verb, *arguments):
+        """Asks the resident over the bus, as anybody may; gives back what busctl prints."""
+        name, path = "com.halden.Tidewell", "/com/halden/Tidewell"
+        return subprocess.run(
+            ["busctl", "--user", verb, name, path, name, *arguments], env=self.environment,
+            check=True, capture_output=True, text=True).stdout.strip()
+
     def end_resident(self, timeout=5):
         """Asks the resident to end; gives back its exit status and the seconds that it took."""
         started = time.monotonic()
@@ -134,6 +141,7 @@ class Watch:
         self.samples = []
         self.values = {}  # the properties' present values
         self.owners = []  # every appearance (True) and disappearance (False)
+        self.windows = []  # those that were asked for
         self._seen = set()
         self._news = threading.Condition()
         self._process = subprocess.Popen(
@@ -184,6 +192,8 @@ class Watch:
             self.values.update(event["values"])
         elif event["event"] == "owner":
             self.owners.append(event["present"])
+        elif event["event"] == "window":
+            self.windows.append(event["window"])
 
 
 def wait_until(condition, timeout, what):

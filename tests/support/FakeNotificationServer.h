@@ -1,0 +1,142 @@
+#pragma once
+
+#include "platform/linux/BusTypes.h"
+#include "platform/linux/EventLoop.h"
+#include "platform/linux/SessionBus.h"
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace tidewell::test {
+
+/// A notice as it came over the bus.
+struct ReceivedNotice {
+  std::string application;
+  std::uint32_t replaces = 0;
+  std::string icon;
+  std::string title;
+  std::string body;
+  std::map<std::string, std::string> hints; // those that are texts
+  std::int32_t expiry = 0;
+};
+
+/// Answers in the place of a desktop's notification server, on a connection of its own.
+class FakeNotificationServer {
+public:
+  enum class Manner { answers, refuses, hangs, talksNonsense };
+
+  FakeNotificationServer(EventLoop& loop, std::string address,
+                         std::vector<std::string> ownCapabilities = {"body"})
+      : capabilities(std::move(ownCapabilities)), m_bus(loop, std::move(address)),
+        m_connected(m_bus.onConnected([this](sd_bus& bus) { appear(bus); })) {}
+
+  /// Whether it owns its name, or waits for it behind another server.
+  [[nodiscard]] bool isThere() const { return m_isThere; }
+
+  /// Answers the calls that hang, in their order.
+  void answerLate() {
+    for (const BusMessage& call : std::exchange(m_hanging, {})) {
+      reply(*call, Manner::answers);
+    }
+  }
+
+  Manner toNotices = Manner::answers;
+  Manner toQuestions = Manner::answers;
+  std::vector<std::string> capabilities;
+  std::uint32_t lastId = 100;
+  std::vector<ReceivedNotice> notices;
+  int questions = 0; // for the capabilities
+
+private:
+  static constexpr const char* name = "org.freedesktop.Notifications";
+
+  void appear(sd_bus& bus) {
+    m_object = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
+      return sd_bus_add_object(&bus, slot, "/org/freedesktop/Notifications", &called, this);
+    });
+    const auto answered = [](sd_bus_message*, void* self, sd_bus_error*) {
+      static_cast<FakeNotificationServer*>(self)->m_isThere = true;
+      return 0;
+    };
+    m_request = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
+      return sd_bus_request_name_async(&bus, slot, name, SD_BUS_NAME_QUEUE, answered, this);
+    });
+  }
+
+  static int called(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
+    auto& server = *static_cast<FakeNotificationServer*>(self);
+    const bool isNotice = isNotify(*call);
+    if (isNotice) {
+      server.notices.push_back(readNotice(*call));
+    } else {
+      ++server.questions;
+    }
+    server.reply(*call, isNotice ? server.toNotices : server.toQuestions);
+    return 1;
+  }
+
+  static bool isNotify(sd_bus_message& call) {
+    return sd_bus_message_is_method_call(&call, name, "Notify") > 0;
+  }
+
+  void reply(sd_bus_message& call, Manner manner) {
+    if (manner == Manner::hangs) {
+      m_hanging.emplace_back(sd_bus_message_ref(&call));
+    } else if (manner == Manner::refuses) {
+      sd_bus_reply_method_errorf(&call, "org.example.Refused", "%s", "not today");
+    } else if (manner == Manner::talksNonsense) {
+      sd_bus_reply_method_return(&call, "(id)", 7, 0.5);
+    } else if (isNotify(call)) {
+      sd_bus_reply_method_return(&call, "u", ++lastId);
+    } else {
+      replyCapabilities(call);
+    }
+  }
+
+  void replyCapabilities(sd_bus_message& call) const {
+    const auto answer = takeFrom<BusMessage>(
+        [&](sd_bus_message** made) { return sd_bus_message_new_method_return(&call, made); });
+    sd_bus_message_open_container(answer.get(), 'a', "s");
+    for (const std::string& capability : capabilities) {
+      sd_bus_message_append(answer.get(), "s", capability.c_str());
+    }
+    sd_bus_message_close_container(answer.get());
+    sd_bus_send(nullptr, answer.get(), nullptr);
+  }
+
+  static ReceivedNotice readNotice(sd_bus_message& call) {
+    const char* application = "";
+    const char* icon = "";
+    const char* title = "";
+    const char* body = "";
+    ReceivedNotice notice;
+    sd_bus_message_read(&call, "susss", &application, &notice.replaces, &icon, &title, &body);
+    notice.application = application;
+    notice.icon = icon;
+    notice.title = title;
+    notice.body = body;
+    sd_bus_message_skip(&call, "as");
+    sd_bus_message_enter_container(&call, 'a', "{sv}");
+    const char* hint = nullptr;
+    const char* value = nullptr;
+    while (sd_bus_message_read(&call, "{sv}", &hint, "s", &value) > 0) {
+      notice.hints[hint] = value;
+    }
+    sd_bus_message_exit_container(&call);
+    sd_bus_message_read(&call, "i", &notice.expiry);
+    return notice;
+  }
+
+  bool m_isThere = false;
+  std::vector<BusMessage> m_hanging;
+  SessionBus m_bus;
+  BusSlot m_object;
+  BusSlot m_request;
+  Subscription m_connected;
+};
+
+} // namespace tidewell::test
