@@ -97,7 +97,7 @@ SimulatedTools::listProcesses(const std::function<void(Id child)>& launched) {
     m_model.listsProcesses(Ticks::zero(), true);
     return std::nullopt;
   }
-  const double takes = m_dice.chance(conditions.hangs) ? 4.0 : m_dice.between(0.9, 1.3);
+  const double takes = m_dice.chance(conditions.hangs) ? 4.0 : m_dice.oneOf({0.0, 0.0, 0.0, 1.02});
   bool isEmpty = true;
   std::string table;
   if (m_dice.chance(conditions.garbage)) {
@@ -109,7 +109,9 @@ SimulatedTools::listProcesses(const std::function<void(Id child)>& launched) {
   const Id child = ++m_children;
   m_model.launched(child);
   launched(child);
-  m_scheduler.block(takes);
+  if (takes > 0.0) {
+    m_scheduler.block(takes);
+  }
   return table;
 }
 
