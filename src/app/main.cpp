@@ -16,6 +16,7 @@
 #include "platform/linux/LinuxInterfaceAddresses.h"
 #include "platform/linux/LinuxInterfaceCounters.h"
 #include "platform/linux/LinuxPathMonitor.h"
+#include "platform/linux/LoginSession.h"
 #include "platform/linux/NotificationSound.h"
 #include "platform/linux/PreferencesFile.h"
 #include "platform/linux/RouteSocket.h"
@@ -77,6 +78,7 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
                       {delegate.bandwidthSampler(), delegate.networkMonitor(),
                        delegate.processTracker(), delegate.speedTest(), settings, preferences},
                       {quit, quit, [&delegate] { delegate.speedTest().run(); }});
+  const LoginSession session(loop, quit);
   delegate.applicationDidFinishLaunching();
   loop.run();
   delegate.applicationWillTerminate();

@@ -31,6 +31,15 @@ public:
     }
   }
 
+  /// Removes a value, as another writer may.
+  void remove(std::string_view key) {
+    const std::scoped_lock lock(m_mutex);
+    if (const auto found = m_values.find(key); found != m_values.end()) {
+      m_values.erase(found);
+      m_changes.push(std::string(key), std::nullopt);
+    }
+  }
+
   /// Removes every value, as another writer may.
   void clear() {
     const std::scoped_lock lock(m_mutex);

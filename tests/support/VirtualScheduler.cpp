@@ -55,6 +55,7 @@ public:
       : m_scheduler(scheduler), m_queue(std::move(queue)) {}
   ~Face() override {
     m_queue->closed = true;
+    std::erase(m_scheduler.m_queues, m_queue);
     m_queue->core = {};
   }
   void post(Task task) override { m_queue->core.post(std::move(task)); }
@@ -109,7 +110,6 @@ WorkQueue& VirtualScheduler::background() { return *m_backgroundFace; }
 std::unique_ptr<WorkQueue> VirtualScheduler::makeSerialQueue(std::string label) {
   m_labels.push_back(std::move(label));
   auto queue = std::make_shared<Queue>(false);
-  std::erase_if(m_queues, [](const auto& known) { return known.expired(); });
   m_queues.push_back(queue);
   return std::make_unique<Face>(*this, std::move(queue));
 }
@@ -129,8 +129,14 @@ void VirtualScheduler::block(Seconds span) {
   if (m_ending) {
     return;
   }
+  const Ticks until = m_now + toTicks(span);
+  if (const auto next = nextEvent();
+      until <= m_target && (!next || *next > until) && isNothingReady()) {
+    m_now = until; // nobody has anything to do meanwhile, so nobody takes over
+    return;
+  }
   Party& self = *m_running;
-  Blocked blocked{self, m_now + toTicks(span)};
+  Blocked blocked{self, until};
   const auto queue = std::exchange(m_current, nullptr);
   m_blocked.push_back(&blocked);
   switchTo(idleDriver(), self);
@@ -168,27 +174,35 @@ VirtualScheduler::Party& VirtualScheduler::idleDriver() {
 /// Runs tasks until somebody else has to go on: a blocked task's driver, or the test.
 VirtualScheduler::Party& VirtualScheduler::drive() {
   while (!m_ending) {
-    std::vector<std::shared_ptr<Queue>> ready;
-    for (const auto& known : m_queues) {
-      const auto queue = known.lock();
-      if (queue && queue->mayRun() && queue->core.isReady(m_now)) {
-        ready.push_back(queue);
-      }
-    }
-    std::vector<Blocked*> awake;
-    std::ranges::copy_if(m_blocked, std::back_inserter(awake),
-                         [&](const Blocked* blocked) { return blocked->until <= m_now; });
-    if (const auto choices = ready.size() + awake.size(); choices > 0) {
-      const auto choice = m_random() % choices;
-      if (choice >= ready.size()) {
-        return awake[choice - ready.size()]->party;
-      }
-      runFrom(ready[choice]);
-    } else if (!moveOn()) {
-      break;
+    if (Party* const next = step()) {
+      return *next;
     }
   }
   return *m_test;
+}
+
+/// Runs one task, or lets time pass until there is one; gives back who has to go on instead.
+VirtualScheduler::Party* VirtualScheduler::step() {
+  m_ready.clear();
+  for (std::size_t index = 0; index < m_queues.size(); ++index) {
+    if (m_queues[index]->mayRun() && m_queues[index]->core.isReady(m_now)) {
+      m_ready.push_back(index);
+    }
+  }
+  m_awake.clear();
+  std::ranges::copy_if(m_blocked, std::back_inserter(m_awake),
+                       [&](const Blocked* blocked) { return blocked->until <= m_now; });
+  const auto choices = m_ready.size() + m_awake.size();
+  if (choices == 0) {
+    return moveOn() ? nullptr : m_test.get();
+  }
+  const auto choice = choices == 1 ? 0 : m_random() % choices;
+  if (choice >= m_ready.size()) {
+    return &m_awake[choice - m_ready.size()]->party;
+  }
+  const auto queue = m_queues[m_ready[choice]]; // kept: the task may close its own queue
+  runFrom(queue);
+  return nullptr;
 }
 
 void VirtualScheduler::runFrom(const std::shared_ptr<Queue>& queue) {
@@ -201,27 +215,37 @@ void VirtualScheduler::runFrom(const std::shared_ptr<Queue>& queue) {
 }
 
 bool VirtualScheduler::moveOn() {
-  std::optional<Ticks> next;
-  const auto consider = [&](std::optional<Ticks> due) {
-    if (due && (!next || *due < *next)) {
-      next = due;
-    }
-  };
-  for (const auto& known : m_queues) {
-    const auto queue = known.lock();
-    if (queue && queue->mayRun()) {
-      consider(queue->core.nextDue());
-    }
-  }
-  for (const Blocked* blocked : m_blocked) {
-    consider(blocked->until);
-  }
+  const auto next = nextEvent();
   if (!next || *next > m_target) {
     m_now = m_target;
     return false;
   }
   m_now = *next;
   return true;
+}
+
+/// When the next timer falls due that could run, or the next blocked task goes on.
+std::optional<Ticks> VirtualScheduler::nextEvent() const {
+  std::optional<Ticks> next;
+  const auto consider = [&](std::optional<Ticks> due) {
+    if (due && (!next || *due < *next)) {
+      next = due;
+    }
+  };
+  for (const auto& queue : m_queues) {
+    if (queue->mayRun()) {
+      consider(queue->core.nextDue());
+    }
+  }
+  for (const Blocked* blocked : m_blocked) {
+    consider(blocked->until);
+  }
+  return next;
+}
+
+bool VirtualScheduler::isNothingReady() const {
+  return std::ranges::none_of(
+      m_queues, [&](const auto& queue) { return queue->mayRun() && queue->core.isReady(m_now); });
 }
 
 void VirtualScheduler::switchTo(Party& next, Party& self) {

@@ -6,9 +6,11 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -55,8 +57,11 @@ private:
   struct Driver;
 
   Party& drive();
+  Party* step();
   void runFrom(const std::shared_ptr<Queue>& queue);
   bool moveOn();
+  [[nodiscard]] std::optional<Ticks> nextEvent() const;
+  [[nodiscard]] bool isNothingReady() const;
   void switchTo(Party& next, Party& self);
   Party& idleDriver();
 
@@ -64,7 +69,9 @@ private:
   Ticks m_now = Ticks::zero();
   Ticks m_target = Ticks::zero();
   bool m_ending = false;
-  std::vector<std::weak_ptr<Queue>> m_queues;
+  std::vector<std::shared_ptr<Queue>> m_queues; // those whose faces exist
+  std::vector<std::size_t> m_ready;             // for `step`, kept for its memory
+  std::vector<Blocked*> m_awake;                // likewise
   std::shared_ptr<Queue> m_mainQueue;
   std::shared_ptr<Queue> m_backgroundQueue;
   std::unique_ptr<WorkQueue> m_mainFace;

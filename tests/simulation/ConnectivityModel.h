@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Findings.h"
+#include "base/Ticks.h"
+#include "connectivity/MonitorState.h"
+#include "platform/PathMonitor.h"
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace tidewell::test {
+
+/// What a connectivity monitor must publish: once the details with which it starts, then for each
+/// path report, in their order, the three values together; each in time, for a lookup takes three
+/// seconds at the most.
+class ConnectivityModel {
+public:
+  ConnectivityModel(const VirtualScheduler& scheduler, Findings& findings)
+      : m_scheduler(scheduler), m_findings(findings) {}
+
+  /// A new monitor, to which the path was reported that there is, if any.
+  void adopt(MonitorState& monitor, const std::optional<PathReport>& path);
+  void release() { m_monitor = nullptr; }
+
+  /// The path is reported.
+  void reports(const PathReport& path);
+
+  /// To be called when everything that is due has run.
+  void checkNothingIsMissing();
+
+private:
+  struct Expected {
+    bool isConnected;
+    ConnectionInfo::InterfaceType type;
+    Ticks deadline;
+  };
+
+  void watch(MonitorState& monitor);
+  void hearsConnectivity(bool isConnected);
+  void hearsType(ConnectionInfo::InterfaceType type);
+  void hearsDetails(const ConnectionInfo& info);
+  void takeTurn(int place);
+
+  const VirtualScheduler& m_scheduler;
+  Findings& m_findings;
+  MonitorState* m_monitor = nullptr;
+  Ticks m_deadline = Ticks::zero(); // of the newest lookup
+  bool m_awaitsFirstDetails = false;
+  std::deque<Expected> m_expected;
+  int m_place = 0;
+  bool m_attaching = false;
+  std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tidewell::test

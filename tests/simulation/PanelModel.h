@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Findings.h"
+#include "platform/DefaultsStore.h"
+
+#include <array>
+#include <string>
+
+namespace tidewell {
+
+class AppSettings;
+struct MonitorState;
+struct SamplerState;
+
+} // namespace tidewell
+
+namespace tidewell::test {
+
+/// What the panel must show of the published values: the status and the text.
+class PanelModel {
+public:
+  PanelModel(const AppSettings& settings, const DefaultsStore& store, Findings& findings)
+      : m_settings(settings), m_store(store), m_findings(findings) {}
+
+  /// Compares status and text with the values as they are.
+  void check(const SamplerState& sampler, const MonitorState& monitor);
+
+  /// How often each status was seen, best first.
+  [[nodiscard]] const std::array<int, 4>& statuses() const { return m_statuses; }
+
+private:
+  const AppSettings& m_settings;
+  const DefaultsStore& m_store;
+  Findings& m_findings;
+  std::array<int, 4> m_statuses{};
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/DefaultsStore.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+namespace tidewell::test {
+
+/// The number, the default when there is none or it is none.
+inline double numberIn(const std::optional<DefaultsValue>& value, double byDefault) {
+  if (value && std::holds_alternative<double>(*value)) {
+    return std::get<double>(*value);
+  }
+  if (value && std::holds_alternative<std::int64_t>(*value)) {
+    return static_cast<double>(std::get<std::int64_t>(*value));
+  }
+  return byDefault;
+}
+
+/// The truth value, the default when there is none or it is none.
+inline bool truthIn(const std::optional<DefaultsValue>& value, bool byDefault) {
+  return value && std::holds_alternative<bool>(*value) ? std::get<bool>(*value) : byDefault;
+}
+
+} // namespace tidewell::test

@@ -1,0 +1,171 @@
+#include "Scenario.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <string>
+#include <utility>
+
+namespace tidewell::test {
+
+namespace {
+
+constexpr Seconds meanPause = 400.0;
+constexpr Seconds forever = 1e12;
+
+} // namespace
+
+Scenario::Scenario(Simulation& simulation) : m_world(simulation), m_dice(simulation.dice) {
+  changeRates();
+  m_world.make();
+  m_world.launch();
+}
+
+void Scenario::play(Seconds span) {
+  const Ticks end = m_world.machine.scheduler.now() + toTicks(span);
+  Ticks next = Ticks::zero();
+  while (!m_world.findings.first()) {
+    const Ticks now = m_world.machine.scheduler.now();
+    if (now >= end) {
+      return;
+    }
+    if (next <= now) {
+      next = now + toTicks(m_dice.waiting(meanPause));
+    }
+    const Ticks until = std::min({next, end, m_later.empty() ? end : m_later.begin()->first});
+    m_world.advance(std::chrono::duration<double>(until - now).count());
+    happen();
+    if (m_world.machine.scheduler.now() >= next) {
+      (this->*draw())();
+    }
+  }
+}
+
+void Scenario::happen() {
+  while (!m_later.empty() && m_later.begin()->first <= m_world.machine.scheduler.now()) {
+    const auto event = std::move(m_later.begin()->second);
+    m_later.erase(m_later.begin());
+    event();
+  }
+}
+
+void Scenario::later(Seconds delay, std::function<void()> event) {
+  m_later.emplace(m_world.machine.scheduler.now() + toTicks(delay), std::move(event));
+}
+
+Scenario::Event Scenario::draw() {
+  static constexpr std::array<std::pair<int, Event>, 17> events = {{
+      {12, &Scenario::outage},
+      {4, &Scenario::flap},
+      {3, &Scenario::repeatPath},
+      {6, &Scenario::changeInterface},
+      {14, &Scenario::changeRates},
+      {4, &Scenario::breakCounters},
+      {14, &Scenario::changeLine},
+      {6, &Scenario::changeTools},
+      {4, &Scenario::changeLookups},
+      {5, &Scenario::jumpClock},
+      {4, &Scenario::correctClock},
+      {6, &Scenario::changeSetting},
+      {8, &Scenario::changeSettingElsewhere},
+      {2, &Scenario::hurry},
+      {4, &Scenario::askForSpeedTest},
+      {1, &Scenario::endAndBegin},
+      {1, &Scenario::terminate},
+  }};
+  int sum = 0;
+  for (const auto& [weight, event] : events) {
+    sum += weight;
+  }
+  auto ticket = static_cast<int>(m_dice.below(static_cast<std::size_t>(sum)));
+  for (const auto& [weight, event] : events) {
+    ticket -= weight;
+    if (ticket < 0) {
+      return event;
+    }
+  }
+  return events.front().second;
+}
+
+PathReport Scenario::path(bool isSatisfied) {
+  return {isSatisfied, m_dice.chance(0.5), m_dice.chance(0.5), m_dice.chance(0.2)};
+}
+
+void Scenario::outage() {
+  m_world.report(path(false));
+  later(m_dice.magnitude(0.01, 3600.0), [this] { m_world.report(path(true)); });
+}
+
+void Scenario::flap() {
+  Seconds delay = 0.0;
+  bool isSatisfied = m_dice.chance(0.5);
+  for (auto times = 2 + 2 * m_dice.below(10); times > 0; --times) {
+    delay += m_dice.magnitude(0.001, 5.0);
+    isSatisfied = !isSatisfied;
+    later(delay, [this, isSatisfied] { m_world.report(path(isSatisfied)); });
+  }
+}
+
+void Scenario::repeatPath() {
+  const PathReport same = path(m_dice.chance(0.8));
+  m_world.report(same);
+  m_world.report(same);
+}
+
+void Scenario::changeInterface() {
+  auto& primary = m_world.machine.configuration.primary;
+  const auto name = m_dice.oneOf<const char*>({"eth0", "wlan0", "tun0", "en0", "", nullptr});
+  primary = name == nullptr ? std::nullopt : std::optional<std::string>(name);
+  if (m_dice.chance(0.2)) {
+    m_world.traffic.remove("wlan0");
+  }
+  changeRates();
+}
+
+void Scenario::changeRates() {
+  const auto rate = [this] {
+    return m_dice.oneOf({0.0, 600.0, 1250.0, 1251.0, 20e3, 124e3, 1.24e6, 1.25e6, 30e6, 1.25e9,
+                         m_dice.magnitude(1.0, 1e9)});
+  };
+  const std::string name = m_dice.oneOf({"eth0", "eth0", "wlan0", "en0", "tun0"});
+  const double in = rate();
+  const double out = rate();
+  m_world.traffic.setRates(name, in, out);
+}
+
+void Scenario::breakCounters() {
+  const auto count = [this] {
+    return m_dice.oneOf<std::int64_t>({0, 200, 4'294'967'000, 1'000'000'000'000, -1'000});
+  };
+  const auto in = count();
+  const auto out = count();
+  m_world.traffic.setCounts(m_dice.oneOf({"eth0", "wlan0"}), {in, out});
+}
+
+void Scenario::changeLine() {
+  Conditions& line = m_world.tools.conditions;
+  line.latencyMs = m_dice.oneOf({2.0, 12.0, 12.0, 49.0, 60.0, 101.0, 180.0, 900.0});
+  line.spreadMs = line.latencyMs * m_dice.oneOf({0.0, 0.1, 0.9});
+  line.loss = m_dice.oneOf({0.0, 0.0, 0.0, 0.05, 0.3, 0.6, 1.0});
+}
+
+void Scenario::changeTools() {
+  Conditions& tools = m_world.tools.conditions;
+  tools.garbage = m_dice.oneOf({0.0, 0.0, 0.02, 0.5});
+  tools.cannotStart = m_dice.oneOf({0.0, 0.0, 0.02, 1.0});
+  tools.hangs = m_dice.oneOf({0.0, 0.0, 0.02, 0.2});
+}
+
+void Scenario::changeLookups() {
+  auto& http = m_world.machine.http;
+  http.requests.clear();
+  http.takes = m_dice.oneOf({0.0, 0.05, 1.0, 2.999, 3.0, 60.0, forever});
+  http.body = m_dice.chance(0.3) ? std::nullopt
+                                 : std::optional<std::string>(m_dice.oneOf(
+                                       {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
+  m_world.machine.configuration.servers =
+      m_dice.chance(0.5) ? std::nullopt : std::optional(std::vector<std::string>{"9.9.9.9"});
+  m_world.machine.addresses.interfaces["eth0"] = "192.0.2.7";
+}
+
+} // namespace tidewell::test
