@@ -85,13 +85,32 @@ TEST_F(DesktopNotificationsFailure, SendsWhatWaitedToTheNextServer) {
   EXPECT_EQ(heard(), (Heard{{"waiting", 0}}));
 }
 
-TEST_F(DesktopNotificationsFailure, PlaysNoSoundForAServerThatWentBeforeItAnswered) {
+TEST_F(DesktopNotificationsFailure, AsksTheNextServerWhileTheLastStillOwesItsCapabilities) {
   server->toQuestions = Manner::hangs;
   show("a", "first");
-  replaceServer({"sound"});
+  const auto old = std::move(server);
+  startServer({"sound"});
+  old->resign();
+  settle();
   show("a", "second");
+  old->answerLate();
+  settle();
+  EXPECT_EQ(heard(), (Heard{{"second", 0}}));
   EXPECT_EQ(server->questions, 1);
   EXPECT_EQ(sounds, 0);
+}
+
+TEST_F(DesktopNotificationsFailure, TakesNoNumberFromAServerThatIsNoLongerTheOne) {
+  server->toNotices = Manner::hangs;
+  show("a", "first");
+  const auto old = std::move(server);
+  startServer();
+  old->resign();
+  settle();
+  old->answerLate();
+  settle();
+  show("a", "second");
+  EXPECT_EQ(heard(), (Heard{{"second", 0}}));
 }
 
 TEST_F(DesktopNotificationsFailure, KeepsWhatWaitsWhenTheBusGoes) {

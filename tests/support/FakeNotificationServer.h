@@ -37,6 +37,9 @@ public:
   /// Whether it owns its name, or waits for it behind another server.
   [[nodiscard]] bool isThere() const { return m_isThere; }
 
+  /// Gives its name back and stays.
+  void resign() { sd_bus_release_name_async(m_bus.connection(), nullptr, name, nullptr, nullptr); }
+
   /// Answers the calls that hang, in their order.
   void answerLate() {
     for (const BusMessage& call : std::exchange(m_hanging, {})) {

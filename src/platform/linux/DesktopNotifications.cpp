@@ -33,6 +33,12 @@ constexpr const char* ownerMatch =
 
 bool isError(sd_bus_message& reply) { return sd_bus_message_is_method_error(&reply, nullptr) != 0; }
 
+/// Whether a change of owner is the end of a server, not the start of one that was awaited.
+bool hadOwner(sd_bus_message& ownerChange) {
+  const char* before = nullptr;
+  return sd_bus_message_read(&ownerChange, "sss", nullptr, &before, nullptr) > 0 && *before != '\0';
+}
+
 } // namespace
 
 DesktopNotifications::DesktopNotifications(SessionBus& bus, const Clock& clock, PlaySound playSound)
@@ -50,8 +56,10 @@ void DesktopNotifications::add(NotificationRequest request) {
 
 void DesktopNotifications::appear(sd_bus& bus) {
   m_bus = &bus;
-  const auto changed = [](sd_bus_message*, void* self, sd_bus_error*) {
-    static_cast<DesktopNotifications*>(self)->serverChanged();
+  const auto changed = [](sd_bus_message* signal, void* self, sd_bus_error*) {
+    if (hadOwner(*signal)) {
+      static_cast<DesktopNotifications*>(self)->serverGone();
+    }
     return 0;
   };
   m_ownerMatch = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
@@ -63,21 +71,20 @@ void DesktopNotifications::appear(sd_bus& bus) {
 }
 
 void DesktopNotifications::disappear() {
-  serverChanged();
-  for (auto& [identifier, notice] : m_notices) {
-    notice.call.reset();
-  }
-  m_ownerMatch.reset();
   m_bus = nullptr;
+  m_ownerMatch.reset();
+  serverGone();
 }
 
-void DesktopNotifications::serverChanged() {
-  // Another server gives its own numbers; an old one may be somebody else's notice there.
-  for (auto& [identifier, notice] : m_notices) {
-    notice.serverId = 0;
-  }
+void DesktopNotifications::serverGone() {
   m_serverPlaysSounds.reset();
   m_capabilities.reset();
+  for (auto& [identifier, notice] : m_notices) {
+    // Its number, also one that it may still answer, is somebody else's notice at the next server.
+    notice.serverId = 0;
+    notice.call.reset();
+    send(notice);
+  }
 }
 
 void DesktopNotifications::send(Notice& notice) {

@@ -45,7 +45,7 @@ private:
 
   void appear(sd_bus& bus);
   void disappear();
-  void serverChanged();
+  void serverGone();
   void send(Notice& notice);
   [[nodiscard]] BusSlot notify(Notice& notice);
   void answered(Notice& notice, sd_bus_message& reply);

@@ -14,6 +14,7 @@ CONFIGURATION = """[global]
 always_run_script = true
 [all]
 summary = "*"
+timeout = 0
 script = {script}
 """
 
