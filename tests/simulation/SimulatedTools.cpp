@@ -119,7 +119,7 @@ std::string SimulatedTools::processTable(bool& isEmpty) {
   std::string table = ",bytes_in,bytes_out,\n";
   const std::size_t rows = m_dice.below(25);
   for (std::size_t row = 0; row < rows; ++row) {
-    const std::string name =
+    std::string name =
         m_dice.oneOf({"browser", "curl", "kernel_task", "mDNSResponder", "a.b", "mail", "x y"});
     const auto bytes = [this] {
       return std::to_string(m_dice.below(m_dice.oneOf({1, 2, 1 << 30})));
@@ -127,6 +127,9 @@ std::string SimulatedTools::processTable(bool& isEmpty) {
     const std::string in = bytes();
     const std::string out = bytes();
     const bool isHidden = name == "kernel_task" || name == "mDNSResponder";
+    if (!isHidden) {
+      name += std::to_string(m_dice.below(9)); // more programs than are listed
+    }
     isEmpty = isEmpty && (isHidden || (in == "0" && out == "0"));
     table += name + '.' + std::to_string(m_dice.below(40'000)) + ',' + in + ',' + out + ",\n";
   }
