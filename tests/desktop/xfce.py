@@ -22,6 +22,7 @@ _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
         <value type="int" value="1"/>
         <value type="int" value="2"/>
         <value type="int" value="3"/>
+        <value type="int" value="4"/>
       </property>
     </property>
   </property>
@@ -35,6 +36,9 @@ _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
       <property name="icon-size" type="int" value="22"/>
       <property name="square-icons" type="bool" value="false"/>
       <property name="symbolic-icons" type="bool" value="false"/>
+    </property>
+    <property name="plugin-4" type="string" value="separator">
+      <property name="style" type="uint" value="0"/>
     </property>
   </property>
 </channel>
