@@ -1,0 +1,41 @@
+#include "app/ItemHost.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewell::test {
+namespace {
+
+constexpr auto label = ItemPresentation::label;
+constexpr auto wide = ItemPresentation::widePicture;
+constexpr auto square = ItemPresentation::squareTile;
+
+TEST(ItemHost, IsKnownByItsProcess) {
+  const std::pair<const char*, ItemPresentation> hosts[] = {
+      {"gnome-shell", label},     {"mate-indicator-", label},  {"notification-ar", label},
+      {"ayatana-indicat", label}, {"xapp-sn-watcher", wide},   {"waybar", wide},
+      {"xfce4-panel", square},    {"panel-6-systray", square}, {"wrapper-2.0", square},
+      {"lxqt-panel", square},     {"kded5", square},           {"kded6", square},
+      {"plasmashell", square},    {"swaybar", square},
+  };
+  for (const auto& [process, presentation] : hosts) {
+    EXPECT_EQ(presentationFor(process, ""), presentation) << process;
+  }
+}
+
+TEST(ItemHost, IsTakenFromTheDesktopWhenItsProcessIsUnknown) {
+  EXPECT_EQ(presentationFor("", "GNOME"), label);
+  EXPECT_EQ(presentationFor("python3", "ubuntu:GNOME"), label);
+  EXPECT_EQ(presentationFor("", "MATE"), label);
+  EXPECT_EQ(presentationFor("", "X-Cinnamon"), wide);
+  EXPECT_EQ(presentationFor("", "XFCE"), square);
+  EXPECT_EQ(presentationFor("waybar", "GNOME"), wide) << "the process knows better";
+}
+
+TEST(ItemHost, GetsASquareWhenNothingIsKnown) {
+  for (const char* desktop : {"", ":", "::", "Nothing:Known", "GNOMELIKE"}) {
+    EXPECT_EQ(presentationFor("", desktop), square) << desktop;
+  }
+}
+
+} // namespace
+} // namespace tidewell::test
