@@ -5,6 +5,7 @@
 #include "app/TileWords.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace tidewell {
@@ -115,16 +116,19 @@ void TextTile::drawWide(std::string_view label, std::string_view guide,
   const TileSize size = wideSize(guide);
   TileCanvas canvas(argb, size.width, size.height);
   canvas.fillRounded(background, size.height / 4.4);
+  const std::vector<TileWord> places = tileWords(guide);
   const std::vector<TileWord> words = tileWords(label);
   const GlyphSet& set = glyphSets.wide.front();
-  int x = widePadding;
-  for (const TileWord& word : words) {
-    for (const Glyph glyph : word.glyphs) {
-      const Colour accent = word.isUpload() ? uploadAccent : downloadAccent;
-      canvas.stamp(set, glyph, x, (size.height - set.rows()) / 2, isArrow(glyph) ? accent : text);
+  const int top = (size.height - set.rows()) / 2;
+  int begin = widePadding;
+  for (std::size_t index = 0; index < std::min(words.size(), places.size()); ++index) {
+    int x = begin;
+    for (const Glyph glyph : words[index].glyphs) {
+      const Colour accent = words[index].isUpload() ? uploadAccent : downloadAccent;
+      canvas.stamp(set, glyph, x, top, isArrow(glyph) ? accent : text);
       x += set.advance;
     }
-    x += set.advance;
+    begin += set.advance * (static_cast<int>(places[index].glyphs.size()) + 1);
   }
 }
 
