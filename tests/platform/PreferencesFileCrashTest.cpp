@@ -115,7 +115,11 @@ TEST(PreferencesFileCrash, WritersInSeveralProcessesLoseNoKey) {
       bool succeeded = true;
       for (std::int64_t key = 0; key < keys; ++key) {
         const std::string name = "w" + std::to_string(writer) + "-" + std::to_string(key);
-        succeeded = storage.write({{name, key}}, {}).has_value() && succeeded;
+        bool written = false;
+        for (int attempt = 0; attempt < 20 && !written; ++attempt) {
+          written = storage.write({{name, key}}, {}).has_value(); // refused while others are busy
+        }
+        succeeded = written && succeeded;
       }
       return succeeded;
     }));
