@@ -28,13 +28,15 @@ struct Group {
 };
 
 // Narrow sets are condensed rather than small: at these sizes height is what keeps text legible.
-const std::array<Group, 5> groups = {{
-    {"twoLines22", 1, {{6, 8}, {5, 8}, {4, 8}, {3, 8}, {2, 6}}},
-    {"oneLine22", 1, {{6, 11}, {5, 10}, {4, 9}, {3, 9}, {2, 6}}},
-    {"twoLines44", 0, {{12, 16}, {10, 16}, {8, 16}, {6, 16}, {4, 12}}},
-    {"oneLine44", 0, {{12, 22}, {10, 20}, {8, 18}, {6, 18}, {4, 12}}},
-    {"wide", 0, {{16, 20}, {8, 16}}},
-}};
+std::array<Group, 5> groupsToMake() {
+  return {{
+      {"twoLines22", 1, {{6, 8}, {5, 8}, {4, 8}, {3, 8}, {2, 6}}},
+      {"oneLine22", 1, {{6, 11}, {5, 10}, {4, 9}, {3, 9}, {2, 6}}},
+      {"twoLines44", 0, {{12, 16}, {10, 16}, {8, 16}, {6, 16}, {4, 12}}},
+      {"oneLine44", 0, {{12, 22}, {10, 20}, {8, 18}, {6, 18}, {4, 12}}},
+      {"wide", 0, {{16, 20}, {8, 16}}},
+  }};
+}
 
 // The letter stands in for the zero, whose inner mark would fill up at small sizes.
 constexpr std::u32string_view characters = U"O123456789.-KM\u2193\u2191";
@@ -50,9 +52,7 @@ public:
   explicit Font(const char* path) {
     require(FT_Init_FreeType(&m_library) == 0, "no FreeType");
     require(FT_New_Face(m_library, path, 0, &m_face) == 0, std::string("cannot read ") + path);
-    load('M', FT_LOAD_NO_SCALE);
-    m_unitAdvance = static_cast<double>(m_face->glyph->metrics.horiAdvance);
-    m_unitHeight = static_cast<double>(m_face->glyph->metrics.horiBearingY);
+    measure();
   }
   Font(const Font&) = delete;
   Font& operator=(const Font&) = delete;
@@ -75,7 +75,7 @@ public:
   /// Appends the image of one character to `images`.
   void draw(char32_t character, const Size& size, int margin, std::vector<unsigned>& images) {
     load(character, FT_LOAD_RENDER | FT_LOAD_TARGET_LIGHT);
-    const FT_GlyphSlot glyph = m_face->glyph;
+    const auto* const glyph = m_face->glyph;
     const int rows = size.capHeight + 2 * margin;
     const int top = margin + size.capHeight - glyph->bitmap_top;
     for (int y = 0; y < rows; ++y) {
@@ -86,6 +86,12 @@ public:
   }
 
 private:
+  void measure() {
+    load('M', FT_LOAD_NO_SCALE);
+    m_unitAdvance = static_cast<double>(m_face->glyph->metrics.horiAdvance);
+    m_unitHeight = static_cast<double>(m_face->glyph->metrics.horiBearingY);
+  }
+
   void load(char32_t character, FT_Int32 flags) {
     const FT_UInt index = FT_Get_Char_Index(m_face, character);
     require(index != 0, "the font lacks a character");
@@ -139,11 +145,11 @@ void write(std::ostream& out, char** fontPaths) {
   const std::array<Font*, 2> fonts = {&medium, &bold};
   out << "#include \"app/GlyphSet.h\"\n\n#include <array>\n\nnamespace tidewell {\n\nnamespace "
          "{\n\n";
-  for (const Group& group : groups) {
+  for (const Group& group : groupsToMake()) {
     writeGroup(out, group, *fonts.at(static_cast<std::size_t>(group.font)));
   }
   out << "} // namespace\n\nconst GlyphSets glyphSets = {\n    ";
-  for (const Group& group : groups) {
+  for (const Group& group : groupsToMake()) {
     out << group.name << "Sets, ";
   }
   out << "\n};\n\n} // namespace tidewell\n";
