@@ -21,6 +21,7 @@
 #include "platform/linux/PreferencesFile.h"
 #include "platform/linux/RouteSocket.h"
 #include "platform/linux/SessionBus.h"
+#include "platform/linux/StartupPages.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/TerminationSignals.h"
 #include "processes/ProcessTracker.h"
@@ -34,6 +35,9 @@
 
 namespace tidewell {
 namespace {
+
+// By then the first samples, lookups and notices have gone their way.
+constexpr Seconds settled = 9.0;
 
 /// The machine, as the services see it.
 struct Machine {
@@ -80,6 +84,7 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
                       {quit, quit, [&delegate] { delegate.speedTest().run(); }});
   const LoginSession session(loop, quit);
   delegate.applicationDidFinishLaunching();
+  loop.postAfter(settled, releaseStartupPages);
   loop.run();
   delegate.applicationWillTerminate();
   notifications.detach();
