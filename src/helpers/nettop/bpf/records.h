@@ -1,0 +1,43 @@
+/* What the programs in the kernel leave for the program that loaded them. */
+#pragma once
+
+#include <linux/types.h>
+
+enum {
+  longestName = 64, /* with the 0 at its end */
+  deviceWords = 64,
+  mostSockets = 65536,
+  mostProcesses = 32768,
+};
+
+/* What one socket has moved, as IP bytes on everything but the loopback. */
+struct SocketTraffic {
+  __u64 received;
+  __u64 sent;
+  __u64 tunnelReceived; /* the part of it that went over the devices of `tunnelDevices` */
+  __u64 tunnelSent;
+  __u32 owner; /* the process, 0 when it is not known */
+  __u32 isHeld; /* whether the owner was found to hold the socket, or to have closed it */
+};
+
+/* A process that is or was. */
+struct ProcessRecord {
+  __u32 user;
+  __u32 servesTunnel; /* whether it holds /dev/net/tun open */
+  char name[longestName];
+};
+
+enum Phase {
+  idle,
+  counting, /* packets, and who makes and closes sockets */
+  naming,   /* the latter alone */
+};
+
+/* Shared memory: the loader writes `phase` and `tunnelDevices`, the programs the rest. */
+struct Control {
+  __u32 phase;
+  __u32 lost; /* packets of sockets that found no room in the table */
+  __u32 lastHolder;
+  __u32 reserved;
+  __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
+};
