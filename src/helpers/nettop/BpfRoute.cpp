@@ -107,7 +107,7 @@ Measurement measureWithBpf() {
   if (!runIterator(names)) {
     return failure("the names of the processes");
   }
-  Second second;
+  const Second second;
   enter(*programs.control, counting);
   second.wait();
   enter(*programs.control, naming);

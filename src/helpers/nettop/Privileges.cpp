@@ -65,7 +65,8 @@ bool seclude() {
   ::prctl(PR_SET_DUMPABLE, 0);
   ::prctl(PR_SET_TIMERSLACK, 1UL);
   ::syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, 0);
-  keepOnly({Capability::netAdmin, Capability::perfmon, Capability::bpf});
+  keepOnly({Capability::readAllFiles, Capability::netAdmin, Capability::trace, Capability::perfmon,
+            Capability::bpf});
   return openStandardDescriptors();
 }
 

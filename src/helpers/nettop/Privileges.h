@@ -4,7 +4,14 @@
 
 namespace tidewell::nettop {
 
-enum class Capability { netAdmin = 12, perfmon = 38, bpf = 39 };
+/// By the numbers of the kernel.
+enum class Capability {
+  readAllFiles = 2, // CAP_DAC_READ_SEARCH
+  netAdmin = 12,
+  trace = 19, // CAP_SYS_PTRACE
+  perfmon = 38,
+  bpf = 39,
+};
 
 /// Makes the process deaf to whoever started it: an empty environment, no open descriptors but the
 /// standard ones, no memory images, no blocked signals, and only those capabilities that measuring
