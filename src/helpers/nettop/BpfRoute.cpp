@@ -49,6 +49,7 @@ void markTunnels(Control& control) {
   for (const std::uint32_t device : tunnelDevices()) {
     if (device / 64 < deviceWords) {
       control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);
+      control.hasTunnels = 1;
     }
   }
 }

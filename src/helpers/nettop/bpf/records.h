@@ -33,11 +33,11 @@ enum Phase {
   naming,   /* the latter alone */
 };
 
-/* Shared memory: the loader writes `phase` and `tunnelDevices`, the programs the rest. */
+/* Shared memory: the loader writes `phase` and what is of tunnels, the programs the rest. */
 struct Control {
   __u32 phase;
   __u32 lost; /* packets of sockets that found no room in the table */
   __u32 lastHolder;
-  __u32 reserved;
+  __u32 hasTunnels;
   __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
 };

@@ -3,7 +3,6 @@
 #include <linux/bpf.h>
 
 #include <bpf/bpf_core_read.h>
-#include <bpf/bpf_endian.h>
 #include <bpf/bpf_helpers.h>
 
 #include "kernelTypes.h"
@@ -153,7 +152,7 @@ static void noteProcess(struct task_struct* task, __u32 process) {
 /* A socket that is made or closed meanwhile belongs to the process that does it. */
 static void noteOwner(struct bpf_sock* socket, int isHeld) {
   struct task_struct* const task = bpf_get_current_task_btf();
-  if (control.phase == idle || task->flags & kernelThread) {
+  if (control.phase == idle || BPF_CORE_READ(task, flags) & kernelThread) {
     return;
   }
   const __u32 process = bpf_get_current_pid_tgid() >> 32;
@@ -181,18 +180,23 @@ int noteCloser(struct bpf_sock* socket) {
 SEC("iter/task")
 int nameProcesses(struct bpf_iter__task* context) {
   struct task_struct* const task = context->task;
-  if (task && task->pid == task->tgid && !(task->flags & kernelThread)) {
-    noteProcess(task, task->tgid);
+  if (!task) {
+    return 0;
+  }
+  const __u32 process = BPF_CORE_READ(task, tgid);
+  if ((__u32)BPF_CORE_READ(task, pid) == process && !(BPF_CORE_READ(task, flags) & kernelThread)) {
+    noteProcess(task, process);
   }
   return 0;
 }
 
 static void noteTunnelServer(struct task_struct* task, struct file* file) {
-  struct inode* const inode = file->f_inode;
-  if ((inode->i_mode & fileType) != characterDevice || inode->i_rdev != tunDevice) {
+  struct inode* const inode = BPF_CORE_READ(file, f_inode);
+  if (BPF_CORE_READ(inode, i_rdev) != tunDevice ||
+      (BPF_CORE_READ(inode, i_mode) & fileType) != characterDevice) {
     return;
   }
-  const __u32 process = task->tgid;
+  const __u32 process = BPF_CORE_READ(task, tgid);
   noteProcess(task, process);
   struct ProcessRecord* const record = bpf_map_lookup_elem(&processes, &process);
   if (record) {
@@ -211,17 +215,22 @@ int findHolders(struct bpf_iter__task_file* context) {
   }
   struct socket* const socket = bpf_sock_from_file(file);
   if (!socket) {
-    noteTunnelServer(task, file);
+    if (control.hasTunnels) {
+      noteTunnelServer(task, file);
+    }
     return 0;
   }
-  const __u64 cookie = BPF_CORE_READ(socket, sk, __sk_common.skc_cookie.counter);
+  /* Direct, since it is done for every socket of the machine; elsewhere that would only make the
+   * kernel's check of the program longer. */
+  const __u64 cookie = socket->sk->__sk_common.skc_cookie.counter;
   struct SocketTraffic* const entry = cookie ? bpf_map_lookup_elem(&sockets, &cookie) : 0;
   if (entry && (!entry->isHeld || entry->owner == 1)) {
-    entry->owner = task->tgid;
+    const __u32 process = BPF_CORE_READ(task, tgid);
+    entry->owner = process;
     entry->isHeld = 1;
-    if (control.lastHolder != (__u32)task->tgid) {
-      control.lastHolder = task->tgid;
-      noteProcess(task, task->tgid);
+    if (control.lastHolder != process) {
+      control.lastHolder = process;
+      noteProcess(task, process);
     }
   }
   return 0;
