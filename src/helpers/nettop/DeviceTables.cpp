@@ -36,7 +36,8 @@ void addDevice(std::string_view device, std::set<std::string>& devices) {
 } // namespace
 
 std::optional<DeviceCounters> parseDeviceCounters(std::string_view table, std::string_view device) {
-  // Eight columns of what was received, then eight of what was sent; bytes come first, then packets.
+  // Eight columns of what was received, then eight of what was sent; bytes come first, then
+  // packets.
   for (const std::string_view line : splitAt(table, '\n')) {
     const auto colon = line.find(':');
     if (colon == std::string_view::npos || trim(line.substr(0, colon), " ") != device) {
@@ -74,7 +75,8 @@ std::set<std::string> defaultDevices(std::string_view ipv4Routes) {
 std::set<std::string> defaultDevicesIpv6(std::string_view ipv6Routes) {
   std::set<std::string> devices;
   for (const std::string_view line : splitAt(ipv6Routes, '\n')) {
-    // Destination, its prefix length, source, its prefix length, next hop, metric, three more, device
+    // Destination, its prefix length, source, its prefix length, next hop, metric, three more,
+    // device
     const auto columns = words(line);
     if (columns.size() >= 10 && isZero(columns[0]) && isZero(columns[1])) {
       addDevice(columns[9], devices);

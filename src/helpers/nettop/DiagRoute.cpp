@@ -50,9 +50,9 @@ Measurement measureWithDiag() {
   }
   ends.take(ended);
   const auto movement = tcpMovement(before, after, ended);
-  return {diagRows(movement, holdersOf(movement), localUserNames(),
-                   difference(allBefore, allAfter)),
-          {}};
+  return {
+      diagRows(movement, holdersOf(movement), localUserNames(), difference(allBefore, allAfter)),
+      {}};
 }
 
 } // namespace tidewell::nettop

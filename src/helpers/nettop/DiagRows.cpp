@@ -41,8 +41,7 @@ std::vector<ProcessTraffic> diagRows(const std::vector<TcpReading>& movement,
   DeviceTraffic tcp;
   for (const TcpReading& socket : movement) {
     const ProcessTraffic fresh = rowOf(socket, holders, users);
-    ProcessTraffic& row =
-        parties.try_emplace({fresh.process, fresh.user}, fresh).first->second;
+    ProcessTraffic& row = parties.try_emplace({fresh.process, fresh.user}, fresh).first->second;
     row.received += socket.received;
     row.sent += socket.sent;
     tcp.received += socket.received;

@@ -15,8 +15,7 @@ namespace tidewell::nettop {
 /// either, and one for
 /// what the interfaces moved (`all`) beyond that. Pure.
 [[nodiscard]] std::vector<ProcessTraffic> diagRows(const std::vector<TcpReading>& movement,
-                                                   const Holders& holders,
-                                                   const UserNames& users,
+                                                   const Holders& holders, const UserNames& users,
                                                    const DeviceTraffic& all);
 
 } // namespace tidewell::nettop

@@ -7,8 +7,8 @@ namespace tidewell::nettop {
 
 namespace {
 
-constexpr std::array<std::string_view, 6> expected{"-P", "-L", "1",
-                                                   "-J", "bytes_in,bytes_out", "-x"};
+constexpr std::array<std::string_view, 6> expected{"-P", "-L", "1", "-J", "bytes_in,bytes_out",
+                                                   "-x"};
 
 } // namespace
 

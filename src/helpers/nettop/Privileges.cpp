@@ -2,9 +2,9 @@
 
 #include <array>
 #include <csignal>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstddef>
 
 #include <fcntl.h>
 #include <linux/capability.h>

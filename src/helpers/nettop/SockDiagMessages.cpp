@@ -99,8 +99,7 @@ bool isLoopbackAddress(const TcpEnd& end, bool isIpv4) {
 }
 
 TcpReading toReading(const inet_diag_msg& message, const tcp_info& counters) {
-  const bool isMapped =
-      message.idiag_family == AF_INET6 && isMappedAddress(message.id.idiag_dst);
+  const bool isMapped = message.idiag_family == AF_INET6 && isMappedAddress(message.id.idiag_dst);
   const bool isIpv4 = message.idiag_family == AF_INET || isMapped;
   const bool hasTimestamps = (counters.tcpi_options & TCPI_OPT_TIMESTAMPS) != 0;
   const std::uint64_t header =
@@ -111,8 +110,8 @@ TcpReading toReading(const inet_diag_msg& message, const tcp_info& counters) {
   reading.user = message.idiag_uid;
   reading.local = end(message.id.idiag_src, message.id.idiag_sport, isMapped);
   reading.remote = end(message.id.idiag_dst, message.id.idiag_dport, isMapped);
-  reading.isLoopback = reading.local.address == reading.remote.address ||
-                       isLoopbackAddress(reading.remote, isIpv4);
+  reading.isLoopback =
+      reading.local.address == reading.remote.address || isLoopbackAddress(reading.remote, isIpv4);
   reading.received = counters.tcpi_bytes_received + header * counters.tcpi_segs_in;
   reading.sent = counters.tcpi_bytes_sent + header * counters.tcpi_segs_out;
   return reading;

@@ -80,8 +80,8 @@ bool SockDiagSocket::ask(std::uint8_t family, TcpReadings& readings) {
 }
 
 TcpEnds::TcpEnds()
-    : m_socket(openSocket(1U << (SKNLGRP_INET_TCP_DESTROY - 1) |
-                          1U << (SKNLGRP_INET6_TCP_DESTROY - 1))),
+    : m_socket(
+          openSocket(1U << (SKNLGRP_INET_TCP_DESTROY - 1) | 1U << (SKNLGRP_INET6_TCP_DESTROY - 1))),
       m_buffer(datagramSize) {}
 
 void TcpEnds::take(TcpReadings& readings) {

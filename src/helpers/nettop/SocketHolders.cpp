@@ -116,7 +116,8 @@ std::string executableName(std::string_view link) {
 Holders findHolders(std::unordered_set<std::uint32_t> inodes) {
   Holders holders;
   inodes.erase(0);
-  for (const std::int32_t process : inodes.empty() ? std::vector<std::int32_t>() : newestProcesses()) {
+  for (const std::int32_t process :
+       inodes.empty() ? std::vector<std::int32_t>() : newestProcesses()) {
     if (inodes.empty()) {
       break;
     }

@@ -11,8 +11,7 @@ namespace tidewell::nettop {
 /// closed in between, with their last counters; the inode and the user of such a one are those it
 /// had before. Connections of the machine with itself are left out: by their addresses, or since
 /// both of their ends are here. Pure.
-[[nodiscard]] std::vector<TcpReading> tcpMovement(const TcpReadings& before,
-                                                  const TcpReadings& after,
-                                                  const TcpReadings& ended);
+[[nodiscard]] std::vector<TcpReading>
+tcpMovement(const TcpReadings& before, const TcpReadings& after, const TcpReadings& ended);
 
 } // namespace tidewell::nettop

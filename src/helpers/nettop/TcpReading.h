@@ -22,7 +22,8 @@ struct TcpReading {
   TcpEnd local;
   TcpEnd remote;
   bool isLoopback = false; // whether it connects the machine to itself, as far as addresses tell
-  /// Since its beginning: payload, repetitions when sending included, and a header for each segment.
+  /// Since its beginning: payload, repetitions when sending included, and a header for each
+  /// segment.
   std::uint64_t received = 0;
   std::uint64_t sent = 0;
 };

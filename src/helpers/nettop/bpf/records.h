@@ -16,7 +16,7 @@ struct SocketTraffic {
   __u64 sent;
   __u64 tunnelReceived; /* the part of it that went over the devices of `tunnelDevices` */
   __u64 tunnelSent;
-  __u32 owner; /* the process, 0 when it is not known */
+  __u32 owner;  /* the process, 0 when it is not known */
   __u32 isHeld; /* whether the owner was found to hold the socket, or to have closed it */
 };
 
