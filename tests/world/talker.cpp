@@ -132,7 +132,8 @@ int main(int argc, char** argv) {
   const bool isTcp = std::string_view(arguments[1]) == "tcp";
   const auto port = parseCount(arguments[3]);
   const auto bytes = parseCount(arguments[4]);
-  const auto hold = arguments.size() == 6 ? parseCount(arguments[5]) : std::optional(0);
+  const auto hold =
+      arguments.size() == 6 ? parseCount(arguments[5]) : std::optional<std::int64_t>(0);
   const auto to = parseTarget(arguments[2], port.value_or(0));
   if (!port || !bytes || !hold || !to) {
     std::cerr << "talker: bad arguments\n";

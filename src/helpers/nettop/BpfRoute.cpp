@@ -14,6 +14,8 @@
 #include <cstddef>
 #include <system_error>
 
+#include <sys/socket.h>
+
 namespace tidewell::nettop {
 
 namespace {
@@ -45,7 +47,13 @@ Hooks attach(const TrafficPrograms& programs, const FileDescriptor& groups) {
   return hooks;
 }
 
+/// Leaves them unmarked where the kernel does not tell namespaces apart (before 5.14).
 void markTunnels(Control& control) {
+  const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  socklen_t size = sizeof control.network;
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_NETNS_COOKIE, &control.network, &size) != 0) {
+    return;
+  }
   for (const std::uint32_t device : tunnelDevices()) {
     if (device / 64 < deviceWords) {
       control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);

@@ -24,8 +24,11 @@ void TrafficTable::add(const SocketTraffic& socket) {
   Entry& entry = m_entries[socket.owner];
   entry.traffic.received += socket.received;
   entry.traffic.sent += socket.sent;
-  m_tunnelReceived += socket.tunnelReceived;
-  m_tunnelSent += socket.tunnelSent;
+  // Indices of interfaces are unique within a network namespace only.
+  if (socket.mayTunnel != 0) {
+    m_tunnelReceived += socket.tunnelReceived;
+    m_tunnelSent += socket.tunnelSent;
+  }
 }
 
 std::vector<std::uint32_t> TrafficTable::owners() const {

@@ -20,6 +20,7 @@ SocketTraffic tunnelled(std::uint32_t owner, std::uint64_t received, std::uint64
   SocketTraffic traffic = socket(owner, received, sent);
   traffic.tunnelReceived = received;
   traffic.tunnelSent = sent;
+  traffic.mayTunnel = 1;
   return traffic;
 }
 
@@ -94,6 +95,17 @@ TEST(TrafficTable, TakesTunnelTrafficFromTheBusiestServerFirst) {
   table.name(9, process("quiet", 0, true));
   EXPECT_EQ(sorted(table),
             (std::vector<ProcessTraffic>{{"browser", 7, 1000, 1000, 0}, {"quiet", 9, 0, 200, 0}}));
+}
+
+TEST(TrafficTable, DoesNotTakeTheInterfacesOfOtherNamespacesForTunnels) {
+  TrafficTable table;
+  SocketTraffic elsewhere = tunnelled(7, 1000, 0);
+  elsewhere.mayTunnel = 0;
+  table.add(elsewhere);
+  table.add(socket(8, 1060, 0));
+  table.name(7, process("contained"));
+  table.name(8, process("vpn", 0, true));
+  EXPECT_EQ(sorted(table).back(), (ProcessTraffic{"vpn", 8, 0, 1060, 0}));
 }
 
 TEST(TrafficTable, NeverTakesMoreThanThereIs) {

@@ -43,7 +43,14 @@ struct task_struct {
 struct counter64 {
   __s64 counter;
 };
+struct net {
+  __u64 net_cookie;
+};
+struct net_pointer {
+  struct net* net;
+};
 struct sock_common {
+  struct net_pointer skc_net;
   struct counter64 skc_cookie;
 };
 struct sock {

@@ -16,8 +16,9 @@ struct SocketTraffic {
   __u64 sent;
   __u64 tunnelReceived; /* the part of it that went over the devices of `tunnelDevices` */
   __u64 tunnelSent;
-  __u32 owner;  /* the process, 0 when it is not known */
-  __u32 isHeld; /* whether the owner was found to hold the socket, or to have closed it */
+  __u32 owner;     /* the process, 0 when it is not known */
+  __u16 isHeld;    /* whether the owner was found to hold the socket, or to have closed it */
+  __u16 mayTunnel; /* whether the devices that it used can have been those of `tunnelDevices` */
 };
 
 /* A process that is or was. */
@@ -39,5 +40,6 @@ struct Control {
   __u32 lost; /* packets of sockets that found no room in the table */
   __u32 lastHolder;
   __u32 hasTunnels;
+  __u64 network; /* the cookie of the network namespace that the tunnels are of */
   __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
 };

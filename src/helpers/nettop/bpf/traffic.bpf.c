@@ -160,6 +160,7 @@ static void noteOwner(struct bpf_sock* socket, int isHeld) {
   if (entry) {
     entry->owner = process;
     entry->isHeld = isHeld;
+    entry->mayTunnel = control.hasTunnels && bpf_get_netns_cookie(socket) == control.network;
     noteProcess(task, process);
   }
 }
@@ -228,6 +229,8 @@ int findHolders(struct bpf_iter__task_file* context) {
     const __u32 process = BPF_CORE_READ(task, tgid);
     entry->owner = process;
     entry->isHeld = 1;
+    entry->mayTunnel = control.hasTunnels && BPF_CORE_READ(socket, sk, __sk_common.skc_net.net,
+                                                           net_cookie) == control.network;
     if (control.lastHolder != process) {
       control.lastHolder = process;
       noteProcess(task, process);
