@@ -7,11 +7,14 @@
     crowd.py datagrams ADDRESS PORT N ACTIVE the same with UDP sockets
     crowd.py churn ADDRESS PORT              connects, says something and closes, without end
     crowd.py tunnel ADDRESS PORT             a VPN's client: what goes to tun0 it sends on in datagrams
+    crowd.py echo ADDRESS PORT               sends back every datagram
+    crowd.py ask ADDRESS PORT SECONDS        sends 64 bytes to it, again and again, and prints the
+                                             median microseconds until they are back
     crowd.py idle PROCESSES FILES            processes that do nothing, each with so many open files
     crowd.py many COUNT COMMAND...           runs a command so often, all at once, and prints what
                                              they print
 
-Each but the last says "ready" when it is.
+Each but the last and `ask` says "ready" when it is.
 """
 
 import fcntl
@@ -89,6 +92,28 @@ def tunnel(address, port):
         outside.send(os.read(device, 65536))
 
 
+def echo(address, port):
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as here:
+        here.bind((address, int(port)))
+        print("ready", flush=True)
+        while True:
+            here.sendto(*here.recvfrom(2048))
+
+
+def ask(address, port, seconds):
+    took = []
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as here:
+        here.connect((address, int(port)))
+        end = time.perf_counter() + float(seconds)
+        before = 0.0
+        while before < end:
+            before = time.perf_counter()
+            here.send(b"x" * 64)
+            here.recv(2048)
+            took.append(time.perf_counter() - before)
+    print(1e6 * sorted(took)[len(took) // 2])
+
+
 def idle(processes, files):
     children = []
     for _ in range(int(processes)):
@@ -115,5 +140,6 @@ def many(count, *command):
 
 if __name__ == "__main__":
     signal.signal(signal.SIGTERM, lambda *_: sys.exit())
-    verbs = {verb.__name__: verb for verb in (serve, connect, datagrams, churn, tunnel, idle, many)}
+    verbs = {verb.__name__: verb for verb in (serve, connect, datagrams, churn, tunnel, echo,
+                                          ask, idle, many)}
     verbs[sys.argv[1]](*sys.argv[2:])
