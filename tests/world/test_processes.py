@@ -242,6 +242,7 @@ class TheSocketsOwnCounters(ProcessesTestCase):
         helper = self.privileged()
         places = {
             "no new privileges": [*nettop.as_nobody("--no-new-privs"), helper],
+            "withheld capabilities": [*nettop.as_nobody("--bounding-set=-all"), helper],
             "a user namespace": [*nettop.as_nobody(), "unshare", "--user", helper],
             "no capabilities": [*nettop.as_nobody(), self.unprivileged(helper)],
             "no control groups": [nettop.HELPER],

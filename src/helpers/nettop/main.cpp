@@ -2,7 +2,7 @@
 //
 //   nettop -P -L 1 -J bytes_in,bytes_out -x [--route=bpf|--route=diag]
 //
-// May be given file capabilities (cap_bpf,cap_net_admin,cap_perfmon=ep), for which everybody who
+// May be given file capabilities (cap_bpf,cap_net_admin,cap_perfmon=p), for which everybody who
 // starts it is a stranger.
 
 #include "helpers/nettop/BpfRoute.h"

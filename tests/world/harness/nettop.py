@@ -14,7 +14,7 @@ from . import world
 HELPER = pathlib.Path(world.RESIDENT).parent.parent / "libexec/tidewell/nettop"
 CROWD = pathlib.Path(world.SCRIPT).parent / "crowd.py"
 ARGUMENTS = ["-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"]
-CAPABILITIES = "cap_bpf,cap_net_admin,cap_perfmon=ep"
+CAPABILITIES = "cap_bpf,cap_net_admin,cap_perfmon=p"
 SERVER_PORT = 7000
 
 # Where `ip netns exec` has put a fresh /sys over that of the machine.
