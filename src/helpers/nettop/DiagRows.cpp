@@ -5,18 +5,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <utility>
 
 namespace tidewell::nettop {
 
 namespace {
 
-/// A process, or a user of whose processes nothing is known.
-struct Party {
-  std::int32_t process = 0;
-  std::uint32_t user = ProcessTraffic::nobody;
-
-  friend auto operator<=>(const Party&, const Party&) = default;
-};
+/// A process and its user, or a user alone of whose processes nothing is known.
+using Party = std::pair<std::int32_t, std::uint32_t>;
 
 ProcessTraffic rowOf(const TcpReading& socket, const Holders& holders, const UserNames& users) {
   const auto found = holders.find(socket.inode);
@@ -48,6 +44,7 @@ std::vector<ProcessTraffic> diagRows(const std::vector<TcpReading>& movement,
     tcp.sent += socket.sent;
   }
   std::vector<ProcessTraffic> rows;
+  rows.reserve(parties.size() + 1);
   for (const auto& [party, row] : parties) {
     rows.push_back(row);
   }

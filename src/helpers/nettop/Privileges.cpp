@@ -59,8 +59,8 @@ bool seclude() {
   sigset_t none;
   ::sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);
-  std::signal(SIGTERM, SIG_DFL);
-  std::signal(SIGPIPE, SIG_DFL);
+  static_cast<void>(std::signal(SIGTERM, SIG_DFL));
+  static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
   ::clearenv();
   ::prctl(PR_SET_DUMPABLE, 0);
   ::prctl(PR_SET_TIMERSLACK, 1UL);

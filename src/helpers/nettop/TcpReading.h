@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <tuple>
 #include <unordered_map>
 
 namespace tidewell::nettop {
@@ -11,7 +12,10 @@ struct TcpEnd {
   std::array<std::uint32_t, 4> address{}; // network order; an IPv4 address has the first alone
   std::uint16_t port = 0;                 // network order
 
-  friend auto operator<=>(const TcpEnd&, const TcpEnd&) = default;
+  friend bool operator==(const TcpEnd&, const TcpEnd&) = default;
+  friend bool operator<(const TcpEnd& left, const TcpEnd& right) {
+    return std::tie(left.address, left.port) < std::tie(right.address, right.port);
+  }
 };
 
 /// What the kernel tells of one TCP socket.
