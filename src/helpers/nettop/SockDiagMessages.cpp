@@ -76,18 +76,18 @@ std::optional<tcp_info> findCounters(Bytes attributes) {
   return std::nullopt;
 }
 
-TcpEnd end(const __be32 (&address)[4], __be16 port, bool isMapped) {
+TcpEnd end(const __be32* address, __be16 port, bool isMapped) {
   TcpEnd result;
   if (isMapped) {
     result.address[0] = address[3];
   } else {
-    std::ranges::copy(address, result.address.begin());
+    std::copy_n(address, result.address.size(), result.address.begin());
   }
   result.port = port;
   return result;
 }
 
-bool isMappedAddress(const __be32 (&address)[4]) {
+bool isMappedAddress(const __be32* address) {
   return address[0] == 0 && address[1] == 0 && address[2] == htonl(0xFFFF);
 }
 

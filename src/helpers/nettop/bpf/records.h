@@ -24,8 +24,8 @@ struct SocketTraffic {
 /* A process that is or was. */
 struct ProcessRecord {
   __u32 user;
-  __u32 servesTunnel; /* whether it holds /dev/net/tun open */
-  char name[longestName];
+  __u32 servesTunnel;     /* whether it holds /dev/net/tun open */
+  char name[longestName]; /* NOLINT(modernize-avoid-c-arrays): this is C, too */
 };
 
 enum Phase {
@@ -41,5 +41,6 @@ struct Control {
   __u32 lastHolder;
   __u32 hasTunnels;
   __u64 network; /* the cookie of the network namespace that the tunnels are of */
-  __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
+  /* One bit for each interface index. NOLINTNEXTLINE(modernize-avoid-c-arrays): this is C, too */
+  __u64 tunnelDevices[deviceWords];
 };
