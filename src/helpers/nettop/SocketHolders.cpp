@@ -7,13 +7,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <climits>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
