@@ -4,8 +4,9 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
-                    -Woverloaded-virtual)
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow
+                    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+                    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
 if(TIDEWELL_WERROR)
   add_compile_options(-Werror)
 endif()
@@ -26,6 +27,6 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
   add_compile_definitions(_FORTIFY_SOURCE=2)
   add_compile_options(-ffunction-sections -fdata-sections -fvisibility=hidden
-                      -fvisibility-inlines-hidden)
+                      $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>)
   add_link_options(-Wl,--gc-sections,--as-needed)
 endif()

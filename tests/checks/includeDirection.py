@@ -25,14 +25,14 @@ ROOMS = {
     "speedtest": ["base", "platform"],
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
-    "helpers": ["base"],
+    "helpers": ["base", "platform/linux"],
     "ui": ["base", "format", *SERVICES],
     "app": ["base", "platform", "platform/linux", "format", *SERVICES],
 }
 
 # What only some rooms may include of the world outside.
 OUTSIDE = {
-    re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app"],
+    re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app", "helpers"],
     re.compile(r"curl/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]"): ["ui"],
 }

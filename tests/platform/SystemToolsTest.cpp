@@ -27,6 +27,14 @@ TEST(SystemTools, RoundsAWaitUpToWholeSeconds) {
   EXPECT_EQ(call->arguments, (std::vector<std::string>{"-W", "3", "-W"}));
 }
 
+TEST(SystemTools, AsksTheHelperOfThisProgramWhoUsesTheNetwork) {
+  const auto call = systemTool("/usr/bin/nettop", {"-P", "-x"});
+  ASSERT_TRUE(call);
+  EXPECT_TRUE(call->executable.ends_with("/libexec/tidewell/nettop")) << call->executable;
+  EXPECT_EQ(call->arguments, (std::vector<std::string>{"-P", "-x"}));
+  EXPECT_GT(call->limit, 4.0) << "the service's own watchdog comes first";
+}
+
 TEST(SystemTools, RunsNothingElse) {
   EXPECT_FALSE(systemTool("/bin/sh", {"-c", "true"}));
   EXPECT_FALSE(systemTool("ping", {}));

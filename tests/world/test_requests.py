@@ -57,6 +57,7 @@ class Requests(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_for_processes_are_answered_with_none_while_nobody_tracks_them(self):
+        self.session.prefer(refreshInterval=self.INTERVAL, trackPerProcess=False)
         self.start()
         self.settle()
         self.assertEqual(self.property("Processes"), "a(isxxxd) 0")

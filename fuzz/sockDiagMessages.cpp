@@ -1,0 +1,24 @@
+// Any bytes as what the kernel tells of sockets, in one piece of memory of exactly their size.
+
+#include "helpers/nettop/SockDiagMessages.h"
+#include "helpers/nettop/TcpMovement.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace tidewell::nettop;
+  const auto messages = parseSockDiag(std::as_bytes(std::span(data, size)));
+  TcpReadings readings;
+  for (const TcpReading& reading : messages.readings) {
+    readings.insert_or_assign(reading.cookie, reading);
+  }
+  for (const TcpReading& socket : tcpMovement({}, readings, {})) {
+    if (socket.received == 0 && socket.sent == 0) {
+      std::abort();
+    }
+  }
+  return 0;
+}

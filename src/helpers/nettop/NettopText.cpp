@@ -1,0 +1,92 @@
+#include "helpers/nettop/NettopText.h"
+
+#include "helpers/nettop/ProgramName.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <utility>
+
+namespace tidewell::nettop {
+
+namespace {
+
+constexpr const char* header = ",bytes_in,bytes_out,\n";
+constexpr std::size_t mostRows = 256;
+
+// A pipe takes this much whatever its reader does; 256 rows of the longest name stay below it.
+constexpr std::size_t longestName = 72;
+
+// So that no sum over the rows overflows a reader's 64 bits.
+constexpr std::uint64_t mostBytes = std::uint64_t{1} << 53;
+
+std::uint64_t total(const ProcessTraffic& row) {
+  return std::min(row.received, mostBytes) + std::min(row.sent, mostBytes);
+}
+
+void merge(ProcessTraffic& into, const ProcessTraffic& row) {
+  into.received += std::min(row.received, mostBytes);
+  into.sent += std::min(row.sent, mostBytes);
+}
+
+void sort(std::vector<ProcessTraffic>& rows) {
+  std::ranges::stable_sort(rows, [](const ProcessTraffic& left, const ProcessTraffic& right) {
+    return std::pair(total(right), left.process) < std::pair(total(left), right.process);
+  });
+}
+
+/// One row for each name, the heaviest's process; the rows come heaviest first.
+std::vector<ProcessTraffic> byName(const std::vector<ProcessTraffic>& rows) {
+  std::map<std::string, std::size_t> places;
+  std::vector<ProcessTraffic> merged;
+  for (const ProcessTraffic& row : rows) {
+    const auto [place, isNew] = places.try_emplace(row.name, merged.size());
+    if (isNew) {
+      merged.push_back(row);
+    } else {
+      merge(merged[place->second], row);
+    }
+  }
+  sort(merged);
+  return merged;
+}
+
+void cut(std::vector<ProcessTraffic>& rows) {
+  ProcessTraffic others{"others"};
+  while (rows.size() >= mostRows) {
+    merge(others, rows.back());
+    rows.pop_back();
+  }
+  rows.push_back(others);
+}
+
+std::string line(const ProcessTraffic& row) {
+  std::string name = printableName(row.name);
+  if (name.size() > longestName) {
+    name = printableName(std::string_view(name).substr(0, longestName));
+  }
+  return name + '.' + std::to_string(row.process) + ',' +
+         std::to_string(std::min(row.received, mostBytes)) + ',' +
+         std::to_string(std::min(row.sent, mostBytes)) + ",\n";
+}
+
+} // namespace
+
+std::string nettopText(std::vector<ProcessTraffic> rows) {
+  std::erase_if(rows, [](const ProcessTraffic& row) { return total(row) == 0; });
+  sort(rows);
+  if (rows.size() > mostRows) {
+    rows = byName(rows);
+  }
+  if (rows.size() > mostRows) {
+    cut(rows);
+  }
+  std::string text = header;
+  for (const ProcessTraffic& row : rows) {
+    text += line(row);
+  }
+  return text;
+}
+
+} // namespace tidewell::nettop

@@ -1,0 +1,75 @@
+/* The few fields of the kernel's own types that the programs read. Where they lie is looked up in
+ * the running kernel when the programs are loaded, so no header of one kernel is needed. */
+#pragma once
+
+#include <linux/types.h>
+
+#pragma clang attribute push(__attribute__((preserve_access_index)), apply_to = record)
+
+struct qstr {
+  const unsigned char* name;
+};
+struct dentry {
+  struct qstr d_name;
+};
+struct path {
+  struct dentry* dentry;
+};
+struct inode {
+  unsigned short i_mode;
+  __u32 i_rdev;
+};
+struct file {
+  struct path f_path;
+  struct inode* f_inode;
+};
+struct mm_struct {
+  struct file* exe_file;
+};
+struct kuid {
+  __u32 val;
+};
+struct cred {
+  struct kuid uid;
+};
+struct task_struct {
+  int pid;
+  int tgid;
+  unsigned int flags;
+  char comm[16];
+  struct mm_struct* mm;
+  const struct cred* cred;
+};
+struct counter64 {
+  __s64 counter;
+};
+struct net {
+  __u64 net_cookie;
+};
+struct net_pointer {
+  struct net* net;
+};
+struct sock_common {
+  struct net_pointer skc_net;
+  struct counter64 skc_cookie;
+};
+struct sock {
+  struct sock_common __sk_common;
+};
+struct socket {
+  struct sock* sk;
+};
+
+struct bpf_iter_meta;
+struct bpf_iter__task {
+  struct bpf_iter_meta* meta;
+  struct task_struct* task;
+};
+struct bpf_iter__task_file {
+  struct bpf_iter_meta* meta;
+  struct task_struct* task;
+  __u32 fd;
+  struct file* file;
+};
+
+#pragma clang attribute pop

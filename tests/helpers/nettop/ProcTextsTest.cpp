@@ -1,0 +1,70 @@
+#include "helpers/nettop/DeviceTraffic.h"
+#include "helpers/nettop/SocketHolders.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewell::nettop {
+namespace {
+
+using Names = std::set<std::string>;
+
+const char* const deviceTable =
+    "Inter-|   Receive                                                |  Transmit\n"
+    " face |bytes    packets errs drop fifo frame compressed multicast|bytes    packets errs\n"
+    "    lo:     100       1    0    0    0     0          0         0      100       1    0    0\n"
+    "  eth0: 5000000000 700 1 2 3 4 5 6 900 8 0 0 0 0 0 0\n"
+    "eth1:1 2 0 0 0 0 0 0 3 4 0 0 0 0 0 0\n";
+
+TEST(DeviceCounters, AreReadByTheirColumns) {
+  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth0"), (DeviceCounters{5000000000, 700, 900, 8}));
+  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth1"), (DeviceCounters{1, 2, 3, 4}));
+}
+
+TEST(DeviceCounters, AreAbsentWhereTheLineIsNotWhole) {
+  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth"), std::nullopt);
+  EXPECT_EQ(parseDeviceCounters("", "eth0"), std::nullopt);
+  EXPECT_EQ(parseDeviceCounters("eth0: 1 2 3", "eth0"), std::nullopt);
+  EXPECT_EQ(parseDeviceCounters("eth0: 1 x 0 0 0 0 0 0 3 4", "eth0"), std::nullopt);
+  EXPECT_EQ(parseDeviceCounters("eth0: -1 2 0 0 0 0 0 0 3 4", "eth0"), std::nullopt);
+}
+
+TEST(DefaultDevices, AreThoseOfRoutesToEverywhere) {
+  EXPECT_EQ(defaultDevices("Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\n"
+                           "eth0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000000\t0\t0\t0   \n"
+                           "eth1\t0001A8C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0   \n"
+                           "tun0\t00000000\t00000000\t0001\t0\t0\t0\t00000080\t0\t0\t0   \n"
+                           "eth0\t00000000\t0201A8C0\t0003\t0\t0\t9\t00000000\t0\t0\t0   \n"),
+            Names{"eth0"});
+  EXPECT_TRUE(defaultDevices("").empty());
+  EXPECT_TRUE(defaultDevices("eth0\t00000000").empty());
+}
+
+TEST(DefaultDevices, OfIpv6LeaveOutTheLoopback) {
+  const std::string everywhere = "00000000000000000000000000000000";
+  const std::string rest =
+      " 00 00000000000000000000000000000000 ffffffff 00000001 00000000 00200200 ";
+  EXPECT_EQ(defaultDevicesIpv6(everywhere + " 00 " + everywhere + rest + "      lo\n" + everywhere +
+                               " 00 " + everywhere + rest + "    eth0\n" + everywhere + " 40 " +
+                               everywhere + rest + "    eth1\n"),
+            Names{"eth0"});
+  EXPECT_TRUE(defaultDevicesIpv6(everywhere + " 00 ").empty());
+}
+
+TEST(SocketInode, IsReadFromTheLinkOfADescriptor) {
+  EXPECT_EQ(socketInode("socket:[12345]"), 12345U);
+  EXPECT_EQ(socketInode("socket:[4294967295]"), 4294967295U);
+  for (const char* link : {"", "/dev/null", "socket:[", "socket:[]", "socket:[12", "socket:[1x]",
+                           "socket:[-1]", "socket:[4294967296]", "pipe:[12]"}) {
+    EXPECT_EQ(socketInode(link), std::nullopt) << link;
+  }
+}
+
+TEST(ExecutableName, IsTheLastPartOfItsPath) {
+  EXPECT_EQ(executableName("/usr/bin/curl"), "curl");
+  EXPECT_EQ(executableName("/opt/a b/run (deleted)"), "run");
+  EXPECT_EQ(executableName("alone"), "alone");
+  EXPECT_EQ(executableName(""), "");
+}
+
+} // namespace
+} // namespace tidewell::nettop
