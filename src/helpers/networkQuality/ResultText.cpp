@@ -37,6 +37,8 @@ std::string capacityLine(const char* name, const std::optional<LineResult>& line
               : "";
 }
 
+std::string inMilliseconds(double seconds) { return fixedText(seconds * 1e3, 2); }
+
 /// How the numbers came about, for whoever doubts them.
 std::string detailLine(const char* name, const std::optional<LineResult>& line) {
   if (!line) {
@@ -45,8 +47,9 @@ std::string detailLine(const char* name, const std::optional<LineResult>& line) 
   std::string text = std::string(name) + ": " + std::to_string(line->connections) +
                      " flows, confidence " + nameOf(line->confidence);
   if (line->roundTrips) {
-    text += ", round trips " + fixedText(line->roundTrips->foreign * 1e3, 3) + " ms (new) and " +
-            fixedText(line->roundTrips->self * 1e3, 3) + " ms (loaded)";
+    const auto& [foreign, self] = *line->roundTrips;
+    text += ", ms: TCP " + inMilliseconds(foreign.tcp) + ", TLS " + inMilliseconds(foreign.tls) +
+            ", HTTP " + inMilliseconds(foreign.http) + ", loaded " + inMilliseconds(self);
   }
   return text + "\n";
 }

@@ -11,8 +11,15 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t fewest = 2;
+// Beyond this it was no network that answered.
+constexpr double mostPerMinute = 6e7;
 
 } // namespace
+
+double RoundTripMeans::perMinute() const {
+  const std::array steps{foreign.tcp, foreign.tls, foreign.http};
+  return (60.0 / mean(steps) + 60.0 / self) / 2.0;
+}
 
 std::optional<RoundTripMeans> RoundTrips::since(Seconds begin) const {
   std::array<std::vector<double>, 4> times;
@@ -32,10 +39,10 @@ std::optional<RoundTripMeans> RoundTrips::since(Seconds begin) const {
   if (tcp.size() < fewest || self.size() < fewest) {
     return std::nullopt;
   }
-  const std::array foreign{trimmedMean(std::move(tcp)), trimmedMean(std::move(tls)),
-                           trimmedMean(std::move(http))};
-  const RoundTripMeans means{mean(foreign), trimmedMean(std::move(self))};
-  return means.foreign > 0.0 && means.self > 0.0 ? std::optional(means) : std::nullopt;
+  const RoundTripMeans means{
+      {trimmedMean(std::move(tcp)), trimmedMean(std::move(tls)), trimmedMean(std::move(http))},
+      trimmedMean(std::move(self))};
+  return means.perMinute() < mostPerMinute ? std::optional(means) : std::nullopt;
 }
 
 } // namespace tidewell

@@ -16,11 +16,11 @@ struct ForeignProbe {
 
 /// How long round trips took in some span, in seconds.
 struct RoundTripMeans {
-  double foreign = 0.0; // on connections of their own
+  ForeignProbe foreign; // on connections of their own
   double self = 0.0;    // on the connections that load the line
 
   /// Round trips per minute: the mean of what both kinds reach.
-  [[nodiscard]] double perMinute() const { return (60.0 / foreign + 60.0 / self) / 2.0; }
+  [[nodiscard]] double perMinute() const;
 };
 
 /// The probes of one direction, in the order in which they ended. Pure.
