@@ -25,7 +25,7 @@ ROOMS = {
     "speedtest": ["base", "platform"],
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
-    "helpers": ["base"],
+    "helpers": ["base", "platform/linux"],
     "ui": ["base", "format", *SERVICES],
     "app": ["base", "platform", "platform/linux", "format", *SERVICES],
 }
@@ -33,7 +33,7 @@ ROOMS = {
 # What only some rooms may include of the world outside.
 OUTSIDE = {
     re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app"],
-    re.compile(r"curl/|canberra"): ["helpers"],
+    re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]"): ["ui"],
 }
 

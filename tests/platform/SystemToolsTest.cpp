@@ -27,6 +27,14 @@ TEST(SystemTools, RoundsAWaitUpToWholeSeconds) {
   EXPECT_EQ(call->arguments, (std::vector<std::string>{"-W", "3", "-W"}));
 }
 
+TEST(SystemTools, MeasuresTheLineWithTheHelperOfThisProgram) {
+  const auto call = systemTool("/usr/bin/networkQuality", {"-s", "-v"});
+  ASSERT_TRUE(call);
+  EXPECT_TRUE(call->executable.ends_with("/libexec/tidewell/networkQuality")) << call->executable;
+  EXPECT_EQ(call->arguments, (std::vector<std::string>{"-s", "-v"}));
+  EXPECT_GT(call->limit, 40.0);
+}
+
 TEST(SystemTools, RunsNothingElse) {
   EXPECT_FALSE(systemTool("/bin/sh", {"-c", "true"}));
   EXPECT_FALSE(systemTool("ping", {}));

@@ -49,7 +49,7 @@ std::optional<std::string> httpsHost(std::string_view address) {
     return std::nullopt;
   }
   address.remove_prefix(scheme.size());
-  const auto authority = address.substr(0, address.find_first_of("/?#\\"));
+  const auto authority = address.substr(0, address.find_first_of("/?#"));
   const auto bracket = authority.find(']');
   const auto colon = authority.find(':', bracket == authority.npos ? 0 : bracket);
   const bool hasPort = colon != authority.npos;
@@ -57,7 +57,8 @@ std::optional<std::string> httpsHost(std::string_view address) {
       (hasPort && !isPort(authority.substr(colon + 1)))) {
     return std::nullopt;
   }
-  std::string host(authority);
+  const bool isUsualPort = hasPort && authority.substr(colon + 1) == "443";
+  std::string host(isUsualPort ? authority.substr(0, colon) : authority);
   std::transform(host.begin(), host.end(), host.begin(), lower);
   return host;
 }

@@ -11,6 +11,9 @@ constexpr std::size_t mostConnections = 8;
 // no eight flows, and what they lose is taken for the line's.
 constexpr double leastPerConnection = 62'500.0; // bytes per second, half a megabit
 
+// A lost packet holds up the count of what follows it, by a queue's worth: one percent of this.
+constexpr double leastWindow = 1.25e6; // bytes
+
 } // namespace
 
 LineMeasurement::LineMeasurement(Seconds now, std::uint64_t bytes) : m_goodput(now, bytes) {}
@@ -33,7 +36,8 @@ void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
 }
 
 bool LineMeasurement::isDone() const {
-  return m_goodput.isSaturated() && m_responsiveness.isSteady();
+  return m_goodput.isSaturated() && m_responsiveness.isSteady() &&
+         m_goodput.windowBytes() >= leastWindow;
 }
 
 std::optional<LineResult> LineMeasurement::result() const {

@@ -42,6 +42,9 @@ public:
   void addForeign(Seconds now, const ForeignProbe& probe, double bytes);
   void addSelf(Seconds now, double seconds) { m_roundTrips.addSelf(now, seconds); }
 
+  /// Notes what the direction has moved, ten times an interval or so.
+  void sample(Seconds now, std::uint64_t bytes) { m_goodput.sample(now, bytes); }
+
   /// An interval ends; `bytes` is all that the direction has moved by now.
   void endInterval(Seconds now, std::uint64_t bytes);
 

@@ -7,7 +7,7 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t mostFailures = 3;
-constexpr Seconds tuning = 0.25;
+constexpr Seconds tuning = 0.1;
 
 } // namespace
 
@@ -34,6 +34,7 @@ void LineRun::run(Seconds deadline, const std::function<void(double)>& onInterva
     if (now >= tuneAt) {
       std::for_each(m_connections.begin(), m_connections.end(),
                     [now](const auto& connection) { connection->tune(now); });
+      m_measurement.sample(now, moved());
       tuneAt = now + tuning;
     }
     if (now >= intervalAt) {

@@ -1,6 +1,8 @@
 #include "platform/linux/SystemTools.h"
 
 #include "base/NumberText.h"
+#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/HelperProgram.h"
 
 #include <array>
 #include <cmath>
@@ -18,6 +20,11 @@ constexpr std::array<const char*, 4> pingPlaces = {"/usr/bin/ping", "/bin/ping",
 // One request is answered or given up within its two seconds; the rest is start-up on a busy
 // machine.
 constexpr Seconds pingLimit = 5.0;
+
+constexpr const char* networkQualityPath = "/usr/bin/networkQuality";
+
+// The helper ends by itself after 40 s.
+constexpr Seconds networkQualityLimit = 45.0;
 
 std::optional<std::string> firstExecutable(const auto& places) {
   for (const char* place : places) {
@@ -43,10 +50,21 @@ std::vector<std::string> pingArguments(std::vector<std::string> arguments) {
   return arguments;
 }
 
+std::optional<ToolCall> networkQuality(const std::vector<std::string>& arguments) {
+  const std::string helper = helperProgram(runningProgram(), "networkQuality");
+  if (::access(helper.c_str(), X_OK) != 0) {
+    return std::nullopt;
+  }
+  return ToolCall{helper, arguments, networkQualityLimit};
+}
+
 } // namespace
 
 std::optional<ToolCall> systemTool(const std::string& path,
                                    const std::vector<std::string>& arguments) {
+  if (path == networkQualityPath) {
+    return networkQuality(arguments);
+  }
   if (path != pingPath) {
     return std::nullopt;
   }
