@@ -8,6 +8,7 @@ namespace {
 
 constexpr std::size_t mostFailures = 3;
 constexpr Seconds tuning = 0.1;
+constexpr Seconds longestSilence = 1.0; // of a connection, when all is done
 
 } // namespace
 
@@ -27,7 +28,7 @@ void LineRun::run(Seconds deadline, const std::function<void(double)>& onInterva
   Seconds intervalAt = now + LineMeasurement::interval;
   // Only then is it known what the line can afford.
   Seconds probeAt = intervalAt;
-  while (!m_loop.isStopped() && now < deadline && !m_failure && !m_measurement.isDone()) {
+  while (!m_loop.isStopped() && now < deadline && !m_failure && !isDone(now)) {
     m_loop.serve(std::min({deadline, tuneAt, intervalAt, probeAt}));
     now = TransferLoop::now();
     replaceFailed();
@@ -48,6 +49,14 @@ void LineRun::run(Seconds deadline, const std::function<void(double)>& onInterva
       probeAt = std::max(probeAt + m_measurement.probeInterval(), now);
     }
   }
+}
+
+bool LineRun::isDone(Seconds now) const {
+  // What a connection has moved and moves no more is no capacity.
+  return m_measurement.isDone() &&
+         std::all_of(m_connections.begin(), m_connections.end(), [now](const auto& connection) {
+           return now - connection->silentSince() < longestSilence;
+         });
 }
 
 std::optional<LineResult> LineRun::result() const {

@@ -31,6 +31,7 @@ public:
   [[nodiscard]] std::optional<LineResult> result() const;
 
 private:
+  [[nodiscard]] bool isDone(Seconds now) const;
   void open();
   void endInterval(Seconds now);
   void replaceFailed();

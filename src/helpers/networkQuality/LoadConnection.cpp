@@ -15,6 +15,8 @@ constexpr std::size_t mostProbes = 2;
 constexpr std::size_t largestPiece = 65'536;
 constexpr std::size_t smallestPiece = 1400; // a packet
 constexpr std::size_t firstPiece = 16'384;
+// A packet that is lost again and again is waited for so long, but not in a row with others.
+constexpr Seconds longestSilence = 5.0;
 constexpr double unsentSeconds = 0.005;
 constexpr double mostUnsent = 4e6;
 constexpr double leastUnsent = 4096;
@@ -41,6 +43,7 @@ LoadConnection::LoadConnection(TransferLoop& loop, const Route& route, const Tes
                                Direction direction, std::function<void(Seconds)> onRoundTrip)
     : m_loop(loop), m_route(route), m_server(server), m_direction(direction),
       m_onRoundTrip(std::move(onRoundTrip)), m_piece(firstPiece), m_tunedAt(TransferLoop::now()),
+      m_silentSince(m_tunedAt),
       m_load(route, direction == Direction::download ? server.largeDownload : server.upload),
       m_pool(loop, 1) {
   m_tally.count(m_load.handle());
@@ -77,16 +80,27 @@ std::uint64_t LoadConnection::moved() const {
 }
 
 void LoadConnection::tune(Seconds now) {
-  if (m_direction == Direction::download || m_tally.socket() < 0 || now <= m_tunedAt) {
+  if (now <= m_tunedAt) {
     return;
   }
   const std::uint64_t bytes = moved();
-  const double rate = static_cast<double>(bytes - m_movedThen) / (now - m_tunedAt);
-  const double unsent = std::clamp(rate * unsentSeconds, leastUnsent, mostUnsent);
-  limitUnsent(m_tally.socket(), static_cast<std::uint32_t>(unsent));
-  m_piece = std::clamp(static_cast<std::size_t>(rate * unsentSeconds), smallestPiece, largestPiece);
+  if (bytes != m_movedThen) {
+    m_silentSince = now;
+  } else if (now - m_silentSince > longestSilence && !m_failure) {
+    m_failure = "the server moves nothing any more";
+  }
+  if (m_direction == Direction::upload && m_tally.socket() >= 0) {
+    adaptBuffers(static_cast<double>(bytes - m_movedThen) / (now - m_tunedAt));
+  }
   m_tunedAt = now;
   m_movedThen = bytes;
+}
+
+void LoadConnection::adaptBuffers(double bytesPerSecond) {
+  const double wait = bytesPerSecond * unsentSeconds;
+  limitUnsent(m_tally.socket(),
+              static_cast<std::uint32_t>(std::clamp(wait, leastUnsent, mostUnsent)));
+  m_piece = std::clamp(static_cast<std::size_t>(wait), smallestPiece, largestPiece);
 }
 
 void LoadConnection::probe() {

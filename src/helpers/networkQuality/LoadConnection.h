@@ -32,8 +32,12 @@ public:
   /// Bytes that have arrived, here or at the other end.
   [[nodiscard]] std::uint64_t moved() const;
 
-  /// Adapts what waits in buffers to the speed since the last call: a probe waits behind it.
+  /// Adapts what waits in buffers to the speed since the last call, because a probe waits behind
+  /// it, and fails a connection that has moved nothing for long. Call it several times a second.
   void tune(Seconds now);
+
+  /// Since when nothing has been moved.
+  [[nodiscard]] Seconds silentSince() const { return m_silentSince; }
 
   /// Asks for a round trip; does nothing before the connection stands or while two are under way.
   void probe();
@@ -44,6 +48,7 @@ public:
 private:
   static std::size_t onRead(char* buffer, std::size_t one, std::size_t size, void* self);
   static int onSeek(void* self, curl_off_t offset, int origin);
+  void adaptBuffers(double bytesPerSecond);
   void prepareUpload();
   void transferEnded();
   void probeEnded(Transfer* probe);
@@ -58,6 +63,7 @@ private:
   std::size_t m_piece;   // how much of a body is taken at a time
   curl_off_t m_left = 0; // of the present body
   Seconds m_tunedAt;
+  Seconds m_silentSince;
   std::uint64_t m_movedThen = 0;
 
   TcpTally m_tally;
