@@ -84,7 +84,10 @@ void LoadConnection::tune(Seconds now) {
     return;
   }
   const std::uint64_t bytes = moved();
-  if (bytes != m_movedThen) {
+  // Not the connection's bytes, which probes move, too.
+  const curl_off_t progress =
+      m_direction == Direction::upload ? m_left : m_load.amount(CURLINFO_SIZE_DOWNLOAD_T);
+  if (progress != m_progressThen) {
     m_silentSince = now;
   } else if (now - m_silentSince > longestSilence && !m_failure) {
     m_failure = "the server moves nothing any more";
@@ -94,6 +97,7 @@ void LoadConnection::tune(Seconds now) {
   }
   m_tunedAt = now;
   m_movedThen = bytes;
+  m_progressThen = progress;
 }
 
 void LoadConnection::adaptBuffers(double bytesPerSecond) {

@@ -36,7 +36,7 @@ public:
   /// it, and fails a connection that has moved nothing for long. Call it several times a second.
   void tune(Seconds now);
 
-  /// Since when nothing has been moved.
+  /// Since when no more of its load has been moved.
   [[nodiscard]] Seconds silentSince() const { return m_silentSince; }
 
   /// Asks for a round trip; does nothing before the connection stands or while two are under way.
@@ -65,6 +65,7 @@ private:
   Seconds m_tunedAt;
   Seconds m_silentSince;
   std::uint64_t m_movedThen = 0;
+  curl_off_t m_progressThen = 0;
 
   TcpTally m_tally;
   Transfer m_load;
