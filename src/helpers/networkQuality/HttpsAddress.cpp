@@ -23,7 +23,8 @@ char lower(char letter) {
 }
 
 bool isPort(std::string_view text) {
-  const bool isDigits = !text.empty() && text.find_first_not_of("0123456789") == text.npos;
+  const bool isDigits =
+      !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
   const auto number = isDigits ? parseInteger<std::int32_t>(text) : std::nullopt;
   return number && *number > 0 && *number < 65'536;
 }
@@ -34,7 +35,7 @@ bool isHostName(std::string_view text) {
   const bool isBracketed = text.size() > 2 && text.front() == '[' && text.back() == ']';
   if (isBracketed) {
     text = text.substr(1, text.size() - 2);
-    return text.find_first_not_of("0123456789abcdefABCDEF:.") == text.npos;
+    return text.find_first_not_of("0123456789abcdefABCDEF:.") == std::string_view::npos;
   }
   return !text.empty() && text.front() != '-' &&
          std::all_of(text.begin(), text.end(), [](char letter) {
@@ -51,8 +52,8 @@ std::optional<std::string> httpsHost(std::string_view address) {
   address.remove_prefix(scheme.size());
   const auto authority = address.substr(0, address.find_first_of("/?#"));
   const auto bracket = authority.find(']');
-  const auto colon = authority.find(':', bracket == authority.npos ? 0 : bracket);
-  const bool hasPort = colon != authority.npos;
+  const auto colon = authority.find(':', bracket == std::string_view::npos ? 0 : bracket);
+  const bool hasPort = colon != std::string_view::npos;
   if (!isHostName(authority.substr(0, colon)) ||
       (hasPort && !isPort(authority.substr(colon + 1)))) {
     return std::nullopt;

@@ -49,20 +49,20 @@ TestServer defaultServer() {
           {}};
 }
 
-std::optional<TestServer> parseServerDocument(std::string_view text) {
-  if (text.size() > longestDocument) {
+std::optional<TestServer> parseServerDocument(std::string_view document) {
+  if (document.size() > longestDocument) {
     return std::nullopt;
   }
-  const Json document = Json::parse(text, nullptr, false);
-  if (!document.is_object() || document.value("version", Json()) != 1 ||
-      !document.value("urls", Json()).is_object()) {
+  const Json json = Json::parse(document, nullptr, false);
+  if (!json.is_object() || json.value("version", Json()) != 1 ||
+      !json.value("urls", Json()).is_object()) {
     return std::nullopt;
   }
-  const Json& urls = document["urls"];
+  const Json& urls = json["urls"];
   const auto large = addressIn(urls, {"large_download_url", "large_https_download_url"});
   const auto small = addressIn(urls, {"small_download_url", "small_https_download_url"});
   const auto upload = addressIn(urls, {"upload_url", "https_upload_url"});
-  const auto endpoint = endpointIn(document);
+  const auto endpoint = endpointIn(json);
   if (!large || !small || !upload || !endpoint || httpsHost(*large) != httpsHost(*small) ||
       httpsHost(*large) != httpsHost(*upload)) {
     return std::nullopt;

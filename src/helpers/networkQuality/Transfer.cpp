@@ -53,7 +53,7 @@ Transfer& Transfer::of(CURL* handle) {
   return *static_cast<Transfer*>(self);
 }
 
-void Transfer::setLimit(Seconds limit) {
+void Transfer::setLimit(Seconds limit) const {
   set(handle(), CURLOPT_TIMEOUT_MS, static_cast<long>(limit * 1e3));
 }
 

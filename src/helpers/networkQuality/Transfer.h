@@ -36,7 +36,7 @@ public:
   void allowHttp1() { m_allowsHttp1 = true; }
 
   /// Ends the transfer when it takes longer.
-  void setLimit(Seconds limit);
+  void setLimit(Seconds limit) const;
 
   /// What to do when it is over; may destroy the transfer, or add it again.
   void onFinished(std::function<void()> function) { m_onFinished = std::move(function); }
