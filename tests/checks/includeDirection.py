@@ -33,7 +33,7 @@ ROOMS = {
 # What only some rooms may include of the world outside.
 OUTSIDE = {
     re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app", "helpers"],
-    re.compile(r"curl/|canberra"): ["helpers"],
+    re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]"): ["ui"],
 }
 

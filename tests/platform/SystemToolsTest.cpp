@@ -35,6 +35,14 @@ TEST(SystemTools, AsksTheHelperOfThisProgramWhoUsesTheNetwork) {
   EXPECT_GT(call->limit, 4.0) << "the service's own watchdog comes first";
 }
 
+TEST(SystemTools, MeasuresTheLineWithTheHelperOfThisProgram) {
+  const auto call = systemTool("/usr/bin/networkQuality", {"-s", "-v"});
+  ASSERT_TRUE(call);
+  EXPECT_TRUE(call->executable.ends_with("/libexec/tidewell/networkQuality")) << call->executable;
+  EXPECT_EQ(call->arguments, (std::vector<std::string>{"-s", "-v"}));
+  EXPECT_GT(call->limit, 40.0);
+}
+
 TEST(SystemTools, RunsNothingElse) {
   EXPECT_FALSE(systemTool("/bin/sh", {"-c", "true"}));
   EXPECT_FALSE(systemTool("ping", {}));

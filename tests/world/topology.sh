@@ -44,8 +44,9 @@ END
 addRoutes() {
   local i
   i=$(<"$state/link")
-  ip -n "$user" route replace default via "192.168.$((i + 1)).1"
-  ip -n "$user" -6 route replace default via "fd00:$((i + 1))::1"
+  # What a queue holds depends on who fills it, and machines differ in what they take by default.
+  ip -n "$user" route replace default via "192.168.$((i + 1)).1" congctl cubic
+  ip -n "$user" -6 route replace default via "fd00:$((i + 1))::1" congctl cubic
   ip -n "$router" route replace 203.0.113.2 via "192.168.$((i + 1)).2"
   ip -n "$router" -6 route replace 2001:db8:113::2 via "fd00:$((i + 1))::2"
 }
@@ -96,8 +97,8 @@ address add 1.1.1.1/32 dev lo
 address add 9.9.9.9/32 dev lo
 address add 2606:4700:4700::1111/128 dev lo nodad
 address add 2620:fe::fe/128 dev lo nodad
-route add default via 198.51.100.1
-route add default via 2001:db8:51::1
+route add default via 198.51.100.1 congctl cubic
+route add default via 2001:db8:51::1 congctl cubic
 END
 }
 

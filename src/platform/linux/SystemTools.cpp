@@ -21,10 +21,16 @@ constexpr std::array<const char*, 4> pingPlaces = {"/usr/bin/ping", "/bin/ping",
 // machine.
 constexpr Seconds pingLimit = 5.0;
 
-constexpr const char* nettopPath = "/usr/bin/nettop";
-
-// The helper measures for one second.
-constexpr Seconds nettopLimit = 5.0;
+/// A tool that Linux lacks, and our helper in its place.
+struct Helper {
+  const char* path;
+  const char* name;
+  Seconds limit;
+};
+constexpr std::array<Helper, 2> helpers = {{
+    {"/usr/bin/nettop", "nettop", 5.0},                  // measures for one second
+    {"/usr/bin/networkQuality", "networkQuality", 45.0}, // ends by itself after 40 s
+}};
 
 std::optional<std::string> firstExecutable(const auto& places) {
   for (const char* place : places) {
@@ -50,20 +56,22 @@ std::vector<std::string> pingArguments(std::vector<std::string> arguments) {
   return arguments;
 }
 
-std::optional<ToolCall> nettop(const std::vector<std::string>& arguments) {
-  const std::string helper = helperProgram(runningProgram(), "nettop");
-  if (::access(helper.c_str(), X_OK) != 0) {
+std::optional<ToolCall> callOf(const Helper& helper, const std::vector<std::string>& arguments) {
+  const std::string executable = helperProgram(runningProgram(), helper.name);
+  if (::access(executable.c_str(), X_OK) != 0) {
     return std::nullopt;
   }
-  return ToolCall{helper, arguments, nettopLimit};
+  return ToolCall{executable, arguments, helper.limit};
 }
 
 } // namespace
 
 std::optional<ToolCall> systemTool(const std::string& path,
                                    const std::vector<std::string>& arguments) {
-  if (path == nettopPath) {
-    return nettop(arguments);
+  for (const Helper& helper : helpers) {
+    if (path == helper.path) {
+      return callOf(helper, arguments);
+    }
   }
   if (path != pingPath) {
     return std::nullopt;

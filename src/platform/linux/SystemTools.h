@@ -18,7 +18,8 @@ struct ToolCall {
 
 /// The call that answers for this path and these arguments; none when the tool is not installed.
 /// Ping's waiting time, given in milliseconds, is turned into the seconds of Linux's ping. The
-/// per-process statistics tool, which Linux lacks, is the helper that belongs to this program.
+/// tools for statistics per process and for the quality of the line, which Linux lacks, are helpers
+/// that belong to this program.
 [[nodiscard]] std::optional<ToolCall> systemTool(const std::string& path,
                                                  const std::vector<std::string>& arguments);
 

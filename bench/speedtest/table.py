@@ -1,0 +1,91 @@
+"""The document made of what was measured."""
+
+import links
+
+# nghttpd keeps up to this much of a connection's data in front of every reply.
+SERVER_BUFFER = 65_536
+
+HEAD = """# The speed test, measured
+
+Made by `bench/speedtest/measure`: each link in a world of network namespaces, shaped by a token
+bucket, TCP cubic, three runs of the helper (release build) against `nghttpd`, then `iperf3` with as
+many flows in either direction. On one machine of two cores that also runs the server.
+
+"""
+
+COLUMNS = ["link (Mbit/s, buffer, added delay)", "iperf3 down / up", "down", "off", "up", "off",
+           "RPM", "spread", "from round trips", "off", "wall", "CPU", "memory"]
+
+
+def span(values, decimals):
+    low, high = min(values), max(values)
+    texts = [f"{value:.{decimals}f}" for value in (low, high)]
+    return texts[0] if texts[0] == texts[1] else " - ".join(texts)
+
+
+def worst_off(values, truth):
+    """The largest difference, in percent of the truth."""
+    return max(((value - truth) / truth * 100 for value in values), key=abs)
+
+
+def expected(result):
+    """Round trips per minute of the worse direction, as the independent round trips have it."""
+    def of(loaded, flows, in_buffer):
+        wait = flows * in_buffer * 8 / (loaded["mbps"] * 1e3)
+        return (60_000 / loaded["roundTrip"] + 60_000 / (loaded["roundTrip"] + wait)) / 2
+    last = result["runs"][-1]
+    return min(of(result["iperfDown"], last["downFlows"], SERVER_BUFFER),
+               of(result["iperfUp"], last["upFlows"], 0))
+
+
+def row(link, result):
+    runs = result["runs"]
+    down, up, rpm = ([run[key] for run in runs] for key in ("down", "up", "rpm"))
+    iperf_down, iperf_up = result["iperfDown"]["mbps"], result["iperfUp"]["mbps"]
+    right = expected(result)
+    mean = sum(rpm) / len(rpm)
+    decimals = 3 if link.down < 10 else 2 if link.down < 100 else 1
+    return [
+        f"{link.down}/{link.up}, {link.buffer} ms, {link.delay} ms",
+        f"{iperf_down:.{decimals}f} / {iperf_up:.{decimals}f}",
+        span(down, decimals), f"{worst_off(down, iperf_down):+.1f} %",
+        span(up, decimals), f"{worst_off(up, iperf_up):+.1f} %",
+        span(rpm, 0), f"{(max(rpm) - min(rpm)) / mean * 100:.1f} %",
+        f"{right:.0f}", f"{(mean - right) / right * 100:+.0f} %",
+        f"{max(run['wall'] for run in runs):.0f} s", f"{max(run['cpu'] for run in runs):.1f} s",
+        f"{max(run['rss'] for run in runs):.1f} MB",
+    ]
+
+
+def text(results):
+    lines = ["| " + " | ".join(COLUMNS) + " |", "|" + "---|" * len(COLUMNS)]
+    for link in links.LINKS:
+        if link.name in results:
+            lines.append("| " + " | ".join(row(link, results[link.name])) + " |")
+    return HEAD + "\n".join(lines) + "\n" + TAIL + others(results.get("others"))
+
+
+TAIL = """
+- **off**: the worst of three runs against iperf3. Both count what TCP delivers; the helper counts the
+  bytes of its probes, too, because the line carried them.
+- **spread**: between the largest and the smallest of three, in percent of their mean.
+- **from round trips**: what the responsiveness would have to be by a measurement that knows nothing of
+  HTTP. While iperf3 loads the link, another program opens connections; the mean of their fastest 95 %
+  is the loaded round trip T, which is what a packet meets on the way. A request on a new connection
+  takes T for each of its steps. A request on a loading connection also waits behind what the server
+  has taken out of the file and not yet sent: `nghttpd` keeps 64 KiB for each connection, so there the
+  wait W is flows x 64 KiB / rate for downloads; the helper keeps its own buffer near zero, so for
+  uploads W is 0. By the draft's rule that makes (60000 / T + 60000 / (T + W)) / 2 round trips per
+  minute, of which the worse direction counts.
+- **wall, CPU, memory**: the worst of three runs.
+"""
+
+
+def others(results):
+    if not results:
+        return ""
+    lines = ["", "## Beside speedtest-cli", "",
+             "Against a server of the test world, 100 Mbit/s both ways, 20 ms of buffer.", "",
+             "| program | wall | CPU |", "|---|---|---|"]
+    lines += [f"| {name} | {wall:.1f} s | {cpu:.2f} s |" for name, wall, cpu in results]
+    return "\n".join(lines) + "\n"

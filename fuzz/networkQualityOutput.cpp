@@ -1,0 +1,36 @@
+// Any bytes as the network-quality tool's output: the numbers are numbers and not negative, and
+// what follows a line of its own neither adds to it nor takes from it.
+
+#include "speedtest/NetworkQualityOutput.h"
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+void require(bool condition) {
+  if (!condition) {
+    std::abort();
+  }
+}
+
+bool isSpeed(double megabits) { return megabits >= 0.0 && !std::isnan(megabits); }
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(reinterpret_cast<const char*>(data), size);
+  const auto result = tidewell::parseNetworkQualityOutput(text, 7.0);
+  require(result.timestamp == 7.0);
+  require(isSpeed(result.downloadMbps) && isSpeed(result.uploadMbps));
+  require(result.responsiveness >= 0);
+
+  const auto longer = tidewell::parseNetworkQualityOutput(
+      text + "\nDownlink capacity: 1.5 Gbps\nUplink capacity: 2 Kbps\nResponsiveness: 9", 7.0);
+  require(longer == tidewell::SpeedTestResult{7.0, 1500.0, 0.002, 9});
+  return 0;
+}

@@ -1,0 +1,67 @@
+#include "helpers/networkQuality/ForeignProber.h"
+
+#include <cstddef>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::size_t mostProbes = 32;
+constexpr std::size_t longestBody = 4096;
+// Four round trips through the fullest of queues; a lost packet more, and it is out of the mean.
+constexpr Seconds limit = 10.0;
+
+} // namespace
+
+ForeignProber::ForeignProber(TransferLoop& loop, const Route& route, std::string address,
+                             std::function<void(const ForeignProbe&, double bytes)> onProbe)
+    : m_route(route), m_address(std::move(address)), m_onProbe(std::move(onProbe)),
+      m_pool(loop, 0) {}
+
+ForeignProber::~ForeignProber() {
+  for (const auto& probe : m_probes) {
+    m_pool.remove(probe->transfer);
+  }
+}
+
+void ForeignProber::probe() {
+  if (m_probes.size() >= mostProbes) {
+    return;
+  }
+  m_probes.push_back(std::make_unique<Probe>(m_route, m_address));
+  Probe& probe = *m_probes.back();
+  curl_easy_setopt(probe.transfer.handle(), CURLOPT_FRESH_CONNECT, 1L);
+  curl_easy_setopt(probe.transfer.handle(), CURLOPT_FORBID_REUSE, 1L);
+  probe.transfer.keepBody(longestBody);
+  probe.transfer.setLimit(limit);
+  probe.transfer.onFinished([this, &probe] { ended(&probe); });
+  m_pool.add(probe.transfer);
+}
+
+TcpCounts ForeignProber::counts() const {
+  TcpCounts sum = m_ended;
+  for (const auto& probe : m_probes) {
+    const TcpCounts counts = probe->tally.counts();
+    sum.received += counts.received;
+    sum.acknowledged += counts.acknowledged;
+  }
+  return sum;
+}
+
+void ForeignProber::ended(Probe* probe) {
+  const TcpCounts counts = probe->tally.counts();
+  m_ended.received += counts.received;
+  m_ended.acknowledged += counts.acknowledged;
+  const Transfer& transfer = probe->transfer;
+  if (!transfer.failure() && transfer.handshakeRoundTrips() > 0) {
+    const Seconds connected = transfer.time(CURLINFO_CONNECT_TIME_T);
+    const Seconds encrypted = transfer.time(CURLINFO_APPCONNECT_TIME_T);
+    m_onProbe({connected - transfer.time(CURLINFO_NAMELOOKUP_TIME_T),
+               (encrypted - connected) / transfer.handshakeRoundTrips(), transfer.roundTrip()},
+              static_cast<double>(counts.received + counts.acknowledged));
+  }
+  std::erase_if(m_probes, [probe](const auto& other) { return other.get() == probe; });
+}
+
+} // namespace tidewell

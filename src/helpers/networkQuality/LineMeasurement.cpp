@@ -1,0 +1,57 @@
+#include "helpers/networkQuality/LineMeasurement.h"
+
+namespace tidewell {
+
+namespace {
+
+// More load nothing that these do not, and take twice the processor time.
+constexpr std::size_t mostConnections = 8;
+
+// Below this each further connection fights for the same few packets: a queue of ten packets holds
+// no eight flows, and what they lose is taken for the line's.
+constexpr double leastPerConnection = 62'500.0; // bytes per second, half a megabit
+
+// A lost packet holds up the count of what follows it, by a queue's worth: one percent of this.
+constexpr double leastWindow = 1.25e6; // bytes
+
+} // namespace
+
+LineMeasurement::LineMeasurement(Seconds now, std::uint64_t bytes) : m_goodput(now, bytes) {}
+
+void LineMeasurement::addForeign(Seconds now, const ForeignProbe& probe, double bytes) {
+  m_roundTrips.addForeign(now, probe);
+  m_pace.addCost(bytes);
+}
+
+void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
+  m_goodput.endInterval(now, bytes);
+  const auto means = m_goodput.intervals() >= averageDistance
+                         ? m_roundTrips.since(now - averageDistance * interval)
+                         : std::nullopt;
+  m_responsiveness.add(means ? std::optional(means->perMinute()) : std::nullopt);
+  const double share = m_goodput.current() / static_cast<double>(m_connections);
+  if (!m_goodput.isSaturated() && m_connections < mostConnections && share >= leastPerConnection) {
+    ++m_connections;
+  }
+}
+
+bool LineMeasurement::isDone() const {
+  return m_goodput.isSaturated() && m_responsiveness.isSteady() &&
+         m_goodput.windowBytes() >= leastWindow;
+}
+
+std::optional<LineResult> LineMeasurement::result() const {
+  if (m_goodput.intervals() == 0) {
+    return std::nullopt;
+  }
+  LineResult result;
+  result.bytesPerSecond = m_goodput.capacity();
+  result.roundTrips = m_roundTrips.since(m_goodput.windowBegin());
+  result.connections = m_connections;
+  if (m_goodput.intervals() >= averageDistance) {
+    result.confidence = isDone() ? Confidence::high : Confidence::medium;
+  }
+  return result;
+}
+
+} // namespace tidewell

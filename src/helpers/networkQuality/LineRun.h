@@ -1,0 +1,54 @@
+#pragma once
+
+#include "helpers/networkQuality/ForeignProber.h"
+#include "helpers/networkQuality/LineMeasurement.h"
+#include "helpers/networkQuality/LoadConnection.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell {
+
+/// Loads one direction of the line and measures it meanwhile.
+class LineRun {
+public:
+  /// Everything that is borrowed outlives the run.
+  LineRun(TransferLoop& loop, const Route& route, const TestServer& server, Direction direction);
+
+  /// Runs until nothing changes any more, until `deadline`, until the loop is stopped or until it
+  /// fails. `onInterval` hears once a second of the bytes per second.
+  void run(Seconds deadline, const std::function<void(double)>& onInterval);
+
+  /// Why it failed, in words; none when it did not.
+  [[nodiscard]] const std::optional<std::string>& failure() const { return m_failure; }
+
+  /// What was measured; none of a run that failed or was too short.
+  [[nodiscard]] std::optional<LineResult> result() const;
+
+private:
+  [[nodiscard]] bool isDone(Seconds now) const;
+  void open();
+  void endInterval(Seconds now);
+  void replaceFailed();
+  void probe();
+  [[nodiscard]] std::uint64_t moved() const;
+
+  TransferLoop& m_loop;
+  const Route& m_route;
+  const TestServer& m_server;
+  Direction m_direction;
+  LineMeasurement m_measurement;
+  ForeignProber m_foreign;
+  std::vector<std::unique_ptr<LoadConnection>> m_connections;
+  std::uint64_t m_movedByFailed = 0;
+  std::size_t m_failures = 0;
+  std::size_t m_nextProbed = 0;
+  std::optional<std::string> m_failure;
+};
+
+} // namespace tidewell

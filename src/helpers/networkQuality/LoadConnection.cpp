@@ -1,0 +1,168 @@
+#include "helpers/networkQuality/LoadConnection.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+namespace tidewell {
+
+namespace {
+
+constexpr curl_off_t uploadBytes = 100'000'000; // more in one body is refused by some servers
+constexpr curl_off_t leastDownload = 1'000'000;
+constexpr std::size_t mostProbes = 2;
+constexpr std::size_t largestPiece = 65'536;
+constexpr std::size_t smallestPiece = 1400; // a packet
+constexpr std::size_t firstPiece = 16'384;
+// A packet that is lost again and again is waited for so long, but not in a row with others.
+constexpr Seconds longestSilence = 5.0;
+constexpr double unsentSeconds = 0.005;
+constexpr double mostUnsent = 4e6;
+constexpr double leastUnsent = 4096;
+
+/// Bytes that nothing on the way can compress.
+const std::array<char, largestPiece>& noise() {
+  static const auto bytes = [] {
+    std::array<char, largestPiece> made{};
+    std::uint64_t state = 0x9e3779b97f4a7c15U; // xorshift
+    for (char& byte : made) {
+      state ^= state << 13U;
+      state ^= state >> 7U;
+      state ^= state << 17U;
+      byte = static_cast<char>(state & 0xffU);
+    }
+    return made;
+  }();
+  return bytes;
+}
+
+} // namespace
+
+LoadConnection::LoadConnection(TransferLoop& loop, const Route& route, const TestServer& server,
+                               Direction direction, std::function<void(Seconds)> onRoundTrip)
+    : m_loop(loop), m_route(route), m_server(server), m_direction(direction),
+      m_onRoundTrip(std::move(onRoundTrip)), m_piece(firstPiece), m_tunedAt(TransferLoop::now()),
+      m_silentSince(m_tunedAt),
+      m_load(route, direction == Direction::download ? server.largeDownload : server.upload),
+      m_pool(loop, 1) {
+  m_tally.count(m_load.handle());
+  m_load.onFinished([this] { transferEnded(); });
+  if (direction == Direction::upload) {
+    prepareUpload();
+  }
+  m_pool.add(m_load);
+}
+
+LoadConnection::~LoadConnection() {
+  m_pool.remove(m_load);
+  for (const auto& probe : m_probes) {
+    m_pool.remove(*probe);
+  }
+}
+
+void LoadConnection::prepareUpload() {
+  CURL* const handle = m_load.handle();
+  m_left = uploadBytes;
+  curl_easy_setopt(handle, CURLOPT_POST, 1L);
+  curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, uploadBytes);
+  curl_easy_setopt(handle, CURLOPT_UPLOAD_BUFFERSIZE, long{largestPiece});
+  curl_easy_setopt(handle, CURLOPT_READFUNCTION, &onRead);
+  curl_easy_setopt(handle, CURLOPT_READDATA, this);
+  curl_easy_setopt(handle, CURLOPT_SEEKFUNCTION, &onSeek);
+  curl_easy_setopt(handle, CURLOPT_SEEKDATA, this);
+  m_load.keepBody(leastDownload); // whatever the server has to say about it
+}
+
+std::uint64_t LoadConnection::moved() const {
+  const TcpCounts counts = m_tally.counts();
+  return m_direction == Direction::download ? counts.received : counts.acknowledged;
+}
+
+void LoadConnection::tune(Seconds now) {
+  if (now <= m_tunedAt) {
+    return;
+  }
+  const std::uint64_t bytes = moved();
+  // Not the connection's bytes, which probes move, too.
+  const curl_off_t progress =
+      m_direction == Direction::upload ? m_left : m_load.amount(CURLINFO_SIZE_DOWNLOAD_T);
+  if (progress != m_progressThen) {
+    m_silentSince = now;
+  } else if (now - m_silentSince > longestSilence && !m_failure) {
+    m_failure = "the server moves nothing any more";
+  }
+  if (m_direction == Direction::upload && m_tally.socket() >= 0) {
+    adaptBuffers(static_cast<double>(bytes - m_movedThen) / (now - m_tunedAt));
+  }
+  m_tunedAt = now;
+  m_movedThen = bytes;
+  m_progressThen = progress;
+}
+
+void LoadConnection::adaptBuffers(double bytesPerSecond) {
+  const double wait = bytesPerSecond * unsentSeconds;
+  limitUnsent(m_tally.socket(),
+              static_cast<std::uint32_t>(std::clamp(wait, leastUnsent, mostUnsent)));
+  m_piece = std::clamp(static_cast<std::size_t>(wait), smallestPiece, largestPiece);
+}
+
+void LoadConnection::probe() {
+  if (moved() == 0 || m_probes.size() >= mostProbes || m_failure) {
+    return;
+  }
+  m_probes.push_back(std::make_unique<Transfer>(m_route, m_server.smallDownload));
+  Transfer& probe = *m_probes.back();
+  curl_easy_setopt(probe.handle(), CURLOPT_PIPEWAIT, 1L);
+  m_tally.count(probe.handle());
+  probe.keepBody(smallestPiece);
+  probe.onFinished([this, &probe] { probeEnded(&probe); });
+  m_pool.add(probe);
+}
+
+void LoadConnection::probeEnded(Transfer* probe) {
+  // On a connection of its own it would have told nothing about this one.
+  const bool isOnThisConnection = probe->number(CURLINFO_NUM_CONNECTS) == 0;
+  if (!probe->failure() && isOnThisConnection) {
+    m_onRoundTrip(probe->roundTrip());
+  }
+  std::erase_if(m_probes, [probe](const auto& other) { return other.get() == probe; });
+}
+
+void LoadConnection::transferEnded() {
+  m_failure = m_load.failure();
+  if (m_failure) {
+    return;
+  }
+  if (m_direction == Direction::upload) {
+    if (m_load.amount(CURLINFO_SIZE_UPLOAD_T) < uploadBytes) {
+      m_failure = "the server does not take what is sent to it";
+      return;
+    }
+    m_left = uploadBytes;
+  } else if (m_load.amount(CURLINFO_SIZE_DOWNLOAD_T) < leastDownload) {
+    m_failure = "the server's large download is too short to measure by";
+    return;
+  }
+  m_pool.add(m_load);
+}
+
+std::size_t LoadConnection::onRead(char* buffer, std::size_t one, std::size_t size, void* self) {
+  auto& connection = *static_cast<LoadConnection*>(self);
+  const auto bytes =
+      std::min({one * size, connection.m_piece, static_cast<std::size_t>(connection.m_left)});
+  std::memcpy(buffer, noise().data(), bytes);
+  connection.m_left -= static_cast<curl_off_t>(bytes);
+  connection.m_loop.noteSending();
+  return bytes;
+}
+
+int LoadConnection::onSeek(void* self, curl_off_t offset, int origin) {
+  if (origin != SEEK_SET || offset < 0 || offset > uploadBytes) {
+    return CURL_SEEKFUNC_CANTSEEK;
+  }
+  static_cast<LoadConnection*>(self)->m_left = uploadBytes - offset;
+  return CURL_SEEKFUNC_OK;
+}
+
+} // namespace tidewell

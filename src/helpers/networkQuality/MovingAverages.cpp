@@ -1,0 +1,31 @@
+#include "helpers/networkQuality/MovingAverages.h"
+
+#include "helpers/networkQuality/Statistics.h"
+
+namespace tidewell {
+
+namespace {
+
+constexpr double tolerance = 0.05;
+
+} // namespace
+
+void MovingAverages::add(std::optional<double> average) {
+  ++m_intervals;
+  if (!average) {
+    m_last.clear();
+    m_steadySince = 0;
+    return;
+  }
+  m_last.push_back(*average);
+  if (m_last.size() > averageDistance) {
+    m_last.erase(m_last.begin());
+  }
+  if (m_last.size() < averageDistance || !tidewell::isSteady(m_last, tolerance)) {
+    m_steadySince = 0;
+  } else if (m_steadySince == 0) {
+    m_steadySince = m_intervals;
+  }
+}
+
+} // namespace tidewell

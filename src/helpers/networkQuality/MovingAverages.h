@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace tidewell {
+
+/// How many intervals a moving average spans, and how many of them have to agree: the distance of
+/// the responsiveness measurement (draft-ietf-ippm-responsiveness).
+constexpr std::size_t averageDistance = 4;
+
+/// The moving averages of one measured quantity, one for each interval, and when they settled.
+class MovingAverages {
+public:
+  /// The average that ends with the present interval; none when there is none, and then what was
+  /// steady is no longer.
+  void add(std::optional<double> average);
+
+  /// Whether the last four averages differ by less than five percent in standard deviation.
+  [[nodiscard]] bool isSteady() const { return m_steadySince != 0; }
+
+  /// How many intervals had been counted when the averages became steady; 0 while they are not.
+  [[nodiscard]] std::size_t steadySince() const { return m_steadySince; }
+
+private:
+  std::vector<double> m_last;
+  std::size_t m_intervals = 0;
+  std::size_t m_steadySince = 0;
+};
+
+} // namespace tidewell

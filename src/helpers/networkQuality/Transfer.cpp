@@ -1,0 +1,133 @@
+#include "helpers/networkQuality/Transfer.h"
+
+#include "helpers/networkQuality/FailureText.h"
+
+#include <string_view>
+
+#include <openssl/ssl.h>
+
+namespace tidewell {
+
+namespace {
+
+constexpr std::size_t mostHeaderBytes = 65'536;
+constexpr long connectMilliseconds = 8000;
+constexpr long bufferBytes = 131'072;
+
+template <class Value> void set(CURL* handle, CURLoption option, Value value) {
+  curl_easy_setopt(handle, option, value);
+}
+
+} // namespace
+
+Transfer::Transfer(const Route& route, const std::string& address)
+    : m_handle(curl_easy_init()),
+      m_headers(curl_slist_append(nullptr, "Accept-Encoding: identity")) {
+  CURL* const handle = m_handle.get();
+  // Without an address the transfer fails: better than one that trusts anybody.
+  if (route.apply(handle)) {
+    set(handle, CURLOPT_URL, address.c_str());
+  }
+  set(handle, CURLOPT_PRIVATE, this);
+  set(handle, CURLOPT_PROTOCOLS_STR, "https");
+  set(handle, CURLOPT_HTTP_VERSION, long{CURL_HTTP_VERSION_2TLS});
+  set(handle, CURLOPT_HTTPHEADER, m_headers.get());
+  set(handle, CURLOPT_USERAGENT, "Tidewell/" TIDEWELL_VERSION);
+  set(handle, CURLOPT_FOLLOWLOCATION, 0L);
+  set(handle, CURLOPT_NOSIGNAL, 1L);
+  set(handle, CURLOPT_QUICK_EXIT, 1L);
+  set(handle, CURLOPT_SSL_SESSIONID_CACHE, 0L);
+  set(handle, CURLOPT_CONNECTTIMEOUT_MS, connectMilliseconds);
+  set(handle, CURLOPT_BUFFERSIZE, bufferBytes);
+  set(handle, CURLOPT_WRITEFUNCTION, &onBody);
+  set(handle, CURLOPT_WRITEDATA, this);
+  set(handle, CURLOPT_HEADERFUNCTION, &onHeader);
+  set(handle, CURLOPT_HEADERDATA, this);
+}
+
+Transfer::~Transfer() = default;
+
+Transfer& Transfer::of(CURL* handle) {
+  void* self = nullptr;
+  curl_easy_getinfo(handle, CURLINFO_PRIVATE, &self);
+  return *static_cast<Transfer*>(self);
+}
+
+void Transfer::setLimit(Seconds limit) const {
+  set(handle(), CURLOPT_TIMEOUT_MS, static_cast<long>(limit * 1e3));
+}
+
+std::optional<std::string> Transfer::failure() const {
+  const long version = number(CURLINFO_HTTP_VERSION);
+  return failureText({m_code, status(), m_allowsHttp1 || version == CURL_HTTP_VERSION_2_0});
+}
+
+long Transfer::number(CURLINFO what) const {
+  long value = 0;
+  curl_easy_getinfo(handle(), what, &value);
+  return value;
+}
+
+curl_off_t Transfer::amount(CURLINFO what) const {
+  curl_off_t value = 0;
+  curl_easy_getinfo(handle(), what, &value);
+  return value;
+}
+
+Seconds Transfer::time(CURLINFO what) const { return static_cast<double>(amount(what)) / 1e6; }
+
+std::string Transfer::text(CURLINFO what) const {
+  const char* value = nullptr;
+  curl_easy_getinfo(handle(), what, &value);
+  return value != nullptr ? value : "";
+}
+
+std::size_t Transfer::onBody(const char* data, std::size_t /*one*/, std::size_t size, void* self) {
+  auto& transfer = *static_cast<Transfer*>(self);
+  if (!transfer.m_bodyLimit) {
+    return size;
+  }
+  if (size > *transfer.m_bodyLimit - transfer.m_body.size()) {
+    return 0; // ends the transfer
+  }
+  transfer.m_body.append(data, size);
+  return size;
+}
+
+std::size_t Transfer::onHeader(const char* /*data*/, std::size_t /*one*/, std::size_t size,
+                               void* self) {
+  auto& transfer = *static_cast<Transfer*>(self);
+  if (transfer.m_handshakeRoundTrips == 0) {
+    transfer.noteHandshake();
+  }
+  transfer.m_headerBytes += size;
+  // What is of no use need not be received.
+  return transfer.m_headerBytes > mostHeaderBytes || transfer.failure() ? 0 : size;
+}
+
+void Transfer::noteHandshake() {
+  const curl_tlssessioninfo* session = nullptr;
+  curl_easy_getinfo(handle(), CURLINFO_TLS_SSL_PTR, &session);
+  if (session != nullptr && session->backend == CURLSSLBACKEND_OPENSSL &&
+      session->internals != nullptr) {
+    const auto* const connection = static_cast<const SSL*>(session->internals);
+    m_handshakeRoundTrips = SSL_version(connection) >= TLS1_3_VERSION ? 1 : 2;
+  }
+}
+
+void Transfer::begin() {
+  m_headerBytes = 0;
+  m_body.clear();
+  m_code = CURLE_OK;
+}
+
+void Transfer::finish(CURLcode code) {
+  m_code = code;
+  if (m_onFinished) {
+    // A copy: the function may destroy the transfer, and itself with it.
+    const auto function = m_onFinished;
+    function();
+  }
+}
+
+} // namespace tidewell

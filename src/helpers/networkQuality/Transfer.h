@@ -1,0 +1,89 @@
+#pragma once
+
+#include "base/Scheduler.h"
+#include "helpers/networkQuality/Route.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <curl/curl.h>
+
+namespace tidewell {
+
+/// One HTTPS request and its reply, over HTTP/2 wherever the server speaks it. Redirections are not
+/// followed; headers beyond 64 KiB end it.
+class Transfer {
+public:
+  /// A GET. The route outlives the transfer.
+  Transfer(const Route& route, const std::string& address);
+  Transfer(const Transfer&) = delete;
+  Transfer& operator=(const Transfer&) = delete;
+  ~Transfer();
+
+  [[nodiscard]] CURL* handle() const { return m_handle.get(); }
+  [[nodiscard]] static Transfer& of(CURL* handle);
+
+  /// Keeps the reply's body, of at most this many bytes; a longer one ends the transfer. Without
+  /// this call the body may have any length and is thrown away.
+  void keepBody(std::size_t limit) { m_bodyLimit = limit; }
+  [[nodiscard]] const std::string& body() const { return m_body; }
+
+  /// Takes a reply over an older HTTP for a reply, too.
+  void allowHttp1() { m_allowsHttp1 = true; }
+
+  /// Ends the transfer when it takes longer.
+  void setLimit(Seconds limit) const;
+
+  /// What to do when it is over; may destroy the transfer, or add it again.
+  void onFinished(std::function<void()> function) { m_onFinished = std::move(function); }
+
+  /// Why the reply is of no use, in words; none while there is nothing against it.
+  [[nodiscard]] std::optional<std::string> failure() const;
+
+  /// The reply's status; 0 before it has begun.
+  [[nodiscard]] long status() const { return number(CURLINFO_RESPONSE_CODE); }
+  [[nodiscard]] long number(CURLINFO what) const;
+  [[nodiscard]] curl_off_t amount(CURLINFO what) const;
+  [[nodiscard]] Seconds time(CURLINFO what) const;
+  [[nodiscard]] std::string text(CURLINFO what) const;
+
+  /// From the request's sending to the reply's last byte.
+  [[nodiscard]] Seconds roundTrip() const {
+    return time(CURLINFO_TOTAL_TIME_T) - time(CURLINFO_PRETRANSFER_TIME_T);
+  }
+
+  /// Round trips that the handshake of the encryption took; 0 before the reply has begun.
+  [[nodiscard]] int handshakeRoundTrips() const { return m_handshakeRoundTrips; }
+
+private:
+  friend class TransferPool;
+
+  struct Cleanup {
+    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+  };
+  struct FreeList {
+    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+  };
+
+  static std::size_t onBody(const char* data, std::size_t one, std::size_t size, void* self);
+  static std::size_t onHeader(const char* data, std::size_t one, std::size_t size, void* self);
+  void noteHandshake();
+  void begin();
+  void finish(CURLcode code);
+
+  std::unique_ptr<CURL, Cleanup> m_handle;
+  std::unique_ptr<curl_slist, FreeList> m_headers;
+  std::function<void()> m_onFinished;
+  std::optional<std::size_t> m_bodyLimit;
+  std::string m_body;
+  bool m_allowsHttp1 = false;
+  std::size_t m_headerBytes = 0;
+  int m_handshakeRoundTrips = 0;
+  CURLcode m_code = CURLE_OK;
+};
+
+} // namespace tidewell

@@ -1,0 +1,30 @@
+#include "helpers/networkQuality/ProbePace.h"
+
+#include <gtest/gtest.h>
+
+namespace tidewell::test {
+namespace {
+
+TEST(ProbePace, IsTwentyFivePairsASecondOnAFastLine) {
+  EXPECT_EQ(ProbePace().interval(12.5e6), 0.04);
+  EXPECT_EQ(ProbePace().interval(125e6), 0.04);
+}
+
+TEST(ProbePace, TakesFivePercentOfASlowLine) {
+  EXPECT_DOUBLE_EQ(ProbePace().interval(125'000.0), 6000.0 / 6250.0);
+}
+
+TEST(ProbePace, GoesByWhatProbesReallyTake) {
+  ProbePace pace;
+  pace.addCost(1500.0);
+  pace.addCost(2500.0);
+  EXPECT_DOUBLE_EQ(pace.interval(125'000.0), 3000.0 / 6250.0);
+}
+
+TEST(ProbePace, IsAnEternityOnALineThatMovesNothing) {
+  EXPECT_GT(ProbePace().interval(0.0), 3600.0);
+  EXPECT_GT(ProbePace().interval(-1.0), 3600.0);
+}
+
+} // namespace
+} // namespace tidewell::test
