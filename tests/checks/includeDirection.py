@@ -25,9 +25,10 @@ ROOMS = {
     "speedtest": ["base", "platform"],
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
+    "windows": ["base"],
     "helpers": ["base"],
-    "ui": ["base", "format", *SERVICES],
-    "app": ["base", "platform", "platform/linux", "format", *SERVICES],
+    "ui": ["base", "format", "windows", *SERVICES],
+    "app": ["base", "platform", "platform/linux", "format", "windows", *SERVICES],
 }
 
 # What only some rooms may include of the world outside.
