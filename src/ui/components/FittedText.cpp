@@ -29,7 +29,7 @@ double startOf(const QRectF& box, double width, Qt::Alignment alignment) {
 
 // On whole pixels of the device, so that equal text always looks equal.
 double snapped(double position, const QPainter& painter) {
-  const double scale = painter.device()->devicePixelRatioF();
+  const double scale = painter.deviceTransform().m11();
   return std::round(position * scale) / scale;
 }
 

@@ -106,9 +106,9 @@ void PopoverView::observeSpeedTest() {
 void PopoverView::connectActions() {
   m_actionBar->onPressed(PanelAction::speedTest, [this] { startSpeedTest(); });
   m_actionBar->onPressed(PanelAction::copyIP, [this] { copyAddress(); });
-  m_actionBar->onPressed(PanelAction::details, [this] { m_actions.openDetail(); });
-  m_actionBar->onPressed(PanelAction::settings, [this] { m_actions.openSettings(); });
-  m_actionBar->onPressed(PanelAction::quit, [this] { m_actions.quit(); });
+  m_actionBar->onPressed(PanelAction::details, m_actions.openDetail);
+  m_actionBar->onPressed(PanelAction::settings, m_actions.openSettings);
+  m_actionBar->onPressed(PanelAction::quit, m_actions.quit);
 }
 
 void PopoverView::showStats() {
