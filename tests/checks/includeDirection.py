@@ -26,11 +26,13 @@ ROOMS = {
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
     "windows": ["base"],
+    "tile": ["base"],
     "helpers": ["base"],
     # The process knows where the preferences lie; its windows do not.
-    "ui/process": ["base", "platform", "platform/linux", "format", "windows", "settings", "ui"],
+    "ui/process": ["base", "platform", "platform/linux", "format", "windows", "tile", "settings",
+                   "ui"],
     "ui": ["base", "platform", "format", "windows", "settings"],
-    "app": ["base", "platform", "platform/linux", "format", "windows", *SERVICES],
+    "app": ["base", "platform", "platform/linux", "format", "windows", "tile", *SERVICES],
 }
 
 # Single files beyond that, room -> files. Views show what services publish and start none: they see
