@@ -58,7 +58,7 @@ void ToolPanelHost::place() {
 
 bool ToolPanelHost::event(QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate) {
-    dismiss();
+    dismiss(Dismissal::elsewhere);
   }
   return PanelHost::event(event);
 }
