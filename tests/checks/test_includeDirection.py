@@ -32,6 +32,28 @@ class IncludeDirection(unittest.TestCase):
         ]:
             self.assertEqual(len(faults(path, text)), 1, path)
 
+    def test_lets_views_see_states_and_values_but_no_service(self):
+        for text in [
+            '#include "sampling/SamplerState.h"',
+            '#include "sampling/NetworkSnapshot.h"',
+            '#include "connectivity/ConnectionInfo.h"',
+            '#include "processes/ProcessUsage.h"',
+            '#include "settings/AppSettings.h"',
+            '#include "platform/DefaultsStore.h"',
+            '#include "ui/tokens/TWColor.h"\n#include <QWidget>',
+        ]:
+            self.assertEqual(faults("ui/A.cpp", text), [], text)
+        for text in [
+            '#include "sampling/BandwidthSampler.h"',
+            '#include "connectivity/NetworkMonitor.h"',
+            '#include "alerts/NotificationService.h"',
+            '#include "platform/linux/FilePath.h"',
+            '#include "app/StatusItem.h"',
+            '#include "app/ItemState.h"',
+            '#include <systemd/sd-bus.h>',
+        ]:
+            self.assertEqual(len(faults("ui/A.cpp", text)), 1, text)
+
     def test_finds_libraries_out_of_their_room(self):
         self.assertEqual(len(faults("sampling/A.cpp", "#include <libmnl/libmnl.h>")), 1)
         self.assertEqual(len(faults("app/A.cpp", "#include <QWidget>")), 1)
