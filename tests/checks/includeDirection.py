@@ -31,7 +31,7 @@ ROOMS = {
     # The process knows where the preferences lie; its windows do not.
     "ui/process": ["base", "platform", "platform/linux", "format", "windows", "tile", "settings",
                    "ui"],
-    "ui": ["base", "platform", "format", "windows", "settings"],
+    "ui": ["base", "platform", "format", "windows", "tile", "settings"],
     "app": ["base", "platform", "platform/linux", "format", "windows", "tile", *SERVICES],
 }
 
