@@ -22,10 +22,10 @@ class Xfce(PanelCases, DesktopCase):
 
     def test_shows_the_item_again_in_a_panel_that_was_restarted(self):
         self.session.stop_panel()
-        wait_until(lambda: self.changes(self.bar) != self.item, 10, "screen without the bar")
+        wait_until(lambda: self.changes(self.items) != self.item, 10, "screen without the bar")
         self.session.start_panel()
         wait_until(lambda: bus.registered_items(self.session.environment), 15, "registered item")
-        wait_until(lambda: self.changes(self.bar) == self.item, 15, "item where it was")
+        wait_until(lambda: self.changes(self.items) == self.item, 15, "item where it was")
 
     def test_ends_when_its_menu_says_quit(self):
         item = ("com.halden.Tidewell", "/MenuBar", "com.canonical.dbusmenu")

@@ -25,6 +25,15 @@ QScreen* screenOf(const QPoint& point) {
   return screen != nullptr ? screen : QGuiApplication::primaryScreen();
 }
 
+/// Where the pointer is, if that is on a bar, where the user has just clicked the item.
+std::optional<QPoint> pointerOnBar() {
+  const QPoint pointer = QCursor::pos();
+  if (screenOf(pointer)->availableGeometry().contains(pointer)) {
+    return std::nullopt;
+  }
+  return pointer;
+}
+
 } // namespace
 
 ToolPanelHost::ToolPanelHost()
@@ -35,9 +44,7 @@ ToolPanelHost::ToolPanelHost()
 
 void ToolPanelHost::open(QWidget* content, std::optional<QPoint> point) {
   setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
-  if (point) {
-    m_anchor = fromHostPixels(*point, screens());
-  }
+  m_anchor = point ? fromHostPixels(*point, screens()) : pointerOnBar();
   m_content = content;
   content->setParent(this);
   content->installEventFilter(this);
