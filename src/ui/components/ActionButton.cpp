@@ -29,9 +29,8 @@ TextStyle labelStyle() {
 ActionButton::ActionButton(Icon icon, const QString& label, QWidget* parent)
     : QPushButton(label, parent), m_icon(icon) {
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  setFocusPolicy(Qt::StrongFocus);
+  setFocusPolicy(Qt::TabFocus); // not by a click, which would leave its mark
   setAttribute(Qt::WA_Hover);
-  setAccessibleName(label);
 }
 
 void ActionButton::setFace(Icon icon, const QString& label) {
@@ -39,8 +38,7 @@ void ActionButton::setFace(Icon icon, const QString& label) {
     return;
   }
   m_icon = icon;
-  setText(label);
-  setAccessibleName(label);
+  setText(label); // which is also its accessible name
   update();
 }
 

@@ -6,6 +6,8 @@
 
 namespace tidewell {
 
+Divider::Divider(QWidget* parent) : PaintedWidget(QAccessible::Separator, parent) {}
+
 Divider* Divider::horizontal(QWidget* parent) {
   auto* const divider = new Divider(parent);
   divider->setFixedHeight(1);

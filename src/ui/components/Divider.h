@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QWidget>
+#include "ui/components/PaintedWidget.h"
 
 namespace tidewell {
 
 /// A line one pixel wide. Main thread.
-class Divider final : public QWidget {
+class Divider final : public PaintedWidget {
   Q_OBJECT
 
 public:
@@ -17,7 +17,7 @@ protected:
   void paintEvent(QPaintEvent* event) override;
 
 private:
-  using QWidget::QWidget;
+  explicit Divider(QWidget* parent);
 };
 
 } // namespace tidewell

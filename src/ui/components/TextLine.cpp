@@ -7,8 +7,8 @@
 
 namespace tidewell {
 
-TextLine::TextLine(TextStyle style, QWidget* parent)
-    : PaintedWidget(QAccessible::StaticText, parent), m_style(std::move(style)) {
+TextLine::TextLine(TextStyle style, QWidget* parent, QAccessible::Role role)
+    : PaintedWidget(role, parent), m_style(std::move(style)) {
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 

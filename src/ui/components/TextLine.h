@@ -11,7 +11,8 @@ class TextLine final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  explicit TextLine(TextStyle style, QWidget* parent = nullptr);
+  explicit TextLine(TextStyle style, QWidget* parent = nullptr,
+                    QAccessible::Role role = QAccessible::StaticText);
 
   /// Shows the text, and reads it aloud as `spoken`, or as it stands when that is empty.
   void setText(const QString& text, const QString& spoken = {});

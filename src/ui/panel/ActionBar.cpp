@@ -35,7 +35,7 @@ ActionBar::ActionBar(QWidget* parent)
 }
 
 void ActionBar::onPressed(PanelAction action, std::function<void()> task) {
-  connect(&button(action), &QPushButton::clicked, this, [task = std::move(task)] { task(); });
+  connect(&button(action), &QPushButton::clicked, this, std::move(task));
 }
 
 void ActionBar::setTesting(bool isTesting) {

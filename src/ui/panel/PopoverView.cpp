@@ -31,7 +31,8 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
     : QWidget(parent), m_sources(sources), m_actions(std::move(actions)), m_backdrop(backdrop),
       m_time(time), m_hero(new ThroughputHero(time, this)), m_stats(new StatsGrid(this)),
       m_graph(new MiniGraphView(this)), m_connection(new ConnectionSection(this)),
-      m_strip(new SpeedTestStrip(time, this)), m_actionBar(new ActionBar(this)) {
+      m_strip(new SpeedTestStrip(time, this)), m_divider(Divider::horizontal(this)),
+      m_actionBar(new ActionBar(this)) {
   setAccessibleName(QStringLiteral("Tidewell"));
   setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
   setAttribute(Qt::WA_TranslucentBackground, backdrop == Backdrop::translucent);
@@ -41,6 +42,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
   observeSampler();
   observeMonitor();
   observeSpeedTest();
+  setFocus(); // Space presses nothing before Tab has chosen a button
 }
 
 PopoverView::~PopoverView() = default;
@@ -61,14 +63,13 @@ void PopoverView::layOut() {
   };
   add(m_hero);
   add(m_stats);
-  auto* const graphFrame = new QWidget(this);
-  auto* const graphColumn = new QVBoxLayout(graphFrame);
-  graphColumn->setContentsMargins(20, 16, 20, 16);
-  graphColumn->addWidget(m_graph);
-  add(graphFrame);
+  auto* const graphFrame = new QVBoxLayout;
+  graphFrame->setContentsMargins(20, 16, 20, 16);
+  graphFrame->addWidget(m_graph);
+  column->addLayout(graphFrame);
   add(m_connection);
   add(m_strip);
-  add(Divider::horizontal(this));
+  add(m_divider);
   add(m_actionBar);
 }
 

@@ -16,6 +16,7 @@ struct SamplerState;
 struct SpeedTestState;
 class ActionBar;
 class ConnectionSection;
+class Divider;
 class MiniGraphView;
 class SpeedTestStrip;
 class StatsGrid;
@@ -68,12 +69,13 @@ private:
   Backdrop m_backdrop;
   ViewTime m_time;
   bool m_copiedIP = false;
-  // Children.
+  // Children, in reading order.
   ThroughputHero* m_hero;
   StatsGrid* m_stats;
   MiniGraphView* m_graph;
   ConnectionSection* m_connection;
   SpeedTestStrip* m_strip;
+  Divider* m_divider;
   ActionBar* m_actionBar;
   // Ended before the children go.
   std::vector<Subscription> m_subscriptions;

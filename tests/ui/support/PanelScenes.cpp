@@ -81,8 +81,7 @@ void setAbsurd(Panel& panel) {
   info.interfaceName = "Wi-Fi\n(\x1b[31mwlan0\xff)";
   info.ipAddress = "2001:0db8:85a3:0000:0000:8a2e:0370:7334";
   info.publicIP = "<b>203.0.113.77</b>";
-  info.dns = "\xE2\x80\xAE"
-             "1.1.1.1";
+  info.dns = "\u202E1.1.1.1";
   panel.monitor.connectionInfo.set(info);
   panel.speedTest.lastResult.set(SpeedTestResult{1e300, 1e300, -1.0, 0});
 }

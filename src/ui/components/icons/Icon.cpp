@@ -13,9 +13,10 @@ namespace {
 
 const QPainterPath& shapeOf(Icon icon) {
   // In the order of the enumeration.
-  static const std::array<QPainterPath, 7> shapes = {
-      iconShapes::bolt(),     iconShapes::hourglass(), iconShapes::copy(), iconShapes::checkMark(),
-      iconShapes::barChart(), iconShapes::gear(),      iconShapes::power()};
+  static const std::array<QPainterPath, 10> shapes = {
+      iconShapes::bolt(),     iconShapes::hourglass(), iconShapes::copy(),  iconShapes::checkMark(),
+      iconShapes::barChart(), iconShapes::gear(),      iconShapes::power(), iconShapes::bell(),
+      iconShapes::drive(),    iconShapes::link()};
   return shapes.at(static_cast<std::size_t>(icon));
 }
 

@@ -6,7 +6,7 @@
 namespace tidewell {
 
 /// The icons of the windows.
-enum class Icon { bolt, hourglass, copy, checkMark, barChart, gear, power };
+enum class Icon { bolt, hourglass, copy, checkMark, barChart, gear, power, bell, drive, link };
 
 /// Width and height of an icon in device-independent pixels.
 constexpr int iconEdge = 11;

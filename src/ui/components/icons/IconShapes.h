@@ -12,6 +12,9 @@ namespace tidewell::iconShapes {
 [[nodiscard]] QPainterPath barChart();
 [[nodiscard]] QPainterPath gear();
 [[nodiscard]] QPainterPath power();
+[[nodiscard]] QPainterPath bell();
+[[nodiscard]] QPainterPath drive();
+[[nodiscard]] QPainterPath link();
 
 /// The outline of a line drawn along the path with a round pen.
 [[nodiscard]] QPainterPath penned(const QPainterPath& path, double width);
