@@ -4,12 +4,13 @@ import os
 import struct
 import subprocess
 
+import background
 from picture import Picture
 
-PROGRAMS = ["Xvfb", "xdotool", "xsetroot", "xclip"]
+PROGRAMS = ["Xvfb", "xdotool", "xclip"]
 SESSION_TYPE = "x11"
 
-_BACKGROUND = "#20303c"
+_BACKGROUND = 0x20303C
 
 # Of the file that the X server keeps its pixels in: lengths of header and of a colour map's entry,
 # and where the header names them, in 32-bit words.
@@ -30,7 +31,7 @@ class Display:
         self._pixels.mkdir()
         reading, writing = os.pipe()
         self._session.start(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp",
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp", "-noreset",
              "-fbdir", str(self._pixels)],
             pass_fds=[writing],
         )  # fmt: skip
@@ -42,7 +43,7 @@ class Display:
         self._session.environment["DISPLAY"] = f":{number}"
 
     def prepare(self):
-        self._run("xsetroot", "-solid", _BACKGROUND, "-cursor_name", "left_ptr")
+        background.paint(self._session.environment["DISPLAY"], _BACKGROUND)
 
     def close(self):
         pass
