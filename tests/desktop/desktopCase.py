@@ -28,27 +28,29 @@ class DesktopCase(unittest.TestCase):
     """One session for the whole class, one resident for each test.
 
     DESKTOP is the desktop's module, SCREEN its size, VARIABLES go into its environment, SCALE is
-    how many pixels the panel then has for each of its own.
+    how many pixels the panel then has for each of its own, AREA the part of the picture that is
+    the screen to work on, if not all.
     """
 
     DESKTOP = None
     SCREEN = "1280x720x24"
     VARIABLES = {}
     SCALE = 1.0
+    AREA = None
 
     @classmethod
     def setUpClass(cls):
         cls.session = Session(cls.DESKTOP, cls.SCREEN, **cls.VARIABLES).__enter__()
         cls.addClassCleanup(cls.session.__exit__)
         cls.display = cls.session.display
-        screen, edge = cls.display.take().box, cls.DESKTOP.BAR_HEIGHT
+        screen, edge = cls.AREA or cls.display.take().box, cls.DESKTOP.BAR_HEIGHT
         if cls.DESKTOP.BAR == "top":
             cls.bar, cls.room = screen._replace(bottom=edge), screen._replace(top=edge)
         else:
             edge = screen.bottom - edge
             cls.bar, cls.room = screen._replace(top=edge), screen._replace(bottom=edge)
         # Items are at the end of bars; there may be a clock in the middle.
-        cls.items = cls.bar._replace(left=screen.width * 5 // 8)
+        cls.items = cls.bar._replace(left=screen.left + screen.width * 5 // 8)
         cls.rest_pointer()
         cls.empty = cls.settled()
 
