@@ -75,7 +75,6 @@ class Session:
         self._start_buses()
         for command in self.desktop.PROGRAMS:
             self.start(command)
-        self.display.prepare()
         self.start_panel()
         if hasattr(self.desktop, "arrive"):
             self.desktop.arrive(self)

@@ -23,8 +23,6 @@ _SOCKET = "wayland-1"
 
 
 class Display:
-    """Call `start`, then `prepare` when the session's bus runs."""
-
     def __init__(self, session, screen):
         self._session = session
         self._width, self._height = map(int, screen.split("x")[:2])
@@ -43,9 +41,6 @@ class Display:
         socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
         size = (count * self._width, self._height)
         self._devices = wait_until(lambda: _connected(socket, *size), 10, "compositor")
-
-    def prepare(self):
-        self.move(2, 2)
 
     def close(self):
         if self._devices:

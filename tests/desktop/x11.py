@@ -20,8 +20,6 @@ _COLOUR_BYTES = 12
 
 
 class Display:
-    """Call `start`, then `prepare` when the window manager runs."""
-
     def __init__(self, session, screen):
         self._session = session
         self._screen = screen
@@ -41,8 +39,6 @@ class Display:
         if not number:
             raise RuntimeError(f"no X server: {self._session.log.read_text(errors='replace')}")
         self._session.environment["DISPLAY"] = f":{number}"
-
-    def prepare(self):
         background.paint(self._session.environment["DISPLAY"], _BACKGROUND)
 
     def close(self):
@@ -68,7 +64,8 @@ class Display:
         header = struct.unpack_from(f">{_HEADER_WORDS}I", data)
         width, height, line = header[_WIDTH], header[_HEIGHT], header[_LINE]
         begin = header[0] + header[_COLOURS] * _COLOUR_BYTES
-        rows = b"".join(data[begin + y * line :][: 4 * width] for y in range(height))
+        starts = range(begin, begin + height * line, line)
+        rows = b"".join(data[start : start + 4 * width] for start in starts)
         pixels = bytearray(3 * width * height)
         for channel in range(3):
             pixels[channel::3] = rows[2 - channel :: 4]
