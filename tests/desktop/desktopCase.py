@@ -134,7 +134,8 @@ class DesktopCase(unittest.TestCase):
         gap = GAP * self.SCALE
         nearest = max(self.room.left + gap, min(middle, self.room.right - gap - box.width))
         self.assertAlmostEqual(box.left, nearest, delta=NEAR * self.SCALE)
-        self.assertGreaterEqual(min(below, above, box.left, self.room.right - box.right), 0)
+        edges = (below, above, box.left - self.room.left, self.room.right - box.right)
+        self.assertGreater(min(edges), 0, "it would be cut off")
 
     def is_notice_shown(self, box):
         """Whether the panel says in red at its top that the resident is gone."""

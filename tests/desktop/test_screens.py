@@ -5,6 +5,9 @@ import apart
 import xfce
 from desktopCase import DesktopCase
 
+# Less than the panel's height.
+HEIGHT = 500
+
 
 class _Screen:
     """To be inherited beside DesktopCase."""
@@ -20,6 +23,15 @@ class _Screen:
 
 class Small(_Screen, DesktopCase):
     SCREEN = "800x480x24"
+
+    def test_what_does_not_fit_is_scrolled_to(self):
+        box = self.open_panel()
+        self.assertLess(box.height, HEIGHT)
+        self.display.scroll_down(*box.centre)
+        self.rest_pointer()
+        self.panel()
+        self.click_button(box, "Quit")
+        self.assertEqual(self.resident.wait(5), 0)
 
 
 class Scaled125(_Screen, DesktopCase):

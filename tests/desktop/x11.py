@@ -51,6 +51,9 @@ class Display:
         # The press comes a moment later, as a hand's does: some panels look where the pointer is.
         self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", "1")
 
+    def scroll_down(self, x, y):
+        self._run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "20", "5")
+
     def press_escape(self):
         self._run("xdotool", "key", "Escape")
 
