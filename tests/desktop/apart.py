@@ -21,18 +21,25 @@ TRAFFIC = {"net": 1_530_000, "user": 124_000}
 
 
 def main(programs, as_user=False, traffic=True):
-    """Runs the calling file's tests, or skips them with the reason. `programs` are needed; `as_user`
-    is for what refuses root; `traffic` flows all the time, or is left to the tests."""
+    """Runs the calling file's tests, or skips them with the reason.
+
+    `programs` are needed; `as_user` is for what refuses root; `traffic` flows all the time, or is
+    left to the tests.
+    """
     if INSIDE in os.environ:
         unittest.main(verbosity=2)
     missing = [program for program in programs if not shutil.which(program)]
     reason = f"{', '.join(missing)} not installed" if missing else world.check()
-    if not reason and as_user and subprocess.run([*_AS_USER, "true"], capture_output=True).returncode:
+    if not reason and as_user and not _allows_another_number():
         reason = "this machine forbids user namespaces"
     if reason:
         print(f"skipped: {reason}")
         sys.exit(77)
     sys.exit(_run_inside(_AS_USER if as_user else [], TRAFFIC if traffic else {}))
+
+
+def _allows_another_number():
+    return subprocess.run([*_AS_USER, "true"], capture_output=True).returncode == 0
 
 
 def send(children, traffic):

@@ -1,4 +1,4 @@
-"""The colour of an X screen's background, for those who clear to it and those who compose over it."""
+"""The background of an X screen, for those who clear to it and those who compose over it."""
 
 import ctypes
 import ctypes.util
@@ -20,7 +20,8 @@ def paint(display, colour):
     root = ctypes.c_ulong(x.XDefaultRootWindow(connection))
     graphics = ctypes.c_void_p(x.XDefaultGC(connection, screen))
     size = (x.XDisplayWidth(connection, screen), x.XDisplayHeight(connection, screen))
-    pixmap = ctypes.c_ulong(x.XCreatePixmap(connection, root, *size, x.XDefaultDepth(connection, screen)))
+    depth = x.XDefaultDepth(connection, screen)
+    pixmap = ctypes.c_ulong(x.XCreatePixmap(connection, root, *size, depth))
     x.XSetForeground(connection, graphics, ctypes.c_ulong(colour))
     x.XFillRectangle(connection, pixmap, graphics, 0, 0, *size)
     x.XSetWindowBackgroundPixmap(connection, root, pixmap)

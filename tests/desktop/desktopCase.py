@@ -14,13 +14,13 @@ PROGRAM = os.path.abspath(os.environ.get("TIDEWELL", "build/dev/src/tidewell"))
 SCREENSHOTS = os.environ.get("TIDEWELL_SCREENSHOTS")
 WINDOWS = "tidewell-windows"
 
-# Of the panel's design, in pixels: its width, its rounding and shadow's play, the space to the
-# edges, the height of the bar of five buttons at its bottom.
+# Of the panel's design, in pixels: its width, the space to the edges, the five buttons at its
+# bottom and the height of their bar.
 WIDTH = 340
 GAP = 6
 BUTTONS, BUTTON_BAR_HEIGHT = ["Speed Test", "Copy IP", "Details", "Settings", "Quit"], 46
 
-# How far a tool's bar may be away for the panel to belong to it.
+# How far the panel may be away from what it belongs to.
 NEAR = 12
 
 

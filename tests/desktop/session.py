@@ -108,5 +108,6 @@ class Session:
     def _start_buses(self):
         for bus_of in ("SYSTEM", "SESSION"):
             address = self.environment[f"DBUS_{bus_of}_BUS_ADDRESS"]
-            self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"])
+            self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile",
+                        f"--address={address}"])  # fmt: skip
         wait_until(lambda: bus.owner(self.environment, "org.freedesktop.DBus"), 10, "session bus")

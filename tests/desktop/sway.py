@@ -16,6 +16,12 @@ seat seat0 fallback true
 """
 _OUTPUT = "output HEADLESS-{} resolution {}x{} position {} 0 background #20303c solid_color\n"
 
+_HEADLESS = {
+    "WLR_BACKENDS": "headless",
+    "WLR_RENDERER": "pixman",
+    "WLR_LIBINPUT_NO_DEVICES": "1",
+}
+
 # The compositor's own variable: how many screens there are. They stand side by side.
 SCREENS = "WLR_HEADLESS_OUTPUTS"
 
@@ -35,8 +41,8 @@ class Display:
         outputs = [_OUTPUT.format(index + 1, self._width, self._height, index * self._width)
                    for index in range(count)]
         configuration.write_text(_CONFIGURATION + "".join(outputs))
-        headless = {"WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
-        self._session.children.start(["sway", "--config", str(configuration)], {**environment, **headless})
+        self._session.children.start(["sway", "--config", str(configuration)],
+                                     {**environment, **_HEADLESS})  # fmt: skip
         environment["WAYLAND_DISPLAY"] = _SOCKET
         socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
         size = (count * self._width, self._height)

@@ -29,7 +29,8 @@ class Gnome(PanelCases, DesktopCase):
 
     def lines(self, menu):
         """Top and bottom of each line of text in the menu."""
-        shot = self.display.take().crop(menu._replace(left=menu.left + SIDE, right=menu.right - SIDE))
+        middle = menu._replace(left=menu.left + SIDE, right=menu.right - SIDE)
+        shot = self.display.take().crop(middle)
         ground = shot.commonest_colour(shot.box)[0]
         written = [y for y in range(shot.height)
                    if any(channel > ground + CONTRAST for channel in shot.row(y))]

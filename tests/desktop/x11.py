@@ -29,8 +29,8 @@ class Display:
         self._pixels.mkdir()
         reading, writing = os.pipe()
         self._session.start(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp", "-noreset",
-             "-fbdir", str(self._pixels)],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen,
+             "-nolisten", "tcp", "-noreset", "-fbdir", str(self._pixels)],
             pass_fds=[writing],
         )  # fmt: skip
         os.close(writing)
