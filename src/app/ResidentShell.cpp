@@ -9,6 +9,7 @@
 #include "speedtest/SpeedTestState.h"
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,7 +63,8 @@ std::vector<MenuRow> ResidentShell::menuRows() const {
 
 StatusItem::Activated ResidentShell::activated() const {
   return [this](int x, int y, const std::string& token) {
-    m_actions.ask({Window::panel, token, WindowRequest::Point{x, y}, {}});
+    const WindowRequest::Point point{x, y};
+    m_actions.ask({Window::panel, token, m_isPlaceTold ? std::optional(point) : std::nullopt, {}});
   };
 }
 
@@ -74,6 +76,7 @@ BusFace::Actions ResidentShell::busActions() const {
 WatcherClient::Events ResidentShell::watcherEvents() {
   return {[this](const std::string& process) {
             m_item.setPresentation(presentationFor(process, currentDesktop()));
+            m_isPlaceTold = tellsClickedPlace(process);
           },
           [this](bool isTaken) { m_fallback.setTaken(isTaken); }};
 }

@@ -47,6 +47,7 @@ private:
   ItemMenu m_menu;
   ChangeCoalescer m_changes;
   FallbackItem m_fallback;
+  bool m_isPlaceTold = true;
   WatcherClient m_watcher;
 };
 

@@ -24,6 +24,8 @@ panelSize={BAR_HEIGHT}
 iconSize=22
 lineCount=1
 animation-duration=0
+background-color=#31363b
+opacity=100
 
 [mainmenu]
 type=mainmenu

@@ -66,10 +66,10 @@ class PanelCases:
         wait_until(lambda: self.is_notice_shown(box), 5, "notice in the panel")
         self.resident = self.start_resident()
         wait_until(lambda: not self.is_notice_shown(box), 5, "end of the notice")
-        self.click_item()
         if self.COVERS_BAR:
-            self.assert_no_panel()
             self.click_item()
+            self.assert_no_panel()
+        self.ask_for_panel()
         wait_until(self.is_panel_shown, 5, "panel")
         self.rest_pointer()
         wait_until(lambda: len(self.windows()) == 1, 5, "one process for the windows")

@@ -63,7 +63,8 @@ class Picture(NamedTuple):
         rows = b"".join(b"\0" + self.row(y) for y in range(self.height))
         with open(path, "wb") as file:
             file.write(b"\x89PNG\r\n\x1a\n")
-            file.write(chunk(b"IHDR", struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)))
+            header = struct.pack(">IIBBBBB", self.width, self.height, 8, 2, 0, 0, 0)
+            file.write(chunk(b"IHDR", header))
             file.write(chunk(b"IDAT", zlib.compress(rows, 9)) + chunk(b"IEND", b""))
 
 

@@ -4,6 +4,7 @@ import os
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 from pathlib import Path
 
@@ -34,6 +35,7 @@ class Session:
         try:
             self._start()
         except BaseException:
+            print(self.log.read_text(errors="replace")[-2000:], file=sys.stderr)
             self.__exit__(None, None, None)
             raise
         return self
@@ -70,11 +72,12 @@ class Session:
         self.desktop.configure(Path(self.environment["XDG_CONFIG_HOME"]))
         self.display = self.desktop.DISPLAY.Display(self, self._screen)
         self.display.start()
-        self._start_bus()
+        self._start_buses()
         for command in self.desktop.PROGRAMS:
             self.start(command)
-        self.display.prepare()
         self.start_panel()
+        if hasattr(self.desktop, "arrive"):
+            self.desktop.arrive(self)
 
     def _make_environment(self):
         def home(name):
@@ -93,6 +96,8 @@ class Session:
             "XDG_CURRENT_DESKTOP": self.desktop.NAME,
             "XDG_SESSION_TYPE": self.desktop.DISPLAY.SESSION_TYPE,
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.directory}/run/bus",
+            # Some desktops do not start without one, even if nobody is on it.
+            "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.directory}/run/systemBus",
             "NO_AT_BRIDGE": "1",
             "GIO_USE_VFS": "local",
             # Its settings service would be one more thing to install.
@@ -100,7 +105,9 @@ class Session:
             **self._variables,
         }
 
-    def _start_bus(self):
-        address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
-        self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address={address}"])
+    def _start_buses(self):
+        for bus_of in ("SYSTEM", "SESSION"):
+            address = self.environment[f"DBUS_{bus_of}_BUS_ADDRESS"]
+            self.start(["dbus-daemon", "--session", "--nofork", "--nopidfile",
+                        f"--address={address}"])  # fmt: skip
         wait_until(lambda: bus.owner(self.environment, "org.freedesktop.DBus"), 10, "session bus")

@@ -12,33 +12,41 @@ SESSION_TYPE = "wayland"
 
 _CONFIGURATION = """
 xwayland disable
-output HEADLESS-1 resolution {size} position 0 0 background #20303c solid_color
 seat seat0 fallback true
 """
+_OUTPUT = "output HEADLESS-{} resolution {}x{} position {} 0 background #20303c solid_color\n"
+
+_HEADLESS = {
+    "WLR_BACKENDS": "headless",
+    "WLR_RENDERER": "pixman",
+    "WLR_LIBINPUT_NO_DEVICES": "1",
+}
+
+# The compositor's own variable: how many screens there are. They stand side by side.
+SCREENS = "WLR_HEADLESS_OUTPUTS"
 
 _SOCKET = "wayland-1"
 
 
 class Display:
-    """Call `start`, then `prepare` when the session's bus runs."""
-
     def __init__(self, session, screen):
         self._session = session
-        self._size = "x".join(screen.split("x")[:2])
+        self._width, self._height = map(int, screen.split("x")[:2])
         self._devices = None
 
     def start(self):
         environment = self._session.environment
         configuration = self._session.directory / "sway"
-        configuration.write_text(_CONFIGURATION.format(size=self._size))
-        headless = {"WLR_BACKENDS": "headless", "WLR_RENDERER": "pixman", "WLR_LIBINPUT_NO_DEVICES": "1"}
-        self._session.children.start(["sway", "--config", str(configuration)], {**environment, **headless})
+        count = int(environment.get(SCREENS, "1"))
+        outputs = [_OUTPUT.format(index + 1, self._width, self._height, index * self._width)
+                   for index in range(count)]
+        configuration.write_text(_CONFIGURATION + "".join(outputs))
+        self._session.children.start(["sway", "--config", str(configuration)],
+                                     {**environment, **_HEADLESS})  # fmt: skip
         environment["WAYLAND_DISPLAY"] = _SOCKET
         socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
-        self._devices = wait_until(lambda: _connected(socket, self._size), 10, "compositor")
-
-    def prepare(self):
-        self.move(2, 2)
+        size = (count * self._width, self._height)
+        self._devices = wait_until(lambda: _connected(socket, *size), 10, "compositor")
 
     def close(self):
         if self._devices:
@@ -67,8 +75,8 @@ class Display:
         return Picture(int(header[1]), int(header[2]), shot[header.end() :])
 
 
-def _connected(socket, size):
+def _connected(socket, width, height):
     try:
-        return Devices(socket, *map(int, size.split("x")))
+        return Devices(socket, width, height)
     except (FileNotFoundError, ConnectionRefusedError):
         return None

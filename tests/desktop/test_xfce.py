@@ -11,9 +11,16 @@ from panelCases import PanelCases
 # The panel's own drawing may shift by a pixel at the tile's edges.
 PLAUSIBLE = range(14, 60)
 
+HEAVY_TRAFFIC = {"net": 12_000_000, "user": 850_000}
+
 
 class Xfce(PanelCases, DesktopCase):
     DESKTOP = xfce
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        apart.send(cls.session.children, apart.TRAFFIC)
 
     def test_shows_the_item_and_publishes_its_text(self):
         self.assertIn(self.item.width, PLAUSIBLE, self.item)
@@ -22,10 +29,10 @@ class Xfce(PanelCases, DesktopCase):
 
     def test_shows_the_item_again_in_a_panel_that_was_restarted(self):
         self.session.stop_panel()
-        wait_until(lambda: self.changes(self.bar) != self.item, 10, "screen without the bar")
+        wait_until(lambda: self.changes(self.items) != self.item, 10, "screen without the bar")
         self.session.start_panel()
         wait_until(lambda: bus.registered_items(self.session.environment), 15, "registered item")
-        wait_until(lambda: self.changes(self.bar) == self.item, 15, "item where it was")
+        wait_until(lambda: self.changes(self.items) == self.item, 15, "item where it was")
 
     def test_ends_when_its_menu_says_quit(self):
         item = ("com.halden.Tidewell", "/MenuBar", "com.canonical.dbusmenu")
@@ -38,5 +45,17 @@ class Xfce(PanelCases, DesktopCase):
         self.assertEqual(self.resident.wait(5), 0)
 
 
+class Rates(DesktopCase):
+    DESKTOP = xfce
+
+    def test_the_item_keeps_its_place_and_size_at_every_rate(self):
+        text = lambda: bus.live_text(self.session.environment)
+        wait_until(lambda: text() == "↓0K ↑0K", 10, "idle line in the text")
+        idle = self.steady(lambda: self.changes(self.items), "item")
+        apart.send(self.session.children, HEAVY_TRAFFIC)
+        wait_until(lambda: text().startswith("↓12."), 15, "busy line in the text")
+        self.assertEqual(self.steady(lambda: self.changes(self.items), "item"), idle)
+
+
 if __name__ == "__main__":
-    apart.main([*xfce.DISPLAY.PROGRAMS, "xfwm4", "xfce4-panel"])
+    apart.main([*xfce.DISPLAY.PROGRAMS, "xfwm4", "xfce4-panel"], traffic=False)

@@ -4,12 +4,13 @@ import os
 import struct
 import subprocess
 
+import background
 from picture import Picture
 
-PROGRAMS = ["Xvfb", "xdotool", "xsetroot", "xclip"]
+PROGRAMS = ["Xvfb", "xdotool", "xclip"]
 SESSION_TYPE = "x11"
 
-_BACKGROUND = "#20303c"
+_BACKGROUND = 0x20303C
 
 # Of the file that the X server keeps its pixels in: lengths of header and of a colour map's entry,
 # and where the header names them, in 32-bit words.
@@ -19,8 +20,6 @@ _COLOUR_BYTES = 12
 
 
 class Display:
-    """Call `start`, then `prepare` when the window manager runs."""
-
     def __init__(self, session, screen):
         self._session = session
         self._screen = screen
@@ -30,8 +29,8 @@ class Display:
         self._pixels.mkdir()
         reading, writing = os.pipe()
         self._session.start(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp",
-             "-fbdir", str(self._pixels)],
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen,
+             "-nolisten", "tcp", "-noreset", "-fbdir", str(self._pixels)],
             pass_fds=[writing],
         )  # fmt: skip
         os.close(writing)
@@ -40,9 +39,7 @@ class Display:
         if not number:
             raise RuntimeError(f"no X server: {self._session.log.read_text(errors='replace')}")
         self._session.environment["DISPLAY"] = f":{number}"
-
-    def prepare(self):
-        self._run("xsetroot", "-solid", _BACKGROUND, "-cursor_name", "left_ptr")
+        background.paint(self._session.environment["DISPLAY"], _BACKGROUND)
 
     def close(self):
         pass
@@ -53,6 +50,9 @@ class Display:
     def click(self, x, y):
         # The press comes a moment later, as a hand's does: some panels look where the pointer is.
         self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", "1")
+
+    def scroll_down(self, x, y):
+        self._run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "20", "5")
 
     def press_escape(self):
         self._run("xdotool", "key", "Escape")
@@ -67,7 +67,8 @@ class Display:
         header = struct.unpack_from(f">{_HEADER_WORDS}I", data)
         width, height, line = header[_WIDTH], header[_HEIGHT], header[_LINE]
         begin = header[0] + header[_COLOURS] * _COLOUR_BYTES
-        rows = b"".join(data[begin + y * line :][: 4 * width] for y in range(height))
+        starts = range(begin, begin + height * line, line)
+        rows = b"".join(data[start : start + 4 * width] for start in starts)
         pixels = bytearray(3 * width * height)
         for channel in range(3):
             pixels[channel::3] = rows[2 - channel :: 4]

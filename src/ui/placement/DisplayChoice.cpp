@@ -64,6 +64,8 @@ void chooseDisplay() {
   // The windows look the same everywhere, and a desktop's theme plugin would bring its own toolkit.
   setDefault("QT_QPA_PLATFORMTHEME", "generic");
   setDefault("QT_NO_GLIB", "1");
+  // Bars count on several screens, too.
+  setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
   // Lets the panel have a surface of no role, which the layer shell then gives its own.
   qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
 }

@@ -1,6 +1,7 @@
 #include "ui/placement/LayerPanelHost.h"
 
 #include "ui/placement/LayerSurface.h"
+#include "ui/placement/PanelFrame.h"
 #include "ui/placement/PanelPlacement.h"
 
 #include <QEnterEvent>
@@ -40,9 +41,8 @@ LayerPanelHost::~LayerPanelHost() {
 bool LayerPanelHost::isSupported() { return LayerSurface::isSupported(); }
 
 void LayerPanelHost::open(QWidget* content, std::optional<QPoint> /*point*/) {
-  m_content = content;
-  content->setParent(this);
-  content->hide();
+  m_frame = new PanelFrame(content, this);
+  m_frame->hide();
   content->installEventFilter(this);
   create();
   m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()));
@@ -63,7 +63,7 @@ void LayerPanelHost::configured(const QSize& size) {
 }
 
 void LayerPanelHost::enterEvent(QEnterEvent* event) {
-  if (m_content->isHidden()) {
+  if (m_frame->isHidden()) {
     showPanel(event->position().toPoint());
   }
 }
@@ -71,10 +71,9 @@ void LayerPanelHost::enterEvent(QEnterEvent* event) {
 void LayerPanelHost::showPanel(std::optional<QPoint> pointer) {
   m_patience.stop();
   m_anchor = pointer;
-  m_content->adjustSize();
   place();
-  m_content->show();
-  m_content->setFocus();
+  m_frame->show();
+  m_frame->widget()->setFocus();
 }
 
 void LayerPanelHost::place() {
@@ -89,17 +88,19 @@ void LayerPanelHost::place() {
   if (pointer.x() < whole.center().x()) {
     workArea.moveLeft(bars.width());
   }
-  m_content->move(panelPosition(pointer, m_content->size(), whole, workArea));
+  const QSize panel = m_frame->fit(panelRoom(whole, workArea).size());
+  m_frame->move(panelPosition(pointer, panel, whole, workArea));
 }
 
 void LayerPanelHost::mousePressEvent(QMouseEvent* event) {
-  if (!m_content->geometry().contains(event->position().toPoint())) {
+  if (!m_frame->geometry().contains(event->position().toPoint())) {
     dismiss(Dismissal::here);
   }
 }
 
 bool LayerPanelHost::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == m_content && event->type() == QEvent::Resize && m_content->isVisible()) {
+  if (m_frame != nullptr && watched == m_frame->widget() && event->type() == QEvent::Resize &&
+      m_frame->isVisible()) {
     place();
   }
   return PanelHost::eventFilter(watched, event);

@@ -8,6 +8,7 @@
 namespace tidewell {
 
 class LayerSurface;
+class PanelFrame;
 
 /// A panel under compositors with a layer shell: a transparent surface over the whole screen with
 /// the panel on it. It learns from the pointer where the user has clicked, since the compositor
@@ -35,7 +36,7 @@ private:
   void place();
 
   std::unique_ptr<LayerSurface> m_surface;
-  QWidget* m_content = nullptr;
+  PanelFrame* m_frame = nullptr;
   QSize m_workSize; // of the screen beside its bars
   std::optional<QPoint> m_anchor;
   QTimer m_patience;

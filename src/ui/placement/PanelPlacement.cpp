@@ -13,10 +13,15 @@ int within(int begin, int length, int first, int last) {
 
 } // namespace
 
+QRect panelRoom(const QRect& screen, const QRect& workArea) {
+  const QRect room = workArea.isEmpty() ? screen : workArea;
+  return room.adjusted(panelGap, panelGap, -panelGap, -panelGap);
+}
+
 QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& screen,
                      const QRect& workArea) {
   const QRect room = workArea.isEmpty() ? screen : workArea;
-  const QRect inner = room.adjusted(panelGap, panelGap, -panelGap, -panelGap);
+  const QRect inner = panelRoom(screen, workArea);
   QPoint corner(anchor.x() - panel.width() / 2, anchor.y() - panel.height() / 2);
   if (anchor.x() < room.left() || anchor.x() > room.right()) {
     // A bar at the side: the panel stands beside it.

@@ -9,6 +9,10 @@ namespace tidewell {
 /// Space between the panel and the edges of the work area, in device-independent pixels.
 constexpr int panelGap = 6;
 
+/// Where the panel may be: the work area without the space that the panel keeps to its edges.
+/// `screen` and `workArea` as below. Pure.
+[[nodiscard]] QRect panelRoom(const QRect& screen, const QRect& workArea);
+
 /// Where the panel's top left corner goes.
 ///
 /// `anchor` is where the user clicked. `screen` is the whole of the screen and `workArea` what the

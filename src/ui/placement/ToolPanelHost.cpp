@@ -1,5 +1,6 @@
 #include "ui/placement/ToolPanelHost.h"
 
+#include "ui/placement/PanelFrame.h"
 #include "ui/placement/PanelPlacement.h"
 #include "ui/placement/ScreenPoint.h"
 
@@ -25,6 +26,15 @@ QScreen* screenOf(const QPoint& point) {
   return screen != nullptr ? screen : QGuiApplication::primaryScreen();
 }
 
+/// Where the pointer is, if that is on a bar, where the user has just clicked the item.
+std::optional<QPoint> pointerOnBar() {
+  const QPoint pointer = QCursor::pos();
+  if (screenOf(pointer)->availableGeometry().contains(pointer)) {
+    return std::nullopt;
+  }
+  return pointer;
+}
+
 } // namespace
 
 ToolPanelHost::ToolPanelHost()
@@ -35,14 +45,9 @@ ToolPanelHost::ToolPanelHost()
 
 void ToolPanelHost::open(QWidget* content, std::optional<QPoint> point) {
   setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
-  if (point) {
-    m_anchor = fromHostPixels(*point, screens());
-  }
-  m_content = content;
-  content->setParent(this);
+  m_anchor = point ? fromHostPixels(*point, screens()) : pointerOnBar();
+  m_frame = new PanelFrame(content, this);
   content->installEventFilter(this);
-  content->adjustSize();
-  content->show();
   place();
   show();
   raise();
@@ -54,7 +59,7 @@ void ToolPanelHost::place() {
   const QRect whole = screen->geometry();
   const QRect workArea = screen->availableGeometry();
   const QPoint anchor = m_anchor.value_or(likelyAnchor(whole, workArea));
-  const QSize size = m_content->size();
+  const QSize size = m_frame->fit(panelRoom(whole, workArea).size());
   setGeometry({panelPosition(anchor, size, whole, workArea), size});
 }
 
@@ -66,7 +71,7 @@ bool ToolPanelHost::event(QEvent* event) {
 }
 
 bool ToolPanelHost::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == m_content && event->type() == QEvent::Resize) {
+  if (m_frame != nullptr && watched == m_frame->widget() && event->type() == QEvent::Resize) {
     place();
   }
   return PanelHost::eventFilter(watched, event);

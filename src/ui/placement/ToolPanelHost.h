@@ -5,6 +5,8 @@
 
 namespace tidewell {
 
+class PanelFrame;
+
 /// A panel as an ordinary window that the window manager keeps above others and that places itself.
 class ToolPanelHost final : public PanelHost {
   Q_OBJECT
@@ -21,7 +23,7 @@ protected:
 private:
   void place();
 
-  QWidget* m_content = nullptr;
+  PanelFrame* m_frame = nullptr;
   std::optional<QPoint> m_anchor;
   OutsideClicks m_outsideClicks{*this};
 };
