@@ -47,7 +47,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
 
 PopoverView::~PopoverView() = default;
 
-void PopoverView::paintEvent(QPaintEvent*) {
+void PopoverView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintBackdrop(painter, rect(), m_backdrop);
 }
