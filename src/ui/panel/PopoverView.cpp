@@ -126,7 +126,7 @@ void PopoverView::showSpeedTest() {
   m_actionBar->setTesting(isRunning);
 }
 
-void PopoverView::startSpeedTest() {
+void PopoverView::startSpeedTest() const {
   if (!m_sources.speedTest.isRunning.get()) {
     m_actions.runSpeedTest();
   }
