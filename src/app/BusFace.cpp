@@ -98,17 +98,18 @@ void BusFace::describeRequests() {
       return 0;
     });
   };
-  const auto window = [this](const char* which) {
-    return [this, which] {
-      m_object.emit("WindowRequested", [which](sd_bus_message& signal) {
-        return sd_bus_message_append(&signal, "s", which);
+  const auto window = [this](WindowRequest::Kind which, const char* text) {
+    return [this, which, text] {
+      m_object.emit("WindowRequested", [text](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "s", text);
       });
+      m_actions.openWindow(which);
     };
   };
   m_object.signal("WindowRequested", "s");
-  request("OpenPanel", window("panel"));
-  request("OpenDetail", window("detail"));
-  request("OpenSettings", window("settings"));
+  request("OpenPanel", window(WindowRequest::Kind::panel, "panel"));
+  request("OpenDetail", window(WindowRequest::Kind::detail, "detail"));
+  request("OpenSettings", window(WindowRequest::Kind::settings, "settings"));
   request("RunSpeedTest", m_actions.runSpeedTest);
   request("Quit", m_actions.quit);
 }

@@ -5,6 +5,7 @@
 #include "base/Observers.h"
 #include "platform/linux/BusObject.h"
 #include "sampling/NetworkSnapshot.h"
+#include "windows/WindowRequest.h"
 
 #include <functional>
 
@@ -25,6 +26,7 @@ public:
     /// Another process owns the name, so the program runs already; it has been asked for its panel.
     std::function<void()> alreadyRunning;
     std::function<void()> runSpeedTest;
+    std::function<void(WindowRequest::Kind window)> openWindow;
   };
 
   /// Claims the name whenever there is a bus. Borrows everything.

@@ -66,4 +66,9 @@ ItemPresentation presentationFor(std::string_view process, std::string_view desk
   return byDesktop(desktop).value_or(ItemPresentation::squareTile);
 }
 
+bool tellsClickedPlace(std::string_view process) {
+  // MATE's notification area tells the place within itself.
+  return !process.starts_with("notification-ar");
+}
+
 } // namespace tidewell

@@ -18,4 +18,7 @@ enum class ItemPresentation {
 /// process is none that is known. Pure.
 [[nodiscard]] ItemPresentation presentationFor(std::string_view process, std::string_view desktop);
 
+/// Whether the host tells where on the screen its item was clicked. `process` as above. Pure.
+[[nodiscard]] bool tellsClickedPlace(std::string_view process);
+
 } // namespace tidewell

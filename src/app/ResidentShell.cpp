@@ -6,9 +6,10 @@
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "settings/SettingsKeys.h"
+#include "speedtest/SpeedTestState.h"
 
 #include <cstdlib>
-#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,13 +18,9 @@ namespace tidewell {
 
 namespace {
 
-enum Row : std::size_t { statusRow, downloadRow, uploadRow, latencyRow };
+using Window = WindowRequest::Kind;
 
-std::vector<MenuRow> menuRows(const std::function<void()>& quit) {
-  using Kind = MenuRow::Kind;
-  return {{Kind::text, "", {}}, {Kind::text, "", {}},      {Kind::text, "", {}},
-          {Kind::text, "", {}}, {Kind::separator, "", {}}, {Kind::command, "Quit", quit}};
-}
+enum Row : std::size_t { statusRow, downloadRow, uploadRow, latencyRow, speedTestRow = 8 };
 
 std::string currentDesktop() {
   const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
@@ -33,21 +30,68 @@ std::string currentDesktop() {
 } // namespace
 
 ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSources& sources,
-                             const BusFace::Actions& actions)
-    : m_sources(sources), m_face(main, bus, sources, actions), m_item(bus, [](int, int) {}),
-      m_menu(bus, StatusItem::menuPath, menuRows(actions.quit)),
+                             Actions actions)
+    : m_sources(sources), m_actions(std::move(actions)), m_face(main, bus, sources, busActions()),
+      m_item(bus, activated()), m_menu(bus, StatusItem::menuPath, menuRows()),
       m_changes(main, [this] { refresh(); }),
-      m_watcher(main, bus, [this](const std::string& process) {
-        m_item.setPresentation(presentationFor(process, currentDesktop()));
-      }) {
-  m_changes.watch(sources.monitor.isConnected);
-  m_changes.watch(sources.sampler.snapshots);
-  m_changes.keep(
-      sources.defaults.observe(std::string(settingsKeys::showUploadInMenubar), [this](const auto&) {
-        m_changes.mark();
-        m_face.settingsChanged();
-      }));
+      m_fallback(main,
+                 [this](bool isWanted) { open(isWanted ? Window::showItem : Window::hideItem); }),
+      m_watcher(main, bus, watcherEvents()) {
+  watch();
   refresh();
+}
+
+std::vector<MenuRow> ResidentShell::menuRows() const {
+  using Kind = MenuRow::Kind;
+  const auto opens = [this](Window window) { return [this, window] { open(window); }; };
+  const auto copy = [this] {
+    m_actions.ask({Window::copy, {}, {}, addressToCopy(m_sources.monitor.connectionInfo.get())});
+  };
+  return {{Kind::text, "", {}},
+          {Kind::text, "", {}},
+          {Kind::text, "", {}},
+          {Kind::text, "", {}},
+          {Kind::separator, "", {}},
+          {Kind::command, "Open", opens(Window::panel)},
+          {Kind::command, "Details", opens(Window::detail)},
+          {Kind::command, "Settings", opens(Window::settings)},
+          {Kind::command, "Speed Test", m_actions.runSpeedTest},
+          {Kind::command, "Copy IP", copy},
+          {Kind::separator, "", {}},
+          {Kind::command, "Quit", m_actions.quit}};
+}
+
+StatusItem::Activated ResidentShell::activated() const {
+  return [this](int x, int y, const std::string& token) {
+    const WindowRequest::Point point{x, y};
+    m_actions.ask({Window::panel, token, m_isPlaceTold ? std::optional(point) : std::nullopt, {}});
+  };
+}
+
+BusFace::Actions ResidentShell::busActions() const {
+  return {m_actions.quit, m_actions.alreadyRunning, m_actions.runSpeedTest,
+          [this](Window window) { open(window); }};
+}
+
+WatcherClient::Events ResidentShell::watcherEvents() {
+  return {[this](const std::string& process) {
+            m_item.setPresentation(presentationFor(process, currentDesktop()));
+            m_isPlaceTold = tellsClickedPlace(process);
+          },
+          [this](bool isTaken) { m_fallback.setTaken(isTaken); }};
+}
+
+void ResidentShell::open(Window window) const { m_actions.ask({window, {}, {}, {}}); }
+
+void ResidentShell::watch() {
+  m_changes.watch(m_sources.monitor.isConnected);
+  m_changes.watch(m_sources.sampler.snapshots);
+  m_changes.watch(m_sources.speedTest.isRunning);
+  m_changes.keep(m_sources.defaults.observe(std::string(settingsKeys::showUploadInMenubar),
+                                            [this](const auto&) {
+                                              m_changes.mark();
+                                              m_face.settingsChanged();
+                                            }));
 }
 
 void ResidentShell::refresh() {
@@ -58,6 +102,7 @@ void ResidentShell::refresh() {
   m_menu.setLabel(downloadRow, texts.download);
   m_menu.setLabel(uploadRow, texts.upload);
   m_menu.setLabel(latencyRow, texts.latency);
+  m_menu.setLabel(speedTestRow, m_sources.speedTest.isRunning.get() ? "Testing..." : "Speed Test");
   m_menu.announce();
 }
 

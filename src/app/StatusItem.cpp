@@ -1,6 +1,6 @@
 #include "app/StatusItem.h"
 
-#include "app/TextTile.h"
+#include "tile/TextTile.h"
 #include "platform/linux/SessionBus.h"
 
 #include <cstdint>
@@ -91,7 +91,7 @@ void StatusItem::describeRequests() {
     int x = 0;
     int y = 0;
     if (sd_bus_message_read(&call, "ii", &x, &y) >= 0) {
-      m_activated(x, y);
+      m_activated(x, y, std::exchange(m_token, {}));
     }
     return 0;
   };
@@ -100,7 +100,12 @@ void StatusItem::describeRequests() {
   m_object.method("SecondaryActivate", "ii", "", nothing);
   m_object.method("ContextMenu", "ii", "", nothing);
   m_object.method("Scroll", "is", "", nothing);
-  m_object.method("ProvideXdgActivationToken", "s", "", nothing);
+  m_object.method("ProvideXdgActivationToken", "s", "", [this](sd_bus_message& call, auto&) {
+    const char* token = "";
+    sd_bus_message_read(&call, "s", &token);
+    m_token = token;
+    return 0;
+  });
 }
 
 void StatusItem::show(const ItemTexts& texts, const std::string& guide) {

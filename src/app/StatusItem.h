@@ -18,8 +18,9 @@ public:
   /// The item's menu on the same connection.
   static constexpr const char* menuPath = "/MenuBar";
 
-  /// Where on the screen the user activated the item, as far as the host tells.
-  using Activated = std::function<void(int x, int y)>;
+  /// Where on the screen the user activated the item, as far as the host tells, and the token that
+  /// proves it; empty when the host gave none.
+  using Activated = std::function<void(int x, int y, const std::string& token)>;
 
   /// Borrows the bus.
   StatusItem(SessionBus& bus, Activated activated);
@@ -40,6 +41,7 @@ private:
 
   BusObject m_object;
   Activated m_activated;
+  std::string m_token;
   ItemPresentation m_presentation = ItemPresentation::squareTile;
   ItemTexts m_texts;
   std::string m_guide;

@@ -35,8 +35,8 @@ std::string readText(sd_bus_message& message) {
 
 } // namespace
 
-WatcherClient::WatcherClient(WorkQueue& main, SessionBus& bus, HostKnown hostKnown)
-    : m_main(main), m_hostKnown(std::move(hostKnown)), m_delay(firstDelay),
+WatcherClient::WatcherClient(WorkQueue& main, SessionBus& bus, Events events)
+    : m_main(main), m_events(std::move(events)), m_delay(firstDelay),
       m_lost(bus.onLost([this] { disappear(); })),
       m_connected(bus.onConnected([this](sd_bus& connection) { appear(connection); })) {}
 
@@ -67,6 +67,7 @@ void WatcherClient::disappear() {
   m_call.reset();
   m_match.reset();
   m_bus = nullptr;
+  m_events.taken(false);
 }
 
 void WatcherClient::ownerChanged(const std::string& owner) {
@@ -74,6 +75,7 @@ void WatcherClient::ownerChanged(const std::string& owner) {
   m_call.reset();
   m_delay = firstDelay;
   if (owner.empty() || m_bus == nullptr) {
+    m_events.taken(false);
     return;
   }
   const auto identified = [](sd_bus_message* reply, void* self, sd_bus_error*) {
@@ -90,7 +92,7 @@ void WatcherClient::ownerChanged(const std::string& owner) {
 void WatcherClient::processIdentified(sd_bus_message& reply) {
   std::uint32_t process = 0;
   const bool isKnown = !isError(reply) && sd_bus_message_read(&reply, "u", &process) > 0;
-  m_hostKnown(isKnown ? processName(process) : std::string());
+  m_events.hostKnown(isKnown ? processName(process) : std::string());
   registerItem();
 }
 
@@ -112,6 +114,7 @@ void WatcherClient::registerItem() {
 
 void WatcherClient::registrationAnswered(bool isAccepted) {
   if (isAccepted) {
+    m_events.taken(true);
     return;
   }
   m_retry = m_main.repeat(m_delay, 0.0, [this] { registerItem(); });

@@ -16,12 +16,16 @@ class SessionBus;
 /// name or the bus is a new one. Main thread.
 class WatcherClient {
 public:
-  /// Hears the name of the process that owns the watcher, empty when it is not known. Called
-  /// before each registration, since hosts read the item at once.
-  using HostKnown = std::function<void(const std::string& process)>;
+  struct Events {
+    /// Hears the name of the process that owns the watcher, empty when it is not known. Called
+    /// before each registration, since hosts read the item at once.
+    std::function<void(const std::string& process)> hostKnown;
+    /// A watcher has taken the item, or is gone again.
+    std::function<void(bool isTaken)> taken;
+  };
 
   /// Borrows queue and bus.
-  WatcherClient(WorkQueue& main, SessionBus& bus, HostKnown hostKnown);
+  WatcherClient(WorkQueue& main, SessionBus& bus, Events events);
 
 private:
   void appear(sd_bus& bus);
@@ -32,7 +36,7 @@ private:
   void registrationAnswered(bool isAccepted);
 
   WorkQueue& m_main;
-  HostKnown m_hostKnown;
+  Events m_events;
   sd_bus* m_bus = nullptr;
   BusSlot m_match;
   BusSlot m_call; // the call under way, of which there is one at a time

@@ -1,6 +1,7 @@
 #include "alerts/NotificationService.h"
 #include "app/AppDelegate.h"
 #include "app/ResidentShell.h"
+#include "app/WindowsProcess.h"
 #include "base/ThreadScheduler.h"
 #include "connectivity/NetworkMonitor.h"
 #include "platform/Platform.h"
@@ -78,10 +79,12 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
   const Platform platform{scheduler,         machine.clock, machine.counters, machine.configuration,
                           machine.addresses, machine.paths, machine.http,     machine.children};
   AppDelegate delegate(platform, {settings, preferences, center, notifications});
+  WindowsProcess windows(loop, helperProgram(program, "tidewell-windows"));
   ResidentShell shell(loop, bus,
                       {delegate.bandwidthSampler(), delegate.networkMonitor(),
                        delegate.processTracker(), delegate.speedTest(), settings, preferences},
-                      {quit, quit, [&delegate] { delegate.speedTest().run(); }});
+                      {quit, quit, [&delegate] { delegate.speedTest().run(); },
+                       [&windows](const WindowRequest& request) { windows.ask(request); }});
   const LoginSession session(loop, quit);
   delegate.applicationDidFinishLaunching();
   loop.postAfter(settled, releaseStartupPages);

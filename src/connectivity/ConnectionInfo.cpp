@@ -12,6 +12,10 @@ constexpr std::array<std::string_view, 4> names = {"Wi-Fi", "Ethernet", "Cellula
 
 } // namespace
 
+const std::string& addressToCopy(const ConnectionInfo& info) {
+  return info.publicIP == "--" ? info.ipAddress : info.publicIP;
+}
+
 std::string_view rawValue(ConnectionInfo::InterfaceType type) {
   return names.at(static_cast<std::size_t>(type));
 }

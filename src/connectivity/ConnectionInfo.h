@@ -28,6 +28,9 @@ struct ConnectionInfo {
   friend bool operator==(const ConnectionInfo&, const ConnectionInfo&) = default;
 };
 
+/// The address that copying gives: the public one, or the local one while that is not known.
+[[nodiscard]] const std::string& addressToCopy(const ConnectionInfo& info);
+
 /// The name of a link kind, as it is shown and sent: "Wi-Fi", "Ethernet", "Cellular" or "Other".
 [[nodiscard]] std::string_view rawValue(ConnectionInfo::InterfaceType type);
 

@@ -37,5 +37,12 @@ TEST(ItemHost, GetsASquareWhenNothingIsKnown) {
   }
 }
 
+TEST(ItemHost, IsBelievedWhereItsItemWasClickedUnlessItCountsFromItself) {
+  EXPECT_TRUE(tellsClickedPlace("xfce4-panel"));
+  EXPECT_TRUE(tellsClickedPlace("mate-panel"));
+  EXPECT_TRUE(tellsClickedPlace(""));
+  EXPECT_FALSE(tellsClickedPlace("notification-ar"));
+}
+
 } // namespace
 } // namespace tidewell::test

@@ -32,10 +32,39 @@ class IncludeDirection(unittest.TestCase):
         ]:
             self.assertEqual(len(faults(path, text)), 1, path)
 
+    def test_lets_views_see_states_and_values_but_no_service(self):
+        for text in [
+            '#include "sampling/SamplerState.h"',
+            '#include "sampling/NetworkSnapshot.h"',
+            '#include "connectivity/ConnectionInfo.h"',
+            '#include "processes/ProcessUsage.h"',
+            '#include "settings/AppSettings.h"',
+            '#include "platform/DefaultsStore.h"',
+            '#include "ui/tokens/TWColor.h"\n#include <QWidget>',
+        ]:
+            self.assertEqual(faults("ui/A.cpp", text), [], text)
+        for text in [
+            '#include "sampling/BandwidthSampler.h"',
+            '#include "connectivity/NetworkMonitor.h"',
+            '#include "alerts/NotificationService.h"',
+            '#include "platform/linux/FilePath.h"',
+            '#include "app/StatusItem.h"',
+            '#include "app/ItemState.h"',
+            '#include <systemd/sd-bus.h>',
+        ]:
+            self.assertEqual(len(faults("ui/A.cpp", text)), 1, text)
+
     def test_finds_libraries_out_of_their_room(self):
         self.assertEqual(len(faults("sampling/A.cpp", "#include <libmnl/libmnl.h>")), 1)
         self.assertEqual(len(faults("app/A.cpp", "#include <QWidget>")), 1)
         self.assertEqual(len(faults("app/A.cpp", "#include <curl/curl.h>")), 1)
+        self.assertEqual(len(faults("app/A.cpp", "#include <xcb/xcb.h>")), 1)
+
+    def test_lets_only_the_windows_process_see_where_preferences_lie(self):
+        text = '#include "platform/linux/PreferencesFile.h"\n#include <QObject>'
+        self.assertEqual(faults("ui/process/A.cpp", text), [])
+        self.assertEqual(len(faults("ui/settings/A.cpp", text)), 1)
+        self.assertEqual(len(faults("ui/panel/A.cpp", '#include "ui/process/A.h"')), 1)
 
     def test_finds_files_outside_of_every_room(self):
         self.assertEqual(len(faults("misc/A.cpp", "")), 1)

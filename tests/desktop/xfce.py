@@ -2,9 +2,13 @@
 
 from pathlib import Path
 
+import x11
+
 NAME = "XFCE"
-WINDOW_MANAGER = ["openbox"]
+DISPLAY = x11
+PROGRAMS = [["xfwm4"]]
 PANEL = ["xfce4-panel", "--disable-wm-check"]
+BAR, BAR_HEIGHT = "top", 32
 
 _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -44,6 +48,18 @@ _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
 </channel>
 """
 
+# Shadows would be taken for parts of what they surround.
+_WINDOW_MANAGER_XML = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfwm4" version="1.0">
+  <property name="general" type="empty">
+    <property name="use_compositing" type="bool" value="true"/>
+    <property name="show_dock_shadow" type="bool" value="false"/>
+    <property name="show_frame_shadow" type="bool" value="false"/>
+    <property name="show_popup_shadow" type="bool" value="false"/>
+  </property>
+</channel>
+"""
+
 _GTK_INI = """[Settings]
 gtk-application-prefer-dark-theme=1
 gtk-font-name=DejaVu Sans 10
@@ -51,9 +67,10 @@ gtk-font-name=DejaVu Sans 10
 
 
 def configure(config_home: Path):
-    """Writes the panel's configuration."""
+    """Writes the configuration of the panel and of the window manager."""
     channels = config_home / "xfce4/xfconf/xfce-perchannel-xml"
     channels.mkdir(parents=True)
     (channels / "xfce4-panel.xml").write_text(_PANEL_XML)
+    (channels / "xfwm4.xml").write_text(_WINDOW_MANAGER_XML)
     (config_home / "gtk-3.0").mkdir()
     (config_home / "gtk-3.0/settings.ini").write_text(_GTK_INI)

@@ -1,5 +1,7 @@
 #include "platform/linux/SpawnedChild.h"
 
+#include "platform/linux/SpawnSettings.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -12,8 +14,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace tidewell {
@@ -42,16 +42,6 @@ std::optional<Pipe> makePipe() {
   return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-  std::vector<char*> pointers;
-  pointers.reserve(texts.size() + 1);
-  for (std::string& text : texts) {
-    pointers.push_back(text.data());
-  }
-  pointers.push_back(nullptr);
-  return pointers;
-}
-
 /// This process's environment with every message in the C locale.
 std::vector<std::string> untranslatedEnvironment() {
   std::vector<std::string> variables;
@@ -65,37 +55,6 @@ std::vector<std::string> untranslatedEnvironment() {
   return variables;
 }
 
-/// What the child starts with: the pipes, an empty input, no blocked or ignored signals.
-class SpawnSettings {
-public:
-  SpawnSettings(const Pipe& output, const Pipe& errors) {
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, output.writeEnd.get(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, errors.writeEnd.get(), STDERR_FILENO);
-    posix_spawnattr_init(&attributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&attributes, &signals);
-    sigfillset(&signals);
-    posix_spawnattr_setsigdefault(&attributes, &signals);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-  ~SpawnSettings() {
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-  }
-
-  posix_spawn_file_actions_t actions{};
-  posix_spawnattr_t attributes{};
-};
-
-FileDescriptor openProcess(pid_t pid) {
-  return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
-}
-
 } // namespace
 
 std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
@@ -105,13 +64,12 @@ std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
   if (!output || !errors) {
     return std::nullopt;
   }
-  std::vector<std::string> words{executable};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<std::string> environment = untranslatedEnvironment();
-  const SpawnSettings settings(*output, *errors);
-  pid_t pid = 0;
-  if (::posix_spawn(&pid, executable.c_str(), &settings.actions, &settings.attributes,
-                    pointersTo(words).data(), pointersTo(environment).data()) != 0) {
+  SpawnSettings settings;
+  settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  settings.duplicate(output->writeEnd.get(), STDOUT_FILENO);
+  settings.duplicate(errors->writeEnd.get(), STDERR_FILENO);
+  const pid_t pid = settings.spawn(executable, arguments, untranslatedEnvironment());
+  if (pid < 0) {
     return std::nullopt;
   }
   return SpawnedChild(pid, std::move(output->readEnd), std::move(errors->readEnd));

@@ -1,0 +1,96 @@
+#include "ui/components/ChoiceList.h"
+
+#include "ui/components/ChoiceListItem.h"
+#include "ui/components/FittedText.h"
+#include "ui/components/FocusRing.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QAbstractItemView>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int edgePadding = 6;
+constexpr int sidePadding = 10;
+constexpr int chevronWidth = 8;
+constexpr int spacing = 4;
+constexpr double chevronHeight = 4.0;
+constexpr double chevronPen = 1.4;
+constexpr double radius = 6.0;
+
+TextStyle textStyle() {
+  static const QFont font = TWFont::standard(12, QFont::Normal);
+  TextStyle style{font, TWColor::text()};
+  style.smallestPixelSize = 10;
+  return style;
+}
+
+void drawChevron(QPainter& painter, QPointF centre) {
+  const QPointF half(chevronWidth / 2.0, chevronHeight / 2.0);
+  painter.setPen(
+      QPen(TWColor::textSecondary(), chevronPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPolyline(QPolygonF{centre - half, centre + QPointF(0.0, half.y()),
+                                 centre + QPointF(half.x(), -half.y())});
+}
+
+QPalette listPalette() {
+  QPalette palette;
+  palette.setColor(QPalette::Window, TWColor::surface2());
+  palette.setColor(QPalette::Base, TWColor::surface2());
+  palette.setColor(QPalette::Text, TWColor::text());
+  palette.setColor(QPalette::WindowText, TWColor::text());
+  palette.setColor(QPalette::Highlight, TWColor::accentDim());
+  palette.setColor(QPalette::HighlightedText, TWColor::text());
+  return palette;
+}
+
+} // namespace
+
+ChoiceList::ChoiceList(const QStringList& choices, QWidget* parent) : QComboBox(parent) {
+  setFocusPolicy(Qt::TabFocus);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setAttribute(Qt::WA_Hover);
+  setPalette(listPalette());
+  setFont(textStyle().font);
+  addItems(choices);
+  setCurrentIndex(-1);
+  setItemDelegate(new ChoiceListItem(this));
+  view()->setPalette(listPalette());
+}
+
+QSize ChoiceList::sizeHint() const {
+  return {listWidth, lineHeight(textStyle()) + 2 * edgePadding};
+}
+
+void ChoiceList::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(TWColor::surface3(), 1.0));
+  painter.setBrush(underMouse() ? TWColor::surface3() : TWColor::surface2());
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  const int right = sidePadding + chevronWidth + spacing;
+  drawLine(painter, rect().adjusted(sidePadding, edgePadding, -right, -edgePadding), currentText(),
+           textStyle());
+  drawChevron(painter, {width() - sidePadding - chevronWidth / 2.0, height() / 2.0});
+  if (hasFocus()) {
+    drawFocusRing(painter, rect(), radius);
+  }
+}
+
+void ChoiceList::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter) {
+    showPopup();
+    return;
+  }
+  QComboBox::keyPressEvent(event);
+}
+
+void ChoiceList::wheelEvent(QWheelEvent* event) { event->ignore(); }
+
+} // namespace tidewell

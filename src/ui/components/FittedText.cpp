@@ -1,0 +1,79 @@
+#include "ui/components/FittedText.h"
+
+#include "ui/components/TabularText.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tidewell {
+
+namespace {
+
+// Fractions of a pixel that rounding may add to a text's width, which are not worth an ellipsis.
+constexpr double tolerance = 0.5;
+
+double widthIn(const QFont& font, const QString& text, bool isTabular) {
+  const double width =
+      isTabular ? TabularText::width(font, text) : QFontMetricsF(font).horizontalAdvance(text);
+  return text.isEmpty() ? 0.0 : width - font.letterSpacing();
+}
+
+double startOf(const QRectF& box, double width, Qt::Alignment alignment) {
+  if (alignment.testFlag(Qt::AlignRight)) {
+    return box.right() - width;
+  }
+  return alignment.testFlag(Qt::AlignHCenter) ? box.center().x() - width / 2.0 : box.left();
+}
+
+// On whole pixels of the device, so that equal text always looks equal.
+double snapped(double position, const QPainter& painter) {
+  const double scale = painter.deviceTransform().m11();
+  return std::round(position * scale) / scale;
+}
+
+} // namespace
+
+FittedText::FittedText(const QString& wanted, const TextStyle& style, double width)
+    : font(style.font), text(wanted) {
+  const double available = width + tolerance;
+  if (widthIn(font, text, style.isTabular) <= available) {
+    return;
+  }
+  for (int size = font.pixelSize() - 1; style.smallestPixelSize > 0; --size) {
+    if (size < style.smallestPixelSize) {
+      break;
+    }
+    font.setPixelSize(size);
+    if (widthIn(font, text, style.isTabular) <= available) {
+      return;
+    }
+  }
+  text = QFontMetricsF(font).elidedText(wanted, style.elide, std::max(width, 0.0));
+  isCut = text != wanted;
+}
+
+double lineWidth(const QString& text, const TextStyle& style) {
+  return widthIn(style.font, text, style.isTabular);
+}
+
+int lineHeight(const TextStyle& style) { return QFontMetrics(style.font).height(); }
+
+bool drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style) {
+  const FittedText fitted(text, style, box.width());
+  const double width = widthIn(fitted.font, fitted.text, style.isTabular);
+  const QPointF baseline(snapped(startOf(box, width, style.alignment), painter),
+                         box.top() + QFontMetrics(style.font).ascent());
+  painter.setFont(fitted.font);
+  painter.setPen(style.color);
+  if (style.isTabular && !fitted.isCut) {
+    TabularText::draw(painter, baseline, fitted.text);
+  } else {
+    painter.setLayoutDirection(fitted.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.drawText(baseline, fitted.text);
+  }
+  return fitted.isCut;
+}
+
+} // namespace tidewell

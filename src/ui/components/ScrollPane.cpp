@@ -1,0 +1,64 @@
+#include "ui/components/ScrollPane.h"
+
+#include "ui/components/FocusRing.h"
+#include "ui/tokens/TWColor.h"
+
+#include <QPainter>
+#include <QScrollBar>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int lineStep = 24;
+constexpr double ringInset = 2.0;
+constexpr double ringRadius = 6.0;
+
+// Only the handle, and nothing at all while there is nothing to scroll.
+QString barLook() {
+  return QStringLiteral("QScrollBar:vertical { width: %1px; margin: 0; background: %2; }"
+                        "QScrollBar::handle:vertical { background: %3; border-radius: 3px;"
+                        " min-height: 32px; margin: 2px; }"
+                        "QScrollBar::handle:vertical:hover { background: %4; }"
+                        "QScrollBar::handle:vertical:disabled { background: %2; }"
+                        "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
+                        "QScrollBar::add-page, QScrollBar::sub-page { background: %2; }")
+      .arg(QString::number(ScrollPane::barWidth), TWColor::surface().name(),
+           TWColor::surface3().name(), TWColor::textTertiary().name());
+}
+
+} // namespace
+
+ScrollPane::ScrollPane(QWidget* content, const QString& name, QWidget* parent)
+    : QScrollArea(parent) {
+  setAccessibleName(name);
+  setFrameShape(QFrame::NoFrame);
+  setWidgetResizable(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  verticalScrollBar()->setStyleSheet(barLook());
+  verticalScrollBar()->setSingleStep(lineStep);
+  connect(verticalScrollBar(), &QScrollBar::rangeChanged, this, &ScrollPane::rangeChanged);
+  rangeChanged(0, 0);
+  setWidget(content);
+  content->setAutoFillBackground(false);
+  viewport()->setAutoFillBackground(false);
+}
+
+void ScrollPane::paintEvent(QPaintEvent*) {
+  if (hasFocus()) {
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    drawFocusRing(painter,
+                  QRectF(viewport()->rect()).adjusted(ringInset, ringInset, -ringInset, -ringInset),
+                  ringRadius);
+  }
+}
+
+void ScrollPane::rangeChanged(int minimum, int maximum) {
+  const bool canScroll = maximum > minimum;
+  verticalScrollBar()->setEnabled(canScroll);
+  setFocusPolicy(canScroll ? Qt::TabFocus : Qt::NoFocus);
+}
+
+} // namespace tidewell

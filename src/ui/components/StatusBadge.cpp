@@ -1,0 +1,85 @@
+#include "ui/components/StatusBadge.h"
+
+#include "ui/components/FittedText.h"
+#include "ui/components/PulseDot.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QPainter>
+
+#include <cmath>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int sidePadding = 12;
+constexpr int edgePadding = 4;
+constexpr int spacing = 6;
+constexpr int textLeft = sidePadding + PulseDot::edge + spacing;
+
+struct Look {
+  const char* text;
+  const QColor& color;
+  const QColor& ground;
+};
+
+Look lookOf(NetworkStatus status) {
+  switch (status) {
+  case NetworkStatus::good:
+    return {"Good", TWColor::green(), TWColor::greenDim()};
+  case NetworkStatus::degraded:
+    return {"High Latency", TWColor::yellow(), TWColor::yellowDim()};
+  case NetworkStatus::down:
+    return {"No Internet", TWColor::red(), TWColor::redDim()};
+  case NetworkStatus::excellent:
+    break;
+  }
+  return {"Excellent", TWColor::green(), TWColor::greenDim()};
+}
+
+TextStyle textStyle(const QColor& color) {
+  static const QFont font = TWFont::standard(12, QFont::Medium);
+  return {font, color};
+}
+
+} // namespace
+
+StatusBadge::StatusBadge(std::function<double()> now, QWidget* parent)
+    : PaintedWidget(QAccessible::StaticText, parent), m_dot(new PulseDot(std::move(now), this)) {
+  showStatus();
+}
+
+void StatusBadge::setStatus(NetworkStatus status) {
+  if (status != m_status) {
+    m_status = status;
+    showStatus();
+  }
+}
+
+QString StatusBadge::text() const { return QString::fromLatin1(lookOf(m_status).text); }
+
+void StatusBadge::showStatus() {
+  const Look look = lookOf(m_status);
+  const TextStyle style = textStyle(look.color);
+  const int textWidth = static_cast<int>(std::ceil(lineWidth(text(), style)));
+  setFixedSize(textLeft + textWidth + sidePadding, lineHeight(style) + 2 * edgePadding);
+  m_dot->setColors(look.color, look.ground);
+  m_dot->move(sidePadding, (height() - PulseDot::edge + 1) / 2);
+  setSpoken(QStringLiteral("Status ") + text());
+  update();
+}
+
+void StatusBadge::paintEvent(QPaintEvent* /*event*/) {
+  const Look look = lookOf(m_status);
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(look.ground);
+  painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
+  drawLine(painter, rect().adjusted(textLeft, edgePadding, -sidePadding, -edgePadding), text(),
+           textStyle(look.color));
+}
+
+} // namespace tidewell

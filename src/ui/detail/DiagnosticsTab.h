@@ -1,0 +1,40 @@
+#pragma once
+
+#include "base/Observers.h"
+#include "ui/components/ViewTime.h"
+#include "ui/detail/DetailSources.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <vector>
+
+namespace tidewell {
+
+class ConnectionGroup;
+class PerformanceGroup;
+class SpeedTestGroup;
+
+/// The connection, how good it is, and the speed test. Main thread.
+class DiagnosticsTab final : public QWidget {
+  Q_OBJECT
+
+public:
+  DiagnosticsTab(DetailSources sources, std::function<void()> runSpeedTest, const ViewTime& time,
+                 QWidget* parent = nullptr);
+
+private:
+  void layOut();
+  void observe();
+  void showSpeedTest();
+
+  DetailSources m_sources;
+  // Children, in reading order.
+  ConnectionGroup* m_connection;
+  PerformanceGroup* m_performance;
+  SpeedTestGroup* m_speedTest;
+  // Ended before the children go.
+  std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tidewell

@@ -1,0 +1,52 @@
+#include "ui/detail/HistoryTab.h"
+
+#include "ui/components/TextLine.h"
+#include "ui/detail/DetailStyles.h"
+#include "ui/detail/LatencyChart.h"
+#include "ui/detail/RecentReadings.h"
+
+#include <QVBoxLayout>
+
+namespace tidewell {
+
+namespace {
+
+QString hintText() {
+  return QStringLiteral("Collecting data... History will appear here after a few seconds.");
+}
+
+} // namespace
+
+HistoryTab::HistoryTab(SamplerState& sampler, QWidget* parent)
+    : QWidget(parent), m_hint(makeHint(hintText(), this)), m_content(new QWidget(this)),
+      m_chart(new LatencyChart(m_content)), m_readings(new RecentReadings(m_content)) {
+  auto* const column = new QVBoxLayout(this);
+  column->setSpacing(detailGrid::headingSpacing);
+  column->addWidget(makeHeading(QStringLiteral("Speed History"), this));
+  column->addWidget(m_hint);
+  column->addWidget(m_content);
+  column->addStretch();
+
+  auto* const content = new QVBoxLayout(m_content);
+  content->setContentsMargins(0, 0, 0, 0);
+  content->setSpacing(0);
+  content->addWidget(makeSubheading(QStringLiteral("Latency Over Time"), m_content));
+  content->addSpacing(detailGrid::headingSpacing);
+  content->addWidget(m_chart);
+  content->addSpacing(detailGrid::sectionSpacing);
+  content->addWidget(makeSubheading(QStringLiteral("Recent Readings"), m_content));
+  content->addSpacing(detailGrid::headingSpacing);
+  content->addWidget(m_readings);
+
+  m_subscription = sampler.snapshots.subscribe(
+      [this](const SnapshotList& snapshots) { showSnapshots(snapshots); });
+}
+
+void HistoryTab::showSnapshots(const SnapshotList& snapshots) {
+  m_chart->setSnapshots(snapshots);
+  m_readings->setSnapshots(snapshots);
+  m_content->setVisible(!snapshots.empty());
+  m_hint->setVisible(snapshots.empty());
+}
+
+} // namespace tidewell

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "base/Observers.h"
+#include "ui/components/ViewTime.h"
+#include "ui/panel/PanelActions.h"
+#include "ui/panel/PanelBackdrop.h"
+
+#include <QWidget>
+
+#include <vector>
+
+namespace tidewell {
+
+struct MonitorState;
+struct SamplerState;
+struct SpeedTestState;
+class ActionBar;
+class ConnectionSection;
+class Divider;
+class MiniGraphView;
+class SpeedTestStrip;
+class StatsGrid;
+class ThroughputHero;
+
+/// What the panel shows. The states outlive the view. `SamplerState::isConnected` has to be written
+/// before `MonitorState::isConnected`, which is what tells the view of it.
+struct PanelSources {
+  SamplerState& sampler;
+  MonitorState& monitor;
+  SpeedTestState& speedTest;
+};
+
+/// The panel: 340 pixels wide and as high as its content. Main thread.
+///
+/// A window or a part of one. It keeps its own size, which changes when the line of the speed test
+/// comes or goes. Made anew for every opening.
+class PopoverView final : public QWidget {
+  Q_OBJECT
+
+public:
+  /// In device-independent pixels.
+  static constexpr int panelWidth = 340;
+
+  PopoverView(PanelSources sources, PanelActions actions, Backdrop backdrop,
+              const ViewTime& time = ViewTime::real(), QWidget* parent = nullptr);
+  ~PopoverView() override;
+
+  /// Whether an address was copied within the last 1.5 seconds.
+  [[nodiscard]] bool copiedIP() const { return m_copiedIP; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  void layOut();
+  void observeSampler();
+  void observeMonitor();
+  void observeSpeedTest();
+  void connectActions();
+  void showStats();
+  void showStatus();
+  void showSpeedTest();
+  void startSpeedTest() const;
+  void copyAddress();
+  void setCopiedIP(bool copied);
+
+  PanelSources m_sources;
+  PanelActions m_actions;
+  Backdrop m_backdrop;
+  ViewTime m_time;
+  bool m_copiedIP = false;
+  // Children, in reading order.
+  ThroughputHero* m_hero;
+  StatsGrid* m_stats;
+  MiniGraphView* m_graph;
+  ConnectionSection* m_connection;
+  SpeedTestStrip* m_strip;
+  Divider* m_divider;
+  ActionBar* m_actionBar;
+  // Ended before the children go.
+  std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tidewell

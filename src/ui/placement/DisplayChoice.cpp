@@ -1,0 +1,73 @@
+#include "ui/placement/DisplayChoice.h"
+
+#include <QByteArray>
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include <wayland-client.h>
+
+namespace tidewell {
+
+namespace {
+
+void setDefault(const char* variable, const char* value) {
+  if (!qEnvironmentVariableIsSet(variable)) {
+    qputenv(variable, value);
+  }
+}
+
+void noteGlobal(void* found, wl_registry* /*registry*/, std::uint32_t /*name*/,
+                const char* interface, std::uint32_t /*version*/) {
+  if (std::string_view(interface) == "zwlr_layer_shell_v1") {
+    *static_cast<bool*>(found) = true;
+  }
+}
+
+void forgetGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
+
+enum class Wayland { absent, plain, withLayerShell };
+
+Wayland lookForWayland() {
+  const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
+      wl_display_connect(nullptr), wl_display_disconnect);
+  if (!display) {
+    return Wayland::absent;
+  }
+  const std::unique_ptr<wl_registry, decltype(&wl_registry_destroy)> registry(
+      wl_display_get_registry(display.get()), wl_registry_destroy);
+  constexpr wl_registry_listener listener = {noteGlobal, forgetGlobal};
+  bool hasLayerShell = false;
+  wl_registry_add_listener(registry.get(), &listener, &hasLayerShell);
+  wl_display_roundtrip(display.get());
+  return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
+}
+
+const char* platformFor(Wayland wayland) {
+  const bool hasX = qEnvironmentVariableIsSet("DISPLAY");
+  if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
+    return "wayland";
+  }
+  return "xcb";
+}
+
+} // namespace
+
+void chooseDisplay() {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    qputenv("QT_QPA_PLATFORM", platformFor(lookForWayland()));
+  }
+  // Everything is painted into memory: without these the platform plugins load a whole GL stack.
+  setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
+  setDefault("QT_XCB_GL_INTEGRATION", "none");
+  // The windows look the same everywhere, and a desktop's theme plugin would bring its own toolkit.
+  setDefault("QT_QPA_PLATFORMTHEME", "generic");
+  setDefault("QT_NO_GLIB", "1");
+  // Bars count on several screens, too.
+  setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
+  // Lets the panel have a surface of no role, which the layer shell then gives its own.
+  qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
+} // namespace tidewell

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace tidewell {
+
+/// Sets the environment so that the toolkit takes the display on which the panel can be placed, and
+/// loads nothing that the windows do not need. To be called before the application object exists.
+///
+/// A compositor with a layer shell is spoken to natively; without one, the panel could not be
+/// placed, so the X server is taken if there is any. What the user has set stays.
+void chooseDisplay();
+
+} // namespace tidewell

@@ -1,0 +1,88 @@
+#include "ui/placement/LayerSurface.h"
+
+#include "layer-shell.h"
+
+#include <QGuiApplication>
+#include <qpa/qplatformnativeinterface.h>
+
+#include <string_view>
+
+namespace tidewell {
+
+namespace {
+
+// Of the protocol: all four edges, and the keyboard for as long as the surface is shown.
+constexpr std::uint32_t everyEdge = 1 | 2 | 4 | 8;
+constexpr std::uint32_t wholeKeyboard = 1;
+
+// Of the protocol: beside what others reserve, or over it.
+constexpr std::int32_t besideBars = 0;
+constexpr std::int32_t overBars = -1;
+
+void bindShell(void* shell, wl_registry* registry, std::uint32_t name, const char* interface,
+               std::uint32_t /*version*/) {
+  if (std::string_view(interface) == "zwlr_layer_shell_v1") {
+    *static_cast<zwlr_layer_shell_v1**>(shell) = static_cast<zwlr_layer_shell_v1*>(
+        wl_registry_bind(registry, name, &zwlr_layer_shell_v1_interface, 1));
+  }
+}
+
+void forget(void* /*shell*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
+
+zwlr_layer_shell_v1* findShell() {
+  auto* const native = QGuiApplication::platformNativeInterface();
+  auto* const display =
+      native == nullptr ? nullptr
+                        : static_cast<wl_display*>(native->nativeResourceForIntegration("display"));
+  if (display == nullptr || QGuiApplication::platformName() != QLatin1String("wayland")) {
+    return nullptr;
+  }
+  zwlr_layer_shell_v1* shell = nullptr;
+  wl_registry* const registry = wl_display_get_registry(display);
+  static constexpr wl_registry_listener listener = {bindShell, forget};
+  wl_registry_add_listener(registry, &listener, &shell);
+  wl_display_roundtrip(display);
+  wl_registry_destroy(registry);
+  return shell;
+}
+
+/// The shell of the application's connection; looked for once.
+zwlr_layer_shell_v1* shell() {
+  static zwlr_layer_shell_v1* const found = findShell();
+  return found;
+}
+
+} // namespace
+
+bool LayerSurface::isSupported() { return shell() != nullptr; }
+
+LayerSurface::LayerSurface(wl_surface* surface) : m_surface(surface) {
+  m_layer = zwlr_layer_shell_v1_get_layer_surface(
+      shell(), surface, nullptr, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "tidewell");
+  static constexpr zwlr_layer_surface_v1_listener listener = {configure, close};
+  zwlr_layer_surface_v1_add_listener(m_layer, &listener, this);
+  zwlr_layer_surface_v1_set_anchor(m_layer, everyEdge);
+  zwlr_layer_surface_v1_set_exclusive_zone(m_layer, besideBars);
+  zwlr_layer_surface_v1_set_keyboard_interactivity(m_layer, wholeKeyboard);
+  wl_surface_commit(surface);
+}
+
+LayerSurface::~LayerSurface() { zwlr_layer_surface_v1_destroy(m_layer); }
+
+void LayerSurface::coverBars() {
+  zwlr_layer_surface_v1_set_exclusive_zone(m_layer, overBars);
+  wl_surface_commit(m_surface);
+}
+
+void LayerSurface::configure(void* self, zwlr_layer_surface_v1* surface, std::uint32_t serial,
+                             std::uint32_t width, std::uint32_t height) {
+  zwlr_layer_surface_v1_ack_configure(surface, serial);
+  Q_EMIT static_cast<LayerSurface*>(self)->configured(
+      QSize(static_cast<int>(width), static_cast<int>(height)));
+}
+
+void LayerSurface::close(void* self, zwlr_layer_surface_v1* /*surface*/) {
+  Q_EMIT static_cast<LayerSurface*>(self)->closed();
+}
+
+} // namespace tidewell

@@ -1,0 +1,80 @@
+#include "ui/placement/ToolPanelHost.h"
+
+#include "ui/placement/PanelFrame.h"
+#include "ui/placement/PanelPlacement.h"
+#include "ui/placement/ScreenPoint.h"
+
+#include <QCursor>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace tidewell {
+
+namespace {
+
+QList<ScreenScale> screens() {
+  QList<ScreenScale> found;
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    found.append({screen->geometry(), screen->devicePixelRatio()});
+  }
+  return found;
+}
+
+QScreen* screenOf(const QPoint& point) {
+  QScreen* const screen = QGuiApplication::screenAt(point);
+  return screen != nullptr ? screen : QGuiApplication::primaryScreen();
+}
+
+/// Where the pointer is, if that is on a bar, where the user has just clicked the item.
+std::optional<QPoint> pointerOnBar() {
+  const QPoint pointer = QCursor::pos();
+  if (screenOf(pointer)->availableGeometry().contains(pointer)) {
+    return std::nullopt;
+  }
+  return pointer;
+}
+
+} // namespace
+
+ToolPanelHost::ToolPanelHost()
+    : PanelHost(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
+  connect(&m_outsideClicks, &OutsideClicks::clicked, this,
+          [this] { dismiss(Dismissal::elsewhere); });
+}
+
+void ToolPanelHost::open(QWidget* content, std::optional<QPoint> point) {
+  setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
+  m_anchor = point ? fromHostPixels(*point, screens()) : pointerOnBar();
+  m_frame = new PanelFrame(content, this);
+  content->installEventFilter(this);
+  place();
+  show();
+  raise();
+  activateWindow();
+}
+
+void ToolPanelHost::place() {
+  const QScreen* const screen = screenOf(m_anchor.value_or(QCursor::pos()));
+  const QRect whole = screen->geometry();
+  const QRect workArea = screen->availableGeometry();
+  const QPoint anchor = m_anchor.value_or(likelyAnchor(whole, workArea));
+  const QSize size = m_frame->fit(panelRoom(whole, workArea).size());
+  setGeometry({panelPosition(anchor, size, whole, workArea), size});
+}
+
+bool ToolPanelHost::event(QEvent* event) {
+  if (event->type() == QEvent::WindowDeactivate) {
+    dismiss(Dismissal::elsewhere);
+  }
+  return PanelHost::event(event);
+}
+
+bool ToolPanelHost::eventFilter(QObject* watched, QEvent* event) {
+  if (m_frame != nullptr && watched == m_frame->widget() && event->type() == QEvent::Resize) {
+    place();
+  }
+  return PanelHost::eventFilter(watched, event);
+}
+
+} // namespace tidewell

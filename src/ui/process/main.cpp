@@ -1,0 +1,30 @@
+#include "ui/placement/DisplayChoice.h"
+#include "ui/process/WindowsApplication.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+
+namespace {
+
+/// What somebody asks who starts this program by hand: the window of the first word, else the panel.
+tidewell::WindowRequest requestOf(const QStringList& arguments) {
+  const std::string word = arguments.value(1, QStringLiteral("panel")).toStdString();
+  const auto request = tidewell::parseWindowRequest(word + " -");
+  return request.value_or(tidewell::WindowRequest{});
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+  tidewell::chooseDisplay();
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
+  const QApplication application(argumentCount, arguments);
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  tidewell::WindowsApplication windows(
+      QDBusConnection::sessionBus(), tidewell::residentProgram(tidewell::runningProgram()));
+  if (!tidewell::ResidentSocket::isThere()) {
+    windows.handle(requestOf(QApplication::arguments()));
+  }
+  return QApplication::exec();
+}

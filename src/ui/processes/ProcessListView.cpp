@@ -1,0 +1,96 @@
+#include "ui/processes/ProcessListView.h"
+
+#include "ui/components/TextLine.h"
+#include "ui/processes/ProcessListHeader.h"
+#include "ui/processes/ProcessRow.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int emptyPadding = 32;
+
+TextStyle emptyStyle() {
+  TextStyle style{TWFont::body(), TWColor::textTertiary()};
+  style.alignment = Qt::AlignHCenter;
+  return style;
+}
+
+} // namespace
+
+ProcessListView::ProcessListView(QWidget* parent)
+    : SpokenGroup(QAccessible::List, QStringLiteral("Active Processes"), parent),
+      m_header(new ProcessListHeader(this)), m_empty(new TextLine(emptyStyle(), this)) {
+  m_empty->setText(QStringLiteral("No active network processes"));
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(0, m_header->sizeHint().height(), 0, 0);
+  column->setSpacing(0);
+  auto* const frame = new QVBoxLayout;
+  frame->setContentsMargins(emptyPadding, 0, emptyPadding, 0);
+  frame->addWidget(m_empty);
+  column->addLayout(frame);
+  setProcesses({});
+}
+
+void ProcessListView::setProcesses(const std::vector<ProcessUsage>& processes) {
+  while (m_rows.size() < processes.size()) {
+    m_rows.push_back(new ProcessRow(m_rows.size(), this));
+    layout()->addWidget(m_rows.back());
+  }
+  for (std::size_t index = 0; index < m_rows.size(); ++index) {
+    if (index < processes.size()) {
+      m_rows[index]->setUsage(processes[index]);
+    }
+    m_rows[index]->setVisible(index < processes.size());
+  }
+  m_empty->setVisible(processes.empty());
+  const int edge = processes.empty() ? emptyPadding : 0;
+  layout()->setContentsMargins(0, m_header->sizeHint().height() + edge, 0, edge);
+  placeHeader();
+}
+
+std::vector<const ProcessRow*> ProcessListView::rows() const {
+  std::vector<const ProcessRow*> shown;
+  std::copy_if(m_rows.begin(), m_rows.end(), std::back_inserter(shown),
+               [](const ProcessRow* row) { return !row->isHidden(); });
+  return shown;
+}
+
+void ProcessListView::resizeEvent(QResizeEvent*) { placeHeader(); }
+
+void ProcessListView::showEvent(QShowEvent*) { watchScrolling(); }
+
+void ProcessListView::watchScrolling() {
+  if (m_viewport != nullptr) {
+    return;
+  }
+  for (QWidget* around = parentWidget(); around != nullptr; around = around->parentWidget()) {
+    if (auto* const area = qobject_cast<QScrollArea*>(around)) {
+      m_viewport = area->viewport();
+      connect(area->verticalScrollBar(), &QScrollBar::valueChanged, this,
+              &ProcessListView::placeHeader);
+      return;
+    }
+  }
+}
+
+int ProcessListView::scrolledAway() const {
+  return m_viewport == nullptr ? 0 : -mapTo(m_viewport, QPoint()).y();
+}
+
+void ProcessListView::placeHeader() {
+  const int headerHeight = m_header->sizeHint().height();
+  const int top = std::clamp(scrolledAway(), 0, std::max(0, height() - headerHeight));
+  m_header->setGeometry(0, top, width(), headerHeight);
+  m_header->raise();
+}
+
+} // namespace tidewell

@@ -1,0 +1,148 @@
+#include "ui/processes/ProcessRow.h"
+
+#include "ui/components/FittedText.h"
+#include "ui/components/ShownText.h"
+#include "ui/processes/ProcessColumns.h"
+#include "ui/processes/ProcessTexts.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int edgePadding = 10;
+constexpr int lineThickness = 1;
+constexpr int squareEdge = 24;
+constexpr double squareRadius = 6.0;
+constexpr double squareOpacity = 0.8;
+constexpr int squareSpacing = 10;
+constexpr int barHeight = 4;
+constexpr double barRadius = 2.0;
+constexpr double leastBar = 4.0;
+
+TextStyle nameStyle() { return {TWFont::body(), TWColor::text()}; }
+TextStyle identifierStyle() { return {TWFont::caption(), TWColor::textTertiary()}; }
+
+TextStyle initialStyle() {
+  static const QFont font = TWFont::standard(12, QFont::DemiBold);
+  TextStyle style{font, Qt::white};
+  style.alignment = Qt::AlignHCenter;
+  style.smallestPixelSize = 6;
+  return style;
+}
+
+TextStyle figureStyle() {
+  TextStyle style{TWFont::monoSmall(), TWColor::textSecondary()};
+  style.alignment = Qt::AlignRight;
+  style.smallestPixelSize = 9;
+  return style;
+}
+
+int contentHeight() {
+  return std::max(squareEdge, lineHeight(nameStyle()) + lineHeight(identifierStyle()));
+}
+
+// A line of the style, in the middle of the row's height.
+QRect centred(const QRect& column, const TextStyle& style) {
+  const int height = lineHeight(style);
+  return {column.left(), edgePadding + (contentHeight() - height) / 2, column.width(), height};
+}
+
+} // namespace
+
+ProcessRow::ProcessRow(std::size_t index, QWidget* parent)
+    : PaintedWidget(QAccessible::ListItem, parent), m_color(processBarColor(index)) {
+  setUsage({});
+}
+
+void ProcessRow::setUsage(const ProcessUsage& usage) {
+  if (usage == m_usage && !m_figures[0].isEmpty()) {
+    return;
+  }
+  m_usage = usage;
+  m_name = shownText(usage.name);
+  m_initial = initialOf(m_name);
+  m_figures = figuresOf(usage);
+  setSpoken(spokenUsage(usage));
+  updateToolTip();
+  update();
+}
+
+QSize ProcessRow::sizeHint() const {
+  return {0, contentHeight() + 2 * edgePadding + lineThickness};
+}
+
+QRect ProcessRow::track() const {
+  const QRect column = processColumnBox(processColumns.size() - 1, rect());
+  return {column.left(), edgePadding + (contentHeight() - barHeight) / 2, column.width(),
+          barHeight};
+}
+
+QRectF ProcessRow::bar() const {
+  QRectF filled = track();
+  filled.setWidth(std::max(leastBar, filled.width() * shareOf(m_usage)));
+  return filled;
+}
+
+QRect ProcessRow::nameBox() const {
+  const int lines = lineHeight(nameStyle()) + lineHeight(identifierStyle());
+  const QRect column = processColumnBox(0, rect());
+  return {column.left() + squareEdge + squareSpacing, edgePadding + (contentHeight() - lines) / 2,
+          std::max(0, column.width() - squareEdge - squareSpacing), lines};
+}
+
+void ProcessRow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
+                   TWColor::borderSubtle());
+  painter.setRenderHint(QPainter::Antialiasing);
+  paintProgram(painter);
+  paintFigures(painter);
+  paintBar(painter);
+}
+
+void ProcessRow::paintProgram(QPainter& painter) const {
+  const QRect square(0, edgePadding + (contentHeight() - squareEdge) / 2, squareEdge, squareEdge);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(withOpacity(m_color, squareOpacity));
+  painter.drawRoundedRect(square, squareRadius, squareRadius);
+  drawLine(painter, centred(square, initialStyle()), m_initial, initialStyle());
+
+  const QRect box = nameBox();
+  drawLine(painter, box, m_name, nameStyle());
+  drawLine(painter, box.adjusted(0, lineHeight(nameStyle()), 0, 0), identifierText(m_usage),
+           identifierStyle());
+}
+
+void ProcessRow::paintFigures(QPainter& painter) const {
+  for (std::size_t index = 0; index < m_figures.size(); ++index) {
+    drawLine(painter, centred(processColumnBox(index + 1, rect()), figureStyle()),
+             m_figures.at(index), figureStyle());
+  }
+}
+
+void ProcessRow::paintBar(QPainter& painter) const {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(TWColor::surface3());
+  painter.drawRoundedRect(track(), barRadius, barRadius);
+  painter.setBrush(m_color);
+  painter.drawRoundedRect(bar(), barRadius, barRadius);
+}
+
+void ProcessRow::resizeEvent(QResizeEvent*) { updateToolTip(); }
+
+void ProcessRow::updateToolTip() {
+  bool isCut = FittedText(m_name, nameStyle(), nameBox().width()).isCut;
+  for (std::size_t index = 0; index < m_figures.size(); ++index) {
+    const QRect column = processColumnBox(index + 1, rect());
+    isCut = isCut || FittedText(m_figures.at(index), figureStyle(), column.width()).isCut;
+  }
+  setToolTip(isCut ? toolTipText(accessibleName()) : QString());
+}
+
+} // namespace tidewell

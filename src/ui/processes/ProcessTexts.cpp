@@ -1,0 +1,42 @@
+#include "ui/processes/ProcessTexts.h"
+
+#include "ui/components/ShownText.h"
+
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tidewell {
+
+QString initialOf(const QString& name) {
+  // What a reader takes for one character may be several code points.
+  QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
+  const qsizetype end = characters.toNextBoundary();
+  return end > 0 ? name.left(end).toUpper() : QString();
+}
+
+QString identifierText(const ProcessUsage& usage) {
+  return QStringLiteral("PID ") + QString::fromStdString(std::to_string(usage.id));
+}
+
+std::array<QString, 3> figuresOf(const ProcessUsage& usage) {
+  return {QString::fromStdString(ProcessUsage::formatBytes(usage.downloadBytesPerSec)),
+          QString::fromStdString(ProcessUsage::formatBytes(usage.uploadBytesPerSec)),
+          QString::fromStdString(ProcessUsage::formatBytesTotal(usage.totalBytes))};
+}
+
+double shareOf(const ProcessUsage& usage) {
+  return std::isnan(usage.usagePercent) ? 0.0 : std::clamp(usage.usagePercent, 0.0, 1.0);
+}
+
+QString spokenUsage(const ProcessUsage& usage) {
+  const auto [download, upload, total] = figuresOf(usage);
+  const QString name = usage.name.empty() ? QStringLiteral("unnamed") : shownText(usage.name);
+  // Put together piece by piece: a name may hold what looks like a place to fill in.
+  return name + QStringLiteral(", ") + identifierText(usage) + QStringLiteral(", download ") +
+         download + QStringLiteral(", upload ") + upload + QStringLiteral(", total ") + total +
+         QStringLiteral(", usage ") + figureText(shareOf(usage) * 100.0, 0) + QStringLiteral(" %");
+}
+
+} // namespace tidewell

@@ -1,0 +1,109 @@
+#include "ui/settings/SettingsPage.h"
+
+#include "ui/components/ChoiceList.h"
+#include "ui/components/ScrollPane.h"
+#include "ui/components/TextLine.h"
+#include "ui/components/ToggleSwitch.h"
+#include "ui/settings/SettingRow.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int padding = 24;
+constexpr int titleSpacing = 20;
+constexpr int groupSpacing = 28;
+constexpr int headingSpacing = 12;
+constexpr double headingLetterSpacing = 1.5;
+
+TextStyle titleStyle() {
+  static const QFont font = TWFont::standard(16, QFont::DemiBold);
+  return {font, TWColor::text()};
+}
+
+TextStyle headingStyle() {
+  return {withLetterSpacing(TWFont::label(), headingLetterSpacing), TWColor::textTertiary()};
+}
+
+QString latin(std::string_view text) {
+  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+} // namespace
+
+SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, DefaultsStore& store)
+    : m_settings(settings), m_store(store), m_column(new QVBoxLayout) {
+  auto* const frame = new QVBoxLayout(this);
+  frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth, padding);
+  frame->setSpacing(0);
+  auto* const titleLine = new TextLine(titleStyle(), this, QAccessible::Heading);
+  titleLine->setText(latin(title));
+  frame->addWidget(titleLine);
+  frame->addSpacing(titleSpacing);
+  m_column->setSpacing(0);
+  frame->addLayout(m_column);
+  frame->addStretch();
+}
+
+void SettingsPage::settingGroup(const char* title) {
+  if (m_column->count() > 0) {
+    m_column->addSpacing(groupSpacing);
+  }
+  auto* const heading = new TextLine(headingStyle(), this, QAccessible::Heading);
+  heading->setText(latin(title).toUpper(), latin(title));
+  m_column->addWidget(heading);
+  m_column->addSpacing(headingSpacing);
+}
+
+void SettingsPage::settingToggle(const char* title, const char* description,
+                                 SettingBinding<bool> isOn) {
+  auto* const toggle = new ToggleSwitch(this);
+  const auto show = [this, toggle, isOn] {
+    const QSignalBlocker silent(toggle);
+    toggle->setChecked((m_settings.*isOn.read)());
+    toggle->update();
+  };
+  connect(toggle, &QAbstractButton::clicked, this, [this, isOn, show](bool value) {
+    (m_settings.*isOn.write)(value);
+    show(); // what is stored, which a store may refuse to change
+  });
+  addRow(title, description, toggle);
+  observe(isOn.key, show);
+}
+
+void SettingsPage::addPicker(const char* title, const char* description, std::string_view key,
+                             const Choices& choices) {
+  auto* const list = new ChoiceList(choices.labels, this);
+  const auto show = [list, selected = choices.selected] { list->setCurrentIndex(selected()); };
+  connect(list, &QComboBox::activated, this, [choose = choices.choose, show](int index) {
+    choose(index);
+    show();
+  });
+  addRow(title, description, list);
+  observe(key, show);
+}
+
+void SettingsPage::note(const char* text) {
+  auto* const line = new TextLine({TWFont::body(), TWColor::textTertiary()}, this);
+  line->setText(latin(text));
+  m_column->addWidget(line);
+}
+
+void SettingsPage::addRow(const char* title, const char* description, QWidget* control) {
+  m_column->addWidget(new SettingRow(latin(title), latin(description), control, this));
+}
+
+void SettingsPage::observe(std::string_view key, std::function<void()> show) {
+  show();
+  m_subscriptions.push_back(
+      m_store.observe(std::string(key), [show = std::move(show)](const auto&) { show(); }));
+}
+
+} // namespace tidewell

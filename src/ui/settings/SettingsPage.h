@@ -1,0 +1,81 @@
+#pragma once
+
+#include "base/Observers.h"
+#include "platform/DefaultsStore.h"
+#include "ui/settings/SettingBinding.h"
+
+#include <QString>
+#include <QWidget>
+
+#include <algorithm>
+#include <functional>
+#include <string_view>
+#include <vector>
+
+class QVBoxLayout;
+
+namespace tidewell {
+
+class ChoiceList;
+class ToggleSwitch;
+
+/// The content of one section: its title, and groups of settings below. Every control shows what is
+/// stored, whoever wrote it, and stores what the user chooses at once. Main thread.
+class SettingsPage : public QWidget {
+  Q_OBJECT
+
+public:
+  /// Borrows the preferences and the store that they are kept in.
+  SettingsPage(std::string_view title, AppSettings& settings, DefaultsStore& store);
+
+  /// Begins a group; what follows belongs to it.
+  void settingGroup(const char* title);
+
+  /// Adds a switch.
+  void settingToggle(const char* title, const char* description, SettingBinding<bool> isOn);
+
+  /// Adds a choice list. It shows no entry for a value that none of the options has.
+  template <class T>
+  void settingPicker(const char* title, const char* description, SettingBinding<T> selection,
+                     std::vector<SettingOption<T>> options) {
+    QStringList labels;
+    for (const auto& option : options) {
+      labels << QString::fromLatin1(option.label);
+    }
+    addPicker(title, description, selection.key,
+              {labels,
+               [this, selection, options] {
+                 const T value = (m_settings.*selection.read)();
+                 const auto found =
+                     std::find_if(options.begin(), options.end(),
+                                  [&](const auto& option) { return option.value == value; });
+                 return found == options.end() ? -1 : static_cast<int>(found - options.begin());
+               },
+               [this, selection, options](int index) {
+                 (m_settings.*selection.write)(options.at(static_cast<std::size_t>(index)).value);
+               }});
+  }
+
+  /// Adds a line of text alone.
+  void note(const char* text);
+
+private:
+  struct Choices {
+    QStringList labels;
+    std::function<int()> selected; // -1: none
+    std::function<void(int)> choose;
+  };
+
+  void addPicker(const char* title, const char* description, std::string_view key,
+                 const Choices& choices);
+  void addRow(const char* title, const char* description, QWidget* control);
+  void observe(std::string_view key, std::function<void()> show);
+
+  AppSettings& m_settings;
+  DefaultsStore& m_store;
+  QVBoxLayout* m_column;
+  // Ended before the controls go.
+  std::vector<Subscription> m_subscriptions;
+};
+
+} // namespace tidewell

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ui/components/icons/Icon.h"
+
+#include <array>
+#include <string_view>
+
+namespace tidewell {
+
+/// The parts of the settings.
+enum class SettingsSection { general, alerts, display, data, advanced };
+
+/// All of them, in the order of the sidebar.
+inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
+    SettingsSection::general, SettingsSection::alerts, SettingsSection::display,
+    SettingsSection::data, SettingsSection::advanced};
+
+/// The title: "General", "Alerts", "Display", "Data" or "Advanced".
+[[nodiscard]] std::string_view rawValue(SettingsSection section);
+
+/// The symbol beside the title in the sidebar.
+[[nodiscard]] Icon symbol(SettingsSection section);
+
+} // namespace tidewell

@@ -1,0 +1,53 @@
+#include "ui/settings/SettingsView.h"
+
+#include "ui/components/ScrollPane.h"
+#include "ui/settings/SettingsPage.h"
+#include "ui/settings/SettingsPages.h"
+#include "ui/settings/SettingsSidebar.h"
+#include "ui/tokens/TWColor.h"
+
+#include <QHBoxLayout>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <QStackedWidget>
+
+namespace tidewell {
+
+SettingsView::SettingsView(AppSettings& settings, DefaultsStore& store, QWidget* parent)
+    : QWidget(parent), m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
+  setWindowTitle(QStringLiteral("Tidewell \u2014 Settings"));
+  setAccessibleName(windowTitle());
+  setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMinimumSize(leastSize);
+  for (const Section section : allSettingsSections) {
+    const std::string_view title = rawValue(section);
+    m_pages->addWidget(new ScrollPane(
+        makeSettingsPage(section, settings, store),
+        QString::fromLatin1(title.data(), static_cast<qsizetype>(title.size())), m_pages));
+  }
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  row->addWidget(m_sidebar);
+  row->addWidget(m_pages, 1);
+  connect(m_sidebar, &SettingsSidebar::chosen, this, &SettingsView::select);
+  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
+          [this] { window()->close(); });
+  resize(defaultSize);
+  setFocus(); // nothing is marked before Tab has chosen something
+}
+
+SettingsView::~SettingsView() = default;
+
+void SettingsView::paintEvent(QPaintEvent* event) {
+  QPainter(this).fillRect(event->rect(), TWColor::surface());
+}
+
+void SettingsView::select(Section section) {
+  m_selectedSection = section;
+  m_pages->setCurrentIndex(static_cast<int>(section));
+}
+
+} // namespace tidewell

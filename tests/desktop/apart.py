@@ -1,0 +1,71 @@
+"""Runs the tests of a file in a network of their own: nothing leaves the machine."""
+
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "world"))
+
+from harness import world  # noqa: E402
+
+INSIDE = "TIDEWELL_DESKTOP_WORLD"
+
+# Some programs of a desktop refuse root. For them root is called by another number.
+_AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
+
+# What flows meanwhile, in bytes per second down and up, so that there is something to see.
+TRAFFIC = {"net": 1_530_000, "user": 124_000}
+
+
+def main(programs, as_user=False, traffic=True):
+    """Runs the calling file's tests, or skips them with the reason.
+
+    `programs` are needed; `as_user` is for what refuses root; `traffic` flows all the time, or is
+    left to the tests.
+    """
+    if INSIDE in os.environ:
+        unittest.main(verbosity=2)
+    missing = [program for program in programs if not shutil.which(program)]
+    reason = f"{', '.join(missing)} not installed" if missing else world.check()
+    if not reason and as_user and not _allows_another_number():
+        reason = "this machine forbids user namespaces"
+    if reason:
+        print(f"skipped: {reason}")
+        sys.exit(77)
+    sys.exit(_run_inside(_AS_USER if as_user else [], TRAFFIC if traffic else {}))
+
+
+def _allows_another_number():
+    return subprocess.run([*_AS_USER, "true"], capture_output=True).returncode == 0
+
+
+def send(children, traffic):
+    """Starts traffic, given in bytes per second by where it comes from: "net" or "user"."""
+    inside = [world.SCRIPT, "exec", os.environ[INSIDE]]
+    return [children.start([*inside, where, *_sender(where, rate)], dict(os.environ))
+            for where, rate in traffic.items()]
+
+
+def _sender(where, rate):
+    towards = world.USER if where == "net" else world.PROBED
+    return [world.tool("sender"), towards, world.DISCARD, str(rate), "86400", "1400"]
+
+
+def _run_inside(wrapper, traffic):
+    place = world.World()
+    senders = []
+    try:
+        place.do("delay", 14)
+        senders = [place.start(where, *_sender(where, rate), stdout=subprocess.DEVNULL)
+                   for where, rate in traffic.items()]
+        command = [*wrapper, sys.executable, *sys.argv]
+        environment = dict(os.environ, **{INSIDE: place.name})
+        return subprocess.run(place.command("user", *command), env=environment).returncode
+    finally:
+        for sender in senders:
+            sender.terminate()
+            sender.wait()
+        place.down()

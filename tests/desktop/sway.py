@@ -1,0 +1,82 @@
+"""A Wayland compositor without a screen: its pictures, its pointer, its keyboard, its clipboard."""
+
+import re
+import subprocess
+
+from children import wait_until
+from devices import Devices
+from picture import Picture
+
+PROGRAMS = ["sway", "grim", "wl-paste"]
+SESSION_TYPE = "wayland"
+
+_CONFIGURATION = """
+xwayland disable
+seat seat0 fallback true
+"""
+_OUTPUT = "output HEADLESS-{} resolution {}x{} position {} 0 background #20303c solid_color\n"
+
+_HEADLESS = {
+    "WLR_BACKENDS": "headless",
+    "WLR_RENDERER": "pixman",
+    "WLR_LIBINPUT_NO_DEVICES": "1",
+}
+
+# The compositor's own variable: how many screens there are. They stand side by side.
+SCREENS = "WLR_HEADLESS_OUTPUTS"
+
+_SOCKET = "wayland-1"
+
+
+class Display:
+    def __init__(self, session, screen):
+        self._session = session
+        self._width, self._height = map(int, screen.split("x")[:2])
+        self._devices = None
+
+    def start(self):
+        environment = self._session.environment
+        configuration = self._session.directory / "sway"
+        count = int(environment.get(SCREENS, "1"))
+        outputs = [_OUTPUT.format(index + 1, self._width, self._height, index * self._width)
+                   for index in range(count)]
+        configuration.write_text(_CONFIGURATION + "".join(outputs))
+        self._session.children.start(["sway", "--config", str(configuration)],
+                                     {**environment, **_HEADLESS})  # fmt: skip
+        environment["WAYLAND_DISPLAY"] = _SOCKET
+        socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
+        size = (count * self._width, self._height)
+        self._devices = wait_until(lambda: _connected(socket, *size), 10, "compositor")
+
+    def close(self):
+        if self._devices:
+            self._devices.close()
+
+    def move(self, x, y):
+        self._devices.move(x, y)
+
+    def click(self, x, y):
+        self._devices.click(x, y)
+
+    def press_escape(self):
+        self._devices.press_escape()
+
+    def copied(self):
+        """The clipboard's text, or None while it has none."""
+        return self._session.output(["wl-paste", "--no-newline"])
+
+    def take(self):
+        """What the screen shows now."""
+        shot = subprocess.run(["grim", "-t", "ppm", "-"], env=self._session.environment,
+                              capture_output=True, check=True).stdout  # fmt: skip
+        header = re.match(rb"P6\s(\d+)\s(\d+)\s255\s", shot)
+        if not header:
+            raise ValueError(f"unexpected picture: {shot[:20]!r}")
+        return Picture(int(header[1]), int(header[2]), shot[header.end() :])
+
+
+def _connected(socket, width, height):
+    try:
+        return Devices(socket, width, height)
+    except (FileNotFoundError, ConnectionRefusedError):
+        return None

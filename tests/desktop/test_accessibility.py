@@ -1,0 +1,77 @@
+#!/usr/bin/python3
+"""The panel and the windows as a screen reader finds them, in a real session."""
+
+import json
+import subprocess
+import sys
+from pathlib import Path
+
+import apart
+import bus
+import xfce
+from children import wait_until
+from desktopCase import DesktopCase
+
+ASSISTIVE = ["/usr/bin/python3", str(Path(__file__).resolve().parent / "assistive.py")]
+BUTTON = "push button"
+
+
+class Accessibility(DesktopCase):
+    DESKTOP = xfce
+    VARIABLES = {"NO_AT_BRIDGE": "0", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+
+    def look(self):
+        text = self.session.output([*ASSISTIVE, "look"]) or ""
+        return [json.loads(line) for line in text.splitlines()]
+
+    def names(self):
+        return [element["name"] for element in self.look()]
+
+    def press(self, name, role=BUTTON):
+        wait_until(lambda: subprocess.run([*ASSISTIVE, "press", role, name],
+                                          env=self.session.environment).returncode == 0,
+                   10, f"{role} {name}")
+
+    def wait_for(self, beginning):
+        return wait_until(lambda: next((name for name in self.names()
+                                        if name.startswith(beginning)), None), 10, beginning)
+
+    def get(self, name):
+        return bus.get(self.session.environment, bus.TIDEWELL, name)
+
+    def test_every_figure_of_the_panel_is_read(self):
+        self.open_panel()
+        wait_until(lambda: float(self.get("LatencyMs") or 0) > 0, 15, "latency")
+        for beginning in ("Upload", "Latency", "Jitter", "Packet Loss", "Bandwidth", "Network",
+                          "Interface", "Local IP", "Public IP", "DNS"):
+            self.wait_for(beginning)
+        self.assertRegex(self.wait_for("Latency"), r"^Latency \d+ ms$")
+        self.assertEqual(self.wait_for("Local IP"), "Local IP 192.168.1.2")
+        self.assertIn("Excellent", " ".join(self.names()))
+        graph = next(element for element in self.look() if element["name"].startswith("Bandwidth"))
+        for word in ("urrent", "verage", "eak"):
+            self.assertIn(word, graph["name"] + graph["description"])
+
+    def test_every_button_of_the_panel_is_pressed(self):
+        self.open_panel()
+        buttons = [element for element in self.look() if element["role"] == BUTTON]
+        self.assertEqual([button["name"] for button in buttons],
+                         ["Speed Test", "Copy IP", "Details", "Settings", "Quit"])
+        self.assertTrue(all(button["focusable"] and button["actions"] for button in buttons))
+        self.press("Copy IP")
+        wait_until(lambda: self.display.copied() == "192.168.1.2", 5, "address in the clipboard")
+        self.press("Speed Test")
+        wait_until(lambda: self.get("LastSpeedTest") not in (None, "array []")
+                   or self.get("SpeedTestIsRunning") == "true", 10, "speed test")
+        self.press("Details")
+        self.wait_for("Tidewell \u2014 Network Details")
+        bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
+        self.press("Settings")
+        self.wait_for("Tidewell \u2014 Settings")
+        bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
+        self.press("Quit")
+        self.assertEqual(self.resident.wait(5), 0)
+
+
+if __name__ == "__main__":
+    apart.main([*xfce.DISPLAY.PROGRAMS, "xfce4-panel", "xfwm4"])

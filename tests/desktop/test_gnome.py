@@ -1,0 +1,92 @@
+#!/usr/bin/python3
+"""The item, its menu and the panel in GNOME, where a click on an item opens its menu."""
+
+import time
+
+import apart
+import gnome
+from children import wait_until
+from desktopCase import DesktopCase
+from panelCases import PanelCases
+
+FIGURES = 4
+COMMANDS = ["Open", "Details", "Settings", "Speed Test", "Copy IP", "Quit"]
+
+# Lines of text are at least as high and as far apart, in pixels; what is thinner is a separator.
+LINE_HEIGHT, LINE_GAP = 5, 6
+# How much text stands out from the menu, of 255, and how far it is from the menu's sides.
+CONTRAST, SIDE = 40, 24
+
+DOUBLE_CLICK = 0.15
+
+
+class Gnome(PanelCases, DesktopCase):
+    DESKTOP = gnome
+
+    def open_menu(self):
+        self.display.click(*self.item.centre)
+        return self.steady(lambda: self.changes(self.room), "menu")
+
+    def lines(self, menu):
+        """Top and bottom of each line of text in the menu."""
+        middle = menu._replace(left=menu.left + SIDE, right=menu.right - SIDE)
+        shot = self.display.take().crop(middle)
+        ground = shot.commonest_colour(shot.box)[0]
+        written = [y for y in range(shot.height)
+                   if any(channel > ground + CONTRAST for channel in shot.row(y))]
+        lines = []
+        for y in written:
+            if lines and y - lines[-1][1] <= LINE_GAP:
+                lines[-1][1] = y
+            else:
+                lines.append([y, y])
+        return [(menu.top + top, menu.top + bottom) for top, bottom in lines
+                if bottom - top >= LINE_HEIGHT]
+
+    def choose(self, menu, command):
+        top, bottom = self.lines(menu)[FIGURES + COMMANDS.index(command)]
+        self.display.click(menu.centre[0], (top + bottom) // 2)
+
+    def ask_for_panel(self):
+        self.choose(self.open_menu(), "Open")
+
+    def test_a_click_opens_the_panel_beside_the_item_and_another_closes_it(self):
+        self.skipTest("a click opens the menu here")
+
+    def test_a_click_opens_the_menu_whose_figures_live(self):
+        menu = self.open_menu()
+        lines = self.lines(menu)
+        self.assertEqual(len(lines), FIGURES + len(COMMANDS))
+        self.save_picture("gnome-menu")
+        figures = menu._replace(top=lines[0][0], bottom=lines[FIGURES - 1][1])
+        first = self.display.take().crop(figures)
+        wait_until(lambda: self.display.take().crop(figures) != first, 10, "other figures")
+        self.display.press_escape()
+
+    def test_open_in_the_menu_opens_the_panel_beside_the_item_and_in_the_same_process(self):
+        windows = None
+        for _ in range(2):
+            box = self.open_panel()
+            self.assert_is_panel(box)
+            self.assert_beside_item(box)
+            self.save_picture()
+            windows = windows or self.windows()
+            self.assertEqual(self.windows(), windows)
+            self.display.press_escape()
+            self.assert_no_panel()
+
+    def test_a_double_click_on_the_item_opens_the_panel_and_no_menu(self):
+        self.display.click(*self.item.centre)
+        time.sleep(DOUBLE_CLICK)
+        self.display.click(*self.item.centre)
+        wait_until(self.windows, 5, "windows")
+        self.rest_pointer()
+        self.assert_is_panel(self.panel())
+
+    def test_quit_in_the_menu_ends_the_program(self):
+        self.choose(self.open_menu(), "Quit")
+        self.assertEqual(self.resident.wait(5), 0)
+
+
+if __name__ == "__main__":
+    apart.main([*gnome.DISPLAY.PROGRAMS, "gnome-shell"])

@@ -1,0 +1,141 @@
+#include "support/Panel.h"
+
+#include <gtest/gtest.h>
+
+#include <QtTest/QTest>
+
+namespace tidewell::test {
+namespace {
+
+class ActionsTest : public testing::Test, protected Panel {
+protected:
+  void setAddresses(const std::string& local, const std::string& publicAddress) {
+    monitor.connectionInfo.mutate([&](ConnectionInfo& info) {
+      info.ipAddress = local;
+      info.publicIP = publicAddress;
+    });
+  }
+};
+
+TEST_F(ActionsTest, AsksForWhatEachButtonSays) {
+  open();
+  for (int index = 0; index < 5; ++index) {
+    button(index).click();
+  }
+  EXPECT_EQ(calls.runSpeedTest, 1);
+  EXPECT_EQ(calls.copied.size(), 1U);
+  EXPECT_EQ(calls.openDetail, 1);
+  EXPECT_EQ(calls.openSettings, 1);
+  EXPECT_EQ(calls.quit, 1);
+}
+
+TEST_F(ActionsTest, StartsNoSecondSpeedTest) {
+  speedTest.isRunning.set(true);
+  open();
+  EXPECT_TRUE(button(0).isEnabled());
+  button(0).click();
+  EXPECT_EQ(calls.runSpeedTest, 0);
+  speedTest.isRunning.set(false);
+  button(0).click();
+  EXPECT_EQ(calls.runSpeedTest, 1);
+}
+
+TEST_F(ActionsTest, CopiesThePublicAddressElseTheLocalOne) {
+  open();
+  setAddresses("192.168.1.20", "203.0.113.77");
+  button(1).click();
+  setAddresses("192.168.1.20", "--");
+  button(1).click();
+  setAddresses("--", "--");
+  button(1).click();
+  setAddresses("192.168.1.20", "odd\n\xff text");
+  button(1).click();
+  EXPECT_EQ(calls.copied,
+            (std::vector<std::string>{"203.0.113.77", "192.168.1.20", "--", "odd\n\xff text"}));
+}
+
+TEST_F(ActionsTest, SaysForOneAndAHalfSecondsThatItCopied) {
+  open();
+  EXPECT_EQ(button(1).text(), "Copy IP");
+  EXPECT_EQ(button(1).face(), Icon::copy);
+  button(1).click();
+  EXPECT_TRUE(view->copiedIP());
+  EXPECT_EQ(button(1).text(), "Copied!");
+  EXPECT_EQ(button(1).face(), Icon::checkMark);
+  time.advance(1.4);
+  EXPECT_TRUE(view->copiedIP());
+  time.advance(0.1);
+  EXPECT_FALSE(view->copiedIP());
+  EXPECT_EQ(button(1).text(), "Copy IP");
+}
+
+TEST_F(ActionsTest, LetsTheFirstResetFireAtItsOwnTime) {
+  open();
+  button(1).click();
+  time.advance(1.0);
+  button(1).click();
+  EXPECT_EQ(calls.copied.size(), 2U);
+  time.advance(0.5);
+  EXPECT_FALSE(view->copiedIP());
+  time.advance(1.0);
+  EXPECT_FALSE(view->copiedIP());
+}
+
+TEST_F(ActionsTest, HasCopiedNothingWhenOpenedAgain) {
+  open();
+  button(1).click();
+  open();
+  EXPECT_FALSE(view->copiedIP());
+  EXPECT_EQ(button(1).text(), "Copy IP");
+  button(1).click();
+  time.advance(1.0);
+  EXPECT_TRUE(view->copiedIP());
+}
+
+TEST_F(ActionsTest, IsClosedWhileAResetIsStillToCome) {
+  open();
+  button(1).click();
+  view.reset();
+  time.advance(2.0);
+  sampler.currentDownloadBytesPerSec.set(5); // nobody listens any more
+  EXPECT_EQ(calls.copied.size(), 1U);
+}
+
+TEST_F(ActionsTest, PressesNothingBeforeAButtonIsChosen) {
+  open();
+  view->activateWindow();
+  settle();
+  QTest::keyClick(view->focusWidget() ? view->focusWidget() : view.get(), Qt::Key_Space);
+  EXPECT_EQ(calls.runSpeedTest, 0);
+}
+
+TEST_F(ActionsTest, ReachesEveryButtonInOrderWithTab) {
+  open();
+  view->activateWindow();
+  settle();
+  for (int index = 0; index < 5; ++index) {
+    QTest::keyClick(view->focusWidget() ? view->focusWidget() : view.get(), Qt::Key_Tab);
+    EXPECT_EQ(view->focusWidget(), &button(index)) << index;
+  }
+}
+
+TEST_F(ActionsTest, MovesBetweenButtonsWithTheArrows) {
+  open();
+  view->activateWindow();
+  settle();
+  button(0).setFocus();
+  QTest::keyClick(&button(0), Qt::Key_Right);
+  EXPECT_EQ(view->focusWidget(), &button(1));
+  QTest::keyClick(&button(1), Qt::Key_Left);
+  EXPECT_EQ(view->focusWidget(), &button(0));
+}
+
+TEST_F(ActionsTest, LeavesEscapeToItsWindow) {
+  open();
+  QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+  QCoreApplication::sendEvent(&button(2), &escape);
+  EXPECT_FALSE(escape.isAccepted());
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,23 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLocale>
+
+#include <ctime>
+
+// Everything that could make two machines draw differently is settled before Qt looks at it.
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("FONTCONFIG_FILE", TIDEWELL_FONTS);
+  qputenv("TZ", "UTC");
+  qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+  for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",
+                           "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME"}) {
+    qunsetenv(name);
+  }
+  ::tzset();
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+  const QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

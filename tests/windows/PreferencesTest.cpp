@@ -1,0 +1,60 @@
+#include "ui/process/Preferences.h"
+
+#include "settings/SettingsKeys.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+namespace tidewell::test {
+namespace {
+
+class WindowPreferencesTest : public testing::Test {
+protected:
+  WindowPreferencesTest() {
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(directory.path().string()));
+  }
+
+  TemporaryDirectory directory;
+};
+
+TEST_F(WindowPreferencesTest, ReachOtherWritersOfTheSameFile) {
+  Preferences preferences("/usr/bin/tidewell");
+  preferences.settings().setRefreshInterval(5.0);
+  QtQueue otherQueue;
+  const PreferencesFile other((directory.path() / "tidewell/preferences.toml").string(), otherQueue,
+                              qtWatch());
+  EXPECT_EQ(directDouble(other, settingsKeys::refreshInterval), 5.0);
+}
+
+TEST_F(WindowPreferencesTest, HearOfTheChangesOfOtherWriters) {
+  Preferences preferences("/usr/bin/tidewell");
+  double heard = 0.0;
+  const Subscription watch =
+      preferences.store().observe(std::string(settingsKeys::refreshInterval),
+                                  [&](const auto& value) { heard = asDouble(value).value_or(-1.0); });
+  writeInPlace(directory.path() / "tidewell/preferences.toml", "refreshInterval = 3.0\n");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 3.0; }, 10'000));
+  EXPECT_EQ(preferences.settings().refreshInterval(), 3.0);
+}
+
+TEST_F(WindowPreferencesTest, RegisterTheResidentAtLogin) {
+  Preferences preferences("/opt/tidewell/bin/tidewell");
+  preferences.settings().setLaunchAtLogin(true);
+  const auto entries = std::filesystem::directory_iterator(directory.path() / "autostart");
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+  preferences.settings().setLaunchAtLogin(false);
+  EXPECT_TRUE(std::filesystem::is_empty(directory.path() / "autostart"));
+}
+
+TEST_F(WindowPreferencesTest, KnowTheProgramThatTheyBelongTo) {
+  EXPECT_EQ(residentProgram("/usr/libexec/tidewell/tidewell-windows"), "/usr/bin/tidewell");
+  std::filesystem::create_directories(directory.path() / "src");
+  std::filesystem::copy_file("/bin/true", directory.path() / "src/tidewell");
+  const auto windows = directory.path() / "libexec/tidewell/tidewell-windows";
+  EXPECT_EQ(residentProgram(windows.string()), (directory.path() / "src/tidewell").string());
+}
+
+} // namespace
+} // namespace tidewell::test
