@@ -98,10 +98,10 @@ void BusFace::describeRequests() {
       return 0;
     });
   };
-  const auto window = [this](WindowRequest::Kind which, const char* name) {
-    return [this, which, name] {
-      m_object.emit("WindowRequested", [name](sd_bus_message& signal) {
-        return sd_bus_message_append(&signal, "s", name);
+  const auto window = [this](WindowRequest::Kind which, const char* word) {
+    return [this, which, word] {
+      m_object.emit("WindowRequested", [word](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "s", word);
       });
       m_actions.openWindow(which);
     };
