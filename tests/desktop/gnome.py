@@ -2,6 +2,7 @@
 
 from pathlib import Path
 
+import bus
 import settings
 import x11
 from children import wait_until
@@ -14,6 +15,8 @@ BAR, BAR_HEIGHT = "top", 32
 
 BACKGROUND = "#20303c"
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
+
+_SHELL = ("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell")
 
 _SETTINGS = f"""
 [org/gnome/shell]
@@ -40,13 +43,17 @@ def configure(config_home: Path):
 
 
 def arrive(session):
-    """Leaves the overview, in which the shell starts."""
+    """Leaves the overview, which the shell opens at the end of its start."""
     background = tuple(bytes.fromhex(BACKGROUND[1:]))
 
+    def is_in_overview():
+        return bus.get(session.environment, _SHELL, "OverviewActive") == "boolean true"
+
     def is_left():
-        if session.display.take().pixel(300, 300) == background:
-            return True
+        if not is_in_overview():
+            return session.display.take().pixel(300, 300) == background
         session.display.press_escape()
         return False
 
+    wait_until(is_in_overview, 20, "GNOME's overview")
     wait_until(is_left, 20, "GNOME's desktop")

@@ -50,8 +50,8 @@ class Gnome(PanelCases, DesktopCase):
     def ask_for_panel(self):
         self.choose(self.open_menu(), "Open")
 
-    def test_a_click_opens_the_panel_beside_the_item_and_another_closes_it(self):
-        self.skipTest("a click opens the menu here")
+    # A click opens the menu here.
+    test_a_click_opens_the_panel_beside_the_item_and_another_closes_it = None
 
     def test_a_click_opens_the_menu_whose_figures_live(self):
         menu = self.open_menu()
