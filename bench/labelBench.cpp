@@ -1,5 +1,5 @@
 #include "app/ItemTexts.h"
-#include "app/TextTile.h"
+#include "tile/TextTile.h"
 #include "connectivity/MonitorState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"

@@ -1,6 +1,6 @@
 #include "app/StatusItem.h"
 
-#include "app/TextTile.h"
+#include "tile/TextTile.h"
 #include "platform/linux/SessionBus.h"
 
 #include <cstdint>

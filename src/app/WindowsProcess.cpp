@@ -12,13 +12,10 @@ namespace {
 // A process that ends this often without the user asking for anything would do so for ever.
 constexpr int mostCrashes = 3;
 
-// One that has not even taken a request by then hangs: a cold start from a slow disk takes less.
-constexpr Seconds answerLimit = 10.0;
-
 } // namespace
 
-WindowsProcess::WindowsProcess(EventLoop& loop, std::string executable)
-    : m_loop(loop), m_executable(std::move(executable)) {}
+WindowsProcess::WindowsProcess(EventLoop& loop, std::string executable, Seconds answerLimit)
+    : m_loop(loop), m_executable(std::move(executable)), m_answerLimit(answerLimit) {}
 
 WindowsProcess::~WindowsProcess() {
   if (m_child) {
@@ -94,7 +91,7 @@ void WindowsProcess::restart() {
 void WindowsProcess::watchAnswer() {
   m_answerDue.reset();
   if (!m_unanswered.empty()) {
-    m_answerDue = m_loop.repeat(answerLimit, 0.0, [this] {
+    m_answerDue = m_loop.repeat(m_answerLimit, 0.0, [this] {
       if (m_child) {
         m_child->kill();
       }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Scheduler.h"
 #include "windows/WindowRequest.h"
 
 #include <deque>
@@ -12,15 +13,18 @@ namespace tidewell {
 
 class EventLoop;
 class SocketChild;
-class Timer;
 
 /// The windows' process as the resident sees it: started when something is asked of it, gone when
 /// it has nothing to show any more, started again with the same windows when it crashes. Main
 /// thread; never waits for it.
 class WindowsProcess {
 public:
+  /// How long a process may leave a request lying until it is taken for hung, and killed. A cold
+  /// start from a slow disk takes less.
+  static constexpr Seconds usualAnswerLimit = 10.0;
+
   /// Borrows the loop. `executable` is an absolute path; without such a program nothing is shown.
-  WindowsProcess(EventLoop& loop, std::string executable);
+  WindowsProcess(EventLoop& loop, std::string executable, Seconds answerLimit = usualAnswerLimit);
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
   /// Tells the process to end.
@@ -28,6 +32,9 @@ public:
 
   /// Asks something of the process, which is started if need be.
   void ask(const WindowRequest& request);
+
+  /// Whether there is a process now.
+  [[nodiscard]] bool isRunning() const { return m_child != nullptr; }
 
 private:
   [[nodiscard]] bool start();
@@ -38,6 +45,7 @@ private:
 
   EventLoop& m_loop;
   std::string m_executable;
+  Seconds m_answerLimit;
   std::unique_ptr<SocketChild> m_child;
   std::deque<WindowRequest> m_unanswered;                        // oldest first
   std::map<WindowRequest::Kind, WindowRequest> m_last;           // of each window

@@ -45,8 +45,9 @@ protected:
   void startResident() {
     shell = std::make_unique<ResidentShell>(
         loop, bus, ResidentSources{sampler, monitor, tracker, speedTest, settings, defaults},
-        BusFace::Actions{[this] { ++quits; }, [this] { ++foundAnother; },
-                         [this] { ++speedTests; }});
+        ResidentShell::Actions{
+            [this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
+            [this](const WindowRequest& request) { requests.push_back(request); }});
   }
   void startBoth() {
     startPanel();
@@ -66,6 +67,27 @@ protected:
     sampler.snapshots.mutate([&](SnapshotList& list) {
       list.push_back(std::make_shared<const NetworkSnapshot>(1.0, download, upload, 0.0, 0.0, 0.0));
     });
+  }
+  /// The menu's row of this label; 0 without one.
+  int rowOf(const std::string& label) {
+    for (int row = 1; row < 20; ++row) {
+      const auto reply =
+          panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
+            sd_bus_message_append(&call, "is", row, "label");
+          });
+      const char* text = nullptr;
+      if (reply && sd_bus_message_read(reply.get(), "v", "s", &text) > 0 && label == text) {
+        return row;
+      }
+    }
+    return 0;
+  }
+  void choose(const std::string& label, const char* event = "clicked") {
+    const int row = rowOf(label);
+    ASSERT_GT(row, 0) << label;
+    ASSERT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "isvu", row, event, "i", 0, 0);
+    }));
   }
   /// Until everything that was sent has arrived.
   void settle() {
@@ -87,6 +109,7 @@ protected:
   int quits = 0;
   int foundAnother = 0;
   int speedTests = 0;
+  std::vector<WindowRequest> requests;
   std::unique_ptr<ResidentShell> shell;
   std::unique_ptr<FakePanel> panel;
 };
@@ -276,14 +299,9 @@ TEST_F(ResidentShellTest, AnswersAGroupOfEventsWithTheUnknownOnes) {
 
 TEST_F(ResidentShellTest, QuitsFromItsMenuAndFromTheBus) {
   startBoth();
-  const int quitRow = 6;
-  ASSERT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
-    sd_bus_message_append(&call, "isvu", quitRow, "hovered", "i", 0, 0);
-  }));
+  choose("Quit", "hovered");
   EXPECT_EQ(quits, 0);
-  ASSERT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
-    sd_bus_message_append(&call, "isvu", quitRow, "clicked", "i", 0, 0);
-  }));
+  choose("Quit");
   EXPECT_EQ(quits, 1);
   ASSERT_TRUE(panel->call(face, faceInterface, "Quit"));
   EXPECT_EQ(quits, 2);
@@ -293,6 +311,65 @@ TEST_F(ResidentShellTest, RunsASpeedTestOnRequest) {
   startBoth();
   ASSERT_TRUE(panel->call(face, faceInterface, "RunSpeedTest"));
   EXPECT_EQ(speedTests, 1);
+  choose("Speed Test");
+  EXPECT_EQ(speedTests, 2);
+}
+
+TEST_F(ResidentShellTest, SaysInItsMenuThatASpeedTestRuns) {
+  startBoth();
+  speedTest.isRunning.set(true);
+  settle();
+  EXPECT_GT(rowOf("Testing..."), 0);
+  speedTest.isRunning.set(false);
+  settle();
+  EXPECT_GT(rowOf("Speed Test"), 0);
+}
+
+TEST_F(ResidentShellTest, AsksForThePanelWhereTheItemWasActivatedWithTheTokenOfThatClickAlone) {
+  startBoth();
+  const auto activate = [&](int x, int y) {
+    ASSERT_TRUE(panel->call(item, itemInterface, "Activate", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "ii", x, y);
+    }));
+  };
+  ASSERT_TRUE(panel->call(item, itemInterface, "ProvideXdgActivationToken",
+                          [](sd_bus_message& call) { sd_bus_message_append(&call, "s", "t1"); }));
+  activate(812, 16);
+  activate(-5, 2000);
+  using Request = WindowRequest;
+  EXPECT_EQ(requests, (std::vector<Request>{{Request::Kind::panel, "t1", Request::Point{812, 16}, {}},
+                                            {Request::Kind::panel, "", Request::Point{-5, 2000}, {}}}));
+}
+
+TEST_F(ResidentShellTest, AsksForWindowsFromItsMenuAndFromTheBus) {
+  startBoth();
+  for (const char* entry : {"Open", "Details", "Settings"}) {
+    choose(entry);
+  }
+  for (const char* method : {"OpenPanel", "OpenDetail", "OpenSettings"}) {
+    ASSERT_TRUE(panel->call(face, faceInterface, method));
+  }
+  using Kind = WindowRequest::Kind;
+  std::vector<Kind> kinds;
+  for (const WindowRequest& request : requests) {
+    kinds.push_back(request.kind);
+  }
+  EXPECT_EQ(kinds, (std::vector<Kind>{Kind::panel, Kind::detail, Kind::settings, Kind::panel,
+                                      Kind::detail, Kind::settings}));
+}
+
+TEST_F(ResidentShellTest, CopiesThePublicAddressAndTheLocalOneWhileThatIsNotKnown) {
+  startBoth();
+  ConnectionInfo info;
+  info.ipAddress = "192.168.1.20";
+  monitor.connectionInfo.set(info);
+  choose("Copy IP");
+  info.publicIP = "203.0.113.7";
+  monitor.connectionInfo.set(info);
+  choose("Copy IP");
+  ASSERT_EQ(requests.size(), 2U);
+  EXPECT_EQ(requests[0].text, "192.168.1.20");
+  EXPECT_EQ(requests[1].text, "203.0.113.7");
 }
 
 TEST_F(ResidentShellTest, PublishesConnectionProcessesAndSpeedTest) {
@@ -323,9 +400,10 @@ TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {
   SessionBus secondBus(loop, daemon.address());
   const ResidentShell second(
       loop, secondBus, ResidentSources{sampler, monitor, tracker, speedTest, settings, defaults},
-      BusFace::Actions{[] {}, [&] { ++secondFoundAnother; }, [] {}});
+      ResidentShell::Actions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
   EXPECT_TRUE(runUntil(loop, [&] { return secondFoundAnother == 1; }));
-  EXPECT_EQ(panel->signals["WindowRequested"], 1);
+  ASSERT_EQ(requests.size(), 1U);
+  EXPECT_EQ(requests[0].kind, WindowRequest::Kind::panel);
   EXPECT_EQ(foundAnother, 0);
 }
 

@@ -26,24 +26,27 @@ ROOMS = {
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
     "windows": ["base"],
+    "tile": ["base"],
     "helpers": ["base"],
-    "ui": ["base", "platform", "format", "settings", "windows"],
-    "app": ["base", "platform", "platform/linux", "format", "windows", *SERVICES],
+    # The process knows where the preferences lie; its windows do not.
+    "ui/process": ["base", "platform", "platform/linux", "format", "windows", "tile", "settings",
+                   "ui"],
+    "ui": ["base", "platform", "format", "windows", "tile", "settings"],
+    "app": ["base", "platform", "platform/linux", "format", "windows", "tile", *SERVICES],
 }
 
 # Single files beyond that, room -> files. Views show what services publish and start none: they see
 # the states, the values that these are made of, and the text forms of such values.
-VALUES = {
-    "ui": re.compile(
-        r"[a-z]+/([A-Za-z]+State|NetworkSnapshot|NetworkStatus|ConnectionInfo|ProcessUsage)\.h"
-    ),
-}
+_STATES = re.compile(
+    r"[a-z]+/([A-Za-z]+State|NetworkSnapshot|NetworkStatus|ConnectionInfo|ProcessUsage)\.h"
+)
+VALUES = {"ui": _STATES, "ui/process": _STATES}
 
 # What only some rooms may include of the world outside.
 OUTSIDE = {
     re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app"],
     re.compile(r"curl/|canberra"): ["helpers"],
-    re.compile(r"Q[A-Z]"): ["ui"],
+    re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/process"],
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)

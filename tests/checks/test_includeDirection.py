@@ -58,6 +58,13 @@ class IncludeDirection(unittest.TestCase):
         self.assertEqual(len(faults("sampling/A.cpp", "#include <libmnl/libmnl.h>")), 1)
         self.assertEqual(len(faults("app/A.cpp", "#include <QWidget>")), 1)
         self.assertEqual(len(faults("app/A.cpp", "#include <curl/curl.h>")), 1)
+        self.assertEqual(len(faults("app/A.cpp", "#include <xcb/xcb.h>")), 1)
+
+    def test_lets_only_the_windows_process_see_where_preferences_lie(self):
+        text = '#include "platform/linux/PreferencesFile.h"\n#include <QObject>'
+        self.assertEqual(faults("ui/process/A.cpp", text), [])
+        self.assertEqual(len(faults("ui/settings/A.cpp", text)), 1)
+        self.assertEqual(len(faults("ui/panel/A.cpp", '#include "ui/process/A.h"')), 1)
 
     def test_finds_files_outside_of_every_room(self):
         self.assertEqual(len(faults("misc/A.cpp", "")), 1)

@@ -57,6 +57,10 @@ class Children:
         self._processes.append(process)
         return process
 
+    def named(self, name):
+        """The process ids of all running descendants of that name, which the kernel cuts."""
+        return [pid for pid in _descendants() if _name(pid) == name[:15]]
+
     def end(self, process, seconds=3):
         """Asks a process to end, then makes it. Returns its exit status."""
         process.terminate()
@@ -87,6 +91,16 @@ def _descendants(pid="self"):
     except FileNotFoundError:
         return []
     return pids + [below for child in pids for below in _descendants(child)]
+
+
+def _name(pid):
+    """The name of a process; empty for one that has ended."""
+    try:
+        with open(f"/proc/{pid}/stat", "rb") as file:
+            name, _, rest = file.read().partition(b"(")[2].rpartition(b")")
+    except (FileNotFoundError, ProcessLookupError):
+        return ""
+    return "" if rest.split()[0] == b"Z" else name.decode(errors="replace")
 
 
 def _end_descendants(number, seconds):

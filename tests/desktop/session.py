@@ -1,33 +1,34 @@
-"""A private desktop on a machine without a display: X server, session bus, window manager, panel."""
+"""A private desktop on a machine without a display: display server, session bus, panel."""
 
 import os
 import shutil
 import signal
+import subprocess
 import tempfile
 from pathlib import Path
 
 import bus
 from children import Children, wait_until
 
-_BACKGROUND = "#20303c"
-
 
 class Session:
     """A `with` block with a desktop of its own, told apart by `environment`.
 
-    `desktop` is a module such as xfce. Nothing of the user's home or bus is touched, and nothing
-    is left behind. What the parts print is in the file `log`.
+    `desktop` is a module such as xfce, `variables` go into its environment. Nothing of the user's
+    home or bus is touched, and nothing is left behind. What the parts print is in the file `log`.
     """
 
-    def __init__(self, desktop, screen="1280x720x24"):
+    def __init__(self, desktop, screen="1280x720x24", **variables):
         self.desktop = desktop
         self.environment = {}
+        self.display = None
         self._screen = screen
+        self._variables = variables
         self._panel = None
 
     def __enter__(self):
-        self._directory = Path(tempfile.mkdtemp(prefix="tidewell-desktop."))
-        self.log = self._directory / "log"
+        self.directory = Path(tempfile.mkdtemp(prefix="tidewell-desktop."))
+        self.log = self.directory / "log"
         self._log_file = self.log.open("wb")
         self.children = Children(self._log_file).__enter__()
         try:
@@ -38,13 +39,20 @@ class Session:
         return self
 
     def __exit__(self, *_):
+        if self.display:
+            self.display.close()
         self.children.__exit__()
         self._log_file.close()
-        shutil.rmtree(self._directory, ignore_errors=True)
+        shutil.rmtree(self.directory, ignore_errors=True)
 
     def start(self, command, **options):
         """Starts a program of this desktop."""
         return self.children.start(command, self.environment, **options)
+
+    def output(self, command):
+        """What a program of this desktop prints, or None when it fails."""
+        done = subprocess.run(command, env=self.environment, text=True, capture_output=True)
+        return done.stdout if done.returncode == 0 else None
 
     def start_panel(self):
         """Starts the panel, and waits until it watches for items."""
@@ -60,15 +68,17 @@ class Session:
     def _start(self):
         self.environment = self._make_environment()
         self.desktop.configure(Path(self.environment["XDG_CONFIG_HOME"]))
-        self.environment["DISPLAY"] = self._start_x_server()
+        self.display = self.desktop.DISPLAY.Display(self, self._screen)
+        self.display.start()
         self._start_bus()
-        self.start(self.desktop.WINDOW_MANAGER)
-        self.start(["xsetroot", "-solid", _BACKGROUND, "-cursor_name", "left_ptr"]).wait()
+        for command in self.desktop.PROGRAMS:
+            self.start(command)
+        self.display.prepare()
         self.start_panel()
 
     def _make_environment(self):
         def home(name):
-            directory = self._directory / name
+            directory = self.directory / name
             directory.mkdir(mode=0o700)
             return str(directory)
 
@@ -81,26 +91,14 @@ class Session:
             "XDG_DATA_HOME": home("data"),
             "XDG_RUNTIME_DIR": home("run"),
             "XDG_CURRENT_DESKTOP": self.desktop.NAME,
-            "XDG_SESSION_TYPE": "x11",
-            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self._directory}/run/bus",
+            "XDG_SESSION_TYPE": self.desktop.DISPLAY.SESSION_TYPE,
+            "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.directory}/run/bus",
             "NO_AT_BRIDGE": "1",
             "GIO_USE_VFS": "local",
             # Its settings service would be one more thing to install.
-            "GSETTINGS_BACKEND": "memory",
+            "GSETTINGS_BACKEND": "keyfile",
+            **self._variables,
         }
-
-    def _start_x_server(self):
-        reading, writing = os.pipe()
-        self.start(
-            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp"],
-            pass_fds=[writing],
-        )
-        os.close(writing)
-        with open(reading) as answer:
-            number = answer.readline().strip()
-        if not number:
-            raise RuntimeError(f"no X server: {self.log.read_text(errors='replace')}")
-        return f":{number}"
 
     def _start_bus(self):
         address = self.environment["DBUS_SESSION_BUS_ADDRESS"]

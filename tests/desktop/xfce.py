@@ -2,9 +2,13 @@
 
 from pathlib import Path
 
+import x11
+
 NAME = "XFCE"
-WINDOW_MANAGER = ["openbox"]
+DISPLAY = x11
+PROGRAMS = [["xfwm4"]]
 PANEL = ["xfce4-panel", "--disable-wm-check"]
+BAR, BAR_HEIGHT = "top", 32
 
 _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">

@@ -100,6 +100,8 @@ void ResidentMirror::apply(const QVariantMap& values) {
   // The status follows from the sampler's values and from whether there is a connection, of which
   // the monitor's is the one that tells views.
   take<bool>(values, "IsConnected", [this](bool is) { m_state.sampler.isConnected = is; });
+  take<QString>(values, "MenubarText",
+                [this](const QString& text) { m_state.menubarText.set(text.toStdString()); });
   applyRates(values);
   applyConnection(values);
   applyResults(values);

@@ -6,6 +6,8 @@
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
 
+#include <string>
+
 namespace tidewell {
 
 /// What the resident publishes, as views see it. Main thread.
@@ -14,6 +16,8 @@ struct ResidentState {
   MonitorState monitor;
   TrackerState tracker;
   SpeedTestState speedTest;
+  /// The item's text.
+  Published<std::string> menubarText{std::string("↓-- ↑--")};
   /// Whether the resident runs; while it does not, the rest keeps its last values.
   Published<bool> isThere{true};
 };

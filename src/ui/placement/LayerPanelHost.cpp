@@ -47,7 +47,7 @@ void LayerPanelHost::open(QWidget* content, std::optional<QPoint> /*point*/) {
   create();
   m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()));
   connect(m_surface.get(), &LayerSurface::configured, this, &LayerPanelHost::configured);
-  connect(m_surface.get(), &LayerSurface::closed, this, &LayerPanelHost::dismiss);
+  connect(m_surface.get(), &LayerSurface::closed, this, [this] { dismiss(Dismissal::here); });
 }
 
 void LayerPanelHost::configured(const QSize& size) {
@@ -94,7 +94,7 @@ void LayerPanelHost::place() {
 
 void LayerPanelHost::mousePressEvent(QMouseEvent* event) {
   if (!m_content->geometry().contains(event->position().toPoint())) {
-    dismiss();
+    dismiss(Dismissal::here);
   }
 }
 

@@ -19,16 +19,16 @@ PanelHost::PanelHost(Qt::WindowFlags flags) : QWidget(nullptr, flags) {
   setWindowTitle(QStringLiteral("Tidewell"));
 }
 
-void PanelHost::dismiss() {
+void PanelHost::dismiss(Dismissal how) {
   if (isVisible()) {
     hide();
-    Q_EMIT dismissed();
+    Q_EMIT dismissed(how);
   }
 }
 
 void PanelHost::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Escape) {
-    dismiss();
+    dismiss(Dismissal::here);
   } else {
     QWidget::keyPressEvent(event);
   }

@@ -21,14 +21,20 @@ public:
   /// in the pixels of the item's host.
   virtual void open(QWidget* content, std::optional<QPoint> point) = 0;
 
+  /// How the user got rid of the window.
+  enum class Dismissal {
+    here,      ///< By a key or a click that the window itself was given.
+    elsewhere, ///< By turning to something else, which may be the item, whose click is to come.
+  };
+
 Q_SIGNALS:
   /// The user has turned away, and the window is hidden.
-  void dismissed();
+  void dismissed(tidewell::PanelHost::Dismissal how);
 
 protected:
   explicit PanelHost(Qt::WindowFlags flags);
 
-  void dismiss();
+  void dismiss(Dismissal how);
   void keyPressEvent(QKeyEvent* event) override;
 };
 

@@ -28,11 +28,13 @@ QScreen* screenOf(const QPoint& point) {
 } // namespace
 
 ToolPanelHost::ToolPanelHost()
-    : PanelHost(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {}
+    : PanelHost(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
+  connect(&m_outsideClicks, &OutsideClicks::clicked, this,
+          [this] { dismiss(Dismissal::elsewhere); });
+}
 
 void ToolPanelHost::open(QWidget* content, std::optional<QPoint> point) {
-  setAttribute(Qt::WA_TranslucentBackground,
-               content->testAttribute(Qt::WA_TranslucentBackground));
+  setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
   if (point) {
     m_anchor = fromHostPixels(*point, screens());
   }
@@ -58,7 +60,7 @@ void ToolPanelHost::place() {
 
 bool ToolPanelHost::event(QEvent* event) {
   if (event->type() == QEvent::WindowDeactivate) {
-    dismiss();
+    dismiss(Dismissal::elsewhere);
   }
   return PanelHost::event(event);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/placement/OutsideClicks.h"
 #include "ui/placement/PanelHost.h"
 
 namespace tidewell {
@@ -22,6 +23,7 @@ private:
 
   QWidget* m_content = nullptr;
   std::optional<QPoint> m_anchor;
+  OutsideClicks m_outsideClicks{*this};
 };
 
 } // namespace tidewell

@@ -10,7 +10,7 @@ namespace tidewell {
 
 namespace {
 
-// Within the room that every window leaves above its first line.
+// Within the room that the panel leaves above its first line.
 constexpr int noticeHeight = 20;
 constexpr int margin = 4;
 constexpr int radius = 6;
@@ -19,7 +19,8 @@ QString text() { return QStringLiteral("Tidewell has stopped. Waiting for it to 
 
 } // namespace
 
-AbsenceNotice::AbsenceNotice(Published<bool>& isThere, QWidget* window) : QWidget(window) {
+AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* window)
+    : QWidget(window), m_edge(edge) {
   setAccessibleName(text());
   setAttribute(Qt::WA_TransparentForMouseEvents);
   window->installEventFilter(this);
@@ -50,7 +51,9 @@ bool AbsenceNotice::eventFilter(QObject* watched, QEvent* event) {
 
 void AbsenceNotice::place() {
   const int inset = margin + radius;
-  setGeometry(inset, margin, parentWidget()->width() - 2 * inset, noticeHeight);
+  const int y =
+      m_edge == Edge::top ? margin : parentWidget()->height() - margin - noticeHeight;
+  setGeometry(inset, y, parentWidget()->width() - 2 * inset, noticeHeight);
 }
 
 } // namespace tidewell

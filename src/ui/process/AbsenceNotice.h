@@ -7,14 +7,17 @@
 
 namespace tidewell {
 
-/// Says at the top of a window that the resident does not run, for as long as it does not. Takes
+/// Says at an edge of a window that the resident does not run, for as long as it does not. Takes
 /// no room from what it lies on. Main thread.
 class AbsenceNotice final : public QWidget {
   Q_OBJECT
 
 public:
+  /// Where the window leaves room for it.
+  enum class Edge { top, bottom };
+
   /// Borrows what tells whether the resident runs.
-  AbsenceNotice(Published<bool>& isThere, QWidget* window);
+  AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* window);
 
 protected:
   void paintEvent(QPaintEvent* event) override;
@@ -23,6 +26,7 @@ protected:
 private:
   void place();
 
+  Edge m_edge;
   Subscription m_subscription;
 };
 

@@ -25,7 +25,7 @@ PanelController::~PanelController() = default;
 void PanelController::toggle(std::optional<QPoint> point) {
   if (isOpen()) {
     close();
-  } else if (!m_sinceDismissed.isValid() || m_sinceDismissed.hasExpired(sameClick.count())) {
+  } else if (!m_sinceLeft.isValid() || m_sinceLeft.hasExpired(sameClick.count())) {
     open(point);
   }
 }
@@ -35,14 +35,16 @@ void PanelController::open(std::optional<QPoint> point) {
     return;
   }
   m_host = PanelHost::make();
-  connect(m_host.get(), &PanelHost::dismissed, this, [this] {
-    m_sinceDismissed.start();
+  connect(m_host.get(), &PanelHost::dismissed, this, [this](PanelHost::Dismissal how) {
+    if (how == PanelHost::Dismissal::elsewhere) {
+      m_sinceLeft.start();
+    }
     close();
   });
   auto* const view = new PopoverView({m_state.sampler, m_state.monitor, m_state.speedTest},
                                      m_actions,
                                      hasCompositing() ? Backdrop::translucent : Backdrop::opaque);
-  new AbsenceNotice(m_state.isThere, view);
+  new AbsenceNotice(m_state.isThere, AbsenceNotice::Edge::top, view);
   m_host->open(view, point);
   Q_EMIT opened();
 }

@@ -39,7 +39,7 @@ private:
   ResidentState& m_state;
   PanelActions m_actions;
   std::unique_ptr<PanelHost> m_host;
-  QElapsedTimer m_sinceDismissed;
+  QElapsedTimer m_sinceLeft;
 };
 
 } // namespace tidewell

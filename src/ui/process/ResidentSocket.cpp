@@ -33,7 +33,9 @@ void ResidentSocket::read() {
       Q_EMIT requested(*request);
     }
     report({WindowReport::Kind::taken, {}});
-  } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+  } else if (size == 0 || (errno != EAGAIN && errno != EINTR && errno != ECONNRESET)) {
+    // A resident that ends without having read all reports resets the connection; its last words
+    // are there all the same, behind that error.
     m_readable.setEnabled(false);
     Q_EMIT closed();
   }

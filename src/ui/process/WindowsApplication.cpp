@@ -1,5 +1,10 @@
 #include "ui/process/WindowsApplication.h"
 
+#include "ui/detail/DetailWindowView.h"
+#include "ui/item/OwnItem.h"
+#include "ui/process/AbsenceNotice.h"
+#include "ui/settings/SettingsView.h"
+
 #include <QClipboard>
 #include <QDBusConnectionInterface>
 #include <QGuiApplication>
@@ -21,27 +26,18 @@ constexpr std::chrono::milliseconds valuesPatience(150);
 
 QString ownName() { return QStringLiteral("com.halden.Tidewell.Windows"); }
 
-void copy(const std::string& text) {
-  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-}
-
 } // namespace
 
-WindowsApplication::WindowsApplication(QDBusConnection bus)
-    : m_bus(std::move(bus)), m_mirror(m_bus), m_panel(m_mirror.state(), panelActions()) {
+WindowsApplication::WindowsApplication(QDBusConnection bus, const std::string& resident)
+    : m_bus(std::move(bus)), m_mirror(m_bus), m_preferences(resident),
+      m_panel(m_mirror.state(), panelActions()), m_detail([this] { return makeDetail(); }),
+      m_settings([this] { return makeSettings(); }) {
   m_idle.setSingleShot(true);
   m_idle.setInterval(idleLife);
   connect(&m_idle, &QTimer::timeout, this, &WindowsApplication::leaveIfUnused);
-  connect(&m_panel, &PanelController::opened, this,
-          [this] {
-            report(WindowReport::Kind::opened, Window::panel);
-            windowsChanged();
-          });
-  connect(&m_panel, &PanelController::closed, this,
-          [this] {
-            report(WindowReport::Kind::closed, Window::panel);
-            windowsChanged();
-          });
+  watch(m_panel, Window::panel);
+  watch(m_detail, Window::detail);
+  watch(m_settings, Window::settings);
   connect(&m_mirror, &ResidentMirror::known, this, &WindowsApplication::startWithValues);
   QTimer::singleShot(valuesPatience, this, &WindowsApplication::startWithValues);
   listen();
@@ -52,17 +48,35 @@ WindowsApplication::WindowsApplication(QDBusConnection bus)
 WindowsApplication::~WindowsApplication() = default;
 
 PanelActions WindowsApplication::panelActions() {
-  const auto show = [this](Window window) {
+  const auto show = [this](SingleWindow& window) {
     m_panel.close();
-    perform({window, {}, {}, {}});
+    window.show({});
   };
-  return {[show] { show(Window::detail); }, [show] { show(Window::settings); },
+  return {[this, show] { show(m_detail); }, [this, show] { show(m_settings); },
+          [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); }, [this] { quitAll(); },
+          [this](const std::string& text) { copy(text); }};
+}
+
+ItemCommands WindowsApplication::itemCommands() {
+  return {[this](std::optional<QPoint> point) { m_panel.toggle(point); },
+          [this] { m_detail.show({}); },
+          [this] { m_settings.show({}); },
           [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); },
-          [this] {
-            m_mirror.request(QStringLiteral("Quit"));
-            m_panel.close();
-          },
-          copy};
+          [this] { copy(addressToCopy(m_mirror.state().monitor.connectionInfo.get())); },
+          [this] { quitAll(); }};
+}
+
+QWidget* WindowsApplication::makeDetail() {
+  ResidentState& state = m_mirror.state();
+  auto* const view = new DetailWindowView(
+      {state.sampler, state.monitor, state.tracker, state.speedTest},
+      [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); });
+  new AbsenceNotice(state.isThere, AbsenceNotice::Edge::bottom, view);
+  return view;
+}
+
+QWidget* WindowsApplication::makeSettings() {
+  return new SettingsView(m_preferences.settings(), m_preferences.store());
 }
 
 void WindowsApplication::listen() {
@@ -72,7 +86,7 @@ void WindowsApplication::listen() {
   m_socket = std::make_unique<ResidentSocket>();
   connect(m_socket.get(), &ResidentSocket::requested, this, &WindowsApplication::handle);
   // Windows stay when the resident is gone: it may come back, and they say so until then.
-  connect(m_socket.get(), &ResidentSocket::closed, this, &WindowsApplication::windowsChanged);
+  connect(m_socket.get(), &ResidentSocket::closed, this, [this] { setItemShown(false); });
 }
 
 void WindowsApplication::becomeTheOnlyOne() {
@@ -114,29 +128,54 @@ void WindowsApplication::perform(const WindowRequest& request) {
   case Window::panel:
     m_panel.toggle(point);
     break;
+  case Window::detail:
+    m_detail.show(request.token);
+    break;
+  case Window::settings:
+    m_settings.show(request.token);
+    break;
   case Window::copy:
     copy(request.text);
-    windowsChanged();
+    break;
+  case Window::showItem:
+  case Window::hideItem:
+    setItemShown(request.kind == Window::showItem);
     break;
   case Window::quit:
     QCoreApplication::quit();
     break;
-  case Window::detail:
-  case Window::settings:
-  case Window::showItem:
-  case Window::hideItem:
-    break;
   }
 }
 
-void WindowsApplication::report(WindowReport::Kind kind, Window window) const {
-  if (m_socket) {
-    m_socket->report({kind, window});
-  }
+void WindowsApplication::copy(const std::string& text) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+  windowsChanged();
+}
+
+void WindowsApplication::quitAll() {
+  m_mirror.request(QStringLiteral("Quit"));
+  m_panel.close();
+}
+
+void WindowsApplication::setItemShown(bool isShown) {
+  m_item = isShown ? std::make_unique<OwnItem>(m_mirror.state().menubarText, itemCommands())
+                   : nullptr;
+  windowsChanged();
+}
+
+template <class Shown> void WindowsApplication::watch(Shown& shown, Window kind) {
+  const auto report = [this, kind](WindowReport::Kind what) {
+    if (m_socket) {
+      m_socket->report({what, kind});
+    }
+    windowsChanged();
+  };
+  connect(&shown, &Shown::opened, this, [report] { report(WindowReport::Kind::opened); });
+  connect(&shown, &Shown::closed, this, [report] { report(WindowReport::Kind::closed); });
 }
 
 void WindowsApplication::windowsChanged() {
-  if (m_panel.isOpen()) {
+  if (m_panel.isOpen() || m_detail.isOpen() || m_settings.isOpen() || m_item) {
     m_idle.stop();
   } else {
     m_idle.start();

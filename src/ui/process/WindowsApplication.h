@@ -1,8 +1,11 @@
 #pragma once
 
+#include "ui/item/ItemCommands.h"
 #include "ui/mirror/ResidentMirror.h"
 #include "ui/process/PanelController.h"
+#include "ui/process/Preferences.h"
 #include "ui/process/ResidentSocket.h"
+#include "ui/process/SingleWindow.h"
 
 #include <QObject>
 #include <QTimer>
@@ -12,13 +15,16 @@
 
 namespace tidewell {
 
+class OwnItem;
+
 /// The windows of one process: opens what is asked for and ends a while after the last one closed.
 /// Main thread.
 class WindowsApplication final : public QObject {
   Q_OBJECT
 
 public:
-  explicit WindowsApplication(QDBusConnection bus);
+  /// `resident` is the absolute path of the resident's program.
+  WindowsApplication(QDBusConnection bus, const std::string& resident);
   ~WindowsApplication() override;
 
   /// Does what is asked, as soon as the resident's values have arrived.
@@ -26,18 +32,28 @@ public:
 
 private:
   [[nodiscard]] PanelActions panelActions();
+  [[nodiscard]] ItemCommands itemCommands();
+  [[nodiscard]] QWidget* makeDetail();
+  [[nodiscard]] QWidget* makeSettings();
   void listen();
   void becomeTheOnlyOne();
   void startWithValues();
   void perform(const WindowRequest& request);
-  void report(WindowReport::Kind kind, WindowRequest::Kind window) const;
+  void copy(const std::string& text);
+  void quitAll();
+  void setItemShown(bool isShown);
+  template <class Shown> void watch(Shown& shown, WindowRequest::Kind kind);
   void windowsChanged();
   void leaveIfUnused();
 
   QDBusConnection m_bus;
   ResidentMirror m_mirror;
+  Preferences m_preferences;
   std::unique_ptr<ResidentSocket> m_socket; // none when started by hand
   PanelController m_panel;
+  SingleWindow m_detail;
+  SingleWindow m_settings;
+  std::unique_ptr<OwnItem> m_item;
   std::vector<WindowRequest> m_waiting; // for the resident's values
   bool m_isReady = false;
   QTimer m_idle;

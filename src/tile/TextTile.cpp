@@ -1,8 +1,8 @@
-#include "app/TextTile.h"
+#include "tile/TextTile.h"
 
-#include "app/GlyphSet.h"
-#include "app/TileCanvas.h"
-#include "app/TileWords.h"
+#include "tile/GlyphSet.h"
+#include "tile/TileCanvas.h"
+#include "tile/TileWords.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -143,7 +143,7 @@ void write(std::ostream& out, char** fontPaths) {
   Font medium(fontPaths[0]);
   Font bold(fontPaths[1]);
   const std::array<Font*, 2> fonts = {&medium, &bold};
-  out << "#include \"app/GlyphSet.h\"\n\n#include <array>\n\nnamespace tidewell {\n\nnamespace "
+  out << "#include \"tile/GlyphSet.h\"\n\n#include <array>\n\nnamespace tidewell {\n\nnamespace "
          "{\n\n";
   for (const Group& group : groupsToMake()) {
     writeGroup(out, group, *fonts.at(static_cast<std::size_t>(group.font)));

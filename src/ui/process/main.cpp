@@ -21,7 +21,8 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
-  tidewell::WindowsApplication windows(QDBusConnection::sessionBus());
+  tidewell::WindowsApplication windows(
+      QDBusConnection::sessionBus(), tidewell::residentProgram(tidewell::runningProgram()));
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));
   }

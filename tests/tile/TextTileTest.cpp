@@ -1,7 +1,7 @@
-#include "app/TextTile.h"
+#include "tile/TextTile.h"
 
 #include "app/ItemTexts.h"
-#include "app/TileWords.h"
+#include "tile/TileWords.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/GlyphSet.h"
+#include "tile/GlyphSet.h"
 
 #include <string_view>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "app/TileWords.h"
+#include "tile/TileWords.h"
 
 #include <array>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "app/TileCanvas.h"
+#include "tile/TileCanvas.h"
 
 #include <algorithm>
 #include <cmath>

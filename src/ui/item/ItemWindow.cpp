@@ -1,0 +1,74 @@
+#include "ui/item/ItemWindow.h"
+
+#include "ui/item/TilePicture.h"
+#include "ui/placement/PanelPlacement.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+#include <utility>
+
+namespace tidewell {
+
+ItemWindow::ItemWindow(QMenu& menu, Clicked clicked)
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      m_menu(menu), m_clicked(std::move(clicked)) {
+  setWindowTitle(QStringLiteral("Tidewell"));
+  setAttribute(Qt::WA_TranslucentBackground);
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setFocusPolicy(Qt::StrongFocus);
+}
+
+void ItemWindow::showText(const std::string& text) {
+  m_picture = widePicture(text);
+  // Drawn for screens of twice the density, which is the size of a panel's text on others.
+  m_picture.setDevicePixelRatio(2.0);
+  setAccessibleName(QStringLiteral("Tidewell ") + QString::fromStdString(text));
+  if (!isVisible()) {
+    const QRect workArea = screen()->availableGeometry();
+    setFixedSize(m_picture.deviceIndependentSize().toSize());
+    move(panelPosition(likelyAnchor(screen()->geometry(), workArea), size(), screen()->geometry(),
+                       workArea));
+    show();
+  }
+  update();
+}
+
+void ItemWindow::paintEvent(QPaintEvent*) { QPainter(this).drawPixmap(0, 0, m_picture); }
+
+void ItemWindow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    m_pressed = event->position().toPoint();
+  }
+}
+
+void ItemWindow::mouseMoveEvent(QMouseEvent* event) {
+  const auto distance = QApplication::startDragDistance();
+  if (m_pressed && (event->position().toPoint() - *m_pressed).manhattanLength() >= distance) {
+    m_pressed.reset();
+    windowHandle()->startSystemMove();
+  }
+}
+
+void ItemWindow::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton && std::exchange(m_pressed, std::nullopt)) {
+    m_clicked(geometry().center());
+  }
+}
+
+void ItemWindow::contextMenuEvent(QContextMenuEvent* event) { m_menu.popup(event->globalPos()); }
+
+void ItemWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Space) {
+    m_clicked(geometry().center());
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+} // namespace tidewell

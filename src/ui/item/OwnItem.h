@@ -1,0 +1,39 @@
+#pragma once
+
+#include "base/Observers.h"
+#include "base/Published.h"
+#include "ui/item/ItemCommands.h"
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+#include <memory>
+#include <string>
+
+namespace tidewell {
+
+class ItemWindow;
+
+/// The item where no panel takes one: an icon in an old-style tray, or a small window above all
+/// others where there is not even that. Main thread.
+class OwnItem {
+public:
+  /// Borrows the text.
+  OwnItem(Published<std::string>& text, ItemCommands commands);
+  OwnItem(const OwnItem&) = delete;
+  OwnItem& operator=(const OwnItem&) = delete;
+  ~OwnItem();
+
+private:
+  void fillMenu();
+  void showInTray();
+  void showText(const std::string& text);
+
+  ItemCommands m_commands;
+  QMenu m_menu;
+  std::unique_ptr<QSystemTrayIcon> m_icon;
+  std::unique_ptr<ItemWindow> m_window;
+  Subscription m_text;
+};
+
+} // namespace tidewell

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "base/Scheduler.h"
+#include "platform/linux/FileWatcher.h"
+
+#include <QObject>
+
+namespace tidewell {
+
+/// The application's event loop as the main queue. Main thread, except that any thread may post.
+/// Timers repeat from their last firing, which is good enough for windows.
+class QtQueue final : public WorkQueue {
+public:
+  void post(Task task) override;
+  void postAfter(Seconds delay, Task task) override;
+  [[nodiscard]] std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) override;
+  [[nodiscard]] bool isCurrent() const override;
+
+private:
+  QObject m_context; // what is posted goes with it
+};
+
+/// Watches descriptors for reading in the application's event loop.
+[[nodiscard]] WatchDescriptor qtWatch();
+
+} // namespace tidewell

@@ -1,0 +1,132 @@
+#include "app/WindowsProcess.h"
+
+#include "platform/linux/EventLoop.h"
+#include "support/LoopRunner.h"
+#include "support/StoredFile.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+
+#include <stdlib.h>
+
+namespace tidewell::test {
+namespace {
+
+using Kind = WindowRequest::Kind;
+
+class WindowsProcessTest : public testing::Test {
+protected:
+  void SetUp() override { ::setenv("TIDEWELL_FAKE_WINDOWS_LOG", log.c_str(), 1); }
+
+  void ask(Kind kind, const std::string& text = {}) { windows->ask({kind, {}, {}, text}); }
+
+  /// What the process was asked, over all its lives.
+  [[nodiscard]] std::vector<std::string> asked() const {
+    std::vector<std::string> lines;
+    std::ifstream file(log);
+    for (std::string line; std::getline(file, line);) {
+      lines.push_back(line);
+    }
+    return lines;
+  }
+  [[nodiscard]] auto timesAsked(const std::string& line) const {
+    const auto lines = asked();
+    return std::ranges::count(lines, line);
+  }
+  void waitFor(const std::string& line, int times = 1) {
+    const auto ticking = loop.repeat(0.0, 0.005, [] {});
+    EXPECT_TRUE(runUntil(loop, [&] { return timesAsked(line) >= times; })) << line;
+  }
+
+  TemporaryDirectory directory;
+  std::string log = (directory.path() / "log").string();
+  EventLoop loop;
+  std::unique_ptr<WindowsProcess> windows =
+      std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS);
+};
+
+TEST_F(WindowsProcessTest, PassesOnWhatIsAskedInOrder) {
+  ask(Kind::panel);
+  ask(Kind::detail);
+  ask(Kind::copy, "203.0.113.7");
+  waitFor("copy - 203.0.113.7");
+  EXPECT_EQ(asked(), (std::vector<std::string>{"panel -", "detail -", "copy - 203.0.113.7"}));
+}
+
+TEST_F(WindowsProcessTest, TellsTheProcessToEndWithTheProgram) {
+  ask(Kind::panel);
+  waitFor("panel -");
+  windows.reset();
+  waitFor("quit -");
+}
+
+TEST_F(WindowsProcessTest, OpensAgainWhatWasOpenInAProcessThatCrashed) {
+  ask(Kind::panel);
+  ask(Kind::detail);
+  ask(Kind::copy, "crash");
+  waitFor("detail -", 2);
+  EXPECT_EQ(timesAsked("panel -"), 2);
+  EXPECT_EQ(timesAsked("copy - crash"), 1) << "it was taken";
+}
+
+TEST_F(WindowsProcessTest, DoesNotOpenAgainWhatTheUserHadClosed) {
+  ask(Kind::panel);
+  ask(Kind::copy, "close");
+  ask(Kind::copy, "crash");
+  waitFor("copy - crash");
+  ask(Kind::detail);
+  waitFor("detail -");
+  EXPECT_EQ(timesAsked("panel -"), 1);
+}
+
+TEST_F(WindowsProcessTest, AsksAnewWhatWasOnItsWayWhenTheProcessLeft) {
+  ask(Kind::copy, "leave without taking it");
+  ASSERT_TRUE(runUntil(loop, [this] { return !windows->isRunning(); }));
+  EXPECT_EQ(timesAsked("copy - leave without taking it"), 4);
+}
+
+TEST_F(WindowsProcessTest, GivesUpOnAProcessThatOnlyCrashes) {
+  ask(Kind::panel);
+  ask(Kind::copy, "crash without taking it");
+  ASSERT_TRUE(runUntil(loop, [this] { return !windows->isRunning(); }));
+  EXPECT_EQ(timesAsked("panel -"), 4);
+  ask(Kind::detail);
+  waitFor("detail -");
+  EXPECT_EQ(timesAsked("panel -"), 4);
+}
+
+TEST_F(WindowsProcessTest, ForgetsTheWindowsOfAProcessThatLeftInOrder) {
+  ask(Kind::panel);
+  ask(Kind::copy, "leave");
+  waitFor("copy - leave");
+  ask(Kind::detail);
+  waitFor("detail -");
+  EXPECT_EQ(timesAsked("panel -"), 1);
+}
+
+TEST_F(WindowsProcessTest, KillsAProcessThatHangsAndStartsAnother) {
+  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, 0.2);
+  ask(Kind::panel);
+  ask(Kind::copy, "hang");
+  waitFor("panel -", 2);
+}
+
+TEST_F(WindowsProcessTest, DoesNothingWithoutTheProgram) {
+  windows = std::make_unique<WindowsProcess>(loop, (directory.path() / "none").string());
+  ask(Kind::panel);
+  ask(Kind::detail);
+  EXPECT_TRUE(asked().empty());
+}
+
+TEST_F(WindowsProcessTest, DoesNotStandInTheWayOfAProgramThatEndsWhileTheProcessHangs) {
+  ask(Kind::copy, "hang");
+  waitFor("copy - hang");
+  windows.reset();
+}
+
+} // namespace
+} // namespace tidewell::test

@@ -1,0 +1,77 @@
+"""An X server without a screen: its pictures, its pointer, its keyboard and its clipboard."""
+
+import os
+import struct
+import subprocess
+
+from picture import Picture
+
+PROGRAMS = ["Xvfb", "xdotool", "xsetroot", "xclip"]
+SESSION_TYPE = "x11"
+
+_BACKGROUND = "#20303c"
+
+# Of the file that the X server keeps its pixels in: lengths of header and of a colour map's entry,
+# and where the header names them, in 32-bit words.
+_HEADER_WORDS = 25
+_WIDTH, _HEIGHT, _LINE, _COLOURS = 4, 5, 12, 19
+_COLOUR_BYTES = 12
+
+
+class Display:
+    """Call `start`, then `prepare` when the window manager runs."""
+
+    def __init__(self, session, screen):
+        self._session = session
+        self._screen = screen
+        self._pixels = session.directory / "pixels"
+
+    def start(self):
+        self._pixels.mkdir()
+        reading, writing = os.pipe()
+        self._session.start(
+            ["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen, "-nolisten", "tcp",
+             "-fbdir", str(self._pixels)],
+            pass_fds=[writing],
+        )  # fmt: skip
+        os.close(writing)
+        with open(reading) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError(f"no X server: {self._session.log.read_text(errors='replace')}")
+        self._session.environment["DISPLAY"] = f":{number}"
+
+    def prepare(self):
+        self._run("xsetroot", "-solid", _BACKGROUND, "-cursor_name", "left_ptr")
+
+    def close(self):
+        pass
+
+    def move(self, x, y):
+        self._run("xdotool", "mousemove", str(x), str(y))
+
+    def click(self, x, y):
+        # The press comes a moment later, as a hand's does: some panels look where the pointer is.
+        self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", "1")
+
+    def press_escape(self):
+        self._run("xdotool", "key", "Escape")
+
+    def copied(self):
+        """The clipboard's text, or None while it has none."""
+        return self._session.output(["xclip", "-selection", "clipboard", "-out"])
+
+    def take(self):
+        """What the screen shows now."""
+        data = (self._pixels / "Xvfb_screen0").read_bytes()
+        header = struct.unpack_from(f">{_HEADER_WORDS}I", data)
+        width, height, line = header[_WIDTH], header[_HEIGHT], header[_LINE]
+        begin = header[0] + header[_COLOURS] * _COLOUR_BYTES
+        rows = b"".join(data[begin + y * line :][: 4 * width] for y in range(height))
+        pixels = bytearray(3 * width * height)
+        for channel in range(3):
+            pixels[channel::3] = rows[2 - channel :: 4]
+        return Picture(width, height, bytes(pixels))
+
+    def _run(self, *command):
+        subprocess.run(command, env=self._session.environment, check=True)
