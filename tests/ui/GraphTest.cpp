@@ -1,12 +1,17 @@
 #include "support/ImageComparison.h"
 #include "support/Panel.h"
+#include "ui/panel/CurvePainting.h"
 #include "ui/panel/GraphCurves.h"
 #include "ui/panel/GraphSummary.h"
 #include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>
 
+#include <QPainter>
+
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tidewell::test {
 namespace {
@@ -124,6 +129,69 @@ TEST(MiniGraphViewTest, DrawsTheDownloadThroughAndTheUploadInDashes) {
   const int dashes = columnsWhere(30, [](const QColor& pixel) { return pixel.blue() > 110; });
   EXPECT_GT(dashes, 110);
   EXPECT_LT(dashes, 175);
+}
+
+// What is drawn in pieces differs from what is drawn at once by no more than the joints.
+class CurvePaintingTest : public testing::Test {
+protected:
+  template <class F> static QImage drawn(F&& draw) {
+    QImage image(320, 80, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    draw(painter);
+    return image;
+  }
+  static QPolygonF waves() {
+    QPolygonF curve;
+    for (int index = 0; index < 300; ++index) {
+      curve << QPointF(10.0 + index * 299.0 / 300.0, 40.0 + 25.0 * std::sin(index / 9.0));
+    }
+    return curve;
+  }
+};
+
+TEST_F(CurvePaintingTest, FillsWithoutSeams) {
+  const QColor half(255, 255, 255, 128);
+  const QImage pieces = drawn([&](QPainter& p) { fillBelow(p, waves(), 75.0, half); });
+  const QImage whole = drawn([&](QPainter& p) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(half);
+    p.drawPolygon(waves() << QPointF(waves().last().x(), 75.0) << QPointF(10.0, 75.0));
+  });
+  EXPECT_EQ(difference(whole, pieces).pixels, 0);
+}
+
+TEST_F(CurvePaintingTest, CarriesDashesOnFromPieceToPiece) {
+  QPen pen(Qt::white, 1.5, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin);
+  pen.setDashPattern({2.0, 2.0});
+  const QImage pieces = drawn([&](QPainter& p) { drawCurve(p, waves(), pen); });
+  const QImage whole = drawn([&](QPainter& p) {
+    p.setPen(pen);
+    p.drawPolyline(waves());
+  });
+  EXPECT_LT(difference(whole, pieces).pixels, 60); // of some thousand; 29 joints
+  EXPECT_GT(difference(whole, drawn([](QPainter&) {})).pixels, 700);
+}
+
+TEST_F(CurvePaintingTest, LeavesNoGapsInALine) {
+  const QPen pen(Qt::white, 2.0, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin);
+  const QImage line = drawn([&](QPainter& p) { drawCurve(p, waves(), pen); });
+  for (int x = 12; x < 306; ++x) {
+    int brightest = 0;
+    for (int y = 0; y < line.height(); ++y) {
+      brightest = std::max(brightest, qRed(line.pixel(x, y)));
+    }
+    EXPECT_GT(brightest, 200) << x;
+  }
+}
+
+TEST_F(CurvePaintingTest, EndsWithOnePointOrNone) {
+  drawn([](QPainter& p) {
+    drawCurve(p, {}, QPen(Qt::white, 2.0));
+    drawCurve(p, {{5.0, 5.0}}, QPen(Qt::white, 2.0));
+    fillBelow(p, {{5.0, 5.0}}, 10.0, Qt::white);
+  });
 }
 
 TEST(GraphSummaryTest, TellsCurrentAverageAndPeakOfBothDirections) {

@@ -1,6 +1,7 @@
 #include "ui/panel/MiniGraphView.h"
 
 #include "ui/components/FittedText.h"
+#include "ui/panel/CurvePainting.h"
 #include "ui/panel/GraphCurves.h"
 #include "ui/panel/GraphSummary.h"
 #include "ui/tokens/TWColor.h"
@@ -43,19 +44,15 @@ TextStyle tagStyle() { return {TWFont::caption(), TWColor::textTertiary()}; }
 int headerHeight() { return lineHeight(tagStyle()) + 2 * tagEdgePadding; }
 
 QPen curvePen(const QColor& color, double width) {
-  // Round joins cost three times as much and look the same at this width.
+  // Round joins cost twice as much and look the same at this width.
   return {color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin};
 }
 
-void paintArea(QPainter& painter, const QPolygonF& curve, const QRectF& plot) {
+QBrush areaBrush(const QRectF& plot) {
   QLinearGradient fade(plot.topLeft(), plot.bottomLeft());
   fade.setColorAt(0.0, withOpacity(TWColor::green(), areaOpacity));
   fade.setColorAt(1.0, withOpacity(TWColor::green(), 0.0));
-  QPolygonF area = curve;
-  area << QPointF(curve.last().x(), plot.bottom()) << QPointF(curve.first().x(), plot.bottom());
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(fade);
-  painter.drawPolygon(area);
+  return fade;
 }
 
 void paintPoint(QPainter& painter, QPointF centre, const QColor& color, double radius) {
@@ -117,14 +114,11 @@ void MiniGraphView::paintChart(QPainter& painter) const {
     paintPoint(painter, curves.upload.first(), TWColor::cyan(), uploadWidth);
     return;
   }
-  paintArea(painter, curves.download, plot);
-  painter.setBrush(Qt::NoBrush);
-  painter.setPen(curvePen(TWColor::green(), downloadWidth));
-  painter.drawPolyline(curves.download);
+  fillBelow(painter, curves.download, plot.bottom(), areaBrush(plot));
+  drawCurve(painter, curves.download, curvePen(TWColor::green(), downloadWidth));
   QPen dashed = curvePen(TWColor::cyan(), uploadWidth);
   dashed.setDashPattern({dash / uploadWidth, dash / uploadWidth}); // in widths of the pen
-  painter.setPen(dashed);
-  painter.drawPolyline(curves.upload);
+  drawCurve(painter, curves.upload, dashed);
 }
 
 } // namespace tidewell

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,10 @@ namespace tidewell::test {
 struct Scene {
   std::string name;
   std::function<std::shared_ptr<QWidget>()> make;
+
+  friend std::ostream& operator<<(std::ostream& stream, const Scene& scene) {
+    return stream << scene.name;
+  }
 };
 
 [[nodiscard]] std::vector<Scene> componentScenes();
