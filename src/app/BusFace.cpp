@@ -98,12 +98,18 @@ void BusFace::describeRequests() {
       return 0;
     });
   };
-  const auto window = [this](WindowRequest::Kind which) {
-    return [this, which] { m_actions.openWindow(which); };
+  const auto window = [this](WindowRequest::Kind which, const char* name) {
+    return [this, which, name] {
+      m_object.emit("WindowRequested", [name](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "s", name);
+      });
+      m_actions.openWindow(which);
+    };
   };
-  request("OpenPanel", window(WindowRequest::Kind::panel));
-  request("OpenDetail", window(WindowRequest::Kind::detail));
-  request("OpenSettings", window(WindowRequest::Kind::settings));
+  m_object.signal("WindowRequested", "s");
+  request("OpenPanel", window(WindowRequest::Kind::panel, "panel"));
+  request("OpenDetail", window(WindowRequest::Kind::detail, "detail"));
+  request("OpenSettings", window(WindowRequest::Kind::settings, "settings"));
   request("RunSpeedTest", m_actions.runSpeedTest);
   request("Quit", m_actions.quit);
 }

@@ -28,8 +28,8 @@ public:
       if (const Ticks next = toPeriod(period); next > Ticks::zero()) {
         m_timer.start(milliseconds(period));
       }
-      const Task task = m_task; // which may destroy this timer
-      task();
+      const Task fire = m_task; // a copy: it may destroy this timer
+      fire();
     });
     m_timer.start(milliseconds(first));
   }
