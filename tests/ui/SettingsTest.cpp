@@ -114,6 +114,7 @@ TEST_F(SettingsTest, OffersFixedChoices) {
   EXPECT_EQ(entries("Slow Speed Warning"), (Texts{"5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"}));
   EXPECT_EQ(entries("High Latency Warning"), (Texts{"50 ms", "100 ms", "200 ms"}));
   EXPECT_EQ(entries("Keep History"), (Texts{"7 days", "30 days", "90 days", "1 year"}));
+  open(Section::data);
   EXPECT_EQ(list("Keep History").width(), 120);
 }
 

@@ -89,7 +89,7 @@ TEST_F(DetailAccessibilityTest, TellsWhichTabAndWhichRangeAreChosen) {
   for (int index = 0; index < 4; ++index) {
     EXPECT_EQ(bar->child(index)->role(), QAccessible::PageTab);
     EXPECT_EQ(bar->child(index)->text(QAccessible::Name), tabs().tabText(index));
-    EXPECT_EQ(bar->child(index)->state().selected, index == 1) << index;
+    EXPECT_EQ(bar->child(index)->state().focused, index == 1) << index;
   }
   open(0);
   auto* const range = QAccessible::queryAccessibleInterface(all<RangeButton>(0)[1]);
