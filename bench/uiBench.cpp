@@ -1,4 +1,6 @@
+#include "FilledDetails.h"
 #include "FilledPanel.h"
+#include "ui/detail/BandwidthChart.h"
 #include "ui/panel/MiniGraphView.h"
 
 #include <benchmark/benchmark.h>
@@ -47,6 +49,45 @@ void newSample(benchmark::State& state) {
   }
 }
 BENCHMARK(newSample)->Unit(benchmark::kMicrosecond);
+
+/// The chart of the details with 300 samples.
+void detailChartRepaint(benchmark::State& state) {
+  BandwidthChart chart;
+  chart.setSnapshots(bench::fullHistory());
+  chart.resize(632, chart.sizeHint().height());
+  paintAll(state, chart);
+}
+BENCHMARK(detailChartRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+/// A repaint of all of the details' first tab.
+void detailRepaint(benchmark::State& state) {
+  bench::FilledDetails details;
+  QCoreApplication::processEvents();
+  paintAll(state, details.view);
+}
+BENCHMARK(detailRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+/// What a sample costs in the details, before anything is painted.
+void newSampleInDetails(benchmark::State& state) {
+  bench::FilledDetails details;
+  const SnapshotList history = bench::fullHistory();
+  std::int64_t rate = 0;
+  for (auto _ : state) {
+    details.sampler.currentDownloadBytesPerSec.set(rate += 10'000);
+    details.sampler.snapshots.set(history);
+  }
+}
+BENCHMARK(newSampleInDetails)->Unit(benchmark::kMicrosecond);
+
+/// Making the details, up to their first picture.
+void firstPictureOfDetails(benchmark::State& state) {
+  for (auto _ : state) {
+    bench::FilledDetails details;
+    QImage image(details.view.size(), QImage::Format_ARGB32_Premultiplied);
+    details.view.render(&image, {}, {}, QWidget::DrawChildren);
+  }
+}
+BENCHMARK(firstPictureOfDetails)->Unit(benchmark::kMillisecond);
 
 /// Making a panel, up to its first picture.
 void firstPicture(benchmark::State& state) {

@@ -1,4 +1,5 @@
 #include "support/Panel.h"
+#include "support/ReadAloud.h"
 
 #include <gtest/gtest.h>
 
@@ -12,37 +13,6 @@
 
 namespace tidewell::test {
 namespace {
-
-struct Spoken {
-  QAccessible::Role role;
-  std::string name;
-
-  friend bool operator==(const Spoken&, const Spoken&) = default;
-};
-
-std::ostream& operator<<(std::ostream& stream, const Spoken& spoken) {
-  return stream << spoken.role << ' ' << spoken.name;
-}
-
-void collect(QAccessibleInterface& element, std::vector<Spoken>& all) {
-  if (element.state().invisible) {
-    return;
-  }
-  if (element.childCount() == 0) {
-    all.push_back({element.role(), element.text(QAccessible::Name).toStdString()});
-  }
-  for (int index = 0; index < element.childCount(); ++index) {
-    collect(*element.child(index), all);
-  }
-}
-
-// What a screen reader meets in the panel, in its order, the lines between sections aside.
-std::vector<Spoken> readAloud(QWidget& widget) {
-  std::vector<Spoken> all;
-  collect(*QAccessible::queryAccessibleInterface(&widget), all);
-  std::erase_if(all, [](const Spoken& spoken) { return spoken.role == QAccessible::Separator; });
-  return all;
-}
 
 class AccessibilityTest : public testing::Test, protected Panel {};
 

@@ -11,8 +11,10 @@ namespace {
 
 std::vector<Scene> scenes() {
   std::vector<Scene> all = componentScenes();
-  for (Scene& scene : panelScenes()) {
-    all.push_back(std::move(scene));
+  for (const auto& scenesOf : {panelScenes, detailScenes, settingsScenes}) {
+    for (Scene& scene : scenesOf()) {
+      all.push_back(std::move(scene));
+    }
   }
   return all;
 }

@@ -5,7 +5,10 @@
 namespace tidewell {
 
 ChoiceButton::ChoiceButton(const QString& text, QWidget* parent) : QRadioButton(text, parent) {
-  setFocusPolicy(Qt::TabFocus); // not by a click, which would leave its mark
+  // One stop for all of them. Not by a click, which would leave its mark.
+  setFocusPolicy(Qt::NoFocus);
+  connect(this, &QRadioButton::toggled, this,
+          [this](bool isChosen) { setFocusPolicy(isChosen ? Qt::TabFocus : Qt::NoFocus); });
   setAttribute(Qt::WA_Hover);
 }
 

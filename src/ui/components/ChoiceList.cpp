@@ -67,7 +67,7 @@ QSize ChoiceList::sizeHint() const {
   return {listWidth, lineHeight(textStyle()) + 2 * edgePadding};
 }
 
-void ChoiceList::paintEvent(QPaintEvent*) {
+void ChoiceList::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(TWColor::surface3(), 1.0));

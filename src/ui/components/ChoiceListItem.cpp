@@ -33,7 +33,8 @@ void ChoiceListItem::paint(QPainter* painter, const QStyleOptionViewItem& option
            index.data().toString(), style);
 }
 
-QSize ChoiceListItem::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+QSize ChoiceListItem::sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& /*index*/) const {
   return {0, option.fontMetrics.height() + 2 * edgePadding};
 }
 

@@ -45,7 +45,7 @@ ScrollPane::ScrollPane(QWidget* content, const QString& name, QWidget* parent)
   viewport()->setAutoFillBackground(false);
 }
 
-void ScrollPane::paintEvent(QPaintEvent*) {
+void ScrollPane::paintEvent(QPaintEvent* /*event*/) {
   if (hasFocus()) {
     QPainter painter(viewport());
     painter.setRenderHint(QPainter::Antialiasing);

@@ -6,7 +6,7 @@ namespace tidewell {
 
 namespace {
 
-QAccessibleInterface* makeGroup(const QString&, QObject* object) {
+QAccessibleInterface* makeGroup(const QString& /*className*/, QObject* object) {
   auto* const group = qobject_cast<SpokenGroup*>(object);
   return group ? new QAccessibleWidget(group, group->role()) : nullptr;
 }

@@ -40,7 +40,7 @@ QSize TextButton::sizeHint() const {
   return {textWidth + 2 * sidePadding, lineHeight(textStyle()) + 2 * edgePadding};
 }
 
-void TextButton::paintEvent(QPaintEvent*) {
+void TextButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QColor ground = TWColor::accentDim();

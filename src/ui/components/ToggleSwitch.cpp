@@ -27,7 +27,7 @@ QSize ToggleSwitch::sizeHint() const { return {trackWidth + 2 * margin, trackHei
 
 bool ToggleSwitch::hitButton(const QPoint& point) const { return rect().contains(point); }
 
-void ToggleSwitch::paintEvent(QPaintEvent*) {
+void ToggleSwitch::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   const QRectF track = QRectF(rect()).adjusted(margin, margin, -margin, -margin);

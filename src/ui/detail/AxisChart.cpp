@@ -35,7 +35,7 @@ QRectF AxisChart::plot() const {
 
 void AxisChart::setAxis(const ValueAxis& axis) { m_axis = axis; }
 
-void AxisChart::paintEvent(QPaintEvent*) {
+void AxisChart::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintGrid(painter);
   painter.setRenderHint(QPainter::Antialiasing);

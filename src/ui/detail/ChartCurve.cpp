@@ -1,6 +1,7 @@
 #include "ui/detail/ChartCurve.h"
 
 #include "ui/detail/ValueAxis.h"
+#include "ui/panel/CurvePainting.h"
 
 #include <QPen>
 
@@ -53,21 +54,14 @@ void ChartCurve::draw(QPainter& painter, const QColor& color, double width) cons
       painter.setBrush(color);
       painter.drawEllipse(piece.first(), 1.5 * width, 1.5 * width);
     } else {
-      // Round joins cost three times as much and look the same at these widths.
-      painter.setPen(QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
-      painter.setBrush(Qt::NoBrush);
-      painter.drawPolyline(piece);
+      drawCurve(painter, piece, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
     }
   }
 }
 
 void ChartCurve::fill(QPainter& painter, const QBrush& brush, const QRectF& plot) const {
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(brush);
   for (const QPolygonF& piece : m_pieces) {
-    QPolygonF area = piece;
-    area << QPointF(piece.last().x(), plot.bottom()) << QPointF(piece.first().x(), plot.bottom());
-    painter.drawPolygon(area);
+    fillBelow(painter, piece, plot.bottom(), brush);
   }
 }
 

@@ -45,7 +45,7 @@ void ChartStats::setSnapshots(const SnapshotList& snapshots) {
   m_cards[3]->setFigure(chartStatCard("Total", totalTransferred(snapshots)));
 }
 
-void ChartStats::resizeEvent(QResizeEvent*) {
+void ChartStats::resizeEvent(QResizeEvent* /*event*/) {
   layout()->activate();
   for (StatCell* card : m_cards) {
     QPainterPath shape;

@@ -47,7 +47,7 @@ QSize DetailTabBar::tabSizeHint(int index) const {
           edgePadding + lineHeight(titleStyle(true)) + barSpacing + barHeight};
 }
 
-void DetailTabBar::paintEvent(QPaintEvent*) {
+void DetailTabBar::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   for (int index = 0; index < count(); ++index) {

@@ -62,7 +62,7 @@ QRect DiagnosticRow::valueBox() const {
   return {left, top, std::max(0, width() - left), contentHeight()};
 }
 
-void DiagnosticRow::paintEvent(QPaintEvent*) {
+void DiagnosticRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
                    TWColor::borderSubtle());
@@ -70,7 +70,7 @@ void DiagnosticRow::paintEvent(QPaintEvent*) {
   drawLine(painter, valueBox(), m_value, valueStyle(m_color));
 }
 
-void DiagnosticRow::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void DiagnosticRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void DiagnosticRow::updateToolTip() {
   const bool isCut = FittedText(m_value, valueStyle({}), valueBox().width()).isCut;

@@ -17,8 +17,9 @@ namespace tidewell {
 
 DiagnosticsTab::DiagnosticsTab(DetailSources sources, std::function<void()> runSpeedTest,
                                const ViewTime& time, QWidget* parent)
-    : QWidget(parent), m_sources(sources), m_connection(new ConnectionGroup(this)),
-      m_performance(new PerformanceGroup(this)),
+    : QWidget(parent), m_sources(sources),
+      m_title(makeHeading(QStringLiteral("Network Diagnostics"), this)),
+      m_connection(new ConnectionGroup(this)), m_performance(new PerformanceGroup(this)),
       m_speedTest(new SpeedTestGroup(std::move(runSpeedTest), time, this)) {
   layOut();
   observe();
@@ -27,7 +28,7 @@ DiagnosticsTab::DiagnosticsTab(DetailSources sources, std::function<void()> runS
 void DiagnosticsTab::layOut() {
   auto* const column = new QVBoxLayout(this);
   column->setSpacing(0);
-  column->addWidget(makeHeading(QStringLiteral("Network Diagnostics"), this));
+  column->addWidget(m_title);
   column->addSpacing(detailGrid::headingSpacing);
   column->addWidget(m_connection);
   column->addSpacing(detailGrid::sectionSpacing);

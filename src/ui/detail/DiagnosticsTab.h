@@ -14,6 +14,7 @@ namespace tidewell {
 class ConnectionGroup;
 class PerformanceGroup;
 class SpeedTestGroup;
+class TextLine;
 
 /// The connection, how good it is, and the speed test. Main thread.
 class DiagnosticsTab final : public QWidget {
@@ -30,6 +31,7 @@ private:
 
   DetailSources m_sources;
   // Children, in reading order.
+  TextLine* m_title;
   ConnectionGroup* m_connection;
   PerformanceGroup* m_performance;
   SpeedTestGroup* m_speedTest;

@@ -18,11 +18,21 @@ QString hintText() {
 } // namespace
 
 HistoryTab::HistoryTab(SamplerState& sampler, QWidget* parent)
-    : QWidget(parent), m_hint(makeHint(hintText(), this)), m_content(new QWidget(this)),
-      m_chart(new LatencyChart(m_content)), m_readings(new RecentReadings(m_content)) {
+    : QWidget(parent), m_title(makeHeading(QStringLiteral("Speed History"), this)),
+      m_hint(makeHint(hintText(), this)), m_content(new QWidget(this)),
+      m_chartTitle(makeSubheading(QStringLiteral("Latency Over Time"), m_content)),
+      m_chart(new LatencyChart(m_content)),
+      m_readingsTitle(makeSubheading(QStringLiteral("Recent Readings"), m_content)),
+      m_readings(new RecentReadings(m_content)) {
+  layOut();
+  m_subscription = sampler.snapshots.subscribe(
+      [this](const SnapshotList& snapshots) { showSnapshots(snapshots); });
+}
+
+void HistoryTab::layOut() {
   auto* const column = new QVBoxLayout(this);
   column->setSpacing(detailGrid::headingSpacing);
-  column->addWidget(makeHeading(QStringLiteral("Speed History"), this));
+  column->addWidget(m_title);
   column->addWidget(m_hint);
   column->addWidget(m_content);
   column->addStretch();
@@ -30,16 +40,13 @@ HistoryTab::HistoryTab(SamplerState& sampler, QWidget* parent)
   auto* const content = new QVBoxLayout(m_content);
   content->setContentsMargins(0, 0, 0, 0);
   content->setSpacing(0);
-  content->addWidget(makeSubheading(QStringLiteral("Latency Over Time"), m_content));
+  content->addWidget(m_chartTitle);
   content->addSpacing(detailGrid::headingSpacing);
   content->addWidget(m_chart);
   content->addSpacing(detailGrid::sectionSpacing);
-  content->addWidget(makeSubheading(QStringLiteral("Recent Readings"), m_content));
+  content->addWidget(m_readingsTitle);
   content->addSpacing(detailGrid::headingSpacing);
   content->addWidget(m_readings);
-
-  m_subscription = sampler.snapshots.subscribe(
-      [this](const SnapshotList& snapshots) { showSnapshots(snapshots); });
 }
 
 void HistoryTab::showSnapshots(const SnapshotList& snapshots) {

@@ -20,12 +20,16 @@ public:
   explicit HistoryTab(SamplerState& sampler, QWidget* parent = nullptr);
 
 private:
+  void layOut();
   void showSnapshots(const SnapshotList& snapshots);
 
-  // Children; either the hint or the rest is shown.
+  // Children, in reading order; either the hint or the content is shown.
+  TextLine* m_title;
   TextLine* m_hint;
   QWidget* m_content;
+  TextLine* m_chartTitle;
   LatencyChart* m_chart;
+  TextLine* m_readingsTitle;
   RecentReadings* m_readings;
   Subscription m_subscription; // ended before the children go
 };

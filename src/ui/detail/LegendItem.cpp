@@ -32,7 +32,7 @@ LegendItem::LegendItem(QString label, QColor color, QWidget* parent)
   setSpoken(m_label);
 }
 
-void LegendItem::paintEvent(QPaintEvent*) {
+void LegendItem::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);

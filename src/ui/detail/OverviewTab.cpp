@@ -16,6 +16,7 @@ namespace tidewell {
 
 OverviewTab::OverviewTab(DetailSources sources, QWidget* parent)
     : QWidget(parent), m_bandwidth(new BandwidthSection(this)), m_stats(new ChartStats(this)),
+      m_programs(makeHeading(QStringLiteral("Active Processes"), this)),
       m_preview(new ProcessListView(this)) {
   layOut();
   observe(sources);
@@ -30,7 +31,7 @@ void OverviewTab::layOut() {
   column->addSpacing(detailGrid::sectionSpacing);
   column->addWidget(m_stats);
   column->addSpacing(detailGrid::sectionSpacing);
-  column->addWidget(makeHeading(QStringLiteral("Active Processes"), this));
+  column->addWidget(m_programs);
   column->addSpacing(detailGrid::headingSpacing);
   column->addWidget(m_preview);
   column->addStretch();

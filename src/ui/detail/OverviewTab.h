@@ -13,6 +13,7 @@ namespace tidewell {
 class BandwidthSection;
 class ChartStats;
 class ProcessListView;
+class TextLine;
 
 /// The chart, its figures and the busiest programs. Main thread.
 class OverviewTab final : public QWidget {
@@ -33,6 +34,7 @@ private:
   // Children, in reading order.
   BandwidthSection* m_bandwidth;
   ChartStats* m_stats;
+  TextLine* m_programs;
   ProcessListView* m_preview;
   // Ended before the children go.
   std::vector<Subscription> m_subscriptions;

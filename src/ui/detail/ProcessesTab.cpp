@@ -9,12 +9,12 @@
 namespace tidewell {
 
 ProcessesTab::ProcessesTab(TrackerState& tracker, QWidget* parent)
-    : QWidget(parent),
+    : QWidget(parent), m_title(makeHeading(QStringLiteral("Active Processes"), this)),
       m_empty(makeHint(QStringLiteral("No active network processes detected."), this)),
       m_list(new ProcessListView(this)) {
   auto* const column = new QVBoxLayout(this);
   column->setSpacing(detailGrid::headingSpacing);
-  column->addWidget(makeHeading(QStringLiteral("Active Processes"), this));
+  column->addWidget(m_title);
   column->addWidget(m_empty);
   column->addWidget(m_list);
   column->addStretch();

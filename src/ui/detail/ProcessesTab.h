@@ -21,7 +21,8 @@ public:
 private:
   void showProcesses(const std::vector<ProcessUsage>& processes);
 
-  // Children, of which one is shown.
+  // Children, in reading order; either the hint or the list is shown.
+  TextLine* m_title;
   TextLine* m_empty;
   ProcessListView* m_list;
   Subscription m_subscription; // ended before the children go

@@ -31,7 +31,7 @@ QSize RangeButton::sizeHint() const {
   return {textWidth + 2 * sidePadding, lineHeight(textStyle(false)) + 2 * edgePadding};
 }
 
-void RangeButton::paintEvent(QPaintEvent*) {
+void RangeButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);

@@ -56,7 +56,7 @@ void ReadingRow::setSnapshot(const NetworkSnapshot& snapshot) {
 
 QSize ReadingRow::sizeHint() const { return {0, lineHeight(columnStyle(0)) + 2 * edgePadding}; }
 
-void ReadingRow::paintEvent(QPaintEvent*) {
+void ReadingRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   int left = 0;
   for (std::size_t column = 0; column < columnWidths.size(); ++column) {

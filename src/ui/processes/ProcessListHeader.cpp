@@ -28,6 +28,7 @@ QString titleOf(const ProcessColumn& column) { return QString::fromLatin1(column
 ProcessListHeader::ProcessListHeader(QWidget* parent)
     : PaintedWidget(QAccessible::StaticText, parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   QStringList titles;
   for (const ProcessColumn& column : processColumns) {
     titles << titleOf(column);
@@ -39,7 +40,7 @@ QSize ProcessListHeader::sizeHint() const {
   return {0, lineHeight(titleStyle(Qt::AlignLeft)) + 2 * edgePadding + lineThickness};
 }
 
-void ProcessListHeader::paintEvent(QPaintEvent*) {
+void ProcessListHeader::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), TWColor::surface());
   painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),

@@ -28,22 +28,27 @@ TextStyle emptyStyle() {
 
 ProcessListView::ProcessListView(QWidget* parent)
     : SpokenGroup(QAccessible::List, QStringLiteral("Active Processes"), parent),
-      m_header(new ProcessListHeader(this)), m_empty(new TextLine(emptyStyle(), this)) {
+      m_header(new ProcessListHeader(this)), m_body(new QWidget(this)),
+      m_empty(new TextLine(emptyStyle(), m_body)) {
   m_empty->setText(QStringLiteral("No active network processes"));
+  layOut();
+  setProcesses({});
+}
+
+void ProcessListView::layOut() {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, m_header->sizeHint().height(), 0, 0);
-  column->setSpacing(0);
-  auto* const frame = new QVBoxLayout;
-  frame->setContentsMargins(emptyPadding, 0, emptyPadding, 0);
-  frame->addWidget(m_empty);
-  column->addLayout(frame);
-  setProcesses({});
+  column->addWidget(m_body);
+  auto* const rows = new QVBoxLayout(m_body);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->addWidget(m_empty);
 }
 
 void ProcessListView::setProcesses(const std::vector<ProcessUsage>& processes) {
   while (m_rows.size() < processes.size()) {
-    m_rows.push_back(new ProcessRow(m_rows.size(), this));
-    layout()->addWidget(m_rows.back());
+    m_rows.push_back(new ProcessRow(m_rows.size(), m_body));
+    m_body->layout()->addWidget(m_rows.back());
   }
   for (std::size_t index = 0; index < m_rows.size(); ++index) {
     if (index < processes.size()) {
@@ -52,8 +57,8 @@ void ProcessListView::setProcesses(const std::vector<ProcessUsage>& processes) {
     m_rows[index]->setVisible(index < processes.size());
   }
   m_empty->setVisible(processes.empty());
-  const int edge = processes.empty() ? emptyPadding : 0;
-  layout()->setContentsMargins(0, m_header->sizeHint().height() + edge, 0, edge);
+  const int padding = processes.empty() ? emptyPadding : 0;
+  m_body->layout()->setContentsMargins(padding, padding, padding, padding);
   placeHeader();
 }
 
@@ -64,9 +69,12 @@ std::vector<const ProcessRow*> ProcessListView::rows() const {
   return shown;
 }
 
-void ProcessListView::resizeEvent(QResizeEvent*) { placeHeader(); }
+void ProcessListView::resizeEvent(QResizeEvent* /*event*/) {
+  layout()->activate();
+  placeHeader();
+}
 
-void ProcessListView::showEvent(QShowEvent*) { watchScrolling(); }
+void ProcessListView::showEvent(QShowEvent* /*event*/) { watchScrolling(); }
 
 void ProcessListView::watchScrolling() {
   if (m_viewport != nullptr) {
@@ -90,7 +98,8 @@ void ProcessListView::placeHeader() {
   const int headerHeight = m_header->sizeHint().height();
   const int top = std::clamp(scrolledAway(), 0, std::max(0, height() - headerHeight));
   m_header->setGeometry(0, top, width(), headerHeight);
-  m_header->raise();
+  // The header comes before the rows for a reader, and so lies below them: they leave it out.
+  m_body->setMask(QRegion(m_body->rect()) - m_header->geometry().translated(-m_body->pos()));
 }
 
 } // namespace tidewell

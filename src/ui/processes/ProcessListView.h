@@ -31,11 +31,13 @@ protected:
 
 private:
   void watchScrolling();
+  void layOut();
   void placeHeader();
   [[nodiscard]] int scrolledAway() const;
 
   // Children.
   ProcessListHeader* m_header;
+  QWidget* m_body;
   TextLine* m_empty;
   std::vector<ProcessRow*> m_rows; // those not needed are hidden
   QWidget* m_viewport = nullptr;   // of the scroll area around, if there is one

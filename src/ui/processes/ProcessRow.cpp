@@ -57,6 +57,7 @@ QRect centred(const QRect& column, const TextStyle& style) {
 
 ProcessRow::ProcessRow(std::size_t index, QWidget* parent)
     : PaintedWidget(QAccessible::ListItem, parent), m_color(processBarColor(index)) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   setUsage({});
 }
 
@@ -96,7 +97,7 @@ QRect ProcessRow::nameBox() const {
           std::max(0, column.width() - squareEdge - squareSpacing), lines};
 }
 
-void ProcessRow::paintEvent(QPaintEvent*) {
+void ProcessRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
                    TWColor::borderSubtle());
@@ -134,7 +135,7 @@ void ProcessRow::paintBar(QPainter& painter) const {
   painter.drawRoundedRect(bar(), barRadius, barRadius);
 }
 
-void ProcessRow::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void ProcessRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void ProcessRow::updateToolTip() {
   bool isCut = FittedText(m_name, nameStyle(), nameBox().width()).isCut;

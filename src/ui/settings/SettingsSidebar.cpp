@@ -37,7 +37,7 @@ SettingsSidebar::SettingsSidebar(QWidget* parent)
   column->addStretch();
 }
 
-void SettingsSidebar::paintEvent(QPaintEvent*) {
+void SettingsSidebar::paintEvent(QPaintEvent* /*event*/) {
   QPainter(this).fillRect(QRect(width() - 1, 0, 1, height()), TWColor::borderSubtle());
 }
 

@@ -42,7 +42,7 @@ void SidebarEntry::paintGround(QPainter& painter) const {
   }
 }
 
-void SidebarEntry::paintEvent(QPaintEvent*) {
+void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   paintGround(painter);

@@ -109,11 +109,12 @@ std::shared_ptr<QWidget> spinner() {
 }
 
 std::shared_ptr<QWidget> icons() {
-  auto sheet = std::make_shared<Sheet>(QSize(139, 19));
+  auto sheet = std::make_shared<Sheet>(QSize(199, 19));
   sheet->paint = [](QPainter& painter) {
     int x = 4;
-    for (const Icon icon : {Icon::bolt, Icon::hourglass, Icon::copy, Icon::checkMark,
-                            Icon::barChart, Icon::gear, Icon::power}) {
+    for (const Icon icon :
+         {Icon::bolt, Icon::hourglass, Icon::copy, Icon::checkMark, Icon::barChart, Icon::gear,
+          Icon::power, Icon::bell, Icon::drive, Icon::link}) {
       drawIcon(painter, icon, QPointF(x, 4.0), TWColor::text());
       x += 20;
     }

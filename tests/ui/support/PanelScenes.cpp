@@ -1,7 +1,7 @@
+#include "Evening.h"
 #include "Panel.h"
 #include "Scene.h"
 
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -10,22 +10,6 @@ namespace tidewell::test {
 namespace {
 
 constexpr std::int64_t enormous = std::int64_t{1} << 62;
-
-// Five minutes of an ordinary evening: a calm floor, two downloads, some noise. A fixed formula, so
-// that it is the same everywhere.
-SnapshotList evening(int count) {
-  SnapshotList list;
-  for (int index = 0; index < count; ++index) {
-    const double noise = 0.5 + 0.5 * std::sin(index * 12.9898) * std::cos(index * 4.1414);
-    const bool isBusy = (index > 60 && index < 130) || index > 240;
-    const double down = (isBusy ? 7.2e6 : 0.9e6) + 1.6e6 * noise;
-    const double up = 0.7e6 + 0.9e6 * noise * noise + (index % 50 < 8 ? 1.1e6 : 0.0);
-    list.push_back(std::make_shared<const NetworkSnapshot>(
-        1.7e9 + 2.0 * index, static_cast<std::int64_t>(down), static_cast<std::int64_t>(up), 18.0,
-        1.4, 0.0));
-  }
-  return list;
-}
 
 void fill(Panel& panel) {
   panel.sampler.currentDownloadBytesPerSec.set(8'412'000);

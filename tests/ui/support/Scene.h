@@ -22,5 +22,7 @@ struct Scene {
 
 [[nodiscard]] std::vector<Scene> componentScenes();
 [[nodiscard]] std::vector<Scene> panelScenes();
+[[nodiscard]] std::vector<Scene> detailScenes();
+[[nodiscard]] std::vector<Scene> settingsScenes();
 
 } // namespace tidewell::test

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "FilledPanel.h"
+#include "processes/TrackerState.h"
+#include "ui/detail/DetailWindowView.h"
+
+#include <string>
+#include <vector>
+
+namespace tidewell::bench {
+
+/// As many programs as the tracker publishes.
+inline std::vector<ProcessUsage> busyPrograms() {
+  std::vector<ProcessUsage> list;
+  for (std::int32_t index = 0; index < 10; ++index) {
+    list.push_back({1000 + index, "program " + std::to_string(index), 4'000'000 / (index + 1),
+                    400'000 / (index + 1), 1'000'000'000 / (index + 1), 0.4 / (index + 1)});
+  }
+  return list;
+}
+
+/// The details with everything in them that they can show.
+struct FilledDetails {
+  SamplerState sampler;
+  MonitorState monitor;
+  TrackerState tracker;
+  SpeedTestState speedTest;
+  DetailWindowView view{{sampler, monitor, tracker, speedTest}, [] {}};
+
+  FilledDetails() {
+    sampler.currentDownloadBytesPerSec.set(8'412'000);
+    sampler.snapshots.set(fullHistory());
+    tracker.processes.set(busyPrograms());
+    speedTest.lastResult.set(SpeedTestResult{1.7e9, 245.6, 19.2, 812});
+    view.show();
+  }
+};
+
+} // namespace tidewell::bench

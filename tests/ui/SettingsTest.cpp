@@ -1,0 +1,273 @@
+#include "support/Preferences.h"
+#include "ui/components/ScrollPane.h"
+#include "ui/components/TextLine.h"
+
+#include <gtest/gtest.h>
+
+#include <QStackedWidget>
+#include <QWheelEvent>
+#include <QtTest/QTest>
+
+#include <limits>
+
+namespace tidewell::test {
+namespace {
+
+using Section = SettingsSection;
+using Texts = std::vector<std::string>;
+
+class SettingsTest : public testing::Test, protected Preferences {
+protected:
+  // The texts of the section shown, top to bottom.
+  [[nodiscard]] Texts lines() const {
+    Texts texts;
+    for (const TextLine* line :
+         view->findChild<QStackedWidget*>()->currentWidget()->findChildren<TextLine*>()) {
+      texts.push_back(line->text().toStdString());
+    }
+    return texts;
+  }
+  // As the user does it: opens the list and takes an entry.
+  void choose(const QString& title, const QString& entry) {
+    ChoiceList& choices = list(title);
+    choices.setCurrentIndex(choices.findText(entry));
+    Q_EMIT choices.activated(choices.currentIndex());
+  }
+  [[nodiscard]] std::vector<std::string> entries(const QString& title) const {
+    std::vector<std::string> texts;
+    for (int index = 0; index < list(title).count(); ++index) {
+      texts.push_back(list(title).itemText(index).toStdString());
+    }
+    return texts;
+  }
+  template <class T> [[nodiscard]] T stored(std::string_view key) const {
+    return std::get<T>(store.value(key).value());
+  }
+};
+
+TEST_F(SettingsTest, BeginsWithTheFirstSection) {
+  open();
+  entry(Section::data).click();
+  open();
+  EXPECT_EQ(view->selectedSection(), Section::general);
+  EXPECT_EQ(view->windowTitle(), QString::fromUtf8("Tidewell \u2014 Settings"));
+}
+
+TEST_F(SettingsTest, ListsItsSections) {
+  open();
+  Texts titles;
+  for (const SidebarEntry* found : view->findChildren<SidebarEntry*>()) {
+    titles.push_back(found->text().toStdString());
+  }
+  EXPECT_EQ(titles, (Texts{"General", "Alerts", "Display", "Data", "Advanced"}));
+  const QWidget* const sidebar = entry(Section::general).parentWidget();
+  EXPECT_EQ(sidebar->width(), 160);
+  EXPECT_EQ(entry(Section::general).geometry().topLeft(), QPoint(8, 8));
+  EXPECT_EQ(entry(Section::general).width(), 144);
+  EXPECT_EQ(entry(Section::alerts).y() - entry(Section::general).geometry().bottom(), 3);
+}
+
+TEST_F(SettingsTest, ShowsTheSectionThatIsClicked) {
+  for (const Section section : allSettingsSections) {
+    open(section);
+    EXPECT_EQ(view->selectedSection(), section);
+    EXPECT_EQ(lines().front(), rawValue(section));
+    EXPECT_TRUE(entry(section).isChecked());
+  }
+}
+
+TEST_F(SettingsTest, SaysWhatEachSettingIsFor) {
+  open(Section::general);
+  EXPECT_EQ(
+      lines(),
+      (Texts{"General", "MONITORING", "Launch at Login", "Start Tidewell when you log in",
+             "Check for Updates", "Automatically check on launch", "Refresh Interval",
+             "How often to sample network speed", "Monitor Interface", "Network interface to track",
+             "Track Per-Process", "Monitor bandwidth per application"}));
+  open(Section::alerts);
+  EXPECT_EQ(lines(), (Texts{"Alerts", "NOTIFICATIONS", "Enable Notifications",
+                            "Show alerts for speed drops and outages", "THRESHOLDS",
+                            "Slow Speed Warning", "Alert when below this download speed",
+                            "High Latency Warning", "Alert when ping exceeds this"}));
+  open(Section::display);
+  EXPECT_EQ(lines(), (Texts{"Display", "MENUBAR", "Show Upload Speed",
+                            "Display upload speed alongside download"}));
+  open(Section::data);
+  EXPECT_EQ(lines(),
+            (Texts{"Data", "RETENTION", "Keep History", "How long to store speed history"}));
+  open(Section::advanced);
+  EXPECT_EQ(lines(), (Texts{"Advanced", "Advanced settings coming in a future release."}));
+}
+
+TEST_F(SettingsTest, HasNoControlsForTheAdvanced) {
+  open(Section::advanced);
+  const QWidget* const page = view->findChild<QStackedWidget*>()->currentWidget();
+  EXPECT_TRUE(page->findChildren<ToggleSwitch*>().isEmpty());
+  EXPECT_TRUE(page->findChildren<ChoiceList*>().isEmpty());
+}
+
+TEST_F(SettingsTest, OffersFixedChoices) {
+  open();
+  EXPECT_EQ(entries("Refresh Interval"), (Texts{"1 second", "2 seconds", "5 seconds"}));
+  EXPECT_EQ(entries("Monitor Interface"),
+            (Texts{"All Interfaces", "Wi-Fi (en0)", "Ethernet (en1)"}));
+  EXPECT_EQ(entries("Slow Speed Warning"), (Texts{"5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"}));
+  EXPECT_EQ(entries("High Latency Warning"), (Texts{"50 ms", "100 ms", "200 ms"}));
+  EXPECT_EQ(entries("Keep History"), (Texts{"7 days", "30 days", "90 days", "1 year"}));
+  open(Section::data);
+  EXPECT_EQ(list("Keep History").width(), 120);
+}
+
+TEST_F(SettingsTest, ShowsTheDefaultsOfAFreshUser) {
+  open();
+  EXPECT_FALSE(toggle("Launch at Login").isChecked());
+  for (const char* title :
+       {"Check for Updates", "Track Per-Process", "Enable Notifications", "Show Upload Speed"}) {
+    EXPECT_TRUE(toggle(title).isChecked()) << title;
+  }
+  EXPECT_EQ(list("Refresh Interval").currentText(), "2 seconds");
+  EXPECT_EQ(list("Monitor Interface").currentText(), "All Interfaces");
+  EXPECT_EQ(list("Slow Speed Warning").currentText(), "10 Mbps");
+  EXPECT_EQ(list("High Latency Warning").currentText(), "100 ms");
+  EXPECT_EQ(list("Keep History").currentText(), "30 days");
+}
+
+TEST_F(SettingsTest, WritesNothingByBeingLookedAt) {
+  for (const Section section : allSettingsSections) {
+    open(section);
+  }
+  scheduler.settle();
+  for (const char* key :
+       {"launchAtLogin", "checkForUpdates", "refreshInterval", "monitorInterface",
+        "trackPerProcess", "slowSpeedThreshold", "highLatencyThreshold", "showNotifications",
+        "hasCompletedOnboarding", "dataRetentionDays", "showUploadInMenubar"}) {
+    EXPECT_FALSE(store.value(key).has_value()) << key;
+  }
+  EXPECT_EQ(loginItem.registrations + loginItem.unregistrations, 0);
+}
+
+TEST_F(SettingsTest, StoresEachSwitchAtOnce) {
+  open();
+  for (const auto& [title, key] : std::vector<std::pair<const char*, const char*>>{
+           {"Launch at Login", "launchAtLogin"},
+           {"Check for Updates", "checkForUpdates"},
+           {"Track Per-Process", "trackPerProcess"},
+           {"Enable Notifications", "showNotifications"},
+           {"Show Upload Speed", "showUploadInMenubar"}}) {
+    const bool before = toggle(title).isChecked();
+    toggle(title).click();
+    EXPECT_EQ(stored<bool>(key), !before) << title;
+    EXPECT_EQ(toggle(title).isChecked(), !before) << title;
+    toggle(title).click();
+    EXPECT_EQ(stored<bool>(key), before) << title;
+  }
+}
+
+TEST_F(SettingsTest, StoresEachChoiceAtOnce) {
+  open();
+  choose("Refresh Interval", "5 seconds");
+  EXPECT_EQ(stored<double>("refreshInterval"), 5.0);
+  choose("Monitor Interface", "Ethernet (en1)");
+  EXPECT_EQ(stored<std::string>("monitorInterface"), "en1");
+  choose("Monitor Interface", "Wi-Fi (en0)");
+  EXPECT_EQ(stored<std::string>("monitorInterface"), "en0");
+  choose("Slow Speed Warning", "50 Mbps");
+  EXPECT_EQ(stored<double>("slowSpeedThreshold"), 50.0);
+  choose("High Latency Warning", "200 ms");
+  EXPECT_EQ(stored<double>("highLatencyThreshold"), 200.0);
+  choose("Keep History", "1 year");
+  EXPECT_EQ(stored<std::int64_t>("dataRetentionDays"), 365);
+}
+
+TEST_F(SettingsTest, KeepsAllValuesWhenSectionsChange) {
+  open();
+  choose("Refresh Interval", "1 second");
+  toggle("Check for Updates").click();
+  entry(Section::data).click();
+  entry(Section::general).click();
+  EXPECT_EQ(list("Refresh Interval").currentText(), "1 second");
+  EXPECT_FALSE(toggle("Check for Updates").isChecked());
+}
+
+TEST_F(SettingsTest, ShowsWhatOthersWrite) {
+  open();
+  store.set("refreshInterval", std::int64_t{5}); // as a person may write it
+  store.set("showUploadInMenubar", false);
+  store.set("dataRetentionDays", std::int64_t{90});
+  scheduler.settle();
+  EXPECT_EQ(list("Refresh Interval").currentText(), "5 seconds");
+  EXPECT_FALSE(toggle("Show Upload Speed").isChecked());
+  EXPECT_EQ(list("Keep History").currentText(), "90 days");
+  store.clear();
+  scheduler.settle();
+  EXPECT_EQ(list("Refresh Interval").currentText(), "2 seconds");
+  EXPECT_TRUE(toggle("Show Upload Speed").isChecked());
+}
+
+TEST_F(SettingsTest, ShowsNoEntryForAValueThatNoneHas) {
+  store.set("refreshInterval", 3.0);
+  store.set("slowSpeedThreshold", std::numeric_limits<double>::quiet_NaN());
+  open();
+  store.set("dataRetentionDays", std::int64_t{31});
+  store.set("monitorInterface", std::string("ALL"));
+  scheduler.settle();
+  for (const char* title :
+       {"Refresh Interval", "Slow Speed Warning", "Keep History", "Monitor Interface"}) {
+    EXPECT_EQ(list(title).currentIndex(), -1) << title;
+    EXPECT_EQ(list(title).currentText(), "") << title;
+  }
+  EXPECT_EQ(std::get<double>(*store.value("refreshInterval")), 3.0) << "it is only shown";
+  choose("Refresh Interval", "2 seconds");
+  EXPECT_EQ(stored<double>("refreshInterval"), 2.0);
+}
+
+TEST_F(SettingsTest, RegistersTheLoginItemAndStaysOnWhenThatFails) {
+  loginItem.error = "no room";
+  open();
+  testing::internal::CaptureStdout();
+  toggle("Launch at Login").click();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "Launch at login error: no room\n");
+  EXPECT_EQ(loginItem.registrations, 1);
+  EXPECT_TRUE(toggle("Launch at Login").isChecked());
+  EXPECT_TRUE(stored<bool>("launchAtLogin"));
+}
+
+// A store that takes nothing, not even for its own readers.
+class ClosedStore final : public DefaultsStore {
+public:
+  [[nodiscard]] std::optional<DefaultsValue> value(std::string_view) const override { return {}; }
+  void set(std::string_view, DefaultsValue) override { ++attempts; }
+  [[nodiscard]] Subscription observe(std::string, Observer) override { return {}; }
+  int attempts = 0;
+};
+
+TEST_F(SettingsTest, ShowsWhatIsStoredWhenAWriteIsRefused) {
+  ClosedStore closed;
+  AppSettings unchanging(closed, loginItem);
+  view = std::make_unique<SettingsView>(unchanging, closed);
+  toggle("Show Upload Speed").click();
+  choose("Keep History", "7 days");
+  EXPECT_EQ(closed.attempts, 2);
+  EXPECT_TRUE(toggle("Show Upload Speed").isChecked());
+  EXPECT_EQ(list("Keep History").currentText(), "30 days");
+}
+
+TEST_F(SettingsTest, ChangesNothingWhenTheWheelTurnsOverAList) {
+  open();
+  ChoiceList& choices = list("Refresh Interval");
+  QWheelEvent turn({60.0, 10.0}, choices.mapToGlobal(QPointF(60.0, 10.0)), {}, {0, -120}, {}, {},
+                   Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&choices, &turn);
+  EXPECT_EQ(choices.currentText(), "2 seconds");
+  EXPECT_FALSE(store.value("refreshInterval").has_value());
+}
+
+TEST_F(SettingsTest, HearsNothingOnceItIsGone) {
+  open();
+  view.reset();
+  store.set("refreshInterval", 5.0);
+  scheduler.settle();
+}
+
+} // namespace
+} // namespace tidewell::test

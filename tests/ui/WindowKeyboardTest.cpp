@@ -1,0 +1,163 @@
+#include "support/Details.h"
+#include "support/Preferences.h"
+#include "support/ReadAloud.h"
+#include "ui/components/TextButton.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemView>
+#include <QScrollBar>
+#include <QtTest/QTest>
+
+namespace tidewell::test {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::string nameOfFocus(const QWidget& window) {
+  const QWidget* const focus = window.focusWidget();
+  if (focus == nullptr || focus == &window) {
+    return "";
+  }
+  const auto* const button = qobject_cast<const QAbstractButton*>(focus);
+  const QString name = focus->accessibleName();
+  return (name.isEmpty() && button != nullptr ? button->text() : name).toStdString();
+}
+
+// What Tab reaches, in its order, until it comes round.
+Texts reached(QWidget& window) {
+  Texts names;
+  for (int step = 0; step < 20; ++step) {
+    QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, Qt::Key_Tab);
+    const std::string name = nameOfFocus(window);
+    if (!names.empty() && name == names.front()) {
+      break;
+    }
+    names.push_back(name);
+  }
+  return names;
+}
+
+void press(QWidget& window, Qt::Key key) { QTest::keyClick(window.focusWidget(), key); }
+
+class DetailKeyboardTest : public testing::Test, protected Details {
+protected:
+  void use(int tab) {
+    tracker.processes.set(programs({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
+    open(tab);
+    view->activateWindow();
+    Panel::settle();
+  }
+};
+
+TEST_F(DetailKeyboardTest, MarksNothingBeforeItIsUsed) {
+  use(0);
+  EXPECT_EQ(nameOfFocus(*view), "");
+}
+
+TEST_F(DetailKeyboardTest, ReachesEverythingInReadingOrder) {
+  use(0);
+  EXPECT_EQ(reached(*view), (Texts{"Tabs", "Overview", "1h"}));
+  use(1);
+  EXPECT_EQ(reached(*view), (Texts{"Tabs", "Processes"}));
+  use(2);
+  EXPECT_EQ(reached(*view), (Texts{"Tabs"})) << "there is nothing to scroll";
+  use(3);
+  EXPECT_EQ(reached(*view), (Texts{"Tabs", "Diagnostics", "Run Now"}));
+}
+
+TEST_F(DetailKeyboardTest, SelectsTabsWithTheArrows) {
+  use(0);
+  tabs().setFocus();
+  press(*view, Qt::Key_Right);
+  EXPECT_EQ(view->selectedTab(), 1);
+  press(*view, Qt::Key_Right);
+  press(*view, Qt::Key_Left);
+  EXPECT_EQ(view->selectedTab(), 1);
+}
+
+TEST_F(DetailKeyboardTest, ChoosesRangesWithTheArrows) {
+  use(0);
+  all<QRadioButton>(0)[1]->setFocus();
+  press(*view, Qt::Key_Right);
+  EXPECT_EQ(view->timeRange(), TimeRange::twentyFourHour);
+  EXPECT_EQ(nameOfFocus(*view), "24h");
+  press(*view, Qt::Key_Left);
+  press(*view, Qt::Key_Left);
+  EXPECT_EQ(view->timeRange(), TimeRange::fiveMin);
+}
+
+TEST_F(DetailKeyboardTest, ScrollsWithTheKeys) {
+  use(1);
+  pane(1).setFocus();
+  press(*view, Qt::Key_PageDown);
+  EXPECT_GT(pane(1).verticalScrollBar()->value(), 50);
+  press(*view, Qt::Key_Up);
+  press(*view, Qt::Key_PageUp);
+  EXPECT_EQ(pane(1).verticalScrollBar()->value(), 0);
+}
+
+TEST_F(DetailKeyboardTest, RunsTheSpeedTestWithSpaceAndEnter) {
+  use(3);
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    QTest::keyClick(&only<TextButton>(3), key);
+  }
+  EXPECT_EQ(testsRun, 3);
+}
+
+class SettingsKeyboardTest : public testing::Test, protected Preferences {
+protected:
+  void use(SettingsSection section) {
+    open(section);
+    view->activateWindow();
+    Panel::settle();
+  }
+};
+
+TEST_F(SettingsKeyboardTest, ReachesEverythingInReadingOrder) {
+  use(SettingsSection::general);
+  EXPECT_EQ(reached(*view), (Texts{"General", "Launch at Login", "Check for Updates",
+                                   "Refresh Interval", "Monitor Interface", "Track Per-Process"}));
+  use(SettingsSection::alerts);
+  EXPECT_EQ(reached(*view), (Texts{"Alerts", "Enable Notifications", "Slow Speed Warning",
+                                   "High Latency Warning"}));
+  use(SettingsSection::advanced);
+  EXPECT_EQ(reached(*view), (Texts{"Advanced"}));
+}
+
+TEST_F(SettingsKeyboardTest, ChoosesSectionsWithTheArrows) {
+  use(SettingsSection::general);
+  entry(SettingsSection::general).setFocus();
+  press(*view, Qt::Key_Down);
+  press(*view, Qt::Key_Down);
+  EXPECT_EQ(view->selectedSection(), SettingsSection::display);
+  press(*view, Qt::Key_Up);
+  EXPECT_EQ(view->selectedSection(), SettingsSection::alerts);
+}
+
+TEST_F(SettingsKeyboardTest, TurnsSwitchesWithSpaceAndEnter) {
+  use(SettingsSection::display);
+  ToggleSwitch& upload = toggle("Show Upload Speed");
+  for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+    const bool before = settings.showUploadInMenubar();
+    QTest::keyClick(&upload, key);
+    EXPECT_EQ(settings.showUploadInMenubar(), !before);
+  }
+}
+
+TEST_F(SettingsKeyboardTest, ChoosesWithTheArrowsAndOpensTheListWithSpace) {
+  use(SettingsSection::data);
+  ChoiceList& days = list("Keep History");
+  days.setFocus();
+  press(*view, Qt::Key_Down);
+  EXPECT_EQ(settings.dataRetentionDays(), 90);
+  press(*view, Qt::Key_Space);
+  ASSERT_TRUE(days.view()->isVisible());
+  QTest::keyClick(days.view(), Qt::Key_Down);
+  EXPECT_EQ(settings.dataRetentionDays(), 90) << "nothing is chosen yet";
+  QTest::keyClick(days.view(), Qt::Key_Return);
+  EXPECT_EQ(settings.dataRetentionDays(), 365);
+}
+
+} // namespace
+} // namespace tidewell::test

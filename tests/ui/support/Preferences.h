@@ -1,0 +1,51 @@
+#pragma once
+
+#include "Panel.h"
+#include "settings/AppSettings.h"
+#include "settings/SettingsKeys.h"
+#include "support/FakeDefaultsStore.h"
+#include "support/FakeLoginItem.h"
+#include "support/VirtualScheduler.h"
+#include "ui/components/ChoiceList.h"
+#include "ui/components/ToggleSwitch.h"
+#include "ui/settings/SettingsView.h"
+#include "ui/settings/SidebarEntry.h"
+
+#include <memory>
+
+namespace tidewell::test {
+
+/// The settings over a store in memory.
+struct Preferences {
+  VirtualScheduler scheduler;
+  FakeDefaultsStore store{scheduler.main()};
+  FakeLoginItem loginItem;
+  AppSettings settings{store, loginItem};
+  std::unique_ptr<SettingsView> view;
+
+  /// Makes the view anew, as for another opening.
+  void open(SettingsSection section = SettingsSection::general) {
+    view = std::make_unique<SettingsView>(settings, store);
+    view->show();
+    entry(section).click();
+    Panel::settle();
+  }
+
+  [[nodiscard]] SidebarEntry& entry(SettingsSection section) const {
+    return *view->findChildren<SidebarEntry*>().at(static_cast<int>(section));
+  }
+  template <class Control> [[nodiscard]] Control& control(const QString& title) const {
+    for (Control* found : view->findChildren<Control*>()) {
+      if (found->accessibleName() == title) {
+        return *found;
+      }
+    }
+    throw std::out_of_range(title.toStdString());
+  }
+  [[nodiscard]] ToggleSwitch& toggle(const QString& title) const {
+    return control<ToggleSwitch>(title);
+  }
+  [[nodiscard]] ChoiceList& list(const QString& title) const { return control<ChoiceList>(title); }
+};
+
+} // namespace tidewell::test
