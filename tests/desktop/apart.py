@@ -3,6 +3,7 @@
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import unittest
@@ -63,7 +64,10 @@ def _run_inside(wrapper, traffic):
                    for where, rate in traffic.items()]
         command = [*wrapper, sys.executable, *sys.argv]
         environment = dict(os.environ, **{INSIDE: place.name})
-        return subprocess.run(place.command("user", *command), env=environment).returncode
+        tests = subprocess.Popen(place.command("user", *command), env=environment)
+        # Whoever stops a test that takes too long leaves no world behind.
+        signal.signal(signal.SIGTERM, lambda *_: tests.terminate())
+        return tests.wait()
     finally:
         for sender in senders:
             sender.terminate()
