@@ -101,6 +101,21 @@ TEST_F(ActionsTest, IsClosedWhileAResetIsStillToCome) {
   EXPECT_EQ(calls.copied.size(), 1U);
 }
 
+TEST(ViewTimeTest, CallsBackOnceWhenItIsTime) {
+  const ViewTime time = ViewTime::real();
+  const double began = time.now();
+  int calls = 0;
+  double called = 0.0;
+  time.after(0.02, [&] {
+    ++calls;
+    called = time.now();
+  });
+  EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 0; }));
+  EXPECT_GE(called - began, 0.015);
+  Panel::settle();
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(ActionsTest, PressesNothingBeforeAButtonIsChosen) {
   open();
   view->activateWindow();

@@ -60,7 +60,7 @@ void ActionButton::paintState(QPainter& painter) const {
   }
 }
 
-void ActionButton::paintEvent(QPaintEvent*) {
+void ActionButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   paintState(painter);

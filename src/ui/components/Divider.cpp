@@ -20,6 +20,8 @@ Divider* Divider::vertical(int height, QWidget* parent) {
   return divider;
 }
 
-void Divider::paintEvent(QPaintEvent*) { QPainter(this).fillRect(rect(), TWColor::borderSubtle()); }
+void Divider::paintEvent(QPaintEvent* /*event*/) {
+  QPainter(this).fillRect(rect(), TWColor::borderSubtle());
+}
 
 } // namespace tidewell

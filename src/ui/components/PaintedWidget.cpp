@@ -11,11 +11,13 @@ public:
   explicit Leaf(PaintedWidget* painted) : QAccessibleWidget(painted, painted->role()) {}
 
   [[nodiscard]] int childCount() const override { return 0; }
-  [[nodiscard]] QAccessibleInterface* child(int) const override { return nullptr; }
-  [[nodiscard]] int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+  [[nodiscard]] QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+  [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override {
+    return -1;
+  }
 };
 
-QAccessibleInterface* makeLeaf(const QString&, QObject* object) {
+QAccessibleInterface* makeLeaf(const QString& /*className*/, QObject* object) {
   auto* const painted = qobject_cast<PaintedWidget*>(object);
   return painted ? new Leaf(painted) : nullptr;
 }

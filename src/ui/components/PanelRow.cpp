@@ -58,13 +58,13 @@ QRect PanelRow::valueBox() const {
   return {left, top, std::max(0, width() - left), contentHeight()};
 }
 
-void PanelRow::paintEvent(QPaintEvent*) {
+void PanelRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   drawLine(painter, rect().adjusted(0, edgePadding, 0, -edgePadding), m_key, keyStyle());
   drawLine(painter, valueBox(), m_value, valueStyle());
 }
 
-void PanelRow::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void PanelRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void PanelRow::updateToolTip() {
   const bool isCut = FittedText(m_value, valueStyle(), valueBox().width()).isCut;

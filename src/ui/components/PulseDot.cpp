@@ -19,7 +19,7 @@ void PulseDot::setColors(const QColor& dot, const QColor& ground) {
   update();
 }
 
-void PulseDot::paintEvent(QPaintEvent*) {
+void PulseDot::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), m_ground);
   painter.setRenderHint(QPainter::Antialiasing);

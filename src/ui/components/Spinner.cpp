@@ -42,7 +42,7 @@ void Spinner::advance() {
   }
 }
 
-void Spinner::paintEvent(QPaintEvent*) {
+void Spinner::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(edge / 2.0, edge / 2.0);

@@ -81,7 +81,7 @@ void StatCell::paintGround(QPainter& painter) const {
   painter.fillPath(m_clip, TWColor::surface2());
 }
 
-void StatCell::paintEvent(QPaintEvent*) {
+void StatCell::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintGround(painter);
   const QRect inside = rect().adjusted(padding, padding, -padding, -padding);
@@ -100,7 +100,7 @@ void StatCell::paintEvent(QPaintEvent*) {
            m_figure.unit, unitStyle());
 }
 
-void StatCell::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void StatCell::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void StatCell::updateToolTip() {
   const bool isCut = FittedText(m_figure.value, valueStyle({}), valueBox().width()).isCut;

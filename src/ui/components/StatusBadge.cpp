@@ -71,7 +71,7 @@ void StatusBadge::showStatus() {
   update();
 }
 
-void StatusBadge::paintEvent(QPaintEvent*) {
+void StatusBadge::paintEvent(QPaintEvent* /*event*/) {
   const Look look = lookOf(m_status);
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);

@@ -26,12 +26,12 @@ QSize TextLine::sizeHint() const {
   return {static_cast<int>(std::ceil(lineWidth(m_text, m_style))), lineHeight(m_style)};
 }
 
-void TextLine::paintEvent(QPaintEvent*) {
+void TextLine::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   drawLine(painter, rect(), m_text, m_style);
 }
 
-void TextLine::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void TextLine::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void TextLine::updateToolTip() {
   const bool isCut = FittedText(m_text, m_style, width()).isCut;

@@ -1,5 +1,6 @@
 #include "ui/components/ViewTime.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 
 #include <chrono>
@@ -15,12 +16,18 @@ double secondsNow() {
   return std::chrono::duration<double>(sinceStart).count();
 }
 
+void callLater(double seconds, std::function<void()> task) {
+  auto* const timer = new QTimer(QCoreApplication::instance());
+  timer->setSingleShot(true);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, task = std::move(task)] {
+    timer->deleteLater();
+    task();
+  });
+  timer->start(static_cast<int>(std::lround(seconds * 1000.0)));
+}
+
 } // namespace
 
-ViewTime ViewTime::real() {
-  return {secondsNow, [](double seconds, std::function<void()> task) {
-            QTimer::singleShot(static_cast<int>(std::lround(seconds * 1000.0)), std::move(task));
-          }};
-}
+ViewTime ViewTime::real() { return {secondsNow, callLater}; }
 
 } // namespace tidewell

@@ -53,9 +53,10 @@ void fillBelow(QPainter& painter, const QPolygonF& curve, double bottom, const Q
     painter.drawPolygon(strip);
   };
   strip << curve.first();
-  double cut = (std::floor(curve.first().x() / stripWidth) + 1.0) * stripWidth;
+  int strips = static_cast<int>(std::floor(curve.first().x() / stripWidth)) + 1;
   for (qsizetype index = 1; index < curve.size(); ++index) {
-    for (; cut < curve[index].x(); cut += stripWidth) {
+    for (; strips * stripWidth < curve[index].x(); ++strips) {
+      const double cut = strips * stripWidth;
       const QPointF edge(cut, heightAt(curve[index - 1], curve[index], cut));
       strip << edge;
       finish();

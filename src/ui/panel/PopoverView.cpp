@@ -47,7 +47,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
 
 PopoverView::~PopoverView() = default;
 
-void PopoverView::paintEvent(QPaintEvent*) {
+void PopoverView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintBackdrop(painter, rect(), m_backdrop);
 }
@@ -126,7 +126,7 @@ void PopoverView::showSpeedTest() {
   m_actionBar->setTesting(isRunning);
 }
 
-void PopoverView::startSpeedTest() {
+void PopoverView::startSpeedTest() const {
   if (!m_sources.speedTest.isRunning.get()) {
     m_actions.runSpeedTest();
   }

@@ -60,7 +60,7 @@ private:
   void showStats();
   void showStatus();
   void showSpeedTest();
-  void startSpeedTest();
+  void startSpeedTest() const;
   void copyAddress();
   void setCopiedIP(bool copied);
 

@@ -82,7 +82,7 @@ QRect ResultLine::figuresBox() const {
           lineHeight(figuresStyle())};
 }
 
-void ResultLine::paintEvent(QPaintEvent*) {
+void ResultLine::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), withOpacity(TWColor::accentDim(), groundOpacity));
   const QRect inside = rect().adjusted(sidePadding, edgePadding, -sidePadding, -edgePadding);
@@ -93,7 +93,7 @@ void ResultLine::paintEvent(QPaintEvent*) {
            timeStyle());
 }
 
-void ResultLine::resizeEvent(QResizeEvent*) { updateToolTip(); }
+void ResultLine::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
 
 void ResultLine::updateToolTip() {
   const bool isCut = FittedText(m_figures, figuresStyle(), figuresBox().width()).isCut;

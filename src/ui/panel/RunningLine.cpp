@@ -42,11 +42,11 @@ QRect RunningLine::content() const {
   return {(width() - contentWidth) / 2, edgePadding, contentWidth, height() - 2 * edgePadding};
 }
 
-void RunningLine::resizeEvent(QResizeEvent*) {
+void RunningLine::resizeEvent(QResizeEvent* /*event*/) {
   m_spinner->move(content().left(), (height() - m_spinner->height()) / 2);
 }
 
-void RunningLine::paintEvent(QPaintEvent*) {
+void RunningLine::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), TWColor::accentDim());
   const int top = (height() - lineHeight(textStyle())) / 2;

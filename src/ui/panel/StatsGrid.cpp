@@ -45,7 +45,7 @@ void StatsGrid::setFigures(std::int64_t uploadBytesPerSec, double latencyMs, dou
                          QStringLiteral("%"), isLossy ? TWColor::yellow() : TWColor::green()});
 }
 
-void StatsGrid::resizeEvent(QResizeEvent*) {
+void StatsGrid::resizeEvent(QResizeEvent* /*event*/) {
   layout()->activate();
   clipCells();
 }
