@@ -94,6 +94,8 @@ TEST_F(DetailWindowTest, NeverScrollsSideways) {
   tracker.processes.set(programs({std::string(500, 'W')}));
   open();
   for (int tab = 0; tab < 4; ++tab) {
+    tabs().setCurrentIndex(tab);
+    Panel::settle();
     EXPECT_EQ(pane(tab).horizontalScrollBar()->maximum(), 0);
   }
 }

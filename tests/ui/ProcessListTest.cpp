@@ -44,7 +44,7 @@ TEST_F(ProcessListTest, ShowsOnlyItsHeaderAndAHintWhileThereAreNone) {
   EXPECT_TRUE(hint.isVisible());
   EXPECT_TRUE(header().isVisible());
   EXPECT_TRUE(view.rows().empty());
-  EXPECT_EQ(hint.y(), header().height() + 32);
+  EXPECT_EQ(hint.mapTo(&view, QPoint()).y(), header().height() + 32);
   EXPECT_EQ(view.height(), header().height() + 32 + hint.height() + 32);
   EXPECT_EQ(hint.geometry().center().x(), (listWidth - 1) / 2);
 }
@@ -91,9 +91,10 @@ TEST_F(ProcessListTest, ColoursRowsByTheirPosition) {
   const QImage image = picture(view);
   for (std::size_t index = 0; index < expected.size(); ++index) {
     EXPECT_EQ(processBarColor(index), expected[index]);
-    const QPoint bar = row(index).pos() + row(index).bar().toRect().topLeft() + QPoint(2, 2);
+    const QPoint place = row(index).mapTo(&view, QPoint());
+    const QPoint bar = place + row(index).bar().toRect().topLeft() + QPoint(2, 2);
     EXPECT_EQ(image.pixelColor(bar).name(), expected[index].name()) << index;
-    const QColor square = image.pixelColor(row(index).pos() + QPoint(3, row(index).height() / 2));
+    const QColor square = image.pixelColor(place + QPoint(3, row(index).height() / 2));
     EXPECT_NEAR(square.alphaF(), 0.8, 0.01) << index;
   }
 }
@@ -121,7 +122,8 @@ TEST_F(ProcessListTest, ShowsAnEmptySquareForAnEmptyName) {
   show({usage("", 0.5)});
   EXPECT_EQ(row(0).initial(), "");
   EXPECT_TRUE(row(0).accessibleName().startsWith("unnamed, PID 4321"));
-  const QImage square = picture(view).copy(6, row(0).y() + row(0).height() / 2 - 6, 12, 12);
+  const QImage square =
+      picture(view).copy(6, row(0).mapTo(&view, QPoint()).y() + row(0).height() / 2 - 6, 12, 12);
   for (int x = 0; x < 12; ++x) {
     EXPECT_EQ(square.pixelColor(x, 6), square.pixelColor(0, 0));
   }

@@ -42,6 +42,10 @@ ImageDifference difference(const QImage& expected, const QImage& actual) {
     result.pixels = static_cast<qsizetype>(right.width()) * right.height();
     return result;
   }
+  if (left == right) {
+    result.picture.fill(Qt::black);
+    return result;
+  }
   for (int y = 0; y < right.height(); ++y) {
     for (int x = 0; x < right.width(); ++x) {
       if (isAlike(left.pixel(x, y), right.pixel(x, y))) {
