@@ -1,8 +1,8 @@
 #include "app/ItemTexts.h"
-#include "tile/TextTile.h"
 #include "connectivity/MonitorState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
+#include "tile/TextTile.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 #include "app/StatusItem.h"
 
-#include "tile/TextTile.h"
 #include "platform/linux/SessionBus.h"
+#include "tile/TextTile.h"
 
 #include <cstdint>
 #include <utility>

@@ -47,10 +47,10 @@ private:
   std::string m_executable;
   Seconds m_answerLimit;
   std::unique_ptr<SocketChild> m_child;
-  std::deque<WindowRequest> m_unanswered;                        // oldest first
-  std::map<WindowRequest::Kind, WindowRequest> m_last;           // of each window
-  std::map<WindowRequest::Kind, WindowRequest> m_open;           // how each open one was asked for
-  int m_crashes = 0;                                             // since the user asked last
+  std::deque<WindowRequest> m_unanswered;              // oldest first
+  std::map<WindowRequest::Kind, WindowRequest> m_last; // of each window
+  std::map<WindowRequest::Kind, WindowRequest> m_open; // how each open one was asked for
+  int m_crashes = 0;                                   // since the user asked last
   std::unique_ptr<Timer> m_answerDue;
 };
 

@@ -26,12 +26,14 @@ constexpr std::array<std::pair<Kind, std::string_view>, 7> names = {{
 constexpr std::string_view noToken = "-";
 
 std::string nameOf(Kind kind) {
-  const auto* const found = std::ranges::find(names, kind, &std::pair<Kind, std::string_view>::first);
+  const auto* const found =
+      std::ranges::find(names, kind, &std::pair<Kind, std::string_view>::first);
   return std::string(found->second);
 }
 
 std::optional<Kind> kindOf(std::string_view name) {
-  const auto* const found = std::ranges::find(names, name, &std::pair<Kind, std::string_view>::second);
+  const auto* const found =
+      std::ranges::find(names, name, &std::pair<Kind, std::string_view>::second);
   return found == names.end() ? std::nullopt : std::optional(found->first);
 }
 

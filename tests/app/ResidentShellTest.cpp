@@ -71,10 +71,9 @@ protected:
   /// The menu's row of this label; 0 without one.
   int rowOf(const std::string& label) {
     for (int row = 1; row < 20; ++row) {
-      const auto reply =
-          panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
-            sd_bus_message_append(&call, "is", row, "label");
-          });
+      const auto reply = panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
+        sd_bus_message_append(&call, "is", row, "label");
+      });
       const char* text = nullptr;
       if (reply && sd_bus_message_read(reply.get(), "v", "s", &text) > 0 && label == text) {
         return row;
@@ -337,8 +336,9 @@ TEST_F(ResidentShellTest, AsksForThePanelWhereTheItemWasActivatedWithTheTokenOfT
   activate(812, 16);
   activate(-5, 2000);
   using Request = WindowRequest;
-  EXPECT_EQ(requests, (std::vector<Request>{{Request::Kind::panel, "t1", Request::Point{812, 16}, {}},
-                                            {Request::Kind::panel, "", Request::Point{-5, 2000}, {}}}));
+  EXPECT_EQ(requests,
+            (std::vector<Request>{{Request::Kind::panel, "t1", Request::Point{812, 16}, {}},
+                                  {Request::Kind::panel, "", Request::Point{-5, 2000}, {}}}));
 }
 
 TEST_F(ResidentShellTest, AsksForWindowsFromItsMenuAndFromTheBus) {

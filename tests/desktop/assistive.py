@@ -7,11 +7,15 @@
 
 import json
 import sys
+import warnings
 
 import gi
 
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
+
+# Newer names of its functions are not there yet on the oldest system that this runs on.
+warnings.simplefilter("ignore", DeprecationWarning)
 
 APPLICATION = "tidewell-windows"
 

@@ -3,7 +3,7 @@
 
 import json
 import subprocess
-import sys
+import time
 from pathlib import Path
 
 import apart
@@ -36,12 +36,22 @@ class Accessibility(DesktopCase):
         return wait_until(lambda: next((name for name in self.names()
                                         if name.startswith(beginning)), None), 10, beginning)
 
+    def open_again(self):
+        """Opens the panel beside a window that has just taken the focus, and may take it again."""
+        def opened():
+            if "Quit" in self.names():
+                return True
+            bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
+            time.sleep(0.5)
+            return "Quit" in self.names()
+        wait_until(opened, 10, "panel")
+
     def get(self, name):
         return bus.get(self.session.environment, bus.TIDEWELL, name)
 
     def test_every_figure_of_the_panel_is_read(self):
         self.open_panel()
-        wait_until(lambda: float(self.get("LatencyMs") or 0) > 0, 15, "latency")
+        wait_until(lambda: self.get("LatencyMs") not in (None, "double 0"), 15, "latency")
         for beginning in ("Upload", "Latency", "Jitter", "Packet Loss", "Bandwidth", "Network",
                           "Interface", "Local IP", "Public IP", "DNS"):
             self.wait_for(beginning)
@@ -65,10 +75,10 @@ class Accessibility(DesktopCase):
                    or self.get("SpeedTestIsRunning") == "true", 10, "speed test")
         self.press("Details")
         self.wait_for("Tidewell \u2014 Network Details")
-        bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
+        self.open_again()
         self.press("Settings")
         self.wait_for("Tidewell \u2014 Settings")
-        bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
+        self.open_again()
         self.press("Quit")
         self.assertEqual(self.resident.wait(5), 0)
 

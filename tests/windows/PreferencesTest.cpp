@@ -31,9 +31,9 @@ TEST_F(WindowPreferencesTest, ReachOtherWritersOfTheSameFile) {
 TEST_F(WindowPreferencesTest, HearOfTheChangesOfOtherWriters) {
   Preferences preferences("/usr/bin/tidewell");
   double heard = 0.0;
-  const Subscription watch =
-      preferences.store().observe(std::string(settingsKeys::refreshInterval),
-                                  [&](const auto& value) { heard = asDouble(value).value_or(-1.0); });
+  const Subscription watch = preferences.store().observe(
+      std::string(settingsKeys::refreshInterval),
+      [&](const auto& value) { heard = asDouble(value).value_or(-1.0); });
   writeInPlace(directory.path() / "tidewell/preferences.toml", "refreshInterval = 3.0\n");
   EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 3.0; }, 10'000));
   EXPECT_EQ(preferences.settings().refreshInterval(), 3.0);

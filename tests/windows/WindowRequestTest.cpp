@@ -53,9 +53,9 @@ TEST(WindowRequest, HasNoPlaceWhenTheNumbersAreNone) {
 
 TEST(WindowReport, ComesBackFromItsMessage) {
   using Report = WindowReport::Kind;
-  for (const WindowReport report : {WindowReport{Report::taken, Kind::panel},
-                                    WindowReport{Report::opened, Kind::detail},
-                                    WindowReport{Report::closed, Kind::settings}}) {
+  for (const WindowReport report :
+       {WindowReport{Report::taken, Kind::panel}, WindowReport{Report::opened, Kind::detail},
+        WindowReport{Report::closed, Kind::settings}}) {
     EXPECT_EQ(parseWindowReport(messageOf(report)), report);
   }
   for (const char* message : {"", "opened", "opened nothing", "shut panel"}) {

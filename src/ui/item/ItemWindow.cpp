@@ -16,8 +16,8 @@
 namespace tidewell {
 
 ItemWindow::ItemWindow(QMenu& menu, Clicked clicked)
-    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
-      m_menu(menu), m_clicked(std::move(clicked)) {
+    : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), m_menu(menu),
+      m_clicked(std::move(clicked)) {
   setWindowTitle(QStringLiteral("Tidewell"));
   setAttribute(Qt::WA_TranslucentBackground);
   setAttribute(Qt::WA_ShowWithoutActivating);

@@ -45,8 +45,8 @@ SnapshotList readSamples(const QVariant& value) {
       double jitter = 0.0;
       double loss = 0.0;
       *argument >> time >> download >> upload >> latency >> jitter >> loss;
-      samples.push_back(std::make_shared<const NetworkSnapshot>(time, download, upload, latency,
-                                                                jitter, loss));
+      samples.push_back(
+          std::make_shared<const NetworkSnapshot>(time, download, upload, latency, jitter, loss));
     });
   }
   if (samples.size() > mostSamples) {

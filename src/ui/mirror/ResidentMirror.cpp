@@ -88,8 +88,8 @@ void ResidentMirror::propertiesChanged(const QString& interface, const QVariantM
 void ResidentMirror::sampleAdded(double time, qlonglong download, qlonglong upload, double latency,
                                  double jitter, double loss) {
   m_state.sampler.snapshots.mutate([&](SnapshotList& samples) {
-    samples.push_back(std::make_shared<const NetworkSnapshot>(time, download, upload, latency,
-                                                              jitter, loss));
+    samples.push_back(
+        std::make_shared<const NetworkSnapshot>(time, download, upload, latency, jitter, loss));
     if (samples.size() > mostSamples) {
       samples.erase(samples.begin());
     }

@@ -29,8 +29,8 @@ Q_SIGNALS:
 private Q_SLOTS:
   void propertiesChanged(const QString& interface, const QVariantMap& values,
                          const QStringList& invalidated);
-  void sampleAdded(double time, qlonglong download, qlonglong upload, double latency,
-                   double jitter, double loss);
+  void sampleAdded(double time, qlonglong download, qlonglong upload, double latency, double jitter,
+                   double loss);
 
 private:
   void fetch();

@@ -1,6 +1,6 @@
 #include "ui/placement/Compositing.h"
 
-#include <QGuiApplication>
+#include "ui/placement/XConnection.h"
 
 #include <cstdlib>
 #include <memory>
@@ -15,10 +15,10 @@ namespace {
 template <class Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
 bool isSelectionOwned(xcb_connection_t* connection, const std::string& selection) {
-  const auto atomCookie = xcb_intern_atom(connection, 1, static_cast<uint16_t>(selection.size()),
-                                          selection.data());
-  const Owned<xcb_intern_atom_reply_t> atom(
-      xcb_intern_atom_reply(connection, atomCookie, nullptr), std::free);
+  const auto atomCookie =
+      xcb_intern_atom(connection, 1, static_cast<uint16_t>(selection.size()), selection.data());
+  const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr),
+                                            std::free);
   if (!atom || atom->atom == XCB_ATOM_NONE) {
     return false;
   }
@@ -31,8 +31,8 @@ bool isSelectionOwned(xcb_connection_t* connection, const std::string& selection
 } // namespace
 
 bool hasCompositing() {
-  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  return x11 == nullptr || isSelectionOwned(x11->connection(), "_NET_WM_CM_S0");
+  xcb_connection_t* const connection = xConnection();
+  return connection == nullptr || isSelectionOwned(connection, "_NET_WM_CM_S0");
 }
 
 } // namespace tidewell

@@ -1,5 +1,7 @@
 #include "ui/placement/OutsideClicks.h"
 
+#include "ui/placement/XConnection.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QWidget>
@@ -42,11 +44,11 @@ const xcb_input_raw_button_press_event_t* buttonEvent(xcb_connection_t* connecti
 } // namespace
 
 OutsideClicks::OutsideClicks(const QWidget& window) : m_window(window) {
-  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-  if (x11 == nullptr || xcb_get_extension_data(x11->connection(), &xcb_input_id)->present == 0) {
+  xcb_connection_t* const connection = xConnection();
+  if (connection == nullptr || xcb_get_extension_data(connection, &xcb_input_id)->present == 0) {
     return;
   }
-  m_connection = x11->connection();
+  m_connection = connection;
   select(m_connection,
          XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_RELEASE);
   QCoreApplication::instance()->installNativeEventFilter(this);

@@ -20,8 +20,8 @@ QPoint nearestPoint(const QRect& rect, const QPoint& point) {
 
 QPoint scaledWithin(const ScreenScale& screen, const QPoint& point) {
   const QPointF offset = QPointF(point - screen.geometry.topLeft()) / screen.scale;
-  return screen.geometry.topLeft() + QPoint(static_cast<int>(std::floor(offset.x())),
-                                            static_cast<int>(std::floor(offset.y())));
+  return screen.geometry.topLeft() +
+         QPoint(static_cast<int>(std::floor(offset.x())), static_cast<int>(std::floor(offset.y())));
 }
 
 } // namespace

@@ -51,8 +51,7 @@ bool AbsenceNotice::eventFilter(QObject* watched, QEvent* event) {
 
 void AbsenceNotice::place() {
   const int inset = margin + radius;
-  const int y =
-      m_edge == Edge::top ? margin : parentWidget()->height() - margin - noticeHeight;
+  const int y = m_edge == Edge::top ? margin : parentWidget()->height() - margin - noticeHeight;
   setGeometry(inset, y, parentWidget()->width() - 2 * inset, noticeHeight);
 }
 

@@ -41,9 +41,9 @@ void PanelController::open(std::optional<QPoint> point) {
     }
     close();
   });
-  auto* const view = new PopoverView({m_state.sampler, m_state.monitor, m_state.speedTest},
-                                     m_actions,
-                                     hasCompositing() ? Backdrop::translucent : Backdrop::opaque);
+  auto* const view =
+      new PopoverView({m_state.sampler, m_state.monitor, m_state.speedTest}, m_actions,
+                      hasCompositing() ? Backdrop::translucent : Backdrop::opaque);
   new AbsenceNotice(m_state.isThere, AbsenceNotice::Edge::top, view);
   m_host->open(view, point);
   Q_EMIT opened();

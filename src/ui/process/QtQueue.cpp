@@ -48,9 +48,7 @@ public:
       readable(EPOLLIN);
     });
   }
-  void setEvents(std::uint32_t events) override {
-    m_notifier.setEnabled((events & EPOLLIN) != 0);
-  }
+  void setEvents(std::uint32_t events) override { m_notifier.setEnabled((events & EPOLLIN) != 0); }
 
 private:
   QSocketNotifier m_notifier;

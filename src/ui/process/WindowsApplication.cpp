@@ -68,9 +68,9 @@ ItemCommands WindowsApplication::itemCommands() {
 
 QWidget* WindowsApplication::makeDetail() {
   ResidentState& state = m_mirror.state();
-  auto* const view = new DetailWindowView(
-      {state.sampler, state.monitor, state.tracker, state.speedTest},
-      [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); });
+  auto* const view =
+      new DetailWindowView({state.sampler, state.monitor, state.tracker, state.speedTest},
+                           [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); });
   new AbsenceNotice(state.isThere, AbsenceNotice::Edge::bottom, view);
   return view;
 }
@@ -158,8 +158,8 @@ void WindowsApplication::quitAll() {
 }
 
 void WindowsApplication::setItemShown(bool isShown) {
-  m_item = isShown ? std::make_unique<OwnItem>(m_mirror.state().menubarText, itemCommands())
-                   : nullptr;
+  m_item =
+      isShown ? std::make_unique<OwnItem>(m_mirror.state().menubarText, itemCommands()) : nullptr;
   windowsChanged();
 }
 

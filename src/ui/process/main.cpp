@@ -6,7 +6,8 @@
 
 namespace {
 
-/// What somebody asks who starts this program by hand: the window of the first word, else the panel.
+/// What somebody asks who starts this program by hand: the window of the first word, else the
+/// panel.
 tidewell::WindowRequest requestOf(const QStringList& arguments) {
   const std::string word = arguments.value(1, QStringLiteral("panel")).toStdString();
   const auto request = tidewell::parseWindowRequest(word + " -");
@@ -21,8 +22,8 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
-  tidewell::WindowsApplication windows(
-      QDBusConnection::sessionBus(), tidewell::residentProgram(tidewell::runningProgram()));
+  tidewell::WindowsApplication windows(QDBusConnection::sessionBus(),
+                                       tidewell::residentProgram(tidewell::runningProgram()));
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));
   }

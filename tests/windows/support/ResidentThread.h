@@ -56,11 +56,11 @@ private:
     FakeDefaultsStore defaults(loop);
     FakeLoginItem loginItem;
     const AppSettings settings(defaults, loginItem);
-    const ResidentShell shell(loop, bus,
-                              ResidentSources{m_states.sampler, m_states.monitor, m_states.tracker,
-                                              m_states.speedTest, settings, defaults},
-                              {[this] { ++quits; }, [] {}, [this] { ++speedTests; },
-                               [](const WindowRequest&) {}});
+    const ResidentShell shell(
+        loop, bus,
+        ResidentSources{m_states.sampler, m_states.monitor, m_states.tracker, m_states.speedTest,
+                        settings, defaults},
+        {[this] { ++quits; }, [] {}, [this] { ++speedTests; }, [](const WindowRequest&) {}});
     m_ready.set_value(&loop);
     loop.run();
   }
