@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <algorithm>
 
 namespace tidewell::test {
 namespace {
@@ -37,6 +41,16 @@ TEST_F(PanelActivation, OpensAnOpenPanelOnce) {
   panel.close();
   panel.close();
   EXPECT_EQ(closed.count(), 1);
+}
+
+TEST_F(PanelActivation, GivesNoButtonTheFocusBeforeTheUserDoes) {
+  panel.open(std::nullopt);
+  const auto windows = QApplication::topLevelWidgets();
+  const auto host = std::ranges::find_if(
+      windows, [](const QWidget* window) { return qobject_cast<const PanelHost*>(window); });
+  ASSERT_NE(host, windows.end());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return (*host)->focusWidget() != nullptr; }));
+  EXPECT_EQ(qobject_cast<QAbstractButton*>((*host)->focusWidget()), nullptr);
 }
 
 TEST(SingleWindow, IsMadeOnceAndMadeAnewAfterItWasClosed) {

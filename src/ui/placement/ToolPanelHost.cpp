@@ -52,6 +52,8 @@ void ToolPanelHost::open(QWidget* content, std::optional<QPoint> point) {
   show();
   raise();
   activateWindow();
+  // Else the first button would have the focus, and show it, before the user has touched a key.
+  content->setFocus();
 }
 
 void ToolPanelHost::place() {
