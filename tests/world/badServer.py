@@ -78,6 +78,7 @@ class Connection:
             self.reply(stream, "413", b"too much")
         elif method == "POST" and self.mode == "early":
             self.reply(stream, "200", b"ok")
+            self.http.reset_stream(stream, 0)
         elif method == "POST":
             self.posts.add(stream)
         elif path == "/small":
