@@ -11,7 +11,9 @@ from dataclasses import dataclass
 from harness import quality
 from harness.world import World
 
-CONNECTOR = str(pathlib.Path(__file__).resolve().parent / "connector.py")
+HERE = pathlib.Path(__file__).resolve().parent
+CONNECTOR = str(HERE / "connector.py")
+CLI_SERVER = str(HERE / "cliServer.py")
 RUNS = 3
 SECONDS = 8  # of iperf3, after
 WARM_UP = 4
@@ -84,6 +86,44 @@ def load_by_iperf(world, flows, rate, *options):
     server.wait()
     return {"mbps": report["end"]["sum_received"]["bits_per_second"] / 1e6,
             "roundTrip": trimmed_mean(json.loads(probes))}
+
+
+def run_cli(world):
+    """One run of speedtest-cli against a server that answers like its own."""
+    hosts = pathlib.Path(f"/etc/netns/tidewell-{world.name}-user/hosts")
+    hosts.write_text(f"127.0.0.1 localhost\n{quality.ADDRESS} www.speedtest.net c.speedtest.net\n")
+    server = world.start("net", "python3", CLI_SERVER, quality.ADDRESS)
+    try:
+        time.sleep(0.5)
+        begin = time.monotonic()
+        process = world.start("user", "speedtest-cli", "--json", stdout=subprocess.PIPE, text=True)
+        text = process.stdout.read()
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        wall = time.monotonic() - begin
+    finally:
+        server.kill()
+        server.wait()
+    report = json.loads(text)
+    return {"down": report["download"] / 1e6, "up": report["upload"] / 1e6, "wall": wall,
+            "cpu": usage.ru_utime + usage.ru_stime, "rss": usage.ru_maxrss / 1024}
+
+
+def measure_cli(link):
+    """The helper and speedtest-cli on one link, one after the other."""
+    world = World()
+    try:
+        world.do("rate", link.down, link.up, link.buffer)
+        if link.delay:
+            world.do("delay", link.delay)
+        server = quality.QualityServer(world)
+        try:
+            helper = run_helper(world, server)
+        finally:
+            server.close()
+        return {"helper": helper, "cli": run_cli(world)}
+    finally:
+        world.down()
 
 
 def measure(link):

@@ -18,6 +18,10 @@ COLUMNS = ["link (Mbit/s, buffer, added delay)", "iperf3 down / up", "down", "of
            "RPM", "spread", "from round trips", "off", "wall", "CPU", "memory"]
 
 
+CLI_COLUMNS = ["link", "helper: down / up", "wall", "CPU", "memory",
+               "speedtest-cli: down / up", "wall", "CPU", "memory"]
+
+
 def span(values, decimals):
     low, high = min(values), max(values)
     texts = [f"{value:.{decimals}f}" for value in (low, high)]
@@ -58,12 +62,32 @@ def row(link, result):
     ]
 
 
+def cli_row(link, result):
+    def half(run):
+        return [f"{run['down']:.1f} / {run['up']:.1f}", f"{run['wall']:.0f} s", f"{run['cpu']:.1f} s",
+                f"{run['rss']:.0f} MB"]
+    return [f"{link.down}/{link.up}, {link.buffer} ms, {link.delay} ms",
+            *half(result["helper"]), *half(result["cli"])]
+
+
+def cli_table(results):
+    measured = [link for link in links.LINKS if f"cli {link.name}" in results]
+    if not measured:
+        return ""
+    lines = ["", "Beside speedtest-cli 2.1.3 against a server of ours that answers like its own (one run",
+             "each, one after the other; it measures no responsiveness, and over plain HTTP):", "",
+             "| " + " | ".join(CLI_COLUMNS) + " |", "|" + "---|" * len(CLI_COLUMNS)]
+    lines += ["| " + " | ".join(cli_row(link, results[f"cli {link.name}"])) + " |"
+              for link in measured]
+    return "\n".join(lines) + "\n"
+
+
 def text(results):
     lines = ["| " + " | ".join(COLUMNS) + " |", "|" + "---|" * len(COLUMNS)]
     for link in links.LINKS:
         if link.name in results:
             lines.append("| " + " | ".join(row(link, results[link.name])) + " |")
-    return HEAD + "\n".join(lines) + "\n" + TAIL
+    return HEAD + "\n".join(lines) + "\n" + cli_table(results) + TAIL
 
 
 TAIL = """

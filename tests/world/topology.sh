@@ -108,6 +108,8 @@ raiseWorld() {
   trap removeWorld EXIT # until it is complete
   mkdir -p "$state" "/etc/netns/$user"
   echo 'nameserver 9.9.9.9' >"/etc/netns/$user/resolv.conf"
+  # The namespace's own names can only be laid over a file that is there; bare systems have none.
+  [[ -e /etc/hosts ]] || echo '127.0.0.1 localhost' >/etc/hosts
   echo 0 >"$state/link"
   configureSpaces
   connectNet
