@@ -3,6 +3,7 @@
 #include "helpers/nettop/BpfCalls.h"
 #include "helpers/nettop/ControlGroups.h"
 #include "helpers/nettop/Privileges.h"
+#include "helpers/nettop/ProcessNamespace.h"
 #include "helpers/nettop/Second.h"
 #include "helpers/nettop/TrafficTable.h"
 #include "helpers/nettop/TunnelDevices.h"
@@ -97,6 +98,9 @@ Measurement collect(const TrafficPrograms& programs) {
 } // namespace
 
 Measurement measureWithBpf() {
+  if (!isFirstProcessNamespace()) {
+    return {{}, "the kernel's process numbers are not those of this namespace"};
+  }
   const FileDescriptor groups = openControlGroups();
   if (!groups.isOpen()) {
     return {{}, "there are no control groups of version 2"};
