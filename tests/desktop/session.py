@@ -75,7 +75,8 @@ class Session:
         self._start_buses()
         for command in self.desktop.PROGRAMS:
             self.start(command)
-        self.start_panel()
+        if self.desktop.PANEL:
+            self.start_panel()
         if hasattr(self.desktop, "arrive"):
             self.desktop.arrive(self)
 

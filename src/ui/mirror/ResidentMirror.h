@@ -26,7 +26,8 @@ Q_SIGNALS:
   /// The resident has answered for the first time, or it turned out that it does not run.
   void known();
 
-private Q_SLOTS:
+public Q_SLOTS:
+  // Of the bus's signals.
   void propertiesChanged(const QString& interface, const QVariantMap& values,
                          const QStringList& invalidated);
   void sampleAdded(double time, qlonglong download, qlonglong upload, double latency, double jitter,

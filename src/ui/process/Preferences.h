@@ -20,7 +20,7 @@ public:
   Preferences& operator=(const Preferences&) = delete;
   ~Preferences();
 
-  [[nodiscard]] AppSettings& settings() { return AppSettings::shared(); }
+  [[nodiscard]] static AppSettings& settings() { return AppSettings::shared(); }
   [[nodiscard]] DefaultsStore& store() { return m_file; }
 
 private:

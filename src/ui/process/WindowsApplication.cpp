@@ -76,7 +76,7 @@ QWidget* WindowsApplication::makeDetail() {
 }
 
 QWidget* WindowsApplication::makeSettings() {
-  return new SettingsView(m_preferences.settings(), m_preferences.store());
+  return new SettingsView(Preferences::settings(), m_preferences.store());
 }
 
 void WindowsApplication::listen() {

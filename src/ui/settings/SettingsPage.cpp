@@ -11,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <utility>
 
 namespace tidewell {
@@ -67,11 +68,11 @@ void SettingsPage::settingToggle(const char* title, const char* description,
   auto* const toggle = new ToggleSwitch(this);
   const auto show = [this, toggle, isOn] {
     const QSignalBlocker silent(toggle);
-    toggle->setChecked((m_settings.*isOn.read)());
+    toggle->setChecked(std::invoke(isOn.read, m_settings));
     toggle->update();
   };
   connect(toggle, &QAbstractButton::clicked, this, [this, isOn, show](bool value) {
-    (m_settings.*isOn.write)(value);
+    std::invoke(isOn.write, m_settings, value);
     show(); // what is stored, which a store may refuse to change
   });
   addRow(title, description, toggle);

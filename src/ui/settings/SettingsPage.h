@@ -45,14 +45,15 @@ public:
     addPicker(title, description, selection.key,
               {labels,
                [this, selection, options] {
-                 const T value = (m_settings.*selection.read)();
+                 const T value = std::invoke(selection.read, m_settings);
                  const auto found =
                      std::find_if(options.begin(), options.end(),
                                   [&](const auto& option) { return option.value == value; });
                  return found == options.end() ? -1 : static_cast<int>(found - options.begin());
                },
                [this, selection, options](int index) {
-                 (m_settings.*selection.write)(options.at(static_cast<std::size_t>(index)).value);
+                 std::invoke(selection.write, m_settings,
+                             options.at(static_cast<std::size_t>(index)).value);
                }});
   }
 
