@@ -39,7 +39,7 @@ void ItemWindow::showText(const std::string& text) {
   update();
 }
 
-void ItemWindow::paintEvent(QPaintEvent*) { QPainter(this).drawPixmap(0, 0, m_picture); }
+void ItemWindow::paintEvent(QPaintEvent* /*event*/) { QPainter(this).drawPixmap(0, 0, m_picture); }
 
 void ItemWindow::mousePressEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) {

@@ -31,7 +31,7 @@ AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* windo
   });
 }
 
-void AbsenceNotice::paintEvent(QPaintEvent*) {
+void AbsenceNotice::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
