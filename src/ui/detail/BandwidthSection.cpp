@@ -18,18 +18,18 @@ constexpr int legendSpacing = 16;
 
 } // namespace
 
-BandwidthSection::BandwidthSection(QWidget* parent) : QWidget(parent) {
+BandwidthSection::BandwidthSection(QWidget* parent)
+    : QWidget(parent), m_heading(makeHeading(QStringLiteral("Bandwidth Over Time"), this)),
+      m_ranges(new RangeSelector(this)), m_chart(new BandwidthChart(this)) {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(detailGrid::headingSpacing);
 
   auto* const header = new QHBoxLayout;
-  header->addWidget(makeHeading(QStringLiteral("Bandwidth Over Time"), this), 1);
-  m_ranges = new RangeSelector(this);
+  header->addWidget(m_heading, 1);
   header->addWidget(m_ranges);
   column->addLayout(header);
 
-  m_chart = new BandwidthChart(this);
   column->addWidget(m_chart);
 
   auto* const legend = new QHBoxLayout;

@@ -22,7 +22,8 @@ public:
   [[nodiscard]] TimeRange timeRange() const;
 
 private:
-  // Children.
+  // Children, made in the order in which they are read.
+  QWidget* m_heading;
   RangeSelector* m_ranges;
   BandwidthChart* m_chart;
 };

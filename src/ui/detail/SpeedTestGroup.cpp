@@ -32,7 +32,7 @@ QString timeText(double secondsSince1970) {
 SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, QWidget* parent)
     : DiagnosticGroup(QStringLiteral("Speed Test"), parent),
       m_button(new TextButton(QStringLiteral("Run Now"), this)), m_line(new QWidget(this)),
-      m_spinner(new Spinner(time.now, m_line)), m_text(makeHint({}, m_line)), m_rows{} {
+      m_spinner(new Spinner(time.now, m_line)), m_text(makeHint({}, m_line)) {
   addBesideTitle(m_button);
   auto* const line = new QHBoxLayout(m_line);
   line->setContentsMargins(0, linePadding, 0, linePadding);

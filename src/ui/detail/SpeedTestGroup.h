@@ -33,7 +33,7 @@ private:
   QWidget* m_line;
   Spinner* m_spinner;
   TextLine* m_text;
-  std::array<DiagnosticRow*, 4> m_rows;
+  std::array<DiagnosticRow*, 4> m_rows{};
   bool m_hadFocus = false; // the button, when it had to go
 };
 

@@ -45,7 +45,7 @@ ResidentMirror::ResidentMirror(QDBusConnection bus)
     : m_bus(std::move(bus)),
       m_watcher(service(), m_bus, QDBusServiceWatcher::WatchForOwnerChange, this) {
   connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-          [this](const QString&, const QString&, const QString& owner) {
+          [this](const QString& /*name*/, const QString& /*before*/, const QString& owner) {
             if (owner.isEmpty()) {
               setThere(false);
             } else {

@@ -41,7 +41,7 @@ private:
   static void close(void* self, zwlr_layer_surface_v1* surface);
 
   wl_surface* m_surface;
-  zwlr_layer_surface_v1* m_layer = nullptr;
+  zwlr_layer_surface_v1* m_layer;
 };
 
 } // namespace tidewell

@@ -63,7 +63,13 @@ void QtQueue::post(Task task) {
 
 void QtQueue::postAfter(Seconds delay, Task task) {
   post([this, delay, task = std::move(task)] {
-    QTimer::singleShot(milliseconds(delay), &m_context, task);
+    auto* const timer = new QTimer(&m_context);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, task] {
+      timer->deleteLater();
+      task();
+    });
+    timer->start(milliseconds(delay));
   });
 }
 

@@ -39,7 +39,9 @@ WindowsApplication::WindowsApplication(QDBusConnection bus, const std::string& r
   watch(m_detail, Window::detail);
   watch(m_settings, Window::settings);
   connect(&m_mirror, &ResidentMirror::known, this, &WindowsApplication::startWithValues);
-  QTimer::singleShot(valuesPatience, this, &WindowsApplication::startWithValues);
+  m_patience.setSingleShot(true);
+  connect(&m_patience, &QTimer::timeout, this, &WindowsApplication::startWithValues);
+  m_patience.start(valuesPatience);
   listen();
   becomeTheOnlyOne();
   windowsChanged();

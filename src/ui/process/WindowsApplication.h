@@ -56,6 +56,7 @@ private:
   std::unique_ptr<OwnItem> m_item;
   std::vector<WindowRequest> m_waiting; // for the resident's values
   bool m_isReady = false;
+  QTimer m_patience; // with a resident that does not answer
   QTimer m_idle;
 };
 
