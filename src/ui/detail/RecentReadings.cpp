@@ -7,7 +7,7 @@
 namespace tidewell {
 
 RecentReadings::RecentReadings(QWidget* parent)
-    : SpokenGroup(QAccessible::List, QStringLiteral("Recent Readings"), parent), m_rows{} {
+    : SpokenGroup(QAccessible::List, QStringLiteral("Recent Readings"), parent) {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

@@ -22,7 +22,7 @@ public:
   void setSnapshots(const SnapshotList& snapshots);
 
 private:
-  std::array<ReadingRow*, mostReadings> m_rows; // children; those not needed are hidden
+  std::array<ReadingRow*, mostReadings> m_rows{}; // children; those not needed are hidden
 };
 
 } // namespace tidewell
