@@ -16,6 +16,7 @@ void release(std::uintptr_t begin, std::uintptr_t end) {
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
   begin &= ~(page - 1);
   end = (end + page - 1) & ~(page - 1);
+  // The linker tells addresses as numbers. NOLINTNEXTLINE(performance-no-int-to-ptr)
   ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
 }
 

@@ -3,6 +3,7 @@
 #include "base/Ticks.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QSocketNotifier>
 #include <QThread>
 #include <QTimer>
@@ -19,6 +20,18 @@ namespace {
 std::chrono::milliseconds milliseconds(Seconds span) {
   return std::chrono::ceil<std::chrono::milliseconds>(toTicks(span));
 }
+
+const auto taskEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class TaskEvent final : public QEvent {
+public:
+  explicit TaskEvent(Task task) : QEvent(taskEvent), m_task(std::move(task)) {}
+
+  void run() const { m_task(); }
+
+private:
+  Task m_task;
+};
 
 class QtTimer final : public Timer {
 public:
@@ -57,8 +70,16 @@ private:
 
 } // namespace
 
+bool QtQueue::Context::event(QEvent* event) {
+  if (event->type() != taskEvent) {
+    return QObject::event(event);
+  }
+  static_cast<const TaskEvent*>(event)->run();
+  return true;
+}
+
 void QtQueue::post(Task task) {
-  QMetaObject::invokeMethod(&m_context, std::move(task), Qt::QueuedConnection);
+  QCoreApplication::postEvent(&m_context, new TaskEvent(std::move(task)));
 }
 
 void QtQueue::postAfter(Seconds delay, Task task) {

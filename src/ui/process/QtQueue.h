@@ -17,7 +17,12 @@ public:
   [[nodiscard]] bool isCurrent() const override;
 
 private:
-  QObject m_context; // what is posted goes with it
+  class Context final : public QObject {
+  protected:
+    bool event(QEvent* event) override;
+  };
+
+  Context m_context; // what is posted goes with it
 };
 
 /// Watches descriptors for reading in the application's event loop.

@@ -21,7 +21,8 @@ ResidentSocket::ResidentSocket() : m_readable(STDIN_FILENO, QSocketNotifier::Rea
 
 void ResidentSocket::report(const WindowReport& report) const {
   const std::string message = messageOf(report);
-  ::send(STDIN_FILENO, message.data(), message.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  ::send(static_cast<int>(m_readable.socket()), message.data(), message.size(),
+         MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
 void ResidentSocket::read() {
