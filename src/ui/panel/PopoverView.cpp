@@ -22,7 +22,6 @@ namespace tidewell {
 namespace {
 
 constexpr double copiedSeconds = 1.5;
-constexpr const char* unknownAddress = "--";
 
 } // namespace
 
@@ -133,8 +132,7 @@ void PopoverView::startSpeedTest() const {
 }
 
 void PopoverView::copyAddress() {
-  const ConnectionInfo& info = m_sources.monitor.connectionInfo.get();
-  m_actions.copyText(info.publicIP == unknownAddress ? info.ipAddress : info.publicIP);
+  m_actions.copyText(addressToCopy(m_sources.monitor.connectionInfo.get()));
   setCopiedIP(true);
   m_time.after(copiedSeconds, [view = QPointer(this)] {
     if (view) {

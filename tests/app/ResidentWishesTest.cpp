@@ -1,0 +1,137 @@
+#include "app/ResidentShellCase.h"
+
+namespace tidewell::test {
+namespace {
+
+/// What the user asks for through the item, its menu and the bus.
+class ResidentWishesTest : public ResidentShellTest {};
+
+TEST_F(ResidentWishesTest, ChangesTheMenuOnlyForWhoHasLookedAtIt) {
+  startBoth();
+  settle();
+  publish(12'345);
+  settle();
+  EXPECT_EQ(panel->signals["ItemsPropertiesUpdated"], 0);
+  ASSERT_TRUE(panel->call(menu, menuInterface, "GetLayout", [](sd_bus_message& call) {
+    sd_bus_message_append(&call, "iias", 0, -1, 0);
+  }));
+  publish(99'999);
+  settle();
+  EXPECT_EQ(panel->signals["ItemsPropertiesUpdated"], 1);
+  EXPECT_EQ(panel->signals["LayoutUpdated"], 0);
+}
+
+TEST_F(ResidentWishesTest, AnswersNonsenseFromTheMenusHostWithErrors) {
+  startBoth();
+  for (const int id : {-1, 99, 2'000'000'000}) {
+    EXPECT_FALSE(panel->call(menu, menuInterface, "GetLayout", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "iias", id, -1, 0);
+    })) << id;
+    EXPECT_FALSE(panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "is", id, "label");
+    })) << id;
+    EXPECT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "isvu", id, "clicked", "i", 0, 0);
+    })) << id;
+  }
+  EXPECT_FALSE(panel->call(menu, menuInterface, "GetProperty", [](sd_bus_message& call) {
+    sd_bus_message_append(&call, "is", 1, "nonsense");
+  }));
+  EXPECT_FALSE(panel->call(menu, menuInterface, "Nonsense"));
+  EXPECT_FALSE(panel->call(item, itemInterface, "Activate", [](sd_bus_message& call) {
+    sd_bus_message_append(&call, "s", "left");
+  }));
+  EXPECT_EQ(quits, 0);
+}
+
+TEST_F(ResidentWishesTest, AnswersAGroupOfEventsWithTheUnknownOnes) {
+  startBoth();
+  const auto reply = panel->call(menu, menuInterface, "EventGroup", [](sd_bus_message& call) {
+    sd_bus_message_append(&call, "a(isvu)", 2, 77, "clicked", "i", 0, 0, 1, "hovered", "i", 0, 0);
+  });
+  ASSERT_TRUE(reply);
+  ASSERT_GT(sd_bus_message_enter_container(reply.get(), 'a', "i"), 0);
+  int unknown = 0;
+  EXPECT_GT(sd_bus_message_read(reply.get(), "i", &unknown), 0);
+  EXPECT_EQ(unknown, 77);
+  EXPECT_EQ(sd_bus_message_read(reply.get(), "i", &unknown), 0);
+}
+
+TEST_F(ResidentWishesTest, QuitsFromItsMenuAndFromTheBus) {
+  startBoth();
+  choose("Quit", "hovered");
+  EXPECT_EQ(quits, 0);
+  choose("Quit");
+  EXPECT_EQ(quits, 1);
+  ASSERT_TRUE(panel->call(face, faceInterface, "Quit"));
+  EXPECT_EQ(quits, 2);
+}
+
+TEST_F(ResidentWishesTest, RunsASpeedTestOnRequest) {
+  startBoth();
+  ASSERT_TRUE(panel->call(face, faceInterface, "RunSpeedTest"));
+  EXPECT_EQ(speedTests, 1);
+  choose("Speed Test");
+  EXPECT_EQ(speedTests, 2);
+}
+
+TEST_F(ResidentWishesTest, SaysInItsMenuThatASpeedTestRuns) {
+  startBoth();
+  speedTest.isRunning.set(true);
+  settle();
+  EXPECT_GT(rowOf("Testing..."), 0);
+  speedTest.isRunning.set(false);
+  settle();
+  EXPECT_GT(rowOf("Speed Test"), 0);
+}
+
+TEST_F(ResidentWishesTest, AsksForThePanelWhereTheItemWasActivatedWithTheTokenOfThatClickAlone) {
+  startBoth();
+  const auto activate = [&](int x, int y) {
+    ASSERT_TRUE(panel->call(item, itemInterface, "Activate", [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, "ii", x, y);
+    }));
+  };
+  ASSERT_TRUE(panel->call(item, itemInterface, "ProvideXdgActivationToken",
+                          [](sd_bus_message& call) { sd_bus_message_append(&call, "s", "t1"); }));
+  activate(812, 16);
+  activate(-5, 2000);
+  using Request = WindowRequest;
+  EXPECT_EQ(requests,
+            (std::vector<Request>{{Request::Kind::panel, "t1", Request::Point{812, 16}, {}},
+                                  {Request::Kind::panel, "", Request::Point{-5, 2000}, {}}}));
+}
+
+TEST_F(ResidentWishesTest, AsksForWindowsFromItsMenuAndFromTheBus) {
+  startBoth();
+  for (const char* entry : {"Open", "Details", "Settings"}) {
+    choose(entry);
+  }
+  for (const char* method : {"OpenPanel", "OpenDetail", "OpenSettings"}) {
+    ASSERT_TRUE(panel->call(face, faceInterface, method));
+  }
+  using Kind = WindowRequest::Kind;
+  std::vector<Kind> kinds;
+  for (const WindowRequest& request : requests) {
+    kinds.push_back(request.kind);
+  }
+  EXPECT_EQ(kinds, (std::vector<Kind>{Kind::panel, Kind::detail, Kind::settings, Kind::panel,
+                                      Kind::detail, Kind::settings}));
+}
+
+TEST_F(ResidentWishesTest, CopiesThePublicAddressAndTheLocalOneWhileThatIsNotKnown) {
+  startBoth();
+  ConnectionInfo info;
+  info.ipAddress = "192.168.1.20";
+  monitor.connectionInfo.set(info);
+  choose("Copy IP");
+  info.publicIP = "203.0.113.7";
+  monitor.connectionInfo.set(info);
+  choose("Copy IP");
+  ASSERT_EQ(requests.size(), 2U);
+  EXPECT_EQ(requests[0].text, "192.168.1.20");
+  EXPECT_EQ(requests[1].text, "203.0.113.7");
+}
+
+} // namespace
+} // namespace tidewell::test
