@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tile/LabelGuide.h"
+
 #include <string>
 
 namespace tidewell {
@@ -22,12 +24,6 @@ struct ItemTexts {
 
   friend bool operator==(const ItemTexts&, const ItemTexts&) = default;
 };
-
-/// A label as long as the longest: every label up to 10 GB/s takes no more room.
-inline constexpr const char* labelGuide = "↓10000M ↑10000M";
-
-/// The same when the user hides the upload rate.
-inline constexpr const char* labelGuideWithoutUpload = "↓10000M";
 
 /// The texts for what is published and preferred now. Main thread.
 [[nodiscard]] ItemTexts itemTexts(const SamplerState& sampler, const MonitorState& monitor,

@@ -29,7 +29,7 @@ protected:
   [[nodiscard]] std::vector<std::string> shown(std::size_t first, std::size_t count) const {
     std::vector<std::string> texts;
     for (std::size_t index = first; index < first + count; ++index) {
-      texts.push_back((row(index).label() + u'|' + row(index).value()).toStdString());
+      texts.push_back((row(index).key() + u'|' + row(index).value()).toStdString());
     }
     return texts;
   }

@@ -175,7 +175,7 @@ TEST_F(DetailRepaintTest, PaintsOnlyTheDiagnosticThatChanged) {
   sampler.jitterMs.set(7.0);
   Panel::settle();
   for (const DiagnosticRow* row : all<DiagnosticRow>(3)) {
-    EXPECT_EQ(isPainted(*row), row->label() == "Jitter") << row->label().toStdString();
+    EXPECT_EQ(isPainted(*row), row->key() == "Jitter") << row->key().toStdString();
   }
 }
 

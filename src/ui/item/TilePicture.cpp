@@ -1,5 +1,6 @@
 #include "ui/item/TilePicture.h"
 
+#include "tile/LabelGuide.h"
 #include "tile/TextTile.h"
 
 #include <QImage>
@@ -12,9 +13,6 @@
 namespace tidewell {
 
 namespace {
-
-// As wide as the widest text.
-constexpr const char* guide = "↓10000M ↑10000M";
 
 template <class Draw> QPixmap picture(TileSize size, const Draw& draw) {
   std::vector<std::uint8_t> argb(size.bytes());
@@ -34,8 +32,8 @@ QPixmap squarePicture(const std::string& text, int edge) {
 }
 
 QPixmap widePicture(const std::string& text) {
-  return picture(TextTile::wideSize(guide),
-                 [&](auto argb) { TextTile::drawWide(text, guide, argb); });
+  return picture(TextTile::wideSize(labelGuide),
+                 [&](auto argb) { TextTile::drawWide(text, labelGuide, argb); });
 }
 
 } // namespace tidewell

@@ -9,7 +9,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t mostSamples = 300;
 constexpr std::size_t mostProcesses = 10;
 
 /// The argument, if it has this signature.
@@ -49,8 +48,8 @@ SnapshotList readSamples(const QVariant& value) {
           std::make_shared<const NetworkSnapshot>(time, download, upload, latency, jitter, loss));
     });
   }
-  if (samples.size() > mostSamples) {
-    samples.erase(samples.begin(), samples.end() - mostSamples);
+  if (samples.size() > mostMirroredSamples) {
+    samples.erase(samples.begin(), samples.end() - mostMirroredSamples);
   }
   return samples;
 }

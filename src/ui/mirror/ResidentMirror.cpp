@@ -13,8 +13,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t mostSamples = 300;
-
 QString service() { return QStringLiteral("com.halden.Tidewell"); }
 QString object() { return QStringLiteral("/com/halden/Tidewell"); }
 QString properties() { return QStringLiteral("org.freedesktop.DBus.Properties"); }
@@ -90,7 +88,7 @@ void ResidentMirror::sampleAdded(double time, qlonglong download, qlonglong uplo
   m_state.sampler.snapshots.mutate([&](SnapshotList& samples) {
     samples.push_back(
         std::make_shared<const NetworkSnapshot>(time, download, upload, latency, jitter, loss));
-    if (samples.size() > mostSamples) {
+    if (samples.size() > mostMirroredSamples) {
       samples.erase(samples.begin());
     }
   });

@@ -1,0 +1,80 @@
+#include "ui/components/ValueRow.h"
+
+#include "ui/components/FittedText.h"
+#include "ui/components/ShownText.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int leastGap = 16;
+
+TextStyle keyStyle() { return {TWFont::body(), TWColor::textSecondary()}; }
+
+TextStyle valueStyle(const QColor& color = {}) {
+  TextStyle style{TWFont::monoSmall(), color};
+  style.alignment = Qt::AlignRight;
+  style.elide = Qt::ElideMiddle;
+  return style;
+}
+
+int contentHeight() { return std::max(lineHeight(keyStyle()), lineHeight(valueStyle())); }
+
+} // namespace
+
+ValueRow::ValueRow(QString key, Frame frame, QWidget* parent)
+    : PaintedWidget(QAccessible::StaticText, parent), m_key(std::move(key)), m_frame(frame) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  setSpoken(m_key);
+}
+
+void ValueRow::show(const QString& value, const QColor& color) {
+  if (value == m_value && color == m_color) {
+    return;
+  }
+  m_value = value;
+  m_color = color;
+  setSpoken(m_key + u' ' + spokenValue(value));
+  updateToolTip();
+  update();
+}
+
+QSize ValueRow::sizeHint() const {
+  return {0, contentHeight() + 2 * m_frame.padding + m_frame.lineThickness};
+}
+
+QRect ValueRow::valueBox() const {
+  const int left = static_cast<int>(std::ceil(lineWidth(m_key, keyStyle()))) + leastGap;
+  // One baseline for both.
+  const int top = m_frame.padding + QFontMetrics(keyStyle().font).ascent() -
+                  QFontMetrics(valueStyle().font).ascent();
+  return {left, top, std::max(0, width() - left), contentHeight()};
+}
+
+void ValueRow::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(QRect(0, height() - m_frame.lineThickness, width(), m_frame.lineThickness),
+                   TWColor::borderSubtle());
+  const QRect text =
+      rect().adjusted(0, m_frame.padding, 0, -m_frame.padding - m_frame.lineThickness);
+  drawLine(painter, text, m_key, keyStyle());
+  drawLine(painter, valueBox(), m_value, valueStyle(m_color));
+}
+
+void ValueRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
+
+void ValueRow::updateToolTip() {
+  const bool isCut = FittedText(m_value, valueStyle(), valueBox().width()).isCut;
+  setToolTip(isCut ? toolTipText(m_value) : QString());
+}
+
+} // namespace tidewell
