@@ -32,6 +32,10 @@ struct kuid {
 struct cred {
   struct kuid uid;
 };
+struct net;
+struct nsproxy {
+  struct net* net_ns;
+};
 struct task_struct {
   int pid;
   int tgid;
@@ -39,12 +43,10 @@ struct task_struct {
   char comm[16];
   struct mm_struct* mm;
   const struct cred* cred;
+  struct nsproxy* nsproxy;
 };
 struct counter64 {
   __s64 counter;
-};
-struct net {
-  __u64 net_cookie;
 };
 struct net_pointer {
   struct net* net;

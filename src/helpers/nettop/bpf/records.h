@@ -7,7 +7,7 @@ enum {
   longestName = 64, /* with the 0 at its end */
   deviceWords = 64,
   mostSockets = 65536,
-  mostProcesses = 32768,
+  mostProcesses = 16384,
 };
 
 /* What one socket has moved, as IP bytes on everything but the loopback. */

@@ -191,22 +191,34 @@ int nameProcesses(struct bpf_iter__task* context) {
   return 0;
 }
 
-static void noteTunnelServer(struct task_struct* task, struct file* file) {
+static int isTunnelServer(struct file* file) {
   struct inode* const inode = BPF_CORE_READ(file, f_inode);
-  if (BPF_CORE_READ(inode, i_rdev) != tunDevice ||
-      (BPF_CORE_READ(inode, i_mode) & fileType) != characterDevice) {
-    return;
-  }
-  const __u32 process = BPF_CORE_READ(task, tgid);
-  noteProcess(task, process);
-  struct ProcessRecord* const record = bpf_map_lookup_elem(&processes, &process);
-  if (record) {
-    record->servesTunnel = 1;
-  }
+  return BPF_CORE_READ(inode, i_rdev) == tunDevice &&
+         (BPF_CORE_READ(inode, i_mode) & fileType) == characterDevice;
 }
 
-/* After the second: who holds the sockets that moved something. Of several holders it is the
- * first, but never the one that makes sockets for others. */
+/* Notes the process as the holder of the socket, if that has moved something. Of several holders it
+ * is the first, but never the one that makes sockets for others. */
+static int noteHolder(struct socket* socket, __u32 process) {
+  /* Direct, since it is done for every socket of the machine; elsewhere that would only make the
+   * kernel's check of the program longer. */
+  const __u64 cookie = socket->sk->__sk_common.skc_cookie.counter;
+  struct SocketTraffic* const entry = cookie ? bpf_map_lookup_elem(&sockets, &cookie) : 0;
+  if (!entry || (entry->isHeld && entry->owner != 1)) {
+    return 0;
+  }
+  entry->owner = process;
+  entry->isHeld = 1;
+  /* The iterator runs for the helper, whose network namespace is that of the tunnels. */
+  entry->mayTunnel =
+      control.hasTunnels && BPF_CORE_READ(socket, sk, __sk_common.skc_net.net) ==
+                                BPF_CORE_READ(bpf_get_current_task_btf(), nsproxy, net_ns);
+  const int isNew = control.lastHolder != process;
+  control.lastHolder = process;
+  return isNew;
+}
+
+/* After the second: who holds the sockets that moved something, and who serves the tunnels. */
 SEC("iter/task_file")
 int findHolders(struct bpf_iter__task_file* context) {
   struct task_struct* const task = context->task;
@@ -214,27 +226,16 @@ int findHolders(struct bpf_iter__task_file* context) {
   if (!task || !file) {
     return 0;
   }
+  const __u32 process = BPF_CORE_READ(task, tgid);
   struct socket* const socket = bpf_sock_from_file(file);
-  if (!socket) {
-    if (control.hasTunnels) {
-      noteTunnelServer(task, file);
-    }
+  const int servesTunnel = !socket && control.hasTunnels && isTunnelServer(file);
+  if (!servesTunnel && !(socket && noteHolder(socket, process))) {
     return 0;
   }
-  /* Direct, since it is done for every socket of the machine; elsewhere that would only make the
-   * kernel's check of the program longer. */
-  const __u64 cookie = socket->sk->__sk_common.skc_cookie.counter;
-  struct SocketTraffic* const entry = cookie ? bpf_map_lookup_elem(&sockets, &cookie) : 0;
-  if (entry && (!entry->isHeld || entry->owner == 1)) {
-    const __u32 process = BPF_CORE_READ(task, tgid);
-    entry->owner = process;
-    entry->isHeld = 1;
-    entry->mayTunnel = control.hasTunnels && BPF_CORE_READ(socket, sk, __sk_common.skc_net.net,
-                                                           net_cookie) == control.network;
-    if (control.lastHolder != process) {
-      control.lastHolder = process;
-      noteProcess(task, process);
-    }
+  noteProcess(task, process);
+  struct ProcessRecord* const record = bpf_map_lookup_elem(&processes, &process);
+  if (record && servesTunnel) {
+    record->servesTunnel = 1;
   }
   return 0;
 }
