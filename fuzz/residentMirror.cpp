@@ -18,7 +18,10 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <utility>
 
 struct AnySample {
   double time = 0.0;
@@ -76,9 +79,9 @@ constexpr const char* service = "com.halden.Tidewell";
 class Receiver final : public QDBusVirtualObject {
 public:
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
-  bool handleMessage(const QDBusMessage& message, const QDBusConnection& /*bus*/) override {
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
     values = qdbus_cast<QVariantMap>(message.arguments().value(0));
-    return true;
+    return bus.send(message.createReply());
   }
 
   QVariantMap values;
@@ -104,7 +107,9 @@ struct Desk {
                                        QStringLiteral("org.example.Any"), QStringLiteral("Take"));
     message.setArguments({QVariant(values)});
     receiver.values.clear();
-    bus.send(message);
+    // A call of the process's own is answered at once, without the bus.
+    bus.call(message);
+    require(receiver.values.size() == values.size());
     return receiver.values;
   }
 
@@ -135,39 +140,71 @@ template <class Element, class Make> QVariant anyList(FuzzedDataProvider& input,
   return QVariant::fromValue(list);
 }
 
-QVariant anyValue(FuzzedDataProvider& input) {
-  const auto number = [&] { return input.ConsumeIntegral<qlonglong>(); };
-  const auto real = [&] {
+/// The kinds of values that the resident publishes, and some that it does not.
+enum Kind { truth, number, real, text, samples, processes, tests, texts, mixture, kinds };
+
+QVariant anyValue(Kind kind, FuzzedDataProvider& input) {
+  const auto anyNumber = [&] { return input.ConsumeIntegral<qlonglong>(); };
+  const auto anyReal = [&] {
     return input.ConsumeBool() ? input.ConsumeFloatingPoint<double>()
                                : input.PickValueInArray({0.0, -1.0, 0.5, HUGE_VAL, std::nan("")});
   };
-  switch (input.ConsumeIntegralInRange(0, 8)) {
-  case 0:
+  switch (kind) {
+  case truth:
     return input.ConsumeBool();
-  case 1:
-    return number();
-  case 2:
-    return real();
-  case 3:
-    return QStringList{anyText(input)};
-  case 4:
-    return QVariantList{number(), anyText(input)};
-  case 5:
-    return anyList<AnySample>(input, [&] { return AnySample{real(), number(), number(), real()}; });
-  case 6:
-    return anyList<AnyProcess>(input, [&] {
-      return AnyProcess{static_cast<int>(number() & 0xFFFF), anyText(input), number(), real()};
+  case number:
+    return anyNumber();
+  case real:
+    return anyReal();
+  case samples:
+    return anyList<AnySample>(input, [&] {
+      return AnySample{anyReal(), anyNumber(), anyNumber(), anyReal()};
     });
-  case 7:
-    return anyList<AnyTest>(input, [&] { return AnyTest{real(), real(), number()}; });
+  case processes:
+    return anyList<AnyProcess>(input, [&] {
+      return AnyProcess{input.ConsumeIntegral<int>(), anyText(input), anyNumber(), anyReal()};
+    });
+  case tests:
+    return anyList<AnyTest>(input, [&] { return AnyTest{anyReal(), anyReal(), anyNumber()}; });
+  case texts:
+    return QStringList{anyText(input)};
+  case mixture:
+    return QVariantList{anyNumber(), anyText(input)};
   default:
     return anyText(input);
   }
 }
 
-/// A value of the type that the property has, or of any.
-QVariant valueFor(const QString& name, FuzzedDataProvider& input) {
-  return name == QLatin1String("nothing") ? QVariant(QString()) : anyValue(input);
+constexpr std::array<std::pair<const char*, Kind>, 17> published = {{
+    {"IsConnected", truth},
+    {"MenubarText", text},
+    {"DownloadBytesPerSec", number},
+    {"UploadBytesPerSec", number},
+    {"LatencyMs", real},
+    {"JitterMs", real},
+    {"PacketLossPercent", real},
+    {"Samples", samples},
+    {"InterfaceType", text},
+    {"NetworkName", text},
+    {"InterfaceName", text},
+    {"IpAddress", text},
+    {"PublicIp", text},
+    {"Dns", text},
+    {"Processes", processes},
+    {"LastSpeedTest", tests},
+    {"SpeedTestIsRunning", truth},
+}};
+
+QVariantMap anyValues(FuzzedDataProvider& input) {
+  QVariantMap values;
+  for (int entry = 0; entry < 6 && input.remaining_bytes() > 0; ++entry) {
+    const auto [name, usual] = input.PickValueInArray(published);
+    const bool isUsual = input.ConsumeIntegralInRange(0, 3) != 0;
+    const auto kind =
+        isUsual ? usual : static_cast<Kind>(input.ConsumeIntegralInRange<int>(0, kinds - 1));
+    values.insert(QString::fromLatin1(name), anyValue(kind, input));
+  }
+  return values;
 }
 
 void checkShown(const QString& text) { fuzz::requireShowable(text.toStdString()); }
@@ -200,16 +237,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FuzzedDataProvider input(data, size);
   ResidentMirror mirror(desk.none);
   for (int step = 0; step < 4 && input.remaining_bytes() > 0; ++step) {
-    QVariantMap values;
-    for (int entry = 0; entry < 6 && input.remaining_bytes() > 0; ++entry) {
-      const auto name = QString::fromLatin1(input.PickValueInArray<const char*>(
-          {"IsConnected", "MenubarText", "DownloadBytesPerSec", "UploadBytesPerSec", "LatencyMs",
-           "JitterMs", "PacketLossPercent", "Samples", "InterfaceType", "NetworkName",
-           "InterfaceName", "IpAddress", "PublicIp", "Dns", "Processes", "LastSpeedTest",
-           "SpeedTestIsRunning", "nothing"}));
-      values.insert(name, valueFor(name, input));
-    }
+    const QVariantMap values = anyValues(input);
     mirror.propertiesChanged(QLatin1String(service), desk.sent(values), {});
+    const auto sent = values.value(QStringLiteral("Samples"));
+    if (sent.metaType() == QMetaType::fromType<QList<AnySample>>()) {
+      require(mirror.state().sampler.snapshots.get().size() ==
+              std::min<std::size_t>(
+                  300, static_cast<std::size_t>(sent.value<QList<AnySample>>().size())));
+    }
+    check(mirror.state());
     mirror.sampleAdded(1.0, input.ConsumeIntegral<qlonglong>(), 0, 0.0, 0.0, 0.0);
     check(mirror.state());
   }
