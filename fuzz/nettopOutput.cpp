@@ -2,40 +2,19 @@
 // shared out rightly.
 
 #include "processes/NettopOutput.h"
+#include "support/NettopSums.h"
+#include "support/Require.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <string_view>
 
-namespace {
-
-void require(bool condition) {
-  if (!condition) {
-    std::abort();
-  }
-}
-
-/// Sums that overflow end the program, as they are meant to; texts that can make one are left out.
-bool mayOverflow(std::string_view text) {
-  std::size_t digits = 0;
-  for (const char character : text) {
-    digits = character >= '0' && character <= '9' ? digits + 1 : 0;
-    if (digits > 15) {
-      return true;
-    }
-  }
-  return false;
-}
-
-} // namespace
+using tidewell::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  if (mayOverflow(text)) {
+  if (tidewell::fuzz::maySumOverflow(text)) {
     return 0;
   }
   const auto rows = tidewell::parseNettopOutput(text);

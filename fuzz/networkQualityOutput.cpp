@@ -2,21 +2,15 @@
 // what follows a line of its own neither adds to it nor takes from it.
 
 #include "speedtest/NetworkQualityOutput.h"
+#include "support/Require.h"
 
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
-namespace {
+using tidewell::fuzz::require;
 
-void require(bool condition) {
-  if (!condition) {
-    std::abort();
-  }
-}
+namespace {
 
 bool isSpeed(double megabits) { return megabits >= 0.0 && !std::isnan(megabits); }
 

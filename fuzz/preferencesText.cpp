@@ -3,15 +3,15 @@
 
 #include "platform/linux/PreferencesText.h"
 #include "platform/linux/TomlText.h"
+#include "support/Require.h"
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
+
+using tidewell::fuzz::require;
 
 namespace {
 
@@ -20,12 +20,6 @@ using tidewell::isSame;
 using tidewell::PreferencesText;
 
 constexpr std::array<const char*, 4> keys{"refreshInterval", "trackPerProcess", "a", "odd \"key\""};
-
-void require(bool condition) {
-  if (!condition) {
-    std::abort();
-  }
-}
 
 DefaultsValue valueFrom(std::uint8_t choice, std::string_view bytes) {
   std::int64_t bits = 0;

@@ -4,22 +4,12 @@
 #include "helpers/networkQuality/HttpsAddress.h"
 #include "helpers/networkQuality/ServerSettings.h"
 #include "helpers/networkQuality/TestServer.h"
+#include "support/Require.h"
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
-namespace {
-
-void require(bool condition) {
-  if (!condition) {
-    std::abort();
-  }
-}
-
-} // namespace
+using tidewell::fuzz::require;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);

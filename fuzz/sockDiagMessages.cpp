@@ -2,23 +2,19 @@
 
 #include "helpers/nettop/SockDiagMessages.h"
 #include "helpers/nettop/TcpMovement.h"
-
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <span>
+#include "support/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tidewell::nettop;
-  const auto messages = parseSockDiag(std::as_bytes(std::span(data, size)));
+  const auto messages = parseSockDiag(tidewell::fuzz::messagesOf(data, size));
   TcpReadings readings;
   for (const TcpReading& reading : messages.readings) {
     readings.insert_or_assign(reading.cookie, reading);
   }
   for (const TcpReading& socket : tcpMovement({}, readings, {})) {
-    if (socket.received == 0 && socket.sent == 0) {
-      std::abort();
-    }
+    tidewell::fuzz::require(socket.received != 0 || socket.sent != 0);
+    tidewell::fuzz::require(!socket.isLoopback &&
+                            socket.received <= readings[socket.cookie].received);
   }
   return 0;
 }

@@ -46,15 +46,15 @@ private:
   int m_result = 0;
 };
 
-/// The identifiers in an "ai" argument.
-std::vector<std::int32_t> readIds(sd_bus_message& message) {
+/// The identifiers in an "ai" argument, up to `most`: a message has room for millions, and an
+/// answer to all of them would take gigabytes.
+std::vector<std::int32_t> readIds(sd_bus_message& message, std::size_t most) {
   std::vector<std::int32_t> ids;
   std::int32_t id = 0;
   if (sd_bus_message_enter_container(&message, 'a', "i") > 0) {
-    while (sd_bus_message_read(&message, "i", &id) > 0) {
+    while (ids.size() < most && sd_bus_message_read(&message, "i", &id) > 0) {
       ids.push_back(id);
     }
-    sd_bus_message_exit_container(&message);
   }
   return ids;
 }
@@ -194,7 +194,7 @@ int ItemMenu::answerLayout(sd_bus_message& call, sd_bus_message& reply) {
 }
 
 int ItemMenu::answerGroup(sd_bus_message& call, sd_bus_message& reply) {
-  std::vector<std::int32_t> ids = readIds(call);
+  std::vector<std::int32_t> ids = readIds(call, m_rows.size() + 1);
   if (ids.empty()) {
     // By convention, no identifiers ask for all.
     for (std::size_t index = 0; index < m_rows.size(); ++index) {

@@ -2,8 +2,10 @@
 
 #include "platform/linux/SessionBus.h"
 #include "tile/TextTile.h"
+#include "windows/WindowRequest.h"
 
 #include <cstdint>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -103,7 +105,9 @@ void StatusItem::describeRequests() {
   m_object.method("ProvideXdgActivationToken", "s", "", [this](sd_bus_message& call, auto&) {
     const char* token = "";
     sd_bus_message_read(&call, "s", &token);
-    m_token = token;
+    // Kept until the click that it is for, which may never come.
+    const std::string_view text(token);
+    m_token = text.size() <= longestActivationToken ? text : "";
     return 0;
   });
 }

@@ -1,5 +1,6 @@
 #include "connectivity/ConnectionDetails.h"
 
+#include "base/DisplayText.h"
 #include "base/Scheduler.h"
 #include "base/TextPieces.h"
 #include "base/Utf8.h"
@@ -31,7 +32,8 @@ ConnectionDetails::ConnectionDetails(const Platform& platform)
 ConnectionInfo ConnectionDetails::fetchConnectionInfo(InterfaceType type) {
   const std::string device = BandwidthSampler::detectPrimaryInterface(m_configuration);
   ConnectionInfo info;
-  info.interfaceName = std::string(rawValue(type)) + " (" + device + ")";
+  // The kernel takes nearly any bytes for a name; a bus takes text alone.
+  info.interfaceName = std::string(rawValue(type)) + " (" + displayText(device) + ")";
   info.networkName = networkName(type);
   info.ipAddress = ipAddress(device);
   info.publicIP = publicIP();

@@ -46,7 +46,7 @@ std::string_view takeWord(std::string_view& text) {
 }
 
 bool isToken(std::string_view token) {
-  return !token.empty() && token.size() < 256 &&
+  return !token.empty() && token.size() <= longestActivationToken &&
          std::ranges::all_of(token, [](char letter) { return letter > ' ' && letter <= '~'; });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ struct WindowRequest {
 
   friend bool operator==(const WindowRequest&, const WindowRequest&) = default;
 };
+
+/// The longest proof that is passed on; any but it is taken for none. Desktops make short ones.
+inline constexpr std::size_t longestActivationToken = 255;
 
 /// What the windows' process answers.
 struct WindowReport {

@@ -102,6 +102,42 @@ TEST_F(ResidentWishesTest, AsksForThePanelWhereTheItemWasActivatedWithTheTokenOf
                                   {Request::Kind::panel, "", Request::Point{-5, 2000}, {}}}));
 }
 
+TEST_F(ResidentWishesTest, AnswersNoMoreMenuRowsThanThereAreHoweverManyAreAskedFor) {
+  startBoth();
+  const std::vector<std::int32_t> ids(100'000, 1);
+  const auto reply =
+      panel->call(menu, menuInterface, "GetGroupProperties", [&](sd_bus_message& call) {
+        sd_bus_message_append_array(&call, 'i', ids.data(), ids.size() * sizeof(std::int32_t));
+        sd_bus_message_append(&call, "as", 0);
+      });
+  ASSERT_TRUE(reply);
+  int rows = 0;
+  ASSERT_GT(sd_bus_message_enter_container(reply.get(), 'a', "(ia{sv})"), 0);
+  while (sd_bus_message_skip(reply.get(), "(ia{sv})") > 0) {
+    ++rows;
+  }
+  EXPECT_GE(rows, 1);
+  EXPECT_LE(rows, 13);
+}
+
+TEST_F(ResidentWishesTest, KeepsNoTokenThatIsTooLongForOne) {
+  startBoth();
+  for (const std::size_t size : {255U, 256U, 1U << 20U}) {
+    const std::string token(size, 't');
+    ASSERT_TRUE(
+        panel->call(item, itemInterface, "ProvideXdgActivationToken", [&](sd_bus_message& call) {
+          sd_bus_message_append(&call, "s", token.c_str());
+        }));
+    ASSERT_TRUE(panel->call(item, itemInterface, "Activate", [](sd_bus_message& call) {
+      sd_bus_message_append(&call, "ii", 1, 2);
+    }));
+  }
+  ASSERT_EQ(requests.size(), 3U);
+  EXPECT_EQ(requests[0].token, std::string(255, 't'));
+  EXPECT_EQ(requests[1].token, "");
+  EXPECT_EQ(requests[2].token, "");
+}
+
 TEST_F(ResidentWishesTest, AsksForWindowsFromItsMenuAndFromTheBus) {
   startBoth();
   for (const char* entry : {"Open", "Details", "Settings"}) {

@@ -35,6 +35,14 @@ TEST_F(ConnectionDetailsTest, DescribeAWiredLinkWithoutAskingForAWifiName) {
   EXPECT_EQ(machine.configuration.wifiLookups, 0);
 }
 
+TEST_F(ConnectionDetailsTest, ShowADeviceWhoseNameIsNoTextAsFarAsItIs) {
+  machine.configuration.primary = "e\xFF\x1B[1m";
+  machine.addresses.interfaces["e\xFF\x1B[1m"] = "192.0.2.7";
+  const ConnectionInfo info = fetch(InterfaceType::ethernet);
+  EXPECT_EQ(info.interfaceName, "Ethernet (e\uFFFD\uFFFD[1m)");
+  EXPECT_EQ(info.ipAddress, "192.0.2.7") << "asked for by the name as it is";
+}
+
 TEST_F(ConnectionDetailsTest, NameEveryOtherLinkByItsWifiNetwork) {
   machine.configuration.wifiName = "Harbour";
   for (const auto type : {InterfaceType::wifi, InterfaceType::cellular, InterfaceType::other}) {

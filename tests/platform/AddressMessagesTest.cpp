@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <random>
 
 #include <linux/rtnetlink.h>
@@ -44,6 +45,15 @@ TEST(AddressMessages, GoOnBehindAnAddressThatIsNone) {
   const auto reply = address(3).data(IFA_LOCAL, "\x0A\0"sv).bytes() + address(3).bytes() +
                      address(3).data(IFA_LOCAL, "\x0A\0\0\1"sv).bytes();
   EXPECT_EQ(parseFirstIPv4(reply, 3), "10.0.0.1");
+}
+
+TEST(AddressMessages, AreNotReadBeyondTheEndOfTheirMessage) {
+  for (const std::uint32_t cut : {1U, 2U, 3U}) {
+    auto reply = address(3).data(IFA_LOCAL, "\x0A\0\0\1"sv).bytes();
+    const auto length = static_cast<std::uint32_t>(reply.size()) - cut;
+    std::memcpy(reply.data(), &length, sizeof length);
+    EXPECT_EQ(parseFirstIPv4(reply, 3), std::nullopt) << cut;
+  }
 }
 
 TEST(AddressMessages, SurviveEveryTruncationAndRandomDamage) {

@@ -228,12 +228,14 @@ bool EventLoop::armAlarm() {
 
 void EventLoop::dispatch(std::span<const epoll_event> events) {
   for (const epoll_event& event : events) {
-    if (event.data.u64 == wakeUpKey) {
+    // Copied, since the kernel packs its structure: no reference may be bound to what is in it.
+    const std::uint64_t key = event.data.u64;
+    if (key == wakeUpKey) {
       drain(m_wakeUp);
-    } else if (event.data.u64 == alarmKey) {
+    } else if (key == alarmKey) {
       drain(m_alarm);
       m_alarmAt = Ticks::zero();
-    } else if (const auto found = m_handlers.find(event.data.u64); found != m_handlers.end()) {
+    } else if (const auto found = m_handlers.find(key); found != m_handlers.end()) {
       // Shared, because the handler may end its own watch.
       const std::shared_ptr<FdHandler> handler = found->second;
       (*handler)(event.events);

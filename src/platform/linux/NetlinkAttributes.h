@@ -49,7 +49,8 @@ template <class Header> std::optional<Header> readHeader(const nlmsghdr& message
 template <class Header, class Visit> void forEachAttribute(const nlmsghdr& message, Visit&& visit) {
   const auto* attribute =
       static_cast<const nlattr*>(mnl_nlmsg_get_payload_offset(&message, sizeof(Header)));
-  const auto* const end = static_cast<const std::byte*>(mnl_nlmsg_get_payload_tail(&message));
+  // libmnl's own tail is rounded up, beyond the bytes of a message of odd length.
+  const auto* const end = reinterpret_cast<const std::byte*>(&message) + message.nlmsg_len;
   while (true) {
     const auto left = end - reinterpret_cast<const std::byte*>(attribute);
     if (left <= 0 || !mnl_attr_ok(attribute, static_cast<int>(left))) {

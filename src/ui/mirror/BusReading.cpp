@@ -46,10 +46,11 @@ SnapshotList readSamples(const QVariant& value) {
       *argument >> time >> download >> upload >> latency >> jitter >> loss;
       samples.push_back(
           std::make_shared<const NetworkSnapshot>(time, download, upload, latency, jitter, loss));
+      // At once: a message has room for millions.
+      if (samples.size() > mostMirroredSamples) {
+        samples.pop_front();
+      }
     });
-  }
-  if (samples.size() > mostMirroredSamples) {
-    samples.erase(samples.begin(), samples.end() - mostMirroredSamples);
   }
   return samples;
 }
@@ -65,11 +66,10 @@ std::vector<ProcessUsage> readProcesses(const QVariant& value) {
       qlonglong total = 0;
       double share = 0.0;
       *argument >> id >> name >> download >> upload >> total >> share;
-      processes.push_back({id, name.toStdString(), download, upload, total, share});
+      if (processes.size() < mostProcesses) {
+        processes.push_back({id, name.toStdString(), download, upload, total, share});
+      }
     });
-  }
-  if (processes.size() > mostProcesses) {
-    processes.resize(mostProcesses);
   }
   return processes;
 }

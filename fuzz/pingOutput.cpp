@@ -1,0 +1,48 @@
+// Any bytes as what ping prints, one run after another with zeros between: what is made of them is
+// always a number.
+
+#include "platform/ChildProcess.h"
+#include "sampling/LatencyProbe.h"
+#include "support/Require.h"
+
+#include "base/TextPieces.h"
+
+#include <cmath>
+#include <utility>
+
+namespace {
+
+using tidewell::fuzz::require;
+
+/// Runs nothing and gives back the next of some outputs.
+class ScriptedChildren final : public tidewell::ChildProcess {
+public:
+  std::optional<std::string> run(const std::string& path, const std::vector<std::string>& arguments,
+                                 const std::function<void(Id)>& /*launched*/) override {
+    require(path == "/sbin/ping" && !arguments.empty());
+    return next;
+  }
+  void terminate(Id /*child*/) override {}
+
+  std::string next;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  ScriptedChildren children;
+  tidewell::LatencyProbe probe(children);
+  tidewell::LineQuality quality;
+  for (const auto output : tidewell::splitAt(tidewell::fuzz::textOf(data, size), '\0')) {
+    children.next = output;
+    const auto parsed = tidewell::LatencyProbe::parseOutput(output);
+    const auto before = std::exchange(quality, probe.probe(quality));
+    require(quality.latencyMs == parsed.value_or(0.0) && std::isfinite(quality.latencyMs));
+    require(quality.packetLossPercent >= 0.0 && quality.packetLossPercent <= 100.0);
+    require(quality.jitterMs >= 0.0);
+    require(parsed || quality.jitterMs == before.jitterMs);
+    // The line that counts is the first: what follows it changes nothing.
+    require(!parsed || tidewell::LatencyProbe::parseOutput(children.next + " time=7 ms") == parsed);
+  }
+  return 0;
+}

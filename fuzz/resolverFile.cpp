@@ -1,0 +1,44 @@
+// Any bytes as a resolver's file: what comes of it is addresses, and systemd-resolved's own only
+// where there is no other.
+
+#include "platform/linux/ResolverFile.h"
+#include "platform/linux/DnsServers.h"
+#include "support/Require.h"
+#include "support/ShownText.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include <arpa/inet.h>
+
+namespace {
+
+using tidewell::fuzz::require;
+
+bool isAddress(const std::string& server) {
+  std::array<unsigned char, 16> bytes{};
+  return ::inet_pton(AF_INET, server.c_str(), bytes.data()) == 1 ||
+         ::inet_pton(AF_INET6, server.substr(0, server.find('%')).c_str(), bytes.data()) == 1;
+}
+
+bool isStub(const std::string& server) { return server == "127.0.0.53" || server == "127.0.0.54"; }
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const auto text = tidewell::fuzz::textOf(data, size);
+  const auto servers = tidewell::parseResolverFile(text);
+  for (const std::string& server : servers) {
+    require(isAddress(server) && server.size() <= 64);
+    require(text.find(server) != std::string_view::npos);
+    tidewell::fuzz::requireShowable(server);
+  }
+  const auto chosen = tidewell::firstServers(
+      {[] { return std::vector<std::string>(); }, [&servers] { return servers; }});
+  require(chosen.has_value() == !servers.empty());
+  if (chosen && !std::ranges::all_of(servers, isStub)) {
+    require(std::ranges::none_of(*chosen, isStub));
+  }
+  return 0;
+}

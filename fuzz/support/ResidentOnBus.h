@@ -1,0 +1,59 @@
+#pragma once
+
+#include "BusPeer.h"
+#include "Require.h"
+#include "app/ResidentShell.h"
+#include "base/Clock.h"
+#include "connectivity/MonitorState.h"
+#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/EventLoop.h"
+#include "platform/linux/SessionBus.h"
+#include "processes/TrackerState.h"
+#include "sampling/SamplerState.h"
+#include "settings/AppSettings.h"
+#include "speedtest/SpeedTestState.h"
+#include "support/FakeDefaultsStore.h"
+#include "support/FakeLoginItem.h"
+
+namespace tidewell::fuzz {
+
+/// A clock that stands still.
+class StandingClock final : public Clock {
+public:
+  [[nodiscard]] double now() const override { return 1e9; }
+};
+
+/// The resident's face, item, menu and notices on a bus, over states that the target writes.
+struct ResidentOnBus {
+  explicit ResidentOnBus(BusPeer& peer) : bus(loop, peer.address()) {
+    peer.accept();
+    peer.settle(loop);
+    require(bus.connection() != nullptr);
+  }
+
+  /// What a user's wish says must reach the windows' process as it was meant.
+  static void checkRequest(const WindowRequest& request) {
+    const auto arrived = parseWindowRequest(messageOf(request));
+    require(arrived && arrived->kind == request.kind && arrived->point == request.point);
+    require(request.text.starts_with(arrived->text));
+    require(arrived->token.empty() || arrived->token == request.token);
+  }
+
+  EventLoop loop;
+  SessionBus bus;
+  StandingClock clock;
+  SamplerState sampler;
+  MonitorState monitor;
+  TrackerState tracker;
+  SpeedTestState speedTest;
+  test::FakeDefaultsStore defaults{loop};
+  test::FakeLoginItem loginItem;
+  AppSettings settings{defaults, loginItem};
+  DesktopNotifications notices{bus, clock, [] {}};
+  ResidentShell shell{loop,
+                      bus,
+                      {sampler, monitor, tracker, speedTest, settings, defaults},
+                      {[] {}, [] {}, [] {}, &ResidentOnBus::checkRequest}};
+};
+
+} // namespace tidewell::fuzz
