@@ -17,7 +17,7 @@ from gi.repository import Atspi  # noqa: E402
 # Newer names of its functions are not there yet on the oldest system that this runs on.
 warnings.simplefilter("ignore", DeprecationWarning)
 
-APPLICATION = "tidewell-windows"
+APPLICATION = "Tidewell"
 
 
 def elements(top, window=""):
