@@ -8,6 +8,7 @@
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
+#include <QAbstractItemView>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -93,6 +94,7 @@ void SettingsPage::addPicker(const char* title, const char* description, std::st
   // For assistive technology a choice list bears the name of what is chosen; a label tells of what.
   auto* const label = new QLabel(latin(title), list->parentWidget());
   label->setBuddy(list);
+  list->view()->setAccessibleName(latin(title));
   label->hide();
   observe(key, show);
 }
