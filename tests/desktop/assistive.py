@@ -1,11 +1,14 @@
 #!/usr/bin/python3
 """What an assistive program sees of the windows and can do with them, through AT-SPI.
 
-    assistive.py look              one JSON object for each visible element of Tidewell's windows
-    assistive.py press ROLE TITLE  presses the first element of that role and title
+Each line of its input is a request, answered by one line, in JSON:
+
+    ["look"]                  each visible element of Tidewell's windows
+    ["press", ROLE, TITLE]    presses the first element of that role and title, and tells whether
 """
 
 import json
+import os
 import sys
 import warnings
 
@@ -80,11 +83,21 @@ def press(role, name):
     return False
 
 
+def answer(verb, *arguments):
+    if verb == "press":
+        return press(*arguments)
+    return [description(element, window) for element, window in windows()]
+
+
 def main():
-    if sys.argv[1] == "press":
-        sys.exit(0 if press(*sys.argv[2:]) else 1)
-    for element, window in windows():
-        print(json.dumps(description(element, window)))
+    for line in sys.stdin:
+        # A process for each: the library remembers what it has seen, and can die of what vanishes.
+        child = os.fork()
+        if child == 0:
+            print(json.dumps(answer(*json.loads(line))), flush=True)
+            os._exit(0)
+        if os.waitpid(child, 0)[1] != 0:
+            print("null", flush=True)
 
 
 main()

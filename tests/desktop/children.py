@@ -47,10 +47,10 @@ class Children:
         """Starts a command that dies with this process, its messages going to the log."""
         options.setdefault("stdout", self._log)
         options.setdefault("stderr", self._log)
+        options.setdefault("stdin", subprocess.DEVNULL)
         process = subprocess.Popen(
             command,
             env=environment,
-            stdin=subprocess.DEVNULL,
             preexec_fn=_in_own_group_dying_with_parent,
             **options,
         )

@@ -1,6 +1,7 @@
 """A user who hears the windows instead of seeing them."""
 
 import json
+import select
 import subprocess
 from pathlib import Path
 
@@ -12,15 +13,22 @@ _PROGRAM = ["/usr/bin/python3", str(Path(__file__).resolve().parent / "assistive
 VARIABLES = {"NO_AT_BRIDGE": "0", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
 
+# In seconds, for one answer.
+_PATIENCE = 20
+
+
 class ScreenReader:
     def __init__(self, session):
-        self._session = session
+        self._program = session.start(_PROGRAM, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                      text=True)
+
+    def close(self):
+        for pipe in (self._program.stdin, self._program.stdout):
+            pipe.close()
 
     def look(self, window=None):
         """Every visible element, of all windows or of the one with that title."""
-        text = self._session.output([*_PROGRAM, "look"]) or ""
-        elements = [json.loads(line) for line in text.splitlines()]
-        return [element for element in elements if window in (None, element["window"])]
+        return [element for element in self._ask("look") or [] if window in (None, element["window"])]
 
     def names(self, window=None):
         return [element["name"] for element in self.look(window)]
@@ -39,6 +47,11 @@ class ScreenReader:
                                         if name.startswith(beginning)), None), seconds, beginning)
 
     def press(self, role, title):
-        wait_until(lambda: subprocess.run([*_PROGRAM, "press", role, title],
-                                          env=self._session.environment).returncode == 0,
-                   10, f"{role} {title}")
+        wait_until(lambda: self._ask("press", role, title), 10, f"{role} {title}")
+
+    def _ask(self, *request):
+        self._program.stdin.write(json.dumps(request) + "\n")
+        self._program.stdin.flush()
+        if not select.select([self._program.stdout], [], [], _PATIENCE)[0]:
+            raise TimeoutError(f"no answer to {request} within {_PATIENCE} s")
+        return json.loads(self._program.stdout.readline())

@@ -20,6 +20,7 @@ class Accessibility(DesktopCase):
     def setUp(self):
         super().setUp()
         self.reader = ScreenReader(self.session)
+        self.addCleanup(self.reader.close)
 
     def press(self, name):
         self.reader.press(BUTTON, name)

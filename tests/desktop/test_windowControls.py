@@ -26,8 +26,8 @@ PANES = {
     "Diagnostics": [("panel", "Diagnostics"), ("push button", "Run Now")],
 }
 # Where the Tab key stops in each, after the tabs.
-STOPS = {"Overview": ["Overview", "1h"], "Processes": [], "History": [],
-         "Diagnostics": ["Diagnostics", "Run Now"]}
+STOPS = {"Overview": [("panel", "Overview"), (ENTRY, "1h")], "Processes": [], "History": [],
+         "Diagnostics": PANES["Diagnostics"]}
 
 # The keys of the preferences and, for lists, the entry after the default one and its value.
 STORED = {
@@ -64,17 +64,20 @@ class _Walk(WindowCase):
                 if element["focusable"] or element["actions"]]
 
     def focus(self):
-        """The title of what the keyboard's keys go to."""
-        focused = [element for element in self.reader.look(self.WINDOW) if element["focused"]]
-        return focused[-1]["title"] if focused else None
+        """What the keyboard's keys go to: role and title, None for the window itself."""
+        # Of a row of tabs the chosen one says that it has the keyboard even when it has not, and
+        # what frames a scrolling content has no title of its own.
+        focused = [(element["role"], element["title"]) for element in self.reader.look(self.WINDOW)
+                   if element["focused"] and element["title"] and element["role"] != TAB]
+        return focused[-1] if focused else None
 
     def stops(self):
         """What the Tab key reaches from here until it comes round."""
         reached = []
-        while not reached or reached[0] != reached[-1] or len(reached) == 1:
+        while len(reached) < 2 or reached[0] != reached[-1]:
             self.display.press("Tab")
             reached.append(self.focus())
-            self.assertLess(len(reached), 20, reached)
+            self.assertLess(len(reached), 12, reached)
         return reached[:-1]
 
 
@@ -88,8 +91,7 @@ class Settings(_Walk):
                 self.reader.press(ENTRY, section)
                 wait_until(lambda: self.reader.find(BAR, section), 5, section)
                 self.assertEqual(self.controls(), [*sections, *controls, (BAR, section)])
-                stops = [section, *(title for _, title in controls)]
-                self.assertEqual(sorted(self.stops()), sorted(stops))
+                self.assertCountEqual(self.stops(), [(ENTRY, section), *controls])
 
     def test_every_control_stores_what_is_chosen_and_shows_it(self):
         for section, controls in SECTIONS.items():
@@ -129,7 +131,7 @@ class Details(_Walk):
                 # The row of tabs is called by the chosen one.
                 self.assertEqual(self.controls(),
                                  [("page tab list", tab), *tabs, *controls, (BAR, tab)])
-                self.assertEqual(sorted(self.stops()), sorted([tab, *STOPS[tab]]))
+                self.assertCountEqual(self.stops(), [("page tab list", tab), *STOPS[tab]])
 
 
 if __name__ == "__main__":

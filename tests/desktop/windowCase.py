@@ -29,6 +29,7 @@ class WindowCase(unittest.TestCase):
         self.addCleanup(self.session.__exit__)
         self.display = self.session.display
         self.reader = ScreenReader(self.session)
+        self.addCleanup(self.reader.close)
         self.screen = XWindows(self.session)
         self.configuration = Path(self.session.environment["XDG_CONFIG_HOME"])
         self.prefer(**self.PREFERENCES)
