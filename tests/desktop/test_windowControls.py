@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """Every control of the details and the settings, as a screen reader and the keyboard reach it."""
 
+import re
+
 import apart
 import xfce
 from children import wait_until
@@ -48,6 +50,24 @@ OPTIONS = {
     "Slow Speed Warning": ["5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"],
     "High Latency Warning": ["50 ms", "100 ms", "200 ms"],
     "Keep History": ["7 days", "30 days", "90 days", "1 year"],
+}
+
+
+RATE, BYTES = r"\d+(\.\d)? [KM]B/s", r"\d+ [KM]B"
+_CURVE = f"current {RATE}, average {RATE}, peak {RATE}"
+_PROCESS = rf".+, PID \d+, download {RATE}, upload {RATE}, total {BYTES}, usage \d+ %"
+
+# What there is to read on each tab.
+READ = {
+    "Overview": [rf"Bandwidth Over Time Download: {_CURVE}\. Upload: {_CURVE}\.",
+                 f"Current {RATE}", f"Average {RATE}", f"Peak {RATE}", f"Total {BYTES}", _PROCESS],
+    "Processes": ["Process, Download, Upload, Total, Usage", _PROCESS],
+    "History": ["Latency Over Time .*ms.*",
+                rf"\d\d:\d\d(:\d\d)?, download {RATE}, upload {RATE}, latency \d+ ms"],
+    "Diagnostics": ["Status Connected", r"Interface Ethernet \(eth0\)", "Network Ethernet",
+                    r"Local IP 192\.168\.1\.2", "Public IP unknown", r"DNS Server 9\.9\.9\.9",
+                    "Interface Type Ethernet", r"Latency \d+\.\d ms", r"Jitter \d+\.\d ms",
+                    r"Packet Loss 0\.0 %", r"No speed test run yet\."],
 }
 
 
@@ -132,6 +152,31 @@ class Details(_Walk):
                 self.assertEqual(self.controls(),
                                  [("page tab list", tab), *tabs, *controls, (BAR, tab)])
                 self.assertCountEqual(self.stops(), [("page tab list", tab), *STOPS[tab]])
+
+
+class Figures(_Walk):
+    WINDOW = DETAIL
+    PREFERENCES = {"refreshInterval": 1.0}
+
+    def test_a_pressed_range_is_the_chosen_one(self):
+        for label in ("5m", "24h", "7d", "1h"):
+            self.reader.press(ENTRY, label)
+            wait_until(lambda: self.chosen() == [label], 5, f"chosen {label}")
+
+    def chosen(self):
+        return [element["title"] for element in self.reader.look(self.WINDOW)
+                if element["role"] == ENTRY and element["checked"]]
+
+    def test_every_figure_is_read_with_its_unit(self):
+        wait_until(lambda: self.get("LatencyMs") not in (None, "double 0"), 15, "latency")
+        wait_until(lambda: self.get("Processes") != "array []", 15, "process")
+        for tab, figures in READ.items():
+            self.reader.press(TAB, tab)
+            wait_until(lambda: self.reader.find(BAR, tab), 5, tab)
+            texts = [f"{element['name']} {element['description']}".rstrip()
+                     for element in self.reader.look(self.WINDOW)]
+            for figure in figures:
+                self.assertTrue(any(re.fullmatch(figure, text) for text in texts), (figure, texts))
 
 
 if __name__ == "__main__":
