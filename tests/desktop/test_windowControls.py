@@ -67,7 +67,7 @@ READ = {
     "Diagnostics": ["Status Connected", r"Interface Ethernet \(eth0\)", "Network Ethernet",
                     r"Local IP 192\.168\.1\.2", "Public IP unknown", r"DNS Server 9\.9\.9\.9",
                     "Interface Type Ethernet", r"Latency \d+\.\d ms", r"Jitter \d+\.\d ms",
-                    r"Packet Loss 0\.0 %", r"No speed test run yet\."],
+                    r"Packet Loss 0\.0%", r"No speed test run yet\."],
 }
 
 
