@@ -1,11 +1,14 @@
 #!/usr/bin/python3
 """What an assistive program sees of the windows and can do with them, through AT-SPI.
 
-    assistive.py look             one JSON object for each visible element of Tidewell's windows
-    assistive.py press ROLE NAME  presses the first element of that role and name
+Each line of its input is a request, answered by one line, in JSON:
+
+    ["look"]                  each visible element of Tidewell's windows
+    ["press", ROLE, TITLE]    presses the first element of that role and title, and tells whether
 """
 
 import json
+import os
 import sys
 import warnings
 
@@ -17,19 +20,22 @@ from gi.repository import Atspi  # noqa: E402
 # Newer names of its functions are not there yet on the oldest system that this runs on.
 warnings.simplefilter("ignore", DeprecationWarning)
 
-APPLICATION = "tidewell-windows"
+APPLICATION = "Tidewell"
 
 
-def elements(top):
-    """An element and all below it, as far as they show."""
+def elements(top, window=""):
+    """An element and all below it, as far as they show, each with its window's title."""
     states = top.get_state_set()
-    if top.get_role() != Atspi.Role.APPLICATION and not states.contains(Atspi.StateType.VISIBLE):
+    is_application = top.get_role() == Atspi.Role.APPLICATION
+    if not is_application and not states.contains(Atspi.StateType.VISIBLE):
         return
-    yield top
+    if not is_application:
+        window = window or top.get_name()
+        yield top, window
     for index in range(top.get_child_count()):
         child = top.get_child_at_index(index)
         if child:
-            yield from elements(child)
+            yield from elements(child, window)
 
 
 def windows():
@@ -40,31 +46,58 @@ def windows():
             yield from elements(application)
 
 
-def description(element):
+def labels(element):
+    """The names of what stands beside an element to tell what it is."""
+    return [relation.get_target(index).get_name() for relation in element.get_relation_set()
+            if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
+            for index in range(relation.get_n_targets())]
+
+
+def title(element):
+    """What an element is called by: its label, or its own name, which else tells its value."""
+    return " ".join(labels(element)) or element.get_name()
+
+
+def description(element, window):
     action = element.get_action_iface()
+    box = element.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
     states = element.get_state_set()
     return {
+        "window": window,
         "role": element.get_role_name(),
+        "title": title(element),
         "name": element.get_name(),
         "description": element.get_description(),
         "actions": [action.get_action_name(i) for i in range(action.get_n_actions())] if action else [],
+        "box": [box.x, box.y, box.width, box.height],
         "focusable": states.contains(Atspi.StateType.FOCUSABLE),
+        "focused": states.contains(Atspi.StateType.FOCUSED),
         "checked": states.contains(Atspi.StateType.CHECKED),
     }
 
 
 def press(role, name):
-    for element in windows():
-        if element.get_role_name() == role and element.get_name() == name:
+    for element, _ in windows():
+        if element.get_role_name() == role and title(element) == name:
             return element.get_action_iface().do_action(0)
     return False
 
 
+def answer(verb, *arguments):
+    if verb == "press":
+        return press(*arguments)
+    return [description(element, window) for element, window in windows()]
+
+
 def main():
-    if sys.argv[1] == "press":
-        sys.exit(0 if press(*sys.argv[2:]) else 1)
-    for element in windows():
-        print(json.dumps(description(element)))
+    for line in sys.stdin:
+        # A process for each: the library remembers what it has seen, and can die of what vanishes.
+        child = os.fork()
+        if child == 0:
+            print(json.dumps(answer(*json.loads(line))), flush=True)
+            os._exit(0)
+        if os.waitpid(child, 0)[1] != 0:
+            print("null", flush=True)
 
 
 main()

@@ -1,6 +1,7 @@
 """Starts processes, and ends every one of them and of their descendants, by pid."""
 
 import ctypes
+import glob
 import os
 import signal
 import subprocess
@@ -47,10 +48,10 @@ class Children:
         """Starts a command that dies with this process, its messages going to the log."""
         options.setdefault("stdout", self._log)
         options.setdefault("stderr", self._log)
+        options.setdefault("stdin", subprocess.DEVNULL)
         process = subprocess.Popen(
             command,
             env=environment,
-            stdin=subprocess.DEVNULL,
             preexec_fn=_in_own_group_dying_with_parent,
             **options,
         )
@@ -85,12 +86,18 @@ def _in_own_group_dying_with_parent():
 
 
 def _descendants(pid="self"):
-    try:
-        with open(f"/proc/{pid}/task/{os.getpid() if pid == 'self' else pid}/children") as file:
-            pids = [int(text) for text in file.read().split()]
-    except FileNotFoundError:
-        return []
+    pids = [int(text) for file in glob.glob(f"/proc/{pid}/task/*/children")
+            for text in _text(file).split()]
     return pids + [below for child in pids for below in _descendants(child)]
+
+
+def _text(path):
+    """What is in a file; empty for one that is gone."""
+    try:
+        with open(path) as file:
+            return file.read()
+    except (FileNotFoundError, ProcessLookupError):
+        return ""
 
 
 def _name(pid):

@@ -1,49 +1,38 @@
 #!/usr/bin/python3
 """The panel and the windows as a screen reader finds them, in a real session."""
 
-import json
-import subprocess
 import time
-from pathlib import Path
 
 import apart
 import bus
 import xfce
 from children import wait_until
 from desktopCase import DesktopCase
+from screenReader import VARIABLES, ScreenReader
 
-ASSISTIVE = ["/usr/bin/python3", str(Path(__file__).resolve().parent / "assistive.py")]
 BUTTON = "push button"
 
 
 class Accessibility(DesktopCase):
     DESKTOP = xfce
-    VARIABLES = {"NO_AT_BRIDGE": "0", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+    VARIABLES = VARIABLES
 
-    def look(self):
-        text = self.session.output([*ASSISTIVE, "look"]) or ""
-        return [json.loads(line) for line in text.splitlines()]
+    def setUp(self):
+        super().setUp()
+        self.reader = ScreenReader(self.session)
+        self.addCleanup(self.reader.close)
 
-    def names(self):
-        return [element["name"] for element in self.look()]
-
-    def press(self, name, role=BUTTON):
-        wait_until(lambda: subprocess.run([*ASSISTIVE, "press", role, name],
-                                          env=self.session.environment).returncode == 0,
-                   10, f"{role} {name}")
-
-    def wait_for(self, beginning):
-        return wait_until(lambda: next((name for name in self.names()
-                                        if name.startswith(beginning)), None), 10, beginning)
+    def press(self, name):
+        self.reader.press(BUTTON, name)
 
     def open_again(self):
         """Opens the panel beside a window that has just taken the focus, and may take it again."""
         def opened():
-            if "Quit" in self.names():
+            if "Quit" in self.reader.names():
                 return True
             bus.call(self.session.environment, bus.TIDEWELL, "OpenPanel")
             time.sleep(0.5)
-            return "Quit" in self.names()
+            return "Quit" in self.reader.names()
         wait_until(opened, 10, "panel")
 
     def get(self, name):
@@ -54,17 +43,17 @@ class Accessibility(DesktopCase):
         wait_until(lambda: self.get("LatencyMs") not in (None, "double 0"), 15, "latency")
         for beginning in ("Upload", "Latency", "Jitter", "Packet Loss", "Bandwidth", "Network",
                           "Interface", "Local IP", "Public IP", "DNS"):
-            self.wait_for(beginning)
-        self.assertRegex(self.wait_for("Latency"), r"^Latency \d+ ms$")
-        self.assertEqual(self.wait_for("Local IP"), "Local IP 192.168.1.2")
-        self.assertIn("Excellent", " ".join(self.names()))
-        graph = next(element for element in self.look() if element["name"].startswith("Bandwidth"))
+            self.reader.wait_to_read(beginning)
+        self.assertRegex(self.reader.wait_to_read("Latency"), r"^Latency \d+ ms$")
+        self.assertEqual(self.reader.wait_to_read("Local IP"), "Local IP 192.168.1.2")
+        self.assertIn("Excellent", " ".join(self.reader.names()))
+        graph = next(element for element in self.reader.look() if element["name"].startswith("Bandwidth"))
         for word in ("urrent", "verage", "eak"):
             self.assertIn(word, graph["name"] + graph["description"])
 
     def test_every_button_of_the_panel_is_pressed(self):
         self.open_panel()
-        buttons = [element for element in self.look() if element["role"] == BUTTON]
+        buttons = [element for element in self.reader.look() if element["role"] == BUTTON]
         self.assertEqual([button["name"] for button in buttons],
                          ["Speed Test", "Copy IP", "Details", "Settings", "Quit"])
         self.assertTrue(all(button["focusable"] and button["actions"] for button in buttons))
@@ -74,10 +63,10 @@ class Accessibility(DesktopCase):
         wait_until(lambda: self.get("LastSpeedTest") not in (None, "array []")
                    or self.get("SpeedTestIsRunning") == "true", 10, "speed test")
         self.press("Details")
-        self.wait_for("Tidewell \u2014 Network Details")
+        self.reader.wait_to_read("Tidewell \u2014 Network Details")
         self.open_again()
         self.press("Settings")
-        self.wait_for("Tidewell \u2014 Settings")
+        self.reader.wait_to_read("Tidewell \u2014 Settings")
         self.open_again()
         self.press("Quit")
         self.assertEqual(self.resident.wait(5), 0)

@@ -55,7 +55,10 @@ class Display:
         self._run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "20", "5")
 
     def press_escape(self):
-        self._run("xdotool", "key", "Escape")
+        self.press("Escape")
+
+    def press(self, *keys):
+        self._run("xdotool", "key", *keys)
 
     def copied(self):
         """The clipboard's text, or None while it has none."""

@@ -3,6 +3,7 @@
 #include "support/PaintLog.h"
 #include "support/Preferences.h"
 #include "support/ReadAloud.h"
+#include "ui/components/ScrollPane.h"
 #include "ui/components/StatCell.h"
 #include "ui/components/TextLine.h"
 #include "ui/detail/BandwidthChart.h"
@@ -13,7 +14,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QAccessible>
+#include <QScrollBar>
+#include <QStackedWidget>
 
 namespace tidewell::test {
 namespace {
@@ -113,11 +117,36 @@ TEST_F(SettingsAccessibilityTest, NamesAndDescribesEveryControl) {
   EXPECT_EQ(upload->text(QAccessible::Description), "Display upload speed alongside download");
   EXPECT_TRUE(upload->state().checked);
   auto* const days = QAccessible::queryAccessibleInterface(&list("Keep History"));
+  const auto labels = days->relations(QAccessible::Label);
+  ASSERT_EQ(labels.size(), 1);
+  EXPECT_EQ(labels.front().first->text(QAccessible::Name), "Keep History");
   EXPECT_EQ(days->role(), QAccessible::ComboBox);
   EXPECT_EQ(days->text(QAccessible::Value), "30 days");
   auto* const alerts = QAccessible::queryAccessibleInterface(&entry(SettingsSection::alerts));
   EXPECT_EQ(alerts->role(), QAccessible::RadioButton);
   EXPECT_EQ(alerts->text(QAccessible::Name), "Alerts");
+}
+
+TEST_F(SettingsAccessibilityTest, TurnsASwitchWithoutAClick) {
+  open();
+  auto* const upload = QAccessible::queryAccessibleInterface(&toggle("Show Upload Speed"));
+  upload->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_FALSE(settings.showUploadInMenubar());
+  EXPECT_FALSE(upload->state().checked);
+}
+
+TEST_F(SettingsAccessibilityTest, IsAWindowWhoseContentIsNamedToo) {
+  open(SettingsSection::data);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(view.get())->role(), QAccessible::Window);
+  auto* const scrolled =
+      qobject_cast<ScrollPane*>(view->findChild<QStackedWidget*>()->currentWidget());
+  auto* const pane = QAccessible::queryAccessibleInterface(scrolled);
+  EXPECT_EQ(pane->role(), QAccessible::Pane);
+  EXPECT_EQ(pane->text(QAccessible::Name), "Data");
+  auto* const bar = QAccessible::queryAccessibleInterface(scrolled->verticalScrollBar());
+  EXPECT_EQ(bar->text(QAccessible::Name), "Data");
+  auto* const options = QAccessible::queryAccessibleInterface(list("Keep History").view());
+  EXPECT_EQ(options->text(QAccessible::Name), "Keep History");
 }
 
 class DetailRepaintTest : public testing::Test, protected Details {

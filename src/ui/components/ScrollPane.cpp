@@ -3,6 +3,7 @@
 #include "ui/components/FocusRing.h"
 #include "ui/tokens/TWColor.h"
 
+#include <QAccessibleWidget>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -27,11 +28,18 @@ QString barLook() {
            TWColor::surface3().name(), TWColor::textTertiary().name());
 }
 
+QAccessibleInterface* makePane(const QString& /*className*/, QObject* object) {
+  auto* const pane = qobject_cast<ScrollPane*>(object);
+  return pane ? new QAccessibleWidget(pane, QAccessible::Pane) : nullptr;
+}
+
 } // namespace
 
 ScrollPane::ScrollPane(QWidget* content, const QString& name, QWidget* parent)
     : QScrollArea(parent) {
+  QAccessible::installFactory(makePane); // once, however often it is called
   setAccessibleName(name);
+  verticalScrollBar()->setAccessibleName(name);
   setFrameShape(QFrame::NoFrame);
   setWidgetResizable(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

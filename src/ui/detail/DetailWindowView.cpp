@@ -33,10 +33,10 @@ QStringList tabTitles() {
 
 DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> runSpeedTest,
                                    const ViewTime& time, QWidget* parent)
-    : QWidget(parent), m_tabs(new DetailTabBar(tabTitles(), this)),
-      m_stack(new QStackedWidget(this)), m_overview(new OverviewTab(sources)) {
-  setWindowTitle(QStringLiteral("Tidewell \u2014 Network Details"));
-  setAccessibleName(windowTitle());
+    : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Network Details"), parent),
+      m_tabs(new DetailTabBar(tabTitles(), this)), m_stack(new QStackedWidget(this)),
+      m_overview(new OverviewTab(sources)) {
+  setWindowTitle(accessibleName());
   setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(defaultSize);

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "ui/components/SpokenGroup.h"
 #include "ui/components/ViewTime.h"
 #include "ui/detail/DetailSources.h"
 #include "ui/detail/TimeRange.h"
-
-#include <QWidget>
 
 #include <functional>
 
@@ -17,7 +16,7 @@ class OverviewTab;
 
 /// The details: four tabs and the selected one's content, which scrolls. A window or a part of one.
 /// Made anew for every opening. Main thread.
-class DetailWindowView final : public QWidget {
+class DetailWindowView final : public SpokenGroup {
   Q_OBJECT
 
 public:

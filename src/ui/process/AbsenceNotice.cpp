@@ -20,8 +20,8 @@ QString text() { return QStringLiteral("Tidewell has stopped. Waiting for it to 
 } // namespace
 
 AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* window)
-    : QWidget(window), m_edge(edge) {
-  setAccessibleName(text());
+    : PaintedWidget(QAccessible::AlertMessage, window), m_edge(edge) {
+  setSpoken(text());
   setAttribute(Qt::WA_TransparentForMouseEvents);
   window->installEventFilter(this);
   place();

@@ -2,14 +2,13 @@
 
 #include "base/Observers.h"
 #include "base/Published.h"
-
-#include <QWidget>
+#include "ui/components/PaintedWidget.h"
 
 namespace tidewell {
 
 /// Says at an edge of a window that the resident does not run, for as long as it does not. Takes
 /// no room from what it lies on. Main thread.
-class AbsenceNotice final : public QWidget {
+class AbsenceNotice final : public PaintedWidget {
   Q_OBJECT
 
 public:

@@ -19,6 +19,8 @@ tidewell::WindowRequest requestOf(const QStringList& arguments) {
 int main(int argumentCount, char** arguments) {
   tidewell::chooseDisplay();
   QApplication::setQuitOnLastWindowClosed(false);
+  // Under X11 the windows' class, and what assistive technology calls the program.
+  QApplication::setApplicationName(QStringLiteral("Tidewell"));
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));

@@ -8,6 +8,8 @@
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
+#include <QAbstractItemView>
+#include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -71,7 +73,8 @@ void SettingsPage::settingToggle(const char* title, const char* description,
     toggle->setChecked(std::invoke(isOn.read, m_settings));
     toggle->update();
   };
-  connect(toggle, &QAbstractButton::clicked, this, [this, isOn, show](bool value) {
+  // Not `clicked`: assistive technology turns a switch without one.
+  connect(toggle, &QAbstractButton::toggled, this, [this, isOn, show](bool value) {
     std::invoke(isOn.write, m_settings, value);
     show(); // what is stored, which a store may refuse to change
   });
@@ -88,6 +91,11 @@ void SettingsPage::addPicker(const char* title, const char* description, std::st
     show();
   });
   addRow(title, description, list);
+  // For assistive technology a choice list bears the name of what is chosen; a label tells of what.
+  auto* const label = new QLabel(latin(title), list->parentWidget());
+  label->setBuddy(list);
+  list->view()->setAccessibleName(latin(title));
+  label->hide();
   observe(key, show);
 }
 

@@ -15,9 +15,9 @@
 namespace tidewell {
 
 SettingsView::SettingsView(AppSettings& settings, DefaultsStore& store, QWidget* parent)
-    : QWidget(parent), m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
-  setWindowTitle(QStringLiteral("Tidewell \u2014 Settings"));
-  setAccessibleName(windowTitle());
+    : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Settings"), parent),
+      m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
+  setWindowTitle(accessibleName());
   setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(leastSize);

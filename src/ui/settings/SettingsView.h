@@ -1,8 +1,7 @@
 #pragma once
 
+#include "ui/components/SpokenGroup.h"
 #include "ui/settings/SettingsSection.h"
-
-#include <QWidget>
 
 class QStackedWidget;
 
@@ -14,7 +13,7 @@ class SettingsSidebar;
 
 /// The settings: a sidebar with the sections and the chosen one's controls, which scroll. A window
 /// or a part of one. Made anew for every opening. Main thread.
-class SettingsView final : public QWidget {
+class SettingsView final : public SpokenGroup {
   Q_OBJECT
 
 public:

@@ -40,8 +40,9 @@ def check():
 
 
 class World:
-    def __init__(self):
-        self.name = f"{os.getpid()}-{next(_numbers)}"
+    def __init__(self, name=None):
+        """A new world, or the one of that name, which stands already."""
+        self.name = name or f"{os.getpid()}-{next(_numbers)}"
         self._call("up", self.name)
 
     def down(self):

@@ -1,0 +1,117 @@
+#!/usr/bin/python3
+"""What the settings do to a running Tidewell, and what others do to the open settings."""
+
+import time
+
+import apart
+import xfce
+from children import wait_until
+from harness.session import Watch
+from windowCase import SETTINGS, WindowCase
+
+TOGGLE, CHOICE = "check box", "combo box"
+INTERVAL, TRACKING, LOGIN = "Refresh Interval", "Track Per-Process", "Launch at Login"
+
+# Of the helper that looks who uses the network, in seconds: when it first does after it was told to,
+# with what a busy machine adds.
+FIRST_LOOK = 2.0
+SLACK = 1.5
+
+BROKEN = b"refreshInterval = 2.0\n\x00 = = [\xff\n"
+
+
+class Settings(WindowCase):
+    PREFERENCES = {"refreshInterval": 1.0}
+
+    def setUp(self):
+        super().setUp()
+        self.open(SETTINGS)
+
+    def chosen(self, title):
+        """What a list shows; without a choice it bears its title."""
+        name = self.reader.find(CHOICE, title)["name"]
+        return None if name == title else name
+
+    def is_on(self, title):
+        return self.reader.find(TOGGLE, title)["checked"]
+
+    def turn(self, title, key, value):
+        self.reader.press(TOGGLE, title)
+        wait_until(lambda: self.preferred(f"{key} = {value}"), 5, f"{key} = {value}")
+
+    def looks(self, seconds):
+        """Whether the helper runs at any time from now on."""
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            if self.session.children.named("nettop"):
+                return True
+            time.sleep(0.02)
+        return False
+
+    def test_a_clicked_interval_is_the_one_of_the_samples_from_then_on(self):
+        watch = Watch(self.session.environment)
+        self.addCleanup(watch.stop)
+        one, two = watch.next_samples(2, 10)
+        self.assertAlmostEqual(two.timestamp - one.timestamp, 1, delta=0.5)
+        self.click(self.reader.wait_to_find(CHOICE, INTERVAL))
+        self.click(self.reader.wait_to_find("list item", "5 seconds"))
+        wait_until(lambda: self.preferred("refreshInterval = 5.0"), 5, "stored interval")
+        self.assertEqual(self.chosen(INTERVAL), "5 seconds")
+        one, two = watch.next_samples(2, 15)
+        self.assertAlmostEqual(two.timestamp - one.timestamp, 5, delta=0.5)
+
+    def test_without_tracking_nobody_looks_at_processes_until_it_is_on_again(self):
+        wait_until(lambda: self.get("Processes") != "array []", 10, "process")
+        wait_until(lambda: not self.session.children.named("nettop"), 5, "end of the helper")
+        self.turn(TRACKING, "trackPerProcess", "false")
+        # On and off again before it would look.
+        self.turn(TRACKING, "trackPerProcess", "true")
+        self.turn(TRACKING, "trackPerProcess", "false")
+        seen = self.get("Processes")
+        self.assertFalse(self.looks(FIRST_LOOK + SLACK))
+        self.assertEqual(self.get("Processes"), seen)
+        self.turn(TRACKING, "trackPerProcess", "true")
+        self.assertTrue(self.looks(FIRST_LOOK + SLACK))
+
+    def test_launch_at_login_is_an_autostart_entry_while_it_is_on(self):
+        entry = self.configuration / "autostart/com.halden.Tidewell.desktop"
+        self.assertFalse(entry.exists())
+        self.turn(LOGIN, "launchAtLogin", "true")
+        wait_until(entry.exists, 5, "autostart entry")
+        self.assertIn(f'Exec="{self.command()[0]}"', entry.read_text())
+        self.turn(LOGIN, "launchAtLogin", "false")
+        wait_until(lambda: not entry.exists(), 5, "end of the autostart entry")
+
+    def test_what_others_write_is_shown_at_once(self):
+        self.assertEqual((self.chosen(INTERVAL), self.is_on(TRACKING)), ("1 second", True))
+        self.prefer(refreshInterval=2.0, trackPerProcess=False, monitorInterface="en1")
+        wait_until(lambda: self.chosen(INTERVAL) == "2 seconds", 2, "interval")
+        self.assertFalse(self.is_on(TRACKING))
+        self.assertEqual(self.chosen("Monitor Interface"), "Ethernet (en1)")
+        # No option has this one.
+        self.prefer(refreshInterval=3.0)
+        wait_until(lambda: self.chosen(INTERVAL) is None, 2, "empty choice")
+        self.assertTrue(self.is_on(TRACKING))
+
+    def test_preferences_that_cannot_be_read_upset_neither_the_window_nor_the_resident(self):
+        self.preferences.write_bytes(BROKEN)
+        wait_until(lambda: self.chosen(INTERVAL) == "2 seconds", 5, "what can be read")
+        self.assert_works()
+        self.preferences.unlink()
+        self.preferences.mkdir()
+        self.assert_works()
+        self.prefer(refreshInterval=5.0)
+        wait_until(lambda: self.chosen(INTERVAL) == "5 seconds", 5, "interval")
+        self.assert_works()
+
+    def assert_works(self):
+        """The window shows what is chosen in it, and the resident answers."""
+        before = self.is_on(TRACKING)
+        self.reader.press(TOGGLE, TRACKING)
+        wait_until(lambda: self.is_on(TRACKING) != before, 5, "switch")
+        self.assertIsNotNone(self.get("MenubarText"))
+        self.assert_alive()
+
+
+if __name__ == "__main__":
+    apart.main([*xfce.DISPLAY.PROGRAMS, "xfwm4", "xfce4-panel"])

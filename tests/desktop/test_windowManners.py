@@ -1,0 +1,60 @@
+#!/usr/bin/python3
+"""How the details and the settings behave among the windows of a desktop."""
+
+import apart
+import xfce
+from children import wait_until
+from windowCase import DETAIL, SETTINGS, WindowCase
+
+BOTH = [DETAIL, SETTINGS]
+
+
+class Manners(WindowCase):
+    def test_a_window_that_is_asked_for_again_is_the_same_one_in_front(self):
+        self.open(SETTINGS)
+        self.open(DETAIL)
+        numbers = {title: self.screen.titled(title).number for title in BOTH}
+        for title in [SETTINGS, DETAIL, DETAIL]:
+            self.open(title)
+            self.assertEqual(self.screen.titles()[-1], title)
+        self.assertEqual({title: self.screen.titled(title).number for title in BOTH}, numbers)
+
+    def test_a_minimised_window_that_is_asked_for_comes_back_to_the_front(self):
+        self.open(SETTINGS)
+        self.open(DETAIL)
+        for title in BOTH:
+            window = self.screen.titled(title)
+            self.screen.minimise(title)
+            wait_until(lambda: "HIDDEN" in self.screen.titled(title).state, 5, "minimised window")
+            self.open(title)
+            again = self.screen.titled(title)
+            self.assertEqual((again.number, "HIDDEN" in again.state), (window.number, False))
+            self.assertEqual(self.screen.titles()[-1], title)
+
+    def test_windows_say_whose_they_are(self):
+        for title in BOTH:
+            self.open(title)
+            self.assertEqual(self.screen.titled(title).identity, ("tidewell-windows", "Tidewell"))
+
+    def test_closing_a_window_loses_only_what_it_showed(self):
+        self.open(SETTINGS)
+        self.open(DETAIL)
+        self.reader.press("page tab", "Processes")
+        self.reader.press("radio button", "Alerts")
+        self.reader.press("check box", "Enable Notifications")
+        wait_until(lambda: self.preferred("showNotifications = false"), 5, "stored preference")
+        for title in BOTH:
+            self.open(title)
+            self.display.press("alt+F4")
+            wait_until(lambda: title not in self.screen.titles(), 5, "end of the window")
+        self.assert_alive()
+        self.open(DETAIL)
+        self.reader.wait_to_read("Bandwidth Over Time")
+        self.open(SETTINGS)
+        self.reader.wait_to_find("check box", "Launch at Login")
+        self.reader.press("radio button", "Alerts")
+        self.assertFalse(self.reader.wait_to_find("check box", "Enable Notifications")["checked"])
+
+
+if __name__ == "__main__":
+    apart.main([*xfce.DISPLAY.PROGRAMS, "xfwm4", "xfce4-panel", "xprop"])

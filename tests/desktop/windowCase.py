@@ -1,0 +1,78 @@
+"""The details and the settings in a real session, for tests of what a user does with them."""
+
+import json
+import os
+import unittest
+from pathlib import Path
+
+import bus
+import xfce
+from children import wait_until
+from screenReader import VARIABLES, ScreenReader
+from session import Session
+from xWindows import XWindows
+
+PROGRAM = os.path.abspath(os.environ.get("TIDEWELL", "build/dev/src/tidewell"))
+
+DETAIL = "Tidewell \u2014 Network Details"
+SETTINGS = "Tidewell \u2014 Settings"
+OPENING = {DETAIL: "OpenDetail", SETTINGS: "OpenSettings"}
+
+
+class WindowCase(unittest.TestCase):
+    """A session, a resident and preferences of its own for each test."""
+
+    PREFERENCES = {}
+
+    def setUp(self):
+        self.session = Session(xfce, **VARIABLES).__enter__()
+        self.addCleanup(self.session.__exit__)
+        self.display = self.session.display
+        self.reader = ScreenReader(self.session)
+        self.addCleanup(self.reader.close)
+        self.screen = XWindows(self.session)
+        self.configuration = Path(self.session.environment["XDG_CONFIG_HOME"])
+        self.prefer(**self.PREFERENCES)
+        self.start()
+
+    def start(self):
+        self.resident = self.session.start(self.command())
+        wait_until(lambda: bus.registered_items(self.session.environment), 15, "registered item")
+
+    def command(self):
+        return [PROGRAM]
+
+    @property
+    def preferences(self):
+        return self.configuration / "tidewell/preferences.toml"
+
+    def prefer(self, **preferences):
+        """Replaces the preferences file at once, as an editor does."""
+        self.preferences.parent.mkdir(exist_ok=True)
+        lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
+        new = self.preferences.with_suffix(".new")
+        new.write_text("".join(lines))
+        new.rename(self.preferences)
+
+    def preferred(self, line):
+        """Whether the preferences file says so."""
+        return line in self.preferences.read_text().splitlines()
+
+    def get(self, name):
+        return bus.get(self.session.environment, bus.TIDEWELL, name)
+
+    def ask_for(self, title):
+        bus.call(self.session.environment, bus.TIDEWELL, OPENING[title])
+
+    def open(self, title):
+        """Opens a window, or brings it to the front."""
+        self.ask_for(title)
+        wait_until(lambda: self.screen.active() == title, 5, f"{title} in front")
+
+    def click(self, element):
+        left, top, width, height = element["box"]
+        self.display.click(left + width // 2, top + height // 2)
+
+    def assert_alive(self):
+        self.assertIsNone(self.resident.poll(), "the resident has ended")
+        self.assertEqual(len(self.session.children.named("tidewell-windows")), 1)
