@@ -50,6 +50,11 @@ def send(children, traffic):
             for where, rate in traffic.items()]
 
 
+def do(*verb):
+    """One of the verbs of the world's script, for the world that the tests are in."""
+    world.World(os.environ[INSIDE]).do(*verb)
+
+
 def _sender(where, rate):
     towards = world.USER if where == "net" else world.PROBED
     return [world.tool("sender"), towards, world.DISCARD, str(rate), "86400", "1400"]

@@ -1,0 +1,72 @@
+#!/usr/bin/python3
+"""Months in minutes: many samples, troubles all the time, and nothing gathers.
+
+TIDEWELL_SOAK_SECONDS says for how long, TIDEWELL_SOAK_SEED in which order the troubles come.
+"""
+
+import os
+import time
+
+import apart
+import xfce
+from children import wait_until
+from troubles import FAST, WINDOWS, Troubles
+from vitals import least, vitals
+from windowCase import WindowCase
+
+SECONDS = float(os.environ.get("TIDEWELL_SOAK_SECONDS", 45))
+SEED = os.environ.get("TIDEWELL_SOAK_SEED", "1")
+STRETCH = 12  # seconds of trouble before each rest
+REST = 5
+# Kilobytes: a page here and there is the allocator's, more is a leak.
+MOST_GROWTH = 200
+
+
+class Soak(WindowCase):
+    PREFERENCES = FAST
+
+    def start(self):
+        self._notices = None
+        self.restart_notices()
+        super().start()
+
+    def restart_notices(self):
+        if self._notices:
+            self.session.children.end(self._notices)
+        self._notices = self.session.start(["dunst"])
+
+    def rest(self):
+        """What the resident still holds once everything has ended well."""
+        self.troubles.end()
+        for pid in self.session.children.named(WINDOWS):
+            os.kill(pid, 15)
+        wait_until(lambda: not self.session.children.named(WINDOWS), 5, "end of the windows")
+        time.sleep(REST)  # a stopped tool is given up after four seconds
+        readings = []
+        for _ in range(20):
+            self.assertIsNone(self.resident.poll(), self.session.log.read_text(errors="replace")[-2000:])
+            readings.append(vitals(self.resident.pid))
+            time.sleep(0.1)
+        return least(readings)
+
+    def test_nothing_gathers_whatever_happens(self):
+        self.troubles = Troubles(self, SEED)
+        apart.send(self.session.children, apart.TRAFFIC)
+        began = time.monotonic()
+        rests = []
+        while time.monotonic() - began < SECONDS or len(rests) < 2:
+            until = time.monotonic() + STRETCH
+            while time.monotonic() < until:
+                self.troubles.make()
+                self.assertIsNone(self.resident.poll())
+            rests.append(self.rest())
+            print(f"{time.monotonic() - began:6.0f} s  {rests[-1]}", flush=True)
+        print(self.troubles.made, flush=True)
+        first, last = rests[0], rests[-1]
+        for name in ("descriptors", "timers", "threads", "children"):
+            self.assertLessEqual(getattr(last, name), getattr(first, name), name)
+        self.assertLessEqual(last.private - first.private, MOST_GROWTH)
+
+
+if __name__ == "__main__":
+    apart.main([*xfce.DISPLAY.PROGRAMS, "xfwm4", "xfce4-panel", "xprop", "dunst"], traffic=False)
