@@ -100,8 +100,10 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
 
 int main() {
   using namespace tidewell;
+#ifdef __GLIBC__
   // One pool of memory for all threads: they allocate little, and each further pool costs pages.
   mallopt(M_ARENA_MAX, 1);
+#endif
   EventLoop loop;
   const TerminationSignals signals(loop, [&loop] { loop.quit(); });
   const std::string program = runningProgram();

@@ -27,6 +27,7 @@ TEST_F(AutostartLoginItemTest, RegisteringMakesAnEntryThatStartsTheProgram) {
                                "Comment=Network speed in the panel\n"
                                "Icon=com.halden.Tidewell\n"
                                "Exec=\"/opt/my programs/tidewell\"\n"
+                               "TryExec=/opt/my programs/tidewell\n"
                                "Terminal=false\n"
                                "StartupNotify=false\n");
 }
@@ -72,6 +73,11 @@ TEST(RunningProgram, IsThisTest) {
 
 TEST(DesktopEntry, QuotesAnOrdinaryPath) {
   EXPECT_EQ(execValue("/usr/bin/tidewell"), R"("/usr/bin/tidewell")");
+}
+
+TEST(DesktopEntry, EscapesAnyValueWithoutQuotingIt) {
+  EXPECT_EQ(stringValue("/a b/100%"), "/a b/100%");
+  EXPECT_EQ(stringValue("/a\\b\n"), R"(/a\\b\n)");
 }
 
 TEST(DesktopEntry, EscapesWhatHasAMeaningBetweenQuotesAndThenInAnyValue) {

@@ -109,7 +109,7 @@ double SamplingModel::jitterWith(double latency, double carried) {
 void SamplingModel::watch(SamplerState& sampler) {
   const auto number = [this](auto& published, int place, auto field, const char* rule) {
     m_subscriptions.push_back(published.subscribe(
-        [this, place, field, rule](const auto& value) { hears(place, value, field, rule); }));
+        [this, place, field, rule](const auto& value) { this->hears(place, value, field, rule); }));
   };
   number(sampler.currentDownloadBytesPerSec, 0, &Expected::download, "the download rate");
   number(sampler.currentUploadBytesPerSec, 1, &Expected::upload, "the upload rate");

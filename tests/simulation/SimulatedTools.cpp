@@ -122,7 +122,7 @@ std::string SimulatedTools::processTable(bool& isEmpty) {
     std::string name =
         m_dice.oneOf({"browser", "curl", "kernel_task", "mDNSResponder", "a.b", "mail", "x y"});
     const auto bytes = [this] {
-      return std::to_string(m_dice.below(m_dice.oneOf({1, 2, 1 << 30})));
+      return std::to_string(m_dice.below(m_dice.oneOf<std::size_t>({1, 2, 1 << 30})));
     };
     const std::string in = bytes();
     const std::string out = bytes();

@@ -76,7 +76,8 @@ TEST_F(DiagnosticsTest, NamesEveryKindOfLink) {
                                                  {Type::ethernet, "Ethernet"},
                                                  {Type::cellular, "Cellular"},
                                                  {Type::other, "Other"}}) {
-    monitor.connectionInfo.mutate([&](ConnectionInfo& info) { info.interfaceType = type; });
+    monitor.connectionInfo.mutate(
+        [kind = type](ConnectionInfo& info) { info.interfaceType = kind; });
     EXPECT_EQ(row(6).value(), name);
   }
 }

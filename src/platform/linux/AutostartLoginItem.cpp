@@ -27,6 +27,10 @@ std::string entryFor(const std::string& programPath) {
          "Exec=" +
          execValue(programPath) +
          "\n"
+         // Without the program the entry means nothing: it may be left when the program is removed.
+         "TryExec=" +
+         stringValue(programPath) +
+         "\n"
          "Terminal=false\n"
          "StartupNotify=false\n";
 }

@@ -4,7 +4,7 @@ namespace tidewell {
 
 namespace {
 
-// The inner rule: what has a meaning between double quotes gets a backslash, "%" is doubled.
+// What has a meaning between double quotes gets a backslash, "%" is doubled.
 std::string quotedArgument(std::string_view argument) {
   constexpr std::string_view special = "\"`$\\";
   std::string result = "\"";
@@ -19,8 +19,9 @@ std::string quotedArgument(std::string_view argument) {
   return result + '"';
 }
 
-// The outer rule, which every value of type string obeys.
-std::string escapedString(std::string_view text) {
+} // namespace
+
+std::string stringValue(std::string_view text) {
   std::string result;
   for (const char character : text) {
     switch (character) {
@@ -43,10 +44,8 @@ std::string escapedString(std::string_view text) {
   return result;
 }
 
-} // namespace
-
 std::string execValue(std::string_view programPath) {
-  return escapedString(quotedArgument(programPath));
+  return stringValue(quotedArgument(programPath));
 }
 
 } // namespace tidewell

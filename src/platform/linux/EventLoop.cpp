@@ -219,7 +219,7 @@ bool EventLoop::armAlarm() {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(due);
     itimerspec alarm{};
     alarm.it_value.tv_sec = seconds.count();
-    alarm.it_value.tv_nsec = (due - seconds).count();
+    alarm.it_value.tv_nsec = static_cast<long>((due - seconds).count());
     ::timerfd_settime(m_alarm.get(), TFD_TIMER_ABSTIME, &alarm, nullptr);
     m_alarmAt = due;
   }

@@ -35,7 +35,9 @@ int releaseObject(dl_phdr_info* object, std::size_t /*size*/, void* /*unused*/) 
 } // namespace
 
 void releaseStartupPages() {
+#ifdef __GLIBC__
   ::malloc_trim(0);
+#endif
   ::dl_iterate_phdr(releaseObject, nullptr);
 }
 

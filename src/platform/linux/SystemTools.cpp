@@ -14,8 +14,8 @@ namespace tidewell {
 namespace {
 
 constexpr const char* pingPath = "/sbin/ping";
-constexpr std::array<const char*, 4> pingPlaces = {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping",
-                                                   "/sbin/ping"};
+constexpr std::array<const char*, 5> pingPlaces = {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping",
+                                                   "/sbin/ping", "/app/bin/ping"}; // Flatpak's
 
 // One request is answered or given up within its two seconds; the rest is start-up on a busy
 // machine.

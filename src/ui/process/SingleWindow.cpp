@@ -1,5 +1,7 @@
 #include "ui/process/SingleWindow.h"
 
+#include "ui/process/WindowIcon.h"
+
 #include <QByteArray>
 
 #include <utility>
@@ -20,6 +22,7 @@ void SingleWindow::show(const std::string& token) {
   if (isNew) {
     m_window = m_make();
     m_window->setAttribute(Qt::WA_DeleteOnClose);
+    m_window->setWindowIcon(windowIcon());
     connect(m_window, &QObject::destroyed, this, [this] {
       m_window.clear();
       Q_EMIT closed();

@@ -1,0 +1,7 @@
+# Debian has manual pages and changelogs compressed, without the time at which that was done.
+file(GLOB texts ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/man/man*/*.[1-8]
+                ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/doc/tidewell/changelog*)
+if(NOT texts)
+  message(FATAL_ERROR "No texts to compress in ${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
+endif()
+execute_process(COMMAND gzip -9n ${texts} COMMAND_ERROR_IS_FATAL ANY)
