@@ -1,5 +1,6 @@
 #include "base/ThreadScheduler.h"
 
+#include <algorithm>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -15,6 +16,10 @@ namespace {
 
 // Work that nobody waits for yields to what the user looks at.
 constexpr int utilityNice = 5;
+
+// As many as are wanted at once day by day: neither are threads made and ended all the time, nor
+// do those of a crowded moment stay.
+constexpr std::size_t spareWorkers = 3;
 
 /// A worker queue as the rest of the program sees it; closes it when destroyed.
 class WorkerQueueFace final : public WorkQueue {
@@ -71,6 +76,9 @@ ThreadScheduler::~ThreadScheduler() {
     const std::scoped_lock lock(m_mutex);
     m_ending = true;
     threads.swap(m_threads);
+    if (m_retired.joinable()) {
+      threads.push_back(std::move(m_retired));
+    }
     for (const auto& queue : m_queues) {
       if (const auto open = queue.lock()) {
         open->close();
@@ -113,10 +121,11 @@ void ThreadScheduler::startBackgroundWorker() {
     nameThread("background");
     removeLeeway();
     serve(*m_background, true);
+    retire();
   });
 }
 
-void ThreadScheduler::serve(WorkerQueue& queue, bool keepOneWaiting) {
+void ThreadScheduler::serve(WorkerQueue& queue, bool isBackground) {
   const auto self = std::this_thread::get_id();
   queue.enlist();
   m_main.addHelper(self);
@@ -125,15 +134,36 @@ void ThreadScheduler::serve(WorkerQueue& queue, bool keepOneWaiting) {
     if (!work) {
       break;
     }
-    if (keepOneWaiting && lastWaiting) {
+    if (isBackground && lastWaiting) {
       // A timer that falls due must find a worker even while the others block for long.
       startBackgroundWorker();
     }
     (*work)();
     work.reset();
     m_main.help();
+    if (isBackground && queue.leave(spareWorkers)) {
+      break;
+    }
   }
   m_main.removeHelper(self);
+}
+
+void ThreadScheduler::retire() {
+  std::thread previous;
+  {
+    const std::scoped_lock lock(m_mutex);
+    const auto isThis = [](const std::thread& thread) {
+      return thread.get_id() == std::this_thread::get_id();
+    };
+    // Not there any more when all are ending.
+    if (const auto found = std::ranges::find_if(m_threads, isThis); found != m_threads.end()) {
+      previous = std::exchange(m_retired, std::move(*found));
+      m_threads.erase(found);
+    }
+  }
+  if (previous.joinable()) {
+    previous.join();
+  }
 }
 
 } // namespace tidewell

@@ -15,9 +15,9 @@ namespace tidewell {
 /// Queues on real threads around a main queue that somebody else runs.
 ///
 /// Each serial queue has a thread of its own, named after the last word of the queue's label, at
-/// utility priority. The background queue grows a thread whenever none waits for work. Constructed
-/// and destroyed on the main thread; the destructor waits for the tasks that are running, so
-/// whatever they wait for must have been told to end.
+/// utility priority. The background queue grows a thread whenever none waits for work, and loses
+/// one whenever more than enough do. Constructed and destroyed on the main thread; the destructor
+/// waits for the tasks that are running, so whatever they wait for must have been told to end.
 class ThreadScheduler final : public Scheduler {
 public:
   explicit ThreadScheduler(MainQueue& main);
@@ -30,7 +30,8 @@ public:
 private:
   void startSerialWorker(std::shared_ptr<WorkerQueue> queue, const std::string& label);
   void startBackgroundWorker();
-  void serve(WorkerQueue& queue, bool keepOneWaiting);
+  void serve(WorkerQueue& queue, bool isBackground);
+  void retire();
 
   MainQueue& m_main;
   std::shared_ptr<WorkerQueue> m_background;
@@ -39,6 +40,7 @@ private:
   bool m_ending = false;                            // guarded by m_mutex
   std::vector<std::weak_ptr<WorkerQueue>> m_queues; // guarded by m_mutex
   std::vector<std::thread> m_threads;               // guarded by m_mutex
+  std::thread m_retired;                            // guarded by m_mutex
 };
 
 } // namespace tidewell

@@ -54,6 +54,15 @@ void WorkerQueue::enlist() {
   m_workers.push_back(std::this_thread::get_id());
 }
 
+bool WorkerQueue::leave(std::size_t spare) {
+  const std::scoped_lock lock(m_mutex);
+  if (m_waiting < spare) {
+    return false;
+  }
+  std::erase(m_workers, std::this_thread::get_id());
+  return true;
+}
+
 bool WorkerQueue::isWorker() {
   const std::scoped_lock lock(m_mutex);
   return std::ranges::find(m_workers, std::this_thread::get_id()) != m_workers.end();

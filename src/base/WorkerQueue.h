@@ -34,6 +34,9 @@ public:
   /// Makes the calling thread one of the queue's workers.
   void enlist();
 
+  /// Ends that, unless fewer than `spare` other workers wait for work. Whether it did.
+  bool leave(std::size_t spare);
+
   /// Whether the calling thread is one of the queue's workers.
   [[nodiscard]] bool isWorker();
 

@@ -18,8 +18,10 @@ SECONDS = float(os.environ.get("TIDEWELL_SOAK_SECONDS", 45))
 SEED = os.environ.get("TIDEWELL_SOAK_SEED", "1")
 STRETCH = 12  # seconds of trouble before each rest
 REST = 5
-# Kilobytes: a page here and there is the allocator's, more is a leak.
-MOST_GROWTH = 200
+# What may be more after all of it than after the first stretch. Threads wait for work that comes at
+# once, as many as were wanted together so far, up to a few. Of kilobytes, some pages are the
+# allocator's; a leak would take more, since every trouble comes again and again.
+MOST_MORE = {"descriptors": 0, "timers": 0, "threads": 2, "children": 0, "private": 300}
 
 
 class Soak(WindowCase):
@@ -44,7 +46,7 @@ class Soak(WindowCase):
         time.sleep(REST)  # a stopped tool is given up after four seconds
         readings = []
         for _ in range(20):
-            self.assertIsNone(self.resident.poll(), self.session.log.read_text(errors="replace")[-2000:])
+            self.assertIsNone(self.resident.poll(), "the resident has ended")
             readings.append(vitals(self.resident.pid))
             time.sleep(0.1)
         return least(readings)
@@ -58,14 +60,13 @@ class Soak(WindowCase):
             until = time.monotonic() + STRETCH
             while time.monotonic() < until:
                 self.troubles.make()
-                self.assertIsNone(self.resident.poll())
+                self.assertIsNone(self.resident.poll(), self.troubles.made)
             rests.append(self.rest())
             print(f"{time.monotonic() - began:6.0f} s  {rests[-1]}", flush=True)
         print(self.troubles.made, flush=True)
         first, last = rests[0], rests[-1]
-        for name in ("descriptors", "timers", "threads", "children"):
-            self.assertLessEqual(getattr(last, name), getattr(first, name), name)
-        self.assertLessEqual(last.private - first.private, MOST_GROWTH)
+        for name, more in MOST_MORE.items():
+            self.assertLessEqual(getattr(last, name), getattr(first, name) + more, name)
 
 
 if __name__ == "__main__":
