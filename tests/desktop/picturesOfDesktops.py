@@ -1,0 +1,60 @@
+#!/usr/bin/python3
+"""Takes the documents' picture of one desktop: the item in its bar, and the panel beside it.
+
+    picturesOfDesktops.py xfce|mate|lxqt|gnome|waybar
+
+To be run in a test world, by scripts/takePictures.
+"""
+
+import json
+import sys
+import time
+import unittest
+from pathlib import Path
+
+import documentPicture
+import test_gnome
+import test_lxqt
+import test_mate
+import test_waybar
+import test_xfce
+
+CASES = {"xfce": test_xfce.Xfce, "mate": test_mate.Mate, "lxqt": test_lxqt.Lxqt,
+         "gnome": test_gnome.Gnome, "waybar": test_waybar.Waybar}
+
+HISTORY_SECONDS = 40
+
+
+class Pictures:
+    """To be inherited before a desktop's tests, which know how things are done there."""
+
+    def setUp(self):
+        folder = Path(self.session.environment["XDG_CONFIG_HOME"]) / "tidewell"
+        folder.mkdir(exist_ok=True)
+        lines = [f"{key} = {json.dumps(value)}\n"
+                 for key, value in documentPicture.PREFERENCES.items()]
+        (folder / "preferences.toml").write_text("".join(lines))
+        super().setUp()
+
+    def runTest(self):
+        time.sleep(HISTORY_SECONDS)
+        name = self.DESKTOP.__name__
+        if hasattr(self, "open_menu"):
+            self.save(f"{name}Menu", self.open_menu())
+            self.display.press_escape()
+            time.sleep(1)
+        self.save(name, self.open_panel())
+
+    def save(self, name, box):
+        screen = self.display.take()
+        documentPicture.save(documentPicture.with_end_of_bar(screen, self.bar, box), name)
+
+
+def main(desktop):
+    case = type("Pictures", (Pictures, CASES[desktop]), {})
+    result = unittest.TextTestRunner().run(unittest.TestSuite([case("runTest")]))
+    return 0 if result.wasSuccessful() else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1]))
