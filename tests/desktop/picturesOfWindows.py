@@ -51,6 +51,9 @@ class Pictures(WindowCase):
         self.take_panel()
         self.prefer()  # as they are when nobody has chosen anything
         self.take_window(DETAIL, TAB, TABS)
+        bus.call(self.session.environment, bus.TIDEWELL, "Quit")
+        wait_until(lambda: self.changes()[1] is None, 5, "end of the details")
+        self.start()
         self.take_window(SETTINGS, ENTRY, SECTIONS)
 
     def changes(self):
@@ -76,8 +79,6 @@ class Pictures(WindowCase):
             time.sleep(2)
             screen, box = self.changes()
             documentPicture.save(screen.crop(box), name)
-        self.display.press("ctrl+w")
-        wait_until(lambda: self.changes()[1] is None, 5, f"end of {title}")
 
 
 if __name__ == "__main__":
