@@ -9,11 +9,13 @@ import sys
 import time
 import unittest
 
+import apart  # noqa: F401, finds the test world
 import bus
 import documentPicture
 import picture
 import xfce
 from children import wait_until
+from harness import world
 from windowCase import DETAIL, PROGRAM, SETTINGS, WindowCase
 
 # After the speed test, until the history holds nothing older.
@@ -26,6 +28,9 @@ SECTIONS = {"General": "settings", "Alerts": "settingsAlerts"}
 # Tabs and sections, as assistive programs find them.
 TAB, ENTRY = "page tab", "radio button"
 
+# Of the details, so that a tab is seen as a whole.
+SIZE = ["680", "760"]
+
 REST = (500, 4)
 # The middle of the item, from the right end of the bar.
 ITEM = 19
@@ -33,6 +38,7 @@ ITEM = 19
 
 class Pictures(WindowCase):
     PREFERENCES = documentPicture.PREFERENCES
+    SCREEN = "1280x960x24"
 
     def start(self):
         self.display.move(*REST)
@@ -45,16 +51,21 @@ class Pictures(WindowCase):
         return ["env", *(f"{name}={os.environ[name]}" for name in told), PROGRAM]
 
     def runTest(self):
+        wait_until(lambda: self.get("PublicIp") == world.USER, 10, "public address")
         bus.call(self.session.environment, bus.TIDEWELL, "RunSpeedTest")
         wait_until(lambda: (self.get("LastSpeedTest") or "").count("double"), 60, "speed test")
         time.sleep(HISTORY_SECONDS)
         self.take_panel()
         self.prefer()  # as they are when nobody has chosen anything
-        self.take_window(DETAIL, TAB, TABS)
+        self.open(DETAIL)
+        self.session.output(["xdotool", "getactivewindow", "windowsize", *SIZE])
+        self.reader.wait_to_read("curl, ", 20)
+        self.take_parts(TAB, TABS)
         bus.call(self.session.environment, bus.TIDEWELL, "Quit")
         wait_until(lambda: self.changes()[1] is None, 5, "end of the details")
         self.start()
-        self.take_window(SETTINGS, ENTRY, SECTIONS)
+        self.open(SETTINGS)
+        self.take_parts(ENTRY, SECTIONS)
 
     def changes(self):
         """What is to be seen below the bar."""
@@ -72,8 +83,7 @@ class Pictures(WindowCase):
         self.display.press_escape()
         wait_until(lambda: self.changes()[1] is None, 5, "end of the panel")
 
-    def take_window(self, title, role, parts):
-        self.open(title)
+    def take_parts(self, role, parts):
         for part, name in parts.items():
             self.reader.press(role, part)
             time.sleep(2)

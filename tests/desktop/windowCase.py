@@ -23,9 +23,10 @@ class WindowCase(unittest.TestCase):
     """A session, a resident and preferences of its own for each test."""
 
     PREFERENCES = {}
+    SCREEN = "1280x720x24"
 
     def setUp(self):
-        self.session = Session(xfce, **VARIABLES).__enter__()
+        self.session = Session(xfce, self.SCREEN, **VARIABLES).__enter__()
         self.addCleanup(self.session.__exit__)
         self.display = self.session.display
         self.reader = ScreenReader(self.session)
