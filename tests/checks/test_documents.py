@@ -46,16 +46,20 @@ class Documents(unittest.TestCase):
         self.assertEqual(self.faults(), [])
 
     def test_finds_links_that_lead_nowhere(self):
-        for document, link in [("README.md", "[a](docs/no.md)"), ("docs/guide.md", "![a](images/no.png)"),
-                               ("README.md", "[a](docs/guide.md#last-steps)"), ("docs/guide.md", "[a](#no)")]:
+        for document, link in [
+            ("README.md", "[a](docs/no.md)"),
+            ("README.md", "[a](docs/guide.md#last-steps)"),
+            ("docs/guide.md", "![a](images/no.png)"),
+            ("docs/guide.md", "[a](#no)"),
+        ]:
             with self.subTest(link):
                 self.setUp()
                 self.add(document, link)
                 self.assertEqual(len(self.faults()), 1)
 
     def test_finds_named_paths_that_are_not_there(self):
-        for code in ["`scripts/no`", "`sudo scripts/no now`", "`./no`", "```sh\n./no\n```", "`src/base/No.h`",
-                     "`fuzz/no/TARGET`", "`docs/no/`"]:
+        for code in ["`scripts/no`", "`sudo scripts/no now`", "`./no`", "```sh\n./no\n```",
+                     "`src/base/No.h`", "`fuzz/no/TARGET`", "`docs/no/`"]:
             with self.subTest(code):
                 self.setUp()
                 self.add("CONTRIBUTING.md", f"\n{code}\n")

@@ -32,6 +32,7 @@ def save(picture: Picture, name):
     path = IMAGES / f"{name}.png"
     picture.save(path)
     size = path.stat().st_size
-    print(f"{path.name}: {picture.width} x {picture.height}, {colours} colours, {size} bytes", flush=True)
+    print(f"{path.name}: {picture.width} x {picture.height}, {colours} colours, {size} bytes",
+          flush=True)
     if size > MOST_BYTES:
         raise ValueError(f"{name}: {size} bytes are too many")
