@@ -1,0 +1,2 @@
+def text(results):
+    return ""
