@@ -5,6 +5,8 @@ import signal
 import time
 from types import SimpleNamespace
 
+import apart
+import sway
 import waybar
 import x11
 import xfce
@@ -48,7 +50,15 @@ TERMINAL = SimpleNamespace(NAME="none", PROGRAMS=[], PANEL=None, configure=_noth
                            DISPLAY=SimpleNamespace(Display=_NoDisplay, SESSION_TYPE="tty"))
 X = SimpleNamespace(NAME="openbox", PROGRAMS=[["openbox"]], PANEL=None, configure=_nothing,
                     DISPLAY=x11)
-XFCE, WAYBAR = xfce, waybar
+XFCE = xfce
+
+
+class _Sway(sway.Display):
+    WRAPPER = apart.AS_USER
+
+
+WAYBAR = SimpleNamespace(**{**vars(waybar), "DISPLAY": SimpleNamespace(
+    Display=_Sway, SESSION_TYPE=sway.SESSION_TYPE)})
 
 
 class Stage:

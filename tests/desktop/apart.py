@@ -15,7 +15,7 @@ from harness import world  # noqa: E402
 INSIDE = "TIDEWELL_DESKTOP_WORLD"
 
 # Some programs of a desktop refuse root. For them root is called by another number.
-_AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
+AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
 
 # What flows meanwhile, in bytes per second down and up, so that there is something to see.
 TRAFFIC = {"net": 1_530_000, "user": 124_000}
@@ -36,11 +36,11 @@ def main(programs, as_user=False, traffic=True):
     if reason:
         print(f"skipped: {reason}")
         sys.exit(77)
-    sys.exit(_run_inside(_AS_USER if as_user else [], TRAFFIC if traffic else {}))
+    sys.exit(_run_inside(AS_USER if as_user else [], TRAFFIC if traffic else {}))
 
 
 def _allows_another_number():
-    return subprocess.run([*_AS_USER, "true"], capture_output=True).returncode == 0
+    return subprocess.run([*AS_USER, "true"], capture_output=True).returncode == 0
 
 
 def send(children, traffic):
