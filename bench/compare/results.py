@@ -22,7 +22,7 @@ def brief(result):
     if "groups" not in result:
         return result.get("error", "done")
     return "; ".join(
-        f"{name} {statistics.median(window['cpu'] for window in group['windows']):.3f} % CPU, "
-        f"{statistics.median(window['wakeups'] for window in group['windows']):.1f} wake-ups, "
+        f"{name} {statistics.mean(window['cpu'] for window in group['windows']):.3f} % CPU, "
+        f"{statistics.mean(window['wakeups'] for window in group['windows']):.1f} wake-ups, "
         f"PSS {group['pss'] / 1024:.1f} MB, private {group['private'] / 1024:.1f} MB"
         for name, group in result["groups"].items())

@@ -23,6 +23,8 @@ _HIDE_PING = ('for f in /bin/ping /usr/bin/ping; do mount --bind /dev/null $f 2>
               'exec "$0"')
 # Seconds of constant traffic whose rates are read.
 LOOK = 12
+# What the counters may say beside the sender: they are read some milliseconds late.
+LEEWAY = 0.01
 # Without what is no part of reading rates: ping, which has no setting, is hidden from it.
 RATES_ALONE = {"trackPerProcess": False, "showNotifications": False}
 
@@ -83,7 +85,11 @@ def _rates(here, look, parse):
     here.calm()
     before = here.truth()
     text = look()
-    return {"shown": parse(text), "truth": stage.link(before, here.truth())}
+    truth = [stage.DOWN, stage.UP]
+    carried = stage.link(before, here.truth())
+    if any(abs(has - should) > LEEWAY * should for has, should in zip(carried, truth)):
+        raise RuntimeError(f"the link carried {carried}, not {truth}")
+    return {"shown": parse(text), "truth": truth}
 
 
 def _samples(here):

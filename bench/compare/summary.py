@@ -1,6 +1,6 @@
 """Figures to compare, made of what was measured. Pure.
 
-A figure is (middle, least, most); memory and errors have no spread.
+A figure is (mean or median, least, most); that of memory has no spread.
 """
 
 import statistics
@@ -14,7 +14,7 @@ def figures(group):
     """Of one group's measurement: processor time and wake-ups, memory in megabytes."""
     def spread(name):
         values = [window[name] for window in group["windows"]]
-        return statistics.median(values), min(values), max(values)
+        return statistics.mean(values), min(values), max(values)
     memory = {name: (group[name] / 1024,) * 3 for name in ("pss", "private")}
     return {"cpu": spread("cpu"), "wakeups": spread("wakeups"), **memory}
 

@@ -22,12 +22,12 @@ a rate has to show another one. Every program runs alone with its desktop, on a 
 {settle} seconds before it is watched for {seconds}, in {windows} windows.
 
 - **CPU**: percent of one processor, by the kernel's account of a control group that holds the program
-  and everything that it starts, those that have ended, too. Middle of the windows, and least and most.
+  and everything that it starts, those that have ended, too. Mean, and least and most of the windows.
   Neither the display server's nor the bus daemon's share is in anybody's figure.
 - **wake-ups**: voluntary sleeps a second of all threads of the processes that live all the time.
 - **PSS, private**: their proportional memory, and what they alone have written.
 - **rate error**: of the rates shown while the traffic is constant, both directions, from the
-  sender's; middle and worst. For Tidewell in the panel it is the text; for the resident the number on
+  sender's; median and worst. For Tidewell in the panel it is the text; for the resident the number on
   the bus. nethogs counts without Ethernet headers, 14 bytes of 1,000 here. What is drawn only no
   program can read: polybar prints its text instead of drawing it in a second run, for gkrellm, btop,
   gnome-system-monitor and the plugins there is no such way.
@@ -43,7 +43,7 @@ TAIL = """
 ## Again
 
 ```sh
-sudo scripts/installPackages bench
+sudo scripts/installPackages build run desktop desktops world bench
 scripts/buildPreset release tidewell tidewell_nettop tidewell_publicAddress tidewell_notificationSound \\
   sender talker
 sudo bench/compare/measure all           # half an hour, on a machine that does nothing else
