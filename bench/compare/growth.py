@@ -35,8 +35,16 @@ def interfaces(_world, seconds):
 
 
 def _add_interfaces(own, first, end):
-    lines = [f"link add more{number} up type dummy" for number in range(first, end)]
-    subprocess.run(own.command("user", "ip", "-batch", "-"), input="\n".join(lines), text=True,
+    """Links to the router."""
+    names = [f"more{number}" for number in range(first, end)]
+    router = own.command("router", "true")[3]
+    _batch(own, "user", [f"link add {name} up type veth peer name {name} netns {router}"
+                         for name in names])
+    _batch(own, "router", [f"link set {name} up" for name in names])
+
+
+def _batch(own, where, lines):
+    subprocess.run(own.command(where, "ip", "-batch", "-"), input="\n".join(lines), text=True,
                    check=True)
 
 

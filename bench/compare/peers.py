@@ -56,6 +56,8 @@ class Peer:
     parse: Optional[Callable] = None
     ask: Optional[list] = None
     ask_seconds: int = 30
+    # So many are no readings yet.
+    skip: int = 0
 
 
 def _netload(home, configure):
@@ -98,7 +100,7 @@ PEERS = {
     "conky": Peer("conky-std", stage.X, ["conky", "-c", "{}/conky"], {"conky": _CONKY},
                   parse=readings.conky),
     "polybar": Peer("polybar", stage.X, ["polybar", "-q", "-c", "{}/polybar", "top"],
-                    {"polybar": _POLYBAR}, parse=readings.polybar, ask_seconds=12,
+                    {"polybar": _POLYBAR}, parse=readings.polybar, ask_seconds=14, skip=3,
                     ask=["stdbuf", "-oL", "polybar", "-q", "-s", "-c", "{}/polybar", "top"]),
     "gkrellm": Peer("gkrellm", stage.X, ["gkrellm"], interval="10 a second, all its meters"),
     "nethogs": Peer("nethogs", stage.TERMINAL, ["stdbuf", "-oL", "nethogs", "-t", "-C", "-d", "1",

@@ -54,7 +54,8 @@ def peer(this_world, name, seconds):
         if child.poll() is not None:
             raise RuntimeError(f"ended by itself: {output.read_text(errors='replace')[-300:]}")
         if each.parse:
-            result["rates"] = _rates(here, lambda: _printed(here, each, folder, output), each.parse)
+            result["rates"] = _rates(here, lambda: _printed(here, each, folder, output),
+                                     lambda text: each.parse(text)[each.skip:])
     return result
 
 

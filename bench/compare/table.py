@@ -28,9 +28,10 @@ a rate has to show another one. Every program runs alone with its desktop, on a 
 - **PSS, private**: their proportional memory, and what they alone have written.
 - **rate error**: of the rates shown while the traffic is constant, both directions, from the
   sender's; median and worst. For Tidewell in the panel it is the text; for the resident the number on
-  the bus. nethogs counts without Ethernet headers, 14 bytes of 1,000 here. What is drawn only no
-  program can read: polybar prints its text instead of drawing it in a second run, for gkrellm, btop,
-  gnome-system-monitor and the plugins there is no such way.
+  the bus. nethogs counts without Ethernet headers, 14 bytes of 1,000 here, which explains 1.4 %; what
+  else it reads low at a constant rate is not explained here. For vnstat it is the answer of
+  `vnstat -tr`. What is drawn only no program can read: polybar prints its text instead of drawing it
+  in a second run; for gkrellm, btop, gnome-system-monitor and the plugins there is no such way.
 - Plugins of a panel are the panel with them less the panel without; so is what the panel spends on
   Tidewell's item. The least and the most of such a difference are what the windows leave open.
 - *Rates alone* is Tidewell with ping hidden from it and programs and notices switched off; *as
