@@ -70,9 +70,9 @@ def markdown(columns, lines):
 
 
 def span(figure, decimals):
-    """The middle, and least and most where they differ from it."""
+    """The mean, and least and most where they differ."""
     middle, least, most = (_plain(value, decimals) for value in figure)
-    return middle if least == most == middle else f"{middle} ({least} - {most})"
+    return middle if least == most else f"{middle} ({least} - {most})"
 
 
 def _plain(value, decimals):

@@ -7,47 +7,46 @@ NAMES = {"cpu": "processor time", "wakeups": "wake-ups", "pss": "PSS", "private"
          "error": "rate error of what is shown"}
 
 # (reason, next step) of each criterion, and where a program has one of its own.
+_LIBRARIES = ("Measure on Debian 13, whose libsystemd is said to load them only when they are needed; there "
+              "see which pages of libsystemd and libstdc++ are still touched, and why.")
+_SPLIT = ("Split a sample's processor time into counters, announcement and picture, and shorten the "
+          "longest.")
 _REASONS = {
-    "cpu": ("Each sample that changes the text goes over the session bus, to the panel and to whoever "
-            "else follows; the other draws its number itself, or prints it.",
-            "Split a sample's processor time into counters, announcement and picture, and shorten "
-            "the longest."),
-    "wakeups": ("A sample is taken on a thread of its own and told by the main one, which then answers "
-                "the panel's questions about the new text: up to three wake-ups for one sample.",
-                "Take the sample on the main thread where nothing can block it: one wake-up fewer."),
-    "pss": ("Tidewell maps the libraries of C++ and of the bus, which the other does without or shares "
-            "with more programs of this session.",
-            "See which pages of libsystemd and libstdc++ are touched after the start, and why."),
-    "private": ("Two libraries' relocated tables, the last 300 samples and three threads' stacks are "
-                "written memory; the other has fewer of each.",
-                "Count the written pages by library, and link statically what is mostly tables."),
+    "cpu": ("Each sample goes over the session bus to whoever follows, and a new text to the panel, "
+            "which asks for its picture; the other draws its number itself, or prints it.", _SPLIT),
+    "wakeups": ("A sample is one wake-up. A new text is announced as a new picture and a new tool tip, "
+                "and the panel's questions after that are one or two more.",
+                "See what panels ask after either announcement, and answer both at one waking."),
+    "pss": ("Tidewell maps the libraries of C++ and of the bus, and those that the latter brings "
+            "along, fourteen in all; the other does with fewer, or shares them with more programs "
+            "of this session.", _LIBRARIES),
+    "private": ("One half is heap and stacks (bus, 300 samples, threads), the other the relocated "
+                "tables of fourteen libraries, most of which come along with libsystemd.", _LIBRARIES),
     "error": ("The text in the panel has two or three digits, so that it keeps its width and is read "
               "at a glance. The bus and the windows have the exact number (see the table).",
               "None while nobody asks: more digits would be a preference."),
 }
+_RARELY = ("It looks every few seconds and writes to its database every few minutes; it shows nothing "
+           "by itself.",
+           "None: who wants that chooses a longer interval (see the curve).")
 _OF_PROGRAMS = {
-    ("cpu", "vnstatd"): (
-        "It looks rarely, for its database, and shows nothing by itself.",
-        "None: who wants that chooses a longer interval (see the curve)."),
-    ("wakeups", "vnstatd"): (
-        "It looks rarely, for its database, and shows nothing by itself.",
-        "None: who wants that chooses a longer interval (see the curve)."),
-    ("cpu", "bwm-ng"): (
-        "It reads one file and prints one line: no bus, no item, no look at routes and settings.",
-        "Split a sample's processor time into counters, announcement and picture, and shorten the "
-        "longest."),
-    ("pss", "bwm-ng"): (
-        "It is a C program that maps little more than the C library.",
-        "See which pages of libsystemd and libstdc++ are touched after the start, and why."),
+    ("cpu", "vnstatd"): _RARELY,
+    ("wakeups", "vnstatd"): _RARELY,
+    ("cpu", "bwm-ng"): ("It reads one file and prints one line: no bus, no item, no look at routes and "
+                        "settings.", _SPLIT),
+    ("pss", "bwm-ng"): ("It is a C program that maps little more than the C library.", _LIBRARIES),
 }
-_PROBE = ("A fifth of the samples comes with a run of ping, a process each time, to tell the line's "
-          "latency; the other tells none.",
+_PROBE = ("With every fifth sample ping is run, a process each time, to tell the line's latency; the "
+          "other tells none.",
           "An echo request from a socket of the resident's own, where the kernel lets users send "
           "them, would save the process.")
-_PANEL = ("The panel asks for everything about the item and draws it anew whenever the text changes, "
-          "which in this measurement it does with every sample.",
-          "Look at which of the announced changes make it ask twice; leave out the picture where a "
-          "panel shows the label.")
+_PANEL = ("The panel asks for the item's properties and draws it anew whenever the text changes, which "
+          "in this measurement it does with every sample. The plugin or program beside it draws "
+          "within its own process.",
+          "See what panels ask after either announcement; leave the tool tip's out where it says "
+          "nothing new.")
+_PANEL_MEMORY = ("What the panel keeps of the item (picture, tool tip, menu) comes on top.",
+                 "Offer the picture in fewer sizes to panels that show one.")
 
 # Ours that are compared, and what explains them where the resident alone is not to blame.
 OURS = ("Tidewell, rates alone", "Tidewell, as installed",
@@ -80,8 +79,7 @@ def reason(ours, criterion, peer, rows):
             return _PROBE
     if ours in WHOLES and criterion in ("pss", "private") and (
             compare(rows, RESIDENTS[OURS.index(ours) % 2]).get((peer, criterion)) != "behind"):
-        return ("The panel keeps the item's pictures and its menu.",
-                "Send the picture in the one size that the panel shows.")
+        return _PANEL_MEMORY
     return _OF_PROGRAMS.get((criterion, peer), _REASONS[criterion])
 
 

@@ -53,8 +53,8 @@ def group(cpu, pss=1024, private=512, wakeups=(1.0, 1.0, 1.0)):
 
 class Summary(unittest.TestCase):
     def test_windows_have_a_mean_and_ends(self):
-        found = summary.figures(group([0.25, 0.0, 0.5], pss=2048))
-        self.assertEqual(found["cpu"], (0.25, 0.0, 0.5))
+        found = summary.figures(group([0.125, 0.0, 0.625], pss=2048))
+        self.assertEqual(found["cpu"], (0.25, 0.0, 0.625))
         self.assertEqual((found["pss"][0], found["private"][0]), (2.0, 0.5))
 
     def test_a_difference_is_as_uncertain_as_both_together(self):
@@ -62,7 +62,7 @@ class Summary(unittest.TestCase):
         self.assertEqual(summary.minus(more, less), {"cpu": (3.0, 1.0, 6.0)})
 
     def test_errors_are_of_both_directions(self):
-        rates = {"shown": [[100, 220], [101, 200]], "truth": [100, 200]}
+        rates = {"shown": [[100, 180], [101, 200]], "truth": [100, 200]}
         self.assertEqual(summary.error(rates), (0.5, 0.0, 10.0))
         self.assertIsNone(summary.error({"shown": [], "truth": [1, 1]}))
 
@@ -72,6 +72,7 @@ class Summary(unittest.TestCase):
         self.assertEqual(verdict((1, 0, 2), (4, 3, 5)), "leads")
         self.assertEqual(verdict((4, 3, 5), (1, 0, 2)), "behind")
         self.assertEqual(verdict((2, 1, 3), (4, 3, 5)), "level")
+        self.assertEqual(verdict((4, 3, 5), (2, 1, 3)), "level")
         self.assertIsNone(verdict(None, (1, 1, 1)))
 
     def test_near_memory_is_level(self):
