@@ -11,8 +11,8 @@ _TITLES = {
     "sockets": ("TCP connections", "Sockets", "Ten of them say something all the time. The helper is "
                 "`nettop`, which runs while programs are being looked at; its figures are for one run "
                 "(middle, least and most of five), and the highest resident memory."),
-    "processes": ("further processes", "Processes", "They do nothing, beside ten TCP connections that say something. "
-                  "The helper as above."),
+    "processes": ("further processes", "Processes", "They do nothing, beside ten TCP connections that "
+                  "say something. The helper as above."),
     "intervals": ("seconds", "Intervals", "Two seconds is the default."),
 }
 

@@ -2,6 +2,7 @@
 
 import subprocess
 
+import desktops
 import runs
 import stage
 from crowds import Processes, Sockets
@@ -17,7 +18,7 @@ TWO_PROBES = 10
 
 def _resident(this_world, seconds, crowd=None):
     return runs.tidewell(this_world, seconds, {**runs.RATES_ALONE, **ONCE_A_SECOND},
-                         with_probe=False, desktop=stage.TERMINAL, crowd=crowd)
+                         with_probe=False, desktop=desktops.TERMINAL, crowd=crowd)
 
 
 def interfaces(_world, seconds):
@@ -65,9 +66,9 @@ def intervals(this_world, seconds):
         points[str(interval)] = {
             "alone": runs.tidewell(this_world, max(seconds, TWO_PROBES / 2 * interval),
                                    {**runs.RATES_ALONE, **often}, with_probe=False,
-                                   desktop=stage.TERMINAL),
+                                   desktop=desktops.TERMINAL),
             "installed": runs.tidewell(this_world, max(seconds, TWO_PROBES * interval), often,
-                                       with_probe=True, desktop=stage.TERMINAL),
+                                       with_probe=True, desktop=desktops.TERMINAL),
         }
     return {"points": points}
 

@@ -4,8 +4,8 @@ import json
 from dataclasses import dataclass, field
 from typing import Callable, Optional
 
+import desktops
 import readings
-import stage
 
 _CONKY = """conky.config = {
   update_interval = 1, out_to_x = true, out_to_console = true, own_window = true,
@@ -90,31 +90,31 @@ def _waybar_network(home, configure):
 
 # Panels: which desktop, and what is put into it.
 PANELS = {
-    "Xfce panel": ("xfce4-panel", stage.XFCE, None),
-    "Xfce panel with netload": ("xfce4-netload-plugin", stage.XFCE, _netload),
-    "Waybar": ("waybar", stage.WAYBAR, None),
-    "Waybar with its network module": ("waybar", stage.WAYBAR, _waybar_network),
+    "Xfce panel": ("xfce4-panel", desktops.XFCE, None),
+    "Xfce panel with netload": ("xfce4-netload-plugin", desktops.XFCE, _netload),
+    "Waybar": ("waybar", desktops.WAYBAR, None),
+    "Waybar with its network module": ("waybar", desktops.WAYBAR, _waybar_network),
 }
 
 PEERS = {
-    "conky": Peer("conky-std", stage.X, ["conky", "-c", "{}/conky"], {"conky": _CONKY},
+    "conky": Peer("conky-std", desktops.X, ["conky", "-c", "{}/conky"], {"conky": _CONKY},
                   parse=readings.conky),
-    "polybar": Peer("polybar", stage.X, ["polybar", "-q", "-c", "{}/polybar", "top"],
+    "polybar": Peer("polybar", desktops.X, ["polybar", "-q", "-c", "{}/polybar", "top"],
                     {"polybar": _POLYBAR}, parse=readings.polybar, ask_seconds=14, skip=3,
                     ask=["stdbuf", "-oL", "polybar", "-q", "-s", "-c", "{}/polybar", "top"]),
-    "gkrellm": Peer("gkrellm", stage.X, ["gkrellm"], interval="10 a second, all its meters"),
-    "nethogs": Peer("nethogs", stage.TERMINAL, ["stdbuf", "-oL", "nethogs", "-t", "-C", "-d", "1",
+    "gkrellm": Peer("gkrellm", desktops.X, ["gkrellm"], interval="10 a second, all its meters"),
+    "nethogs": Peer("nethogs", desktops.TERMINAL, ["stdbuf", "-oL", "nethogs", "-t", "-C", "-d", "1",
                                                 "eth0"], parse=readings.nethogs),
-    "bwm-ng": Peer("bwm-ng", stage.TERMINAL, ["bwm-ng", "-o", "csv", "-t", "1000", "-u", "bytes",
+    "bwm-ng": Peer("bwm-ng", desktops.TERMINAL, ["bwm-ng", "-o", "csv", "-t", "1000", "-u", "bytes",
                                               "-I", "eth0"], parse=readings.bwm_ng),
-    "vnstatd": Peer("vnstat", stage.TERMINAL, ["vnstatd", "-n", "--config", "{}/vnstat"],
+    "vnstatd": Peer("vnstat", desktops.TERMINAL, ["vnstatd", "-n", "--config", "{}/vnstat"],
                     {"vnstat": _VNSTAT}, interval="20 s, to its database",
                     parse=readings.vnstat,
                     ask=["sh", "-c", "for i in 1 2 3; do vnstat --config $0 -i eth0 -tr 3 --json;"
                          " done", "{}/vnstat"]),
-    "btop": Peer("btop", stage.TERMINAL, ["btop", "--utf-force"], {"btop/btop.conf": _BTOP},
+    "btop": Peer("btop", desktops.TERMINAL, ["btop", "--utf-force"], {"btop/btop.conf": _BTOP},
                  interval="1 s, its network box alone", terminal=True),
-    "gnome-system-monitor": Peer("gnome-system-monitor", stage.X,
+    "gnome-system-monitor": Peer("gnome-system-monitor", desktops.X,
                                  ["gnome-system-monitor", "--resources"],
                                  interval="its own, all graphs of its page"),
 }

@@ -1,17 +1,13 @@
 """One measurement each: of a peer, of a panel, of Tidewell."""
 
 import contextlib
-import fcntl
-import os
 import pathlib
-import pty
-import struct
 import subprocess
-import termios
-import threading
 import time
 
 import bus
+import desktops
+import launch
 import peers
 import readings
 import stage
@@ -30,26 +26,31 @@ RATES_ALONE = {"trackPerProcess": False, "showNotifications": False}
 
 
 def version(package):
+    """Fails for one that is not installed: a panel without its plugin would start all the same."""
     done = subprocess.run(["dpkg-query", "-W", "-f", "${Version}", package],
                           capture_output=True, text=True)
-    return done.stdout if done.returncode == 0 else ""
+    if done.returncode != 0 or not done.stdout:
+        raise RuntimeError(f"{package} is not installed")
+    return done.stdout
 
 
 def panel(this_world, name, seconds):
     package, desktop, configure = peers.PANELS[name]
+    installed = version(package)
     with stage.Stage(this_world, desktop, configure) as here:
         time.sleep(stage.SETTLE)
         groups = here.measure(seconds)
-    return {"groups": groups, "version": version(package)}
+    return {"groups": groups, "version": installed}
 
 
 def peer(this_world, name, seconds):
     each = peers.PEERS[name]
+    installed = version(each.package)
     with stage.Stage(this_world, each.desktop) as here:
-        folder = _prepare(here, each)
-        child, output = _start(here, each, folder)
+        folder = launch.prepare(here, each)
+        child, output = launch.start(here, each, folder)
         time.sleep(stage.SETTLE)
-        result = {"groups": here.measure(seconds), "version": version(each.package),
+        result = {"groups": here.measure(seconds), "version": installed,
                   "interval": each.interval, "command": " ".join(each.command)}
         if child.poll() is not None:
             raise RuntimeError(f"ended by itself: {output.read_text(errors='replace')[-300:]}")
@@ -59,7 +60,7 @@ def peer(this_world, name, seconds):
     return result
 
 
-def tidewell(this_world, seconds, preferences, with_probe, desktop=stage.XFCE, crowd=None):
+def tidewell(this_world, seconds, preferences, with_probe, desktop=desktops.XFCE, crowd=None):
     """In a desktop with a panel, which shows its item, or in none; with a crowd to live among."""
     with stage.Stage(this_world, desktop) as here, crowd or contextlib.nullcontext():
         _prefer(here, preferences)
@@ -100,7 +101,7 @@ def _samples(here):
 
 def _printed(here, each, folder, output):
     if each.ask:
-        return _ask(here, each, folder)
+        return launch.ask(here, each, folder)
     shown = output.stat().st_size
     time.sleep(LOOK)
     return output.read_text(errors="replace")[shown:]
@@ -112,53 +113,3 @@ def _prefer(here, preferences):
     values = {key: str(value).lower() for key, value in preferences.items()}
     (folder / "preferences.toml").write_text(
         "".join(f"{key} = {value}\n" for key, value in values.items()))
-
-
-def _prepare(here, each):
-    folder = pathlib.Path(here.environment["XDG_CONFIG_HOME"])
-    for name, text in each.files.items():
-        (folder / name).parent.mkdir(parents=True, exist_ok=True)
-        (folder / name).write_text(text.replace("{0}", str(here.folder)))
-    return folder
-
-
-def _words(command, folder):
-    return [word.replace("{}", str(folder)) for word in command]
-
-
-def _start(here, each, folder):
-    """The process, and the file that what it prints goes to."""
-    output = here.folder / "printed"
-    command = _words(each.command, folder)
-    if each.terminal:
-        here.environment["TERM"] = "xterm-256color"
-        ours, theirs = _terminal()
-        child = here.start("program", command, stdin=theirs, stdout=theirs, stderr=theirs)
-        os.close(theirs)
-        threading.Thread(target=_drain, args=(ours, output.open("wb")), daemon=True).start()
-        return child, output
-    with output.open("wb") as file:
-        return here.start("program", command, stdout=file, stderr=subprocess.STDOUT), output
-
-
-def _ask(here, each, folder):
-    return here.run(["sh", "-c", 'timeout "$@" 2>/dev/null; true', "sh", str(each.ask_seconds),
-                     *_words(each.ask, folder)]) or ""
-
-
-def _terminal():
-    """Both ends of a terminal of 80 columns and 24 lines."""
-    ours, theirs = pty.openpty()
-    fcntl.ioctl(ours, termios.TIOCSWINSZ, struct.pack("4H", 24, 80, 0, 0))
-    return ours, theirs
-
-
-def _drain(descriptor, file):
-    """Until the program on the other side has ended."""
-    with file:
-        try:
-            while data := os.read(descriptor, 65536):
-                file.write(data)
-                file.flush()
-        except OSError:
-            os.close(descriptor)

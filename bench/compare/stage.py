@@ -1,15 +1,10 @@
-"""Where programs are measured: a shaped link with known traffic, and the desktops they need."""
+"""Where programs are measured: a shaped link with known traffic, and a desktop."""
 
 import os
 import signal
 import time
 from types import SimpleNamespace
 
-import apart
-import sway
-import waybar
-import x11
-import xfce
 from harness import world
 from session import Session
 
@@ -30,37 +25,6 @@ SETTLE = 12
 WINDOWS = 4
 
 
-class _NoDisplay:
-    def __init__(self, *_):
-        pass
-
-    def start(self):
-        pass
-
-    def close(self):
-        pass
-
-
-def _nothing(_config_home):
-    pass
-
-
-# What the programs are at home in. A panel among them is a program under measurement itself.
-TERMINAL = SimpleNamespace(NAME="none", PROGRAMS=[], PANEL=None, configure=_nothing,
-                           DISPLAY=SimpleNamespace(Display=_NoDisplay, SESSION_TYPE="tty"))
-X = SimpleNamespace(NAME="openbox", PROGRAMS=[["openbox"]], PANEL=None, configure=_nothing,
-                    DISPLAY=x11)
-XFCE = xfce
-
-
-class _Sway(sway.Display):
-    WRAPPER = apart.AS_USER
-
-
-WAYBAR = SimpleNamespace(**{**vars(waybar), "DISPLAY": SimpleNamespace(
-    Display=_Sway, SESSION_TYPE=sway.SESSION_TYPE)})
-
-
 class Stage:
     """One program's turn: the link's traffic flows, the desktop stands, groups count."""
 
@@ -78,14 +42,14 @@ class Stage:
     def __enter__(self):
         try:
             self._session.__enter__()
-            self.environment, self.folder = self._session.environment, self._session.directory
-            self._senders = [self.world.sender("net", DOWN, frame=FRAME),
-                             self.world.sender("user", UP, frame=FRAME)]
-            self._waves = self._session.start(self.world.command(
-                "net", "sh", "-c", _WAVES, world.tool("sender"), world.USER, world.DISCARD, WAVE, 1,
-                FRAME))
-        except BaseException:
+        except BaseException:  # it has cleared away what is its own
             self._clear()
+            raise
+        self.environment, self.folder = self._session.environment, self._session.directory
+        try:
+            self._start_traffic()
+        except BaseException:
+            self.__exit__()
             raise
         return self
 
@@ -94,6 +58,13 @@ class Stage:
             sender.stop()
         self._session.__exit__(None, None, None)
         self._clear()
+
+    def _start_traffic(self):
+        self._senders = [self.world.sender("net", DOWN, frame=FRAME),
+                         self.world.sender("user", UP, frame=FRAME)]
+        self._waves = self._session.start(self.world.command(
+            "net", "sh", "-c", _WAVES, world.tool("sender"), world.USER, world.DISCARD, WAVE, 1,
+            FRAME))
 
     def _clear(self):
         for group in self._groups.values():

@@ -7,8 +7,8 @@ NAMES = {"cpu": "processor time", "wakeups": "wake-ups", "pss": "PSS", "private"
          "error": "rate error of what is shown"}
 
 # (reason, next step) of each criterion, and where a program has one of its own.
-_LIBRARIES = ("Measure on Debian 13, whose libsystemd is said to load them only when they are needed; there "
-              "see which pages of libsystemd and libstdc++ are still touched, and why.")
+_LIBRARIES = ("Measure on Debian 13, whose libsystemd is said to load them only when they are needed; "
+              "there see which pages of libsystemd and libstdc++ are still touched, and why.")
 _SPLIT = ("Split a sample's processor time into counters, announcement and picture, and shorten the "
           "longest.")
 _REASONS = {
