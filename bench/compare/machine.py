@@ -8,13 +8,14 @@ import subprocess
 
 
 def describe(root, build):
+    compiler = _first(r"^CMAKE_CXX_COMPILER:\w+=(.*)$", build / "CMakeCache.txt") or "c++"
     return {
         "processor": _first(r"^model name\s*: (.*)$", "/proc/cpuinfo") or platform.machine(),
         "processors": os.cpu_count(),
         "memory": int(_first(r"^MemTotal:\s*(\d+)", "/proc/meminfo") or 0) // 1024,
-        "kernel": platform.release(),
+        "kernel": platform.release().split("-")[0],
         "system": _first(r'^PRETTY_NAME="(.*)"$', "/etc/os-release") or "",
-        "compiler": _first(r"^CMAKE_CXX_COMPILER:\w+=(.*)$", build / "CMakeCache.txt") or "",
+        "compiler": _output(compiler, "--version").split("\n")[0],
         "build": _first(r"^CMAKE_BUILD_TYPE:\w+=(.*)$", build / "CMakeCache.txt") or "",
         "commit": _output("git", "-C", root, "rev-parse", "--short=10", "HEAD"),
     }

@@ -39,7 +39,7 @@ def _machine(machine):
         return ""
     return (f"{machine['processors']} processors ({machine['processor']}), {machine['memory']} MB, "
             f"{machine['system']}, kernel {machine['kernel']}; {machine['build']} build of "
-            f"{machine['commit']}.\n\n")
+            f"{machine['commit']} by {machine['compiler']}.\n\n")
 
 
 def _noise(results):
