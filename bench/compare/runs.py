@@ -76,9 +76,9 @@ def tidewell(this_world, seconds, preferences, with_probe, desktop=desktops.XFCE
         if crowd:
             result["helper"] = crowd.helper_costs()
         elif desktop.PANEL:
-            result["rates"] = _rates(here, lambda: _samples(here), readings.samples)
-            result["text"] = {**result["rates"], "shown": readings.panel_text(
-                here.run([*_BUSCTL, "MenubarText"]))}
+            shown = []
+            result["rates"] = _rates(here, lambda: _samples(here, shown), readings.samples)
+            result["text"] = {**result["rates"], "shown": readings.panel_text("\n".join(shown))}
     return result
 
 
@@ -94,8 +94,11 @@ def _rates(here, look, parse):
     return {"shown": parse(text), "truth": truth}
 
 
-def _samples(here):
-    time.sleep(LOOK)
+def _samples(here, texts):
+    """The resident's last samples; and, in the list, what the panel's text was meanwhile."""
+    for _ in range(LOOK):
+        time.sleep(1)
+        texts.append(here.run([*_BUSCTL, "MenubarText"]))
     return here.run([*_BUSCTL, "Samples"])
 
 
