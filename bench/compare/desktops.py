@@ -28,19 +28,7 @@ TERMINAL = SimpleNamespace(NAME="none", PROGRAMS=[], PANEL=None, configure=_noth
                            DISPLAY=SimpleNamespace(Display=_NoDisplay, SESSION_TYPE="tty"))
 X = SimpleNamespace(NAME="openbox", PROGRAMS=[["openbox"]], PANEL=None, configure=_nothing,
                     DISPLAY=x11)
-
-
-def _without_menu(config_home):
-    """Whether the panel has loaded its menu's pictures by then depends on the machine's mood."""
-    xfce.configure(config_home)
-    file = config_home / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
-    menu = '<value type="int" value="1"/>\n        <value type="int" value="2"/>'
-    text = file.read_text()
-    assert menu in text
-    file.write_text(text.replace(menu, '<value type="int" value="2"/>'))
-
-
-XFCE = SimpleNamespace(**{**vars(xfce), "configure": _without_menu})
+XFCE = xfce
 
 
 class _Sway(sway.Display):

@@ -21,6 +21,10 @@ _WAVES = 'while :; do "$0" "$@" >/dev/null; sleep 1; done'
 # Until those have left the averages of the last seconds that some show.
 CALM = 7
 
+# Else the first of GTK's programs on a screen, whichever it is, loads a graphics driver of 9 MB to
+# look at the screen for all of them.
+_VARIABLES = {"GDK_GL": "disable"}
+
 SETTLE = 12
 WINDOWS = 4
 
@@ -37,7 +41,7 @@ class Stage:
             self._desktop.configure = lambda home: configure(home, desktop.configure)
         if desktop.PANEL:
             self._desktop.PANEL = self.command("panel", desktop.PANEL)
-        self._session = Session(self._desktop)
+        self._session = Session(self._desktop, **_VARIABLES)
 
     def __enter__(self):
         try:
