@@ -21,7 +21,7 @@ a rate has to show another one. Every program runs alone with its desktop, on a 
 - **wake-ups**: voluntary sleeps a second of all threads of the processes that live all the time.
 - **PSS, private**: their proportional memory, and what they alone have written.
 - **rate error**: of the rates shown while the traffic is constant, both directions, from the
-  sender's; median and worst. For Tidewell in the panel it is the text; for the resident the number on
+  sender's; mean and worst. For Tidewell in the panel it is the text; for the resident the number on
   the bus. nethogs counts without Ethernet headers, 14 bytes of 1,000 here, which explains 1.4 %; what
   else it reads low at a constant rate is not explained here. For vnstat it is the answer of
   `vnstat -tr`. What is drawn only no program can read: polybar prints its text instead of drawing it

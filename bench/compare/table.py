@@ -66,7 +66,7 @@ def _programs(rows):
 def _verdicts(rows):
     columns = ["against", *(verdicts.NAMES[criterion] for criterion in summary.CRITERIA)]
     found = ["\n## Where Tidewell leads, and where not\n\nBy the figures: *level* is where the windows "
-             "overlap, and for memory and accuracy within five percent.\n"]
+             "overlap, for memory within five percent, and for accuracy within 0.2 points.\n"]
     for ours in verdicts.OURS:
         compared = verdicts.compare(rows, ours)
         peers = dict.fromkeys(peer for peer, _ in compared)
@@ -87,12 +87,19 @@ def _reasons(rows):
                 places.setdefault(why, {}).setdefault(ours, []).append(peer)
     lines = []
     for (criterion, why, after), where in places.items():
-        beside = "; ".join(f"{ours}: {', '.join(peers)}" for ours, peers in where.items())
-        lines.append([verdicts.NAMES[criterion], beside, why, after])
+        lines.append([verdicts.NAMES[criterion], _beside(where), why, after])
     if not lines:
         return ""
     return "\n### Why not, and what comes next\n\n" + markdown(
         ["", "beside", "reason", "next step"], lines)
+
+
+def _beside(where):
+    """"rates alone, as installed: conky, polybar" of the peers by ours."""
+    ours_of = {}
+    for ours, peers in where.items():
+        ours_of.setdefault(", ".join(peers), []).append(verdicts.short(ours))
+    return "; ".join(f"{', '.join(ours)}: {peers}" for peers, ours in ours_of.items())
 
 
 def _missing(results):

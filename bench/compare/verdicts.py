@@ -55,6 +55,11 @@ OURS = ("Tidewell, rates alone", "Tidewell, as installed",
 RESIDENTS, WHOLES = OURS[:2], OURS[2:]
 
 
+def short(ours):
+    return ours.removeprefix("Tidewell, ").replace(", with its item in the Xfce panel",
+                                                   " in the panel")
+
+
 def compare(rows, ours):
     """{(peer, criterion): verdict} of one of ours against every other program."""
     if ours not in rows:

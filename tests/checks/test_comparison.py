@@ -63,7 +63,7 @@ class Summary(unittest.TestCase):
 
     def test_errors_are_of_both_directions(self):
         rates = {"shown": [[100, 180], [101, 200]], "truth": [100, 200]}
-        self.assertEqual(summary.error(rates), (0.5, 0.0, 10.0))
+        self.assertEqual(summary.error(rates), (2.75, 0.0, 10.0))
         self.assertIsNone(summary.error({"shown": [], "truth": [1, 1]}))
 
     def test_overlapping_windows_are_level(self):
@@ -79,6 +79,12 @@ class Summary(unittest.TestCase):
         def verdict(ours, theirs):
             return summary.verdict((ours,) * 3, (theirs,) * 3, "pss")
         self.assertEqual([verdict(94, 100), verdict(96, 100), verdict(104, 100), verdict(106, 100)],
+                         ["leads", "level", "level", "behind"])
+
+    def test_accuracies_are_compared_by_points(self):
+        def verdict(ours, theirs):
+            return summary.verdict((ours, 0, 9), (theirs, 0, 9), "error")
+        self.assertEqual([verdict(1.0, 1.3), verdict(1.1, 1.2), verdict(1.2, 1.1), verdict(1.3, 1.0)],
                          ["leads", "level", "level", "behind"])
 
     def test_panels_count_by_what_they_spend_more(self):
@@ -144,7 +150,7 @@ class Table(unittest.TestCase):
         text = table.text(results())
         self.assertIn("| heavy | 2.000 | 9.0 | 8.8 | 0.5 | not readable |", text)
         self.assertIn("| light | **does not lead** | level | **does not lead** |", text)
-        self.assertIn("| processor time | Tidewell, rates alone: light; Tidewell, rates alone, with", text)
+        self.assertIn("| processor time | rates alone, rates alone in the panel: light |", text)
         self.assertIn("- broken: FileNotFoundError: broken", text)
         self.assertIn("| heavy | 2.0 | `heavy -v` | 1 s |", text)
 
