@@ -29,6 +29,9 @@ _SOCKET = "wayland-1"
 
 
 class Display:
+    # What the compositor is started through, for a caller whom it would refuse.
+    WRAPPER = []
+
     def __init__(self, session, screen):
         self._session = session
         self._width, self._height = map(int, screen.split("x")[:2])
@@ -41,7 +44,7 @@ class Display:
         outputs = [_OUTPUT.format(index + 1, self._width, self._height, index * self._width)
                    for index in range(count)]
         configuration.write_text(_CONFIGURATION + "".join(outputs))
-        self._session.children.start(["sway", "--config", str(configuration)],
+        self._session.children.start([*self.WRAPPER, "sway", "--config", str(configuration)],
                                      {**environment, **_HEADLESS})  # fmt: skip
         environment["WAYLAND_DISPLAY"] = _SOCKET
         socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
