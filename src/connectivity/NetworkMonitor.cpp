@@ -36,12 +36,8 @@ NetworkMonitor::NetworkMonitor(const Platform& platform)
       m_queue(platform.scheduler.makeSerialQueue(queueLabel)) {}
 
 void NetworkMonitor::begin(PathMonitor& paths) {
-  m_watch = paths.watch(*m_queue, [weak = weak_from_this()](const PathReport& report) {
-    if (const auto self = weak.lock()) {
-      self->pathChanged(report);
-    }
-  });
-  // Before the first report the details are those of a Wi-Fi link, whatever the real one is.
+  // Before the first report the details are those of a Wi-Fi link, whatever the real one is. It is
+  // queued first: the first report may be handled before watch() returns, and has the last word.
   m_queue->post([weak = weak_from_this()] {
     const auto self = weak.lock();
     if (!self) {
@@ -53,6 +49,11 @@ void NetworkMonitor::begin(PathMonitor& paths) {
         alive->connectionInfo.set(info);
       }
     });
+  });
+  m_watch = paths.watch(*m_queue, [weak = weak_from_this()](const PathReport& report) {
+    if (const auto self = weak.lock()) {
+      self->pathChanged(report);
+    }
   });
 }
 

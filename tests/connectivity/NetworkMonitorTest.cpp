@@ -49,6 +49,35 @@ TEST_F(NetworkMonitorTest, FetchesAtTheStartAsIfTheLinkWereWifi) {
   EXPECT_EQ(monitor->connectionInfo.get().networkName, "Ethernet");
 }
 
+/// Hands the first report over while the watcher is still on its way out of watch(), as a queue
+/// with a thread of its own may.
+class HastyPaths final : public PathMonitor {
+public:
+  explicit HastyPaths(FakeMachine& machine) : m_machine(machine) {}
+
+  [[nodiscard]] std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) override {
+    auto watch = m_machine.paths.watch(queue, std::move(handler));
+    m_machine.paths.report(wired);
+    m_machine.scheduler.advance(10.0);
+    return watch;
+  }
+
+private:
+  FakeMachine& m_machine;
+};
+
+TEST(NetworkMonitor, LetsTheFirstReportHaveTheLastWordHoweverSoonItComes) {
+  FakeMachine machine;
+  HastyPaths paths(machine);
+  const auto& platform = machine.platform;
+  const auto monitor = NetworkMonitor::make({platform.scheduler, platform.clock, platform.counters,
+                                             platform.configuration, platform.addresses, paths,
+                                             platform.http, platform.children});
+  machine.scheduler.advance(10.0);
+  EXPECT_EQ(monitor->connectionInfo.get().interfaceName, "Ethernet (eth0)");
+  EXPECT_EQ(monitor->connectionInfo.get().networkName, "Ethernet");
+}
+
 TEST_F(NetworkMonitorTest, ClassifiesTheLinkWifiFirst) {
   report({true, true, true, true});
   EXPECT_EQ(monitor->interfaceType.get(), InterfaceType::wifi);

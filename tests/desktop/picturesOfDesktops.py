@@ -7,17 +7,22 @@ To be run in a test world, by scripts/takePictures.
 """
 
 import json
+import os
 import sys
 import time
 import unittest
 from pathlib import Path
 
+import apart  # noqa: F401, finds the test world
+import bus
 import documentPicture
 import test_gnome
 import test_lxqt
 import test_mate
 import test_waybar
 import test_xfce
+from children import wait_until
+from harness import world
 
 CASES = {"xfce": test_xfce.Xfce, "mate": test_mate.Mate, "lxqt": test_lxqt.Lxqt,
          "gnome": test_gnome.Gnome, "waybar": test_waybar.Waybar}
@@ -37,6 +42,8 @@ class Pictures:
         super().setUp()
 
     def runTest(self):
+        wait_until(lambda: bus.get(self.session.environment, bus.TIDEWELL, "PublicIp") == world.USER,
+                   20, "public address")
         time.sleep(HISTORY_SECONDS)
         name = self.DESKTOP.__name__
         if hasattr(self, "open_menu"):
@@ -51,7 +58,8 @@ class Pictures:
 
 
 def main(desktop):
-    case = type("Pictures", (Pictures, CASES[desktop]), {})
+    trusted = {"SSL_CERT_FILE": os.environ["SSL_CERT_FILE"], **CASES[desktop].VARIABLES}
+    case = type("Pictures", (Pictures, CASES[desktop]), {"VARIABLES": trusted})
     result = unittest.TextTestRunner().run(unittest.TestSuite([case("runTest")]))
     return 0 if result.wasSuccessful() else 1
 
