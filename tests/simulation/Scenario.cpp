@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -10,13 +11,14 @@ namespace tidewell::test {
 
 namespace {
 
-constexpr Seconds meanPause = 400.0;
-constexpr Seconds forever = 1e12;
+constexpr Seconds meanPause = 300.0;
 
 } // namespace
 
 Scenario::Scenario(Simulation& simulation) : m_world(simulation), m_dice(simulation.dice) {
   changeRates();
+  m_world.host.start();
+  m_world.noticeServer.start();
   m_world.make();
   m_world.launch();
 }
@@ -34,9 +36,16 @@ void Scenario::play(Seconds span) {
     }
     const Ticks until = std::min({next, end, m_later.empty() ? end : m_later.begin()->first});
     m_world.advance(std::chrono::duration<double>(until - now).count());
+    if (m_world.isAskedToEnd()) {
+      endAndBegin();
+    }
     happen();
     if (m_world.machine.scheduler.now() >= next) {
-      (this->*draw())();
+      const Event& event = draw();
+      if (m_isTracing) {
+        std::printf("%.3f %s\n", std::chrono::duration<double>(next).count(), event.name);
+      }
+      (this->*event.happen)();
     }
   }
 }
@@ -53,38 +62,45 @@ void Scenario::later(Seconds delay, std::function<void()> event) {
   m_later.emplace(m_world.machine.scheduler.now() + toTicks(delay), std::move(event));
 }
 
-Scenario::Event Scenario::draw() {
-  static constexpr std::array<std::pair<int, Event>, 17> events = {{
-      {12, &Scenario::outage},
-      {4, &Scenario::flap},
-      {3, &Scenario::repeatPath},
-      {6, &Scenario::changeInterface},
-      {14, &Scenario::changeRates},
-      {4, &Scenario::breakCounters},
-      {14, &Scenario::changeLine},
-      {6, &Scenario::changeTools},
-      {4, &Scenario::changeLookups},
-      {5, &Scenario::jumpClock},
-      {4, &Scenario::correctClock},
-      {6, &Scenario::changeSetting},
-      {8, &Scenario::changeSettingElsewhere},
-      {2, &Scenario::hurry},
-      {4, &Scenario::askForSpeedTest},
-      {1, &Scenario::endAndBegin},
-      {1, &Scenario::terminate},
+const Scenario::Event& Scenario::draw() {
+  static constexpr std::array<Event, 24> events = {{
+      {12, "outage", &Scenario::outage},
+      {4, "flap", &Scenario::flap},
+      {3, "path repeated", &Scenario::repeatPath},
+      {6, "interface", &Scenario::changeInterface},
+      {14, "rates", &Scenario::changeRates},
+      {4, "counters", &Scenario::breakCounters},
+      {14, "line", &Scenario::changeLine},
+      {6, "tools", &Scenario::changeTools},
+      {4, "lookups", &Scenario::changeLookups},
+      {5, "clock jumps", &Scenario::jumpClock},
+      {4, "clock is set", &Scenario::correctClock},
+      {6, "setting", &Scenario::changeSetting},
+      {8, "setting by another", &Scenario::changeSettingElsewhere},
+      {2, "hurry", &Scenario::hurry},
+      {4, "speed test", &Scenario::askForSpeedTest},
+      {1, "end and begin", &Scenario::endAndBegin},
+      {1, "terminate", &Scenario::terminate},
+      {3, "bus", &Scenario::changeBus},
+      {5, "panel", &Scenario::changePanel},
+      {4, "notification server", &Scenario::changeNoticeServer},
+      {3, "windows", &Scenario::changeWindows},
+      {12, "item", &Scenario::useItem},
+      {6, "bus interface", &Scenario::useBus},
+      {3, "memory", &Scenario::changeMemory},
   }};
   int sum = 0;
-  for (const auto& [weight, event] : events) {
-    sum += weight;
+  for (const Event& event : events) {
+    sum += event.weight;
   }
   auto ticket = static_cast<int>(m_dice.below(static_cast<std::size_t>(sum)));
-  for (const auto& [weight, event] : events) {
-    ticket -= weight;
+  for (const Event& event : events) {
+    ticket -= event.weight;
     if (ticket < 0) {
       return event;
     }
   }
-  return events.front().second;
+  return events.front();
 }
 
 PathReport Scenario::path(bool isSatisfied) {
@@ -154,15 +170,15 @@ void Scenario::changeTools() {
   tools.garbage = m_dice.oneOf({0.0, 0.0, 0.02, 0.5});
   tools.cannotStart = m_dice.oneOf({0.0, 0.0, 0.02, 1.0});
   tools.hangs = m_dice.oneOf({0.0, 0.0, 0.02, 0.2});
+  tools.floods = m_dice.oneOf({0.0, 0.0, 0.02, 0.3});
 }
 
 void Scenario::changeLookups() {
-  auto& http = m_world.machine.http;
-  http.requests.clear();
-  http.takes = m_dice.oneOf({0.0, 0.05, 1.0, 2.999, 3.0, 60.0, forever});
-  http.body = m_dice.chance(0.3) ? std::nullopt
-                                 : std::optional<std::string>(m_dice.oneOf(
-                                       {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
+  Conditions& tools = m_world.tools.conditions;
+  tools.lookupSeconds = m_dice.oneOf({0.0, 0.05, 1.0, 2.999, 3.0, 60.0});
+  tools.body = m_dice.chance(0.3) ? std::nullopt
+                                  : std::optional<std::string>(m_dice.oneOf(
+                                        {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
   m_world.machine.configuration.servers =
       m_dice.chance(0.5) ? std::nullopt : std::optional(std::vector<std::string>{"9.9.9.9"});
   m_world.machine.addresses.interfaces["eth0"] = "192.0.2.7";

@@ -13,15 +13,22 @@ class Scenario {
 public:
   explicit Scenario(Simulation& simulation);
 
+  /// Writes each event to standard output from now on.
+  void trace() { m_isTracing = true; }
+
   /// Lets so much virtual time pass, or less when a rule is broken.
   void play(Seconds span);
 
 private:
-  using Event = void (Scenario::*)();
+  struct Event {
+    int weight;
+    const char* name;
+    void (Scenario::*happen)();
+  };
 
   void happen();
   void later(Seconds delay, std::function<void()> event);
-  [[nodiscard]] Event draw();
+  [[nodiscard]] const Event& draw();
 
   // Of the line
   void outage();
@@ -44,10 +51,20 @@ private:
   void endAndBegin();
   void terminate();
 
+  // Of the desktop
+  void changeBus();
+  void changePanel();
+  void changeNoticeServer();
+  void changeWindows();
+  void useItem();
+  void useBus();
+  void changeMemory();
+
   [[nodiscard]] PathReport path(bool isSatisfied);
 
   Simulation& m_world;
   Dice& m_dice;
+  bool m_isTracing = false;
   std::multimap<Ticks, std::function<void()>> m_later;
 };
 

@@ -32,7 +32,7 @@ std::optional<std::string> LinuxHttpClient::get(const std::string& url, Seconds 
   }
   child->wait(wait, m_stop);
   const auto status = child->reap();
-  return status == 0 ? std::optional(child->output()) : std::nullopt;
+  return status == 0 ? child->output() : std::nullopt;
 }
 
 void LinuxHttpClient::setPathSatisfied(bool isSatisfied) {

@@ -1,0 +1,140 @@
+#include "NoticeServer.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace tidewell::test {
+
+namespace {
+
+constexpr const char* name = "org.freedesktop.Notifications";
+
+// A call that is not answered is given up after twenty-five seconds.
+constexpr Ticks disturbance = std::chrono::seconds(30);
+
+constexpr double longestWait = 60.0;
+
+} // namespace
+
+NoticeServer::NoticeServer(SimulatedBus& bus, const Clock& clock, Findings& findings)
+    : m_bus(bus), m_clock(clock), m_findings(findings) {
+  const auto forgetIds = [this] {
+    disturb();
+    m_ids.clear();
+  };
+  bus.serve(name, [this](sd_bus_message& call) { called(call); }, forgetIds);
+  bus.greet(forgetIds);
+}
+
+void NoticeServer::start() {
+  disturb();
+  m_ids.clear();
+  m_isThere = true;
+  m_bus.setOwner(name, ":2." + std::to_string(++m_owner));
+}
+
+void NoticeServer::end() {
+  disturb();
+  m_ids.clear();
+  m_isThere = false;
+  m_bus.setOwner(name, "");
+}
+
+void NoticeServer::setManner(Manner manner) {
+  disturb();
+  m_manner = manner;
+}
+
+void NoticeServer::disturb() { m_quietSince = m_bus.now(); }
+
+void NoticeServer::expects(const NotificationRequest& request) {
+  const bool isDisturbed = !m_isThere || m_manner == Manner::hangs || !m_bus.isServing();
+  if (isDisturbed) {
+    disturb();
+  }
+  m_awaited[request.identifier] = {request, m_clock.now(),
+                                   m_bus.now() - m_quietSince > disturbance};
+}
+
+void NoticeServer::forget() {
+  disturb();
+  m_awaited.clear();
+}
+
+void NoticeServer::called(sd_bus_message& call) {
+  if (!m_isThere) {
+    sd_bus_reply_method_errorf(&call, "org.freedesktop.DBus.Error.ServiceUnknown", "nobody");
+    return;
+  }
+  const bool isNotice = sd_bus_message_is_method_call(&call, name, "Notify") > 0;
+  const std::uint32_t id = m_lastId + 1;
+  if (isNotice) {
+    receive(call);
+  }
+  switch (m_manner) {
+  case Manner::hangs:
+    disturb();
+    return;
+  case Manner::refuses:
+    sd_bus_reply_method_errorf(&call, "org.example.Refused", "%s", "not today");
+    return;
+  case Manner::talksNonsense:
+    sd_bus_reply_method_return(&call, "(id)", 7, 0.5);
+    return;
+  case Manner::answers:
+    break;
+  }
+  if (isNotice) {
+    sd_bus_reply_method_return(&call, "u", id);
+  } else {
+    answerCapabilities(call);
+  }
+}
+
+void NoticeServer::receive(sd_bus_message& call) {
+  const char* application = "";
+  const char* icon = "";
+  const char* title = "";
+  const char* body = "";
+  std::uint32_t replaces = 0;
+  sd_bus_message_read(&call, "susss", &application, &replaces, &icon, &title, &body);
+  ++m_received;
+  const auto found = std::ranges::find_if(
+      m_awaited, [&](const auto& entry) { return entry.second.request.title == title; });
+  m_findings.require(found != m_awaited.end(), "a notice that nobody asked for, or twice", title);
+  if (found == m_awaited.end()) {
+    return;
+  }
+  const Awaited awaited = found->second;
+  m_awaited.erase(found);
+  m_findings.require(awaited.request.body == body, "the notice's words", body, "instead of",
+                     awaited.request.body);
+  m_findings.require(m_clock.now() - awaited.askedAt <= longestWait, "a notice that is old news");
+  std::uint32_t& known = m_ids[awaited.request.identifier];
+  m_findings.require(replaces == known, "the notice whose place it takes", replaces, "instead of",
+                     known);
+  ++m_lastId;
+  if (m_manner == Manner::answers) {
+    known = m_lastId;
+  }
+}
+
+void NoticeServer::answerCapabilities(sd_bus_message& call) {
+  if (playsSounds) {
+    sd_bus_reply_method_return(&call, "as", 2, "body", "sound");
+  } else {
+    sd_bus_reply_method_return(&call, "as", 1, "body");
+  }
+}
+
+void NoticeServer::check() {
+  const bool isDisturbed = !m_isThere || m_manner == Manner::hangs || !m_bus.isServing();
+  if (isDisturbed) {
+    disturb();
+  }
+  for (const auto& [identifier, awaited] : m_awaited) {
+    m_findings.require(!awaited.mustArrive || isDisturbed, "a notice does not arrive", identifier);
+  }
+}
+
+} // namespace tidewell::test
