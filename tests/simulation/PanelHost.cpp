@@ -178,7 +178,7 @@ void PanelHost::heard(sd_bus_message& signal) {
   } else if (member == "XAyatanaNewLabel") {
     m_shown["XAyatanaLabel"] = nextText(signal);
     m_shown["XAyatanaLabelGuide"] = nextText(signal);
-  } else if (member == "ItemsPropertiesUpdated") {
+  } else if (member == "ItemsPropertiesUpdated" && !m_menu.empty()) {
     keepMenuChange(signal);
   }
 }

@@ -44,6 +44,7 @@ void Scenario::play(Seconds span) {
       const Event& event = draw();
       if (m_isTracing) {
         std::printf("%.3f %s\n", std::chrono::duration<double>(next).count(), event.name);
+        std::fflush(stdout);
       }
       (this->*event.happen)();
     }

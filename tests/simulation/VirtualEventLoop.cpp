@@ -10,6 +10,13 @@
 
 namespace tidewell {
 
+namespace {
+
+// Turns at one moment; a flood of messages needs thousands.
+constexpr int endless = 200'000;
+
+} // namespace
+
 class EventLoop::Watch final : public FdWatch {
 public:
   Watch(EventLoop& loop, int descriptor, std::uint64_t key)
@@ -51,6 +58,9 @@ bool EventLoop::turn() {
     m_turns = 0;
   }
   m_mostTurns = std::max(m_mostTurns, ++m_turns);
+  if (m_turns > endless) {
+    throw std::runtime_error("the event loop turns without end");
+  }
   m_beforeSleep.notify();
   std::array<epoll_event, 16> events{};
   const int count =
