@@ -6,6 +6,7 @@
 #include "platform/NotificationCenter.h"
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -38,10 +39,10 @@ public:
 private:
   struct Awaited {
     NotificationRequest request;
-    double askedAt; // wall clock
     bool mustArrive;
   };
 
+  [[nodiscard]] bool isDisturbed() const;
   void called(sd_bus_message& call);
   void receive(sd_bus_message& call);
   void answerCapabilities(sd_bus_message& call);
@@ -54,7 +55,8 @@ private:
   bool m_isThere = false;
   Manner m_manner = Manner::answers;
   Ticks m_quietSince = Ticks::zero();
-  std::map<std::string, Awaited> m_awaited;
+  std::deque<Awaited> m_awaited; // of each kind one that is under way and one that waits for it
+  std::map<std::string, double> m_lastAsked; // wall clock
   std::map<std::string, std::uint32_t> m_ids; // that the program knows
   std::uint32_t m_lastId = 100;
   int m_owner = 0;

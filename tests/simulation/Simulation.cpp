@@ -77,6 +77,7 @@ void Simulation::make() {
 
 void Simulation::launch() {
   m_isLaunched = true;
+  m_publishedBefore = sampling.published();
   notices.adopt();
   watchBefore();
   const auto& isConnected = m_resident->delegate.networkMonitor().isConnected;
@@ -159,6 +160,7 @@ void Simulation::destroy() {
   noticeServer.forget();
   // The threads end with what they do, then everything else goes.
   m_resident->retire();
+  machine.scheduler.endBackground();
   machine.scheduler.advance(ending);
   m_resident.reset();
   processes.orphanAll();
@@ -197,7 +199,8 @@ void Simulation::advance(Seconds span) {
   findings.require(loop.mostTurns() < mostTurns, "the loop turns in vain", loop.mostTurns());
   windows.check();
   noticeServer.check();
-  if (m_resident) {
+  // Before its first sample an item may show what it was made with.
+  if (m_isLaunched && sampling.published() > m_publishedBefore) {
     checkDesktop();
   }
 }

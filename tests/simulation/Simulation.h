@@ -109,6 +109,7 @@ private:
   bool m_isLaunched = false;
   bool m_isAskedToEnd = false;
   Ticks m_madeAt = Ticks::zero();
+  std::int64_t m_publishedBefore = 0; // the launch
   std::optional<PathReport> m_path;
   std::vector<Subscription> m_subscriptions;
 };

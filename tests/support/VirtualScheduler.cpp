@@ -273,6 +273,11 @@ void VirtualScheduler::forgetIdle(const WorkQueue& queue) {
   std::erase_if(m_idle, [&](const Idle& idle) { return idle.face == &queue; });
 }
 
+void VirtualScheduler::endBackground() {
+  m_backgroundQueue->core = {};
+  m_backgroundQueue->posted = 0;
+}
+
 std::size_t VirtualScheduler::waiting() const {
   std::size_t sum = 0;
   for (const auto& queue : m_queues) {

@@ -53,6 +53,9 @@ public:
   /// Ends what `whenIdle` began for this queue.
   void forgetIdle(const WorkQueue& queue);
 
+  /// Drops what waits in the concurrent queue, as the end of a program's threads does.
+  void endBackground();
+
   /// How many timers there are, one-time delays included, and how many tasks wait to be run.
   [[nodiscard]] std::size_t timers() const { return *m_timers; }
   [[nodiscard]] std::size_t waiting() const;
