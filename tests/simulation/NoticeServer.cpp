@@ -122,12 +122,14 @@ void NoticeServer::receive(sd_bus_message& call) {
   const Awaited awaited = *found;
   m_awaited.erase(std::next(found).base());
   m_findings.require(m_clock.now() - m_lastAsked[awaited.request.identifier] <= longestWait, "a notice that is old news");
-  std::uint32_t& known = m_ids[awaited.request.identifier];
-  m_findings.require(replaces == known, "the notice whose place it takes", replaces, "instead of",
-                     known);
+  Known& known = m_ids[awaited.request.identifier];
+  m_findings.require(replaces == known.id || replaces == known.before,
+                     "the notice whose place it takes", replaces, "instead of", known.id);
   ++m_lastId;
   if (m_manner == Manner::answers) {
-    known = m_lastId;
+    // After a disturbance the answer may come too late to be heard.
+    const bool isHeard = m_bus.now() - m_quietSince > disturbance;
+    known = {m_lastId, isHeard ? m_lastId : known.id};
   }
 }
 

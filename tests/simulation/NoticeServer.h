@@ -42,6 +42,12 @@ private:
     bool mustArrive;
   };
 
+  /// The number that the program knows a notice by, or the one before.
+  struct Known {
+    std::uint32_t id = 0;
+    std::uint32_t before = 0;
+  };
+
   [[nodiscard]] bool isDisturbed() const;
   void called(sd_bus_message& call);
   void receive(sd_bus_message& call);
@@ -57,7 +63,7 @@ private:
   Ticks m_quietSince = Ticks::zero();
   std::deque<Awaited> m_awaited; // of each kind one that is under way and one that waits for it
   std::map<std::string, double> m_lastAsked; // wall clock
-  std::map<std::string, std::uint32_t> m_ids; // that the program knows
+  std::map<std::string, Known> m_ids;
   std::uint32_t m_lastId = 100;
   int m_owner = 0;
   int m_received = 0;

@@ -1,5 +1,7 @@
 #include "Scenario.h"
 
+#include "CountedMemory.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -15,7 +17,8 @@ constexpr Seconds meanPause = 300.0;
 
 } // namespace
 
-Scenario::Scenario(Simulation& simulation) : m_world(simulation), m_dice(simulation.dice) {
+Scenario::Scenario(Simulation& simulation)
+    : m_world(simulation), m_dice(simulation.dice), m_census(simulation.findings) {
   changeRates();
   m_world.host.start();
   m_world.noticeServer.start();
@@ -24,30 +27,66 @@ Scenario::Scenario(Simulation& simulation) : m_world(simulation), m_dice(simulat
 }
 
 void Scenario::play(Seconds span) {
-  const Ticks end = m_world.machine.scheduler.now() + toTicks(span);
-  Ticks next = Ticks::zero();
+  constexpr Seconds day = 86400.0;
+  const Ticks begin = m_world.machine.scheduler.now();
+  const Ticks end = begin + toTicks(span);
+  Ticks evening = begin;
+  while (evening < end && !m_world.findings.first()) {
+    evening = std::min(evening + toTicks(day), end);
+    m_mayEnd = evening - begin <= (end - begin) / 2 || span <= day;
+    live(evening);
+    if (!m_world.findings.first() && span > day) {
+      calmDown();
+      m_census.take(m_world);
+    }
+  }
+}
+
+void Scenario::live(Ticks end) {
   while (!m_world.findings.first()) {
     const Ticks now = m_world.machine.scheduler.now();
     if (now >= end) {
       return;
     }
-    if (next <= now) {
-      next = now + toTicks(m_dice.waiting(meanPause));
+    if (m_next <= now) {
+      m_next = now + toTicks(m_dice.waiting(meanPause));
     }
-    const Ticks until = std::min({next, end, m_later.empty() ? end : m_later.begin()->first});
+    const Ticks until = std::min({m_next, end, m_later.empty() ? end : m_later.begin()->first});
     m_world.advance(std::chrono::duration<double>(until - now).count());
     if (m_world.isAskedToEnd()) {
       endAndBegin();
     }
     happen();
-    if (m_world.machine.scheduler.now() >= next) {
+    if (m_world.machine.scheduler.now() >= m_next) {
       const Event& event = draw();
       if (m_isTracing) {
-        std::printf("%.3f %s\n", std::chrono::duration<double>(next).count(), event.name);
+        std::printf("%.3f %s\n", std::chrono::duration<double>(m_next).count(), event.name);
         std::fflush(stdout);
       }
       (this->*event.happen)();
     }
+  }
+}
+
+/// Everything works for a while and nobody wants anything.
+void Scenario::calmDown() {
+  m_later.clear();
+  m_world.tools.conditions = {};
+  m_world.calmDesktop();
+  CountedMemory::makePlenty();
+  if (!m_world.isMade()) {
+    m_world.make();
+  }
+  if (!m_world.isLaunched()) {
+    m_world.launch();
+  }
+  m_world.report({true, false, true, false});
+  m_world.preferences.remove();
+  m_world.advance(1.0);
+  m_world.prefer("refreshInterval", 2.0);
+  m_world.prefer("trackPerProcess", false);
+  for (int step = 0; step < 30; ++step) {
+    m_world.advance(100.0);
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Census.h"
 #include "Simulation.h"
 
 #include <functional>
@@ -16,8 +17,11 @@ public:
   /// Writes each event to standard output from now on.
   void trace() { m_isTracing = true; }
 
-  /// Lets so much virtual time pass, or less when a rule is broken.
+  /// Lets so much virtual time pass, or less when a rule is broken. In the first half programs end
+  /// and begin; the last of them lives through the second.
   void play(Seconds span);
+
+  [[nodiscard]] int censuses() const { return m_census.taken(); }
 
 private:
   struct Event {
@@ -26,6 +30,8 @@ private:
     void (Scenario::*happen)();
   };
 
+  void live(Ticks end);
+  void calmDown();
   void happen();
   void later(Seconds delay, std::function<void()> event);
   [[nodiscard]] const Event& draw();
@@ -65,6 +71,9 @@ private:
   Simulation& m_world;
   Dice& m_dice;
   bool m_isTracing = false;
+  bool m_mayEnd = true;
+  Ticks m_next = Ticks::zero(); // when something befalls the program
+  Census m_census;
   std::multimap<Ticks, std::function<void()>> m_later;
 };
 

@@ -219,6 +219,22 @@ void Simulation::checkDesktop() {
   }
 }
 
+void Simulation::calmDesktop() {
+  bus.setHanging(false);
+  bus.hasOtherInstance = false;
+  bus.comeUp();
+  host.refusals = 0;
+  host.answersAfter = 0.0;
+  host.start();
+  noticeServer.setManner(NoticeServer::Manner::answers);
+  noticeServer.start();
+  // What the models remember is no growth of the program.
+  noticeServer.forget();
+  windows.forget();
+  machine.scheduler.forgetLabels();
+  windows.crashes = windows.hangs = windows.lies = windows.cannotStart = 0.0;
+}
+
 void Simulation::prefer(const std::string& key, const DefaultsValue& value) {
   preferences.sets(key, value);
   store.set(key, value);

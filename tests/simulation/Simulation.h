@@ -60,6 +60,9 @@ public:
   /// The user of the windows sets a preference.
   void prefer(const std::string& key, const DefaultsValue& value);
 
+  /// Bus, panel, notification server and windows do what they should.
+  void calmDesktop();
+
   /// Lets virtual time pass, then checks that nothing is missing.
   void advance(Seconds span);
 

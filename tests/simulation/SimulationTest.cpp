@@ -15,7 +15,7 @@ namespace tidewell::test {
 namespace {
 
 constexpr Seconds day = 86400.0;
-constexpr std::uint64_t month = 30;
+constexpr double month = 30.0;
 constexpr std::uint64_t usualSeeds = 50;
 
 /// A whole number from the environment.
@@ -39,9 +39,10 @@ std::vector<std::uint64_t> seeds() {
   return all;
 }
 
-/// How many days a seed lives: TIDEWELL_DAYS, else the first a month and the others a day.
-std::uint64_t daysOf(std::uint64_t seed) {
-  return fromEnvironment("TIDEWELL_DAYS").value_or(seed == 1 ? month : 1);
+/// How many days a seed lives: TIDEWELL_DAYS, else the first a month and the others six hours.
+double daysOf(std::uint64_t seed) {
+  const char* const days = std::getenv("TIDEWELL_DAYS");
+  return (days == nullptr ? std::nullopt : parseDouble(days)).value_or(seed == 1 ? month : 0.25);
 }
 
 class Simulated : public testing::TestWithParam<std::uint64_t> {};
@@ -73,19 +74,20 @@ void expectAFullMonth(const Simulation& world) {
 }
 
 TEST_P(Simulated, LifeBreaksNoRule) {
-  const std::uint64_t days = daysOf(GetParam());
+  const double days = daysOf(GetParam());
   Simulation world(GetParam());
   Scenario scenario(world);
   if (fromEnvironment("TIDEWELL_TRACE").value_or(0) != 0) {
     scenario.trace();
   }
-  scenario.play(static_cast<double>(days) * day);
+  scenario.play(days * day);
   if (const auto& finding = world.findings.first()) {
     ADD_FAILURE() << "seed " << GetParam() << ' ' << *finding
                   << "\nto see it again: TIDEWELL_SEED=" << GetParam() << " TIDEWELL_DAYS=" << days
                   << ' ' << testing::internal::GetArgvs().front();
   } else if (days >= month) {
     expectAFullMonth(world);
+    EXPECT_EQ(scenario.censuses(), static_cast<int>(days));
   }
   world.destroy();
   world.machine.scheduler.advance(60.0); // no task may be blocked when its machine goes

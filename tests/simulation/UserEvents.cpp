@@ -90,6 +90,9 @@ void Scenario::askForSpeedTest() {
 }
 
 void Scenario::endAndBegin() {
+  if (!m_mayEnd) {
+    return;
+  }
   m_world.destroy();
   const Seconds pause = m_dice.magnitude(0.001, 600.0);
   const Seconds launch = pause + m_dice.oneOf({0.0, 0.0, m_dice.magnitude(0.001, 10.0)});
@@ -106,6 +109,9 @@ void Scenario::endAndBegin() {
 }
 
 void Scenario::terminate() {
+  if (!m_mayEnd) {
+    return;
+  }
   m_world.terminate();
   later(m_dice.magnitude(0.001, 600.0), [this] { endAndBegin(); });
 }

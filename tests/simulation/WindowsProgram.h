@@ -31,6 +31,9 @@ public:
   /// The program is gone; its windows' process follows by itself.
   void release();
 
+  /// Forgets what was ever asked for, which the program is not to ask again.
+  void forget() { m_known.clear(); }
+
   void check();
   /// The item must be shown by ourselves, or must not, since a while.
   void checkItem(bool isTaken);

@@ -218,7 +218,7 @@ VirtualScheduler::Party* VirtualScheduler::step() {
   std::ranges::copy_if(m_blocked, std::back_inserter(m_awake),
                        [&](const Blocked* blocked) { return isAwake(*blocked); });
   const auto choices = m_ready.size() + m_awake.size();
-  constexpr std::uint64_t looksEvery = 8;
+  constexpr std::uint64_t looksEvery = 32;
   if (!m_idle.empty() && (choices == 0 || m_random() % looksEvery == 0)) {
     const bool hasWorked = runIdle();
     if (hasWorked || choices > 0 || !isNothingReady()) {

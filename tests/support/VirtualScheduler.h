@@ -63,6 +63,9 @@ public:
   /// Virtual time since construction.
   [[nodiscard]] Ticks now() const { return m_now; }
 
+  /// Forgets the labels of the queues.
+  void forgetLabels() { m_labels = {}; }
+
   /// Labels of the serial queues made so far.
   [[nodiscard]] const std::vector<std::string>& labels() const { return m_labels; }
 
