@@ -110,17 +110,20 @@ void NoticeServer::receive(sd_bus_message& call) {
   std::uint32_t replaces = 0;
   sd_bus_message_read(&call, "susss", &application, &replaces, &icon, &title, &body);
   ++m_received;
-  // The newest: an older one with the same words may have been lost.
-  const auto found = std::find_if(m_awaited.rbegin(), m_awaited.rend(), [&](const auto& awaited) {
+  const auto isThis = [&](const Awaited& awaited) {
     return awaited.request.title == title && awaited.request.body == body;
-  });
-  m_findings.require(found != m_awaited.rend(), "a notice that nobody asked for, or twice", title,
+  };
+  const auto newest = std::find_if(m_awaited.rbegin(), m_awaited.rend(), isThis);
+  m_findings.require(newest != m_awaited.rend(), "a notice that nobody asked for, or twice", title,
                      body);
-  if (found == m_awaited.rend()) {
+  if (newest == m_awaited.rend()) {
     return;
   }
-  const Awaited awaited = *found;
-  m_awaited.erase(std::next(found).base());
+  // Of several with the same words the newest may be yet to come, or have replaced this one.
+  const Awaited awaited{newest->request, false};
+  if (std::erase_if(m_awaited, isThis) > 1) {
+    m_awaited.push_back(awaited);
+  }
   m_findings.require(m_clock.now() - m_lastAsked[awaited.request.identifier] <= longestWait, "a notice that is old news");
   Known& known = m_ids[awaited.request.identifier];
   m_findings.require(replaces == known.id || replaces == known.before,

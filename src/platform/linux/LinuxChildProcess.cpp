@@ -25,8 +25,9 @@ LinuxChildProcess::LinuxChildProcess() : m_ending(::eventfd(0, EFD_CLOEXEC | EFD
 std::optional<std::string> LinuxChildProcess::run(const std::string& path,
                                                   const std::vector<std::string>& arguments,
                                                   const std::function<void(Id child)>& launched) {
-  const auto call = systemTool(path, arguments);
-  if (!call || isReadable(m_ending)) {
+  std::optional<ToolCall> call;
+  if (!ifMemoryAllows([&] { call = systemTool(path, arguments); }) || !call ||
+      isReadable(m_ending)) {
     return std::nullopt;
   }
   auto child = SpawnedChild::start(call->executable, call->arguments);
