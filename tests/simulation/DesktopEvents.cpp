@@ -36,8 +36,8 @@ void Scenario::changeBus() {
 
 void Scenario::changePanel() {
   PanelHost& host = m_world.host;
-  host.refusals = m_dice.oneOf({0, 0, 0, 1, 5});
-  host.answersAfter = m_dice.oneOf({0.0, 0.0, 0.0, 0.5, 20.0});
+  const int refusals = m_dice.oneOf({0, 0, 0, 1, 5});
+  host.setManner(refusals, m_dice.oneOf({0.0, 0.0, 0.0, 0.5, 20.0}));
   switch (m_dice.below(4)) {
   case 0:
     host.end();

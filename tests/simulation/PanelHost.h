@@ -30,9 +30,8 @@ public:
   void start();
   /// It is gone.
   void end();
-  /// Refuses so many registrations, or answers them later.
-  int refusals = 0;
-  Seconds answersAfter = 0.0;
+  /// Refuses so many registrations, and answers them later.
+  void setManner(int refusals, Seconds answersAfter);
   /// Announces a host, as watchers do, though the item is taken already.
   void announceHost();
 
@@ -40,6 +39,8 @@ public:
   [[nodiscard]] bool hasItem() const { return m_isTaken; }
   [[nodiscard]] bool isThere() const { return m_isThere; }
   [[nodiscard]] bool tellsPlace() const { return m_desktop->tellsPlace; }
+  /// Whether it has been there and willing to take an item for so long.
+  [[nodiscard]] bool hasBeenWillingFor(Ticks span) const;
   /// When the item was taken or lost last.
   [[nodiscard]] Ticks changedAt() const { return m_changedAt; }
 
@@ -73,6 +74,9 @@ private:
   void setTaken(bool isTaken);
   void checkMenu(const ExpectedItem& item);
 
+  int m_refusals = 0;
+  Seconds m_answersAfter = 0.0;
+  Ticks m_willingSince = Ticks::zero();
   SimulatedBus& m_bus;
   EventLoop& m_world;
   Dice& m_dice;
@@ -85,7 +89,9 @@ private:
   std::map<std::string, std::string> m_shown;
   int m_pictures = 0;
   std::map<std::int32_t, std::string> m_menu;
-  const Desktop* m_adaptedTo = nullptr; // the desktop before, as long as the program knows it
+  const Desktop* m_adaptedTo = nullptr; // by this life of the program
+  bool m_mustTell = false;              // that it looks different now
+  int m_hangs = 0;                      // of the bus, when the panel came
   int m_newIcons = 0;                   // heard since the owner changed
   int m_owner = 10;
   int m_takings = 0;

@@ -59,6 +59,7 @@ void SimulatedBus::goDown() {
 
 void SimulatedBus::comeUp() {
   if (!m_listening.isOpen()) {
+    m_changedAt = m_scheduler.now();
     m_listening = listenAt(m_address.substr(m_address.find('=') + 1));
     m_findings.require(m_listening.isOpen(), "the simulated bus listens");
     m_listeningWatch =
@@ -67,6 +68,7 @@ void SimulatedBus::comeUp() {
 }
 
 void SimulatedBus::setHanging(bool isHanging) {
+  m_hangs += isHanging ? 1 : 0;
   m_isHanging = isHanging;
   m_changedAt = m_scheduler.now();
   if (m_watch) {
@@ -78,6 +80,10 @@ void SimulatedBus::setHanging(bool isHanging) {
 bool SimulatedBus::isSettled() const {
   constexpr Ticks longestCall = std::chrono::seconds(26);
   return !m_isHanging && m_scheduler.now() - m_changedAt > longestCall;
+}
+
+bool SimulatedBus::hasBeenUpFor(Ticks span) const {
+  return isUp() && !m_isHanging && m_scheduler.now() - m_changedAt > span;
 }
 
 void SimulatedBus::accept() {

@@ -40,6 +40,8 @@ public:
   [[nodiscard]] bool isServing() const { return m_isGreeted && !m_isHanging; }
   /// Whether it has been serving, or down, for as long as a call may take.
   [[nodiscard]] bool isSettled() const;
+  /// Whether nothing has stood in the way of a connection for so long.
+  [[nodiscard]] bool hasBeenUpFor(Ticks span) const;
   [[nodiscard]] bool isUp() const { return m_listening.isOpen(); }
   /// Which connection of the program this is, counted from 1.
   [[nodiscard]] int connection() const { return m_connections; }
@@ -57,6 +59,8 @@ public:
   void setOwner(const std::string& name, const std::string& owner);
   /// Sends a signal of somebody's without arguments.
   void emit(const char* path, const char* interface, const char* member);
+  /// How often it has begun to hang.
+  [[nodiscard]] int hangs() const { return m_hangs; }
   [[nodiscard]] Ticks now() const { return m_scheduler.now(); }
 
   /// The next claim of the program's name finds another instance.
@@ -105,6 +109,7 @@ private:
   Ticks m_changedAt = Ticks::zero();
   std::uint32_t m_events = 0;
   int m_connections = 0;
+  int m_hangs = 0;
   std::map<std::string, Member> m_members;
   std::map<std::string, std::string> m_owners;
   std::vector<std::function<void(sd_bus_message&)>> m_listeners;

@@ -20,6 +20,9 @@ constexpr Seconds ending = 0.5;
 // A panel that restarts gets twenty seconds to come back.
 constexpr Ticks patience = std::chrono::seconds(21);
 
+// The program tries again after a minute at the latest, and a call may take half a minute.
+constexpr Ticks longestDelay = std::chrono::seconds(95);
+
 // A turn of the loop for each message and each task of a moment is many; thousands are a loop that
 // turns and turns.
 constexpr int mostTurns = 5000;
@@ -213,6 +216,12 @@ void Simulation::checkDesktop() {
   host.check(item);
   reader.check(sampler, monitor, speedTest, item.label);
   reader.checkSamples(sampling.published());
+  const Ticks age = machine.scheduler.now() - m_madeAt;
+  findings.require(!bus.hasBeenUpFor(longestDelay) || age <= longestDelay || bus.isServing(),
+                   "the program does not come back to the bus");
+  findings.require(!bus.hasBeenUpFor(2 * longestDelay) || age <= 2 * longestDelay ||
+                       !host.hasBeenWillingFor(longestDelay) || host.hasItem(),
+                   "the program does not come back to the panel");
   const Ticks since = machine.scheduler.now() - std::max(host.changedAt(), m_madeAt);
   if (since > patience && bus.isSettled()) {
     windows.checkItem(host.hasItem());
@@ -223,8 +232,7 @@ void Simulation::calmDesktop() {
   bus.setHanging(false);
   bus.hasOtherInstance = false;
   bus.comeUp();
-  host.refusals = 0;
-  host.answersAfter = 0.0;
+  host.setManner(0, 0.0);
   host.start();
   noticeServer.setManner(NoticeServer::Manner::answers);
   noticeServer.start();

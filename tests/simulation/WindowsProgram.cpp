@@ -24,6 +24,8 @@ constexpr int mostCrashes = 3;
 
 bool WindowsProgram::play(const VirtualProcesses::Pointer& process) {
   m_findings.require(!isRunning(), "two windows' processes at a time");
+  m_findings.require(!m_hasLeft || m_missing || m_hasLied, "windows that nobody asked for");
+  m_hasLeft = false;
   if (m_dice.chance(cannotStart)) {
     m_missing.reset();
     return false;
@@ -54,6 +56,7 @@ void WindowsProgram::asked(const WindowRequest& request) {
 }
 
 void WindowsProgram::release() {
+  m_hasLeft = false;
   m_watch.reset();
   m_leaving.reset();
   m_process.reset();
@@ -152,7 +155,10 @@ void WindowsProgram::close(WindowRequest::Kind window) {
 void WindowsProgram::leaveSoon() {
   m_leaving.reset();
   if (isRunning() && m_windows.empty() && !m_isItemOurs.value_or(false)) {
-    m_leaving = m_world.repeat(staysFor, 0.0, [this] { m_process->exit(0); });
+    m_leaving = m_world.repeat(staysFor, 0.0, [this] {
+      m_hasLeft = true;
+      m_process->exit(0);
+    });
   }
 }
 

@@ -67,6 +67,7 @@ private:
   std::set<WindowRequest::Kind> m_windows; // on the screen
   std::unique_ptr<Timer> m_leaving;
   std::optional<Ticks> m_hungSince;
+  bool m_hasLeft = false; // the last process, of its own accord
   bool m_hasLied = false; // this life of the program
   std::set<std::string> m_known;
   std::optional<std::string> m_missing;
