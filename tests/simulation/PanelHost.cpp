@@ -64,7 +64,7 @@ void PanelHost::start() {
   m_willingSince = m_bus.now();
   ++m_life;
   m_newIcons = 0;
-  m_hangs = m_bus.hangs();
+  m_hangs = m_bus.isHanging() ? -1 : m_bus.hangs();
   setTaken(false);
   m_bus.setOwner(watcherName, ":1." + std::to_string(++m_owner));
 }

@@ -61,6 +61,7 @@ public:
   void emit(const char* path, const char* interface, const char* member);
   /// How often it has begun to hang.
   [[nodiscard]] int hangs() const { return m_hangs; }
+  [[nodiscard]] bool isHanging() const { return m_isHanging; }
   [[nodiscard]] Ticks now() const { return m_scheduler.now(); }
 
   /// The next claim of the program's name finds another instance.
