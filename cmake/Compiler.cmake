@@ -3,6 +3,8 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported()
 # Dates after 2038 and any inode number on 32 bits, too.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
@@ -20,8 +22,16 @@ if(TIDEWELL_SANITIZE)
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TIDEWELL_SANITIZE})
 else()
-  add_compile_options(-fstack-protector-strong)
-  add_link_options(-Wl,-z,relro,-z,now)
+  # An index out of range ends the program with a message instead of doing harm.
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+  include(CheckCXXCompilerFlag)
+  foreach(flag stack-protector-strong stack-clash-protection cf-protection)
+    check_cxx_compiler_flag(-f${flag} TIDEWELL_HAS_${flag})
+    if(TIDEWELL_HAS_${flag})
+      add_compile_options(-f${flag})
+    endif()
+  endforeach()
+  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
 endif()
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
@@ -29,8 +39,8 @@ if(CMAKE_BUILD_TYPE STREQUAL "Release")
   # towards the memory of a program that stays for months.
   string(REPLACE "-O3" "-Os" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
-  add_compile_definitions(_FORTIFY_SOURCE=2)
-  add_compile_options(-ffunction-sections -fdata-sections -fvisibility=hidden
+  add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3
+                      -ffunction-sections -fdata-sections -fvisibility=hidden
                       $<$<COMPILE_LANGUAGE:CXX>:-fvisibility-inlines-hidden>)
   add_link_options(-Wl,--gc-sections,--as-needed)
 endif()

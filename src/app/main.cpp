@@ -11,6 +11,7 @@
 #include "platform/linux/DeviceTable.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/HelperProgram.h"
+#include "platform/linux/Keeper.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/LinuxConfigurationStore.h"
 #include "platform/linux/LinuxHttpClient.h"
@@ -98,8 +99,13 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
 } // namespace
 } // namespace tidewell
 
-int main() {
+int main(int argumentCount, char** arguments) {
   using namespace tidewell;
+  if (argumentCount == 2 && arguments[1] == keepRunningOption) {
+    if (const auto status = keepRunning()) {
+      return *status;
+    }
+  }
 #ifdef __GLIBC__
   // One pool of memory for all threads: they allocate little, and each further pool costs pages.
   mallopt(M_ARENA_MAX, 1);

@@ -26,7 +26,7 @@ TEST_F(AutostartLoginItemTest, RegisteringMakesAnEntryThatStartsTheProgram) {
                                "Name=Tidewell\n"
                                "Comment=Network speed in the panel\n"
                                "Icon=com.halden.Tidewell\n"
-                               "Exec=\"/opt/my programs/tidewell\"\n"
+                               "Exec=\"/opt/my programs/tidewell\" --keep-running\n"
                                "TryExec=/opt/my programs/tidewell\n"
                                "Terminal=false\n"
                                "StartupNotify=false\n");

@@ -182,6 +182,39 @@ class TheEnd(case.ResidentTestCase):
         return name == pathlib.Path(RESIDENT).name
 
 
+class KeptRunning(case.ResidentTestCase):
+    """As the login entry starts it."""
+    INTERVAL = 0.2
+
+    def setUp(self):
+        super().setUp()
+        self.start("sh", "-c", 'exec "$0" --keep-running')
+        self.settle()
+
+    def child(self):
+        pid = self.session.resident.pid
+        return int(pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text())
+
+    def owners_become(self, *owners):
+        self.watch.until(lambda: self.watch.owners == list(owners), 10, f"owners {owners}")
+
+    def test_comes_back_after_a_crash(self):
+        os.kill(self.child(), signal.SIGSEGV)
+        self.owners_become(True, False, True)
+        self.watch.next_samples(2, 5)
+        self.assert_alive()
+
+    def test_ends_for_good_when_asked_to(self):
+        self.session.busctl("call", "Quit")
+        self.assertEqual(self.session.resident.wait(5), 0)
+        self.owners_become(True, False)
+
+    def test_ends_whole_on_sigterm(self):
+        status, _ = self.session.end_resident()
+        self.assertEqual(status, -signal.SIGTERM)
+        self.owners_become(True, False)
+
+
 class ThePreferences(case.ResidentTestCase):
     INTERVAL = 0.5
 

@@ -1,5 +1,7 @@
 #include "helpers/nettop/Privileges.h"
 
+#include "platform/linux/Confinement.h"
+
 #include <array>
 #include <csignal>
 #include <cstddef>
@@ -62,6 +64,7 @@ bool seclude() {
   static_cast<void>(std::signal(SIGTERM, SIG_DFL));
   static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
   ::clearenv();
+  forbidNewPrivileges();
   ::prctl(PR_SET_DUMPABLE, 0);
   ::prctl(PR_SET_TIMERSLACK, 1UL);
   ::syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, 0);

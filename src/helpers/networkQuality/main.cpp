@@ -2,6 +2,7 @@
 
 #include "helpers/networkQuality/ServerChoice.h"
 #include "helpers/networkQuality/SpeedTest.h"
+#include "platform/linux/Confinement.h"
 
 #include <algorithm>
 #include <csignal>
@@ -43,6 +44,7 @@ void print(int descriptor, std::string_view text) {
 }
 
 int measure() {
+  forbidWritingAndStarting();
   const FileDescriptor stop = terminationSignals();
   curl_global_init(CURL_GLOBAL_DEFAULT);
   TransferLoop loop(stop);

@@ -1,6 +1,8 @@
 // Plays the desktop's sound for a new message once and ends. A process of its own, so that the
 // resident carries neither a sound library nor its threads.
 
+#include "platform/linux/Confinement.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -21,6 +23,7 @@ void finished(ca_context* /*context*/, std::uint32_t /*sound*/, int /*error*/, v
 } // namespace
 
 int main() {
+  tidewell::forbidNewPrivileges();
   ca_context* context = nullptr;
   if (ca_context_create(&context) < 0) {
     return 1;

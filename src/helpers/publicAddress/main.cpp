@@ -2,6 +2,7 @@
 // trustworthy reply has come after three seconds.
 
 #include "helpers/publicAddress/HttpsFetch.h"
+#include "platform/linux/Confinement.h"
 
 #include <cstdlib>
 
@@ -17,6 +18,7 @@ int main(int argumentCount, char** arguments) {
   if (argumentCount != 2) {
     return EXIT_FAILURE;
   }
+  tidewell::forbidWritingAndStarting();
   const auto body = tidewell::fetchOverHttps(arguments[1], limitMilliseconds);
   // A pipe takes so short a text whole or not at all.
   const bool isPrinted = body && ::write(STDOUT_FILENO, body->data(), body->size()) ==

@@ -4,6 +4,7 @@
 #include "platform/linux/DesktopEntry.h"
 #include "platform/linux/DirectoryLock.h"
 #include "platform/linux/FilePath.h"
+#include "platform/linux/Keeper.h"
 
 #include <array>
 #include <cerrno>
@@ -25,7 +26,7 @@ std::string entryFor(const std::string& programPath) {
          "Comment=Network speed in the panel\n"
          "Icon=com.halden.Tidewell\n"
          "Exec=" +
-         execValue(programPath) +
+         execValue(programPath) + " " + std::string(keepRunningOption) +
          "\n"
          // Without the program the entry means nothing: it may be left when the program is removed.
          "TryExec=" +

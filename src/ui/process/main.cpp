@@ -1,3 +1,4 @@
+#include "platform/linux/Confinement.h"
 #include "ui/placement/DisplayChoice.h"
 #include "ui/process/WindowsApplication.h"
 
@@ -17,6 +18,7 @@ tidewell::WindowRequest requestOf(const QStringList& arguments) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+  tidewell::forbidNewPrivileges();
   tidewell::chooseDisplay();
   QApplication::setQuitOnLastWindowClosed(false);
   // Under X11 the windows' class, and what assistive technology calls the program.
