@@ -74,8 +74,9 @@ void WatcherClient::ownerChanged(const std::string& owner) {
   m_retry.reset();
   m_call.reset();
   m_delay = firstDelay;
+  // Also when one watcher takes the place of another, which may not take the item.
+  m_events.taken(false);
   if (owner.empty() || m_bus == nullptr) {
-    m_events.taken(false);
     return;
   }
   const auto identified = [](sd_bus_message* reply, void* self, sd_bus_error*) {

@@ -31,7 +31,9 @@ void WindowsProcess::ask(const WindowRequest& request) {
   m_last[request.kind] = request;
   m_unanswered.push_back(request);
   m_child->send(messageOf(request));
-  watchAnswer();
+  if (m_unanswered.size() == 1) { // a deadline that runs is not put off
+    watchAnswer();
+  }
 }
 
 bool WindowsProcess::start() {

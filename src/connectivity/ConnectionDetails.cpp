@@ -1,6 +1,7 @@
 #include "connectivity/ConnectionDetails.h"
 
 #include "base/DisplayText.h"
+#include "base/IfMemoryAllows.h"
 #include "base/Scheduler.h"
 #include "base/TextPieces.h"
 #include "base/Utf8.h"
@@ -56,7 +57,13 @@ std::string ConnectionDetails::ipAddress(const std::string& interface) {
 
 std::string ConnectionDetails::publicIP() {
   const auto body = m_http.get(echoEndpoint, publicAddressWait);
-  return body && isUtf8(*body) ? std::string(trim(*body, blanks)) : unknown;
+  std::string address = unknown;
+  const bool isRead = ifMemoryAllows([&] {
+    if (body && isUtf8(*body)) {
+      address = trim(*body, blanks);
+    }
+  });
+  return isRead ? address : unknown;
 }
 
 std::string ConnectionDetails::dnsServer() {

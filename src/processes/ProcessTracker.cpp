@@ -1,5 +1,6 @@
 #include "processes/ProcessTracker.h"
 
+#include "base/IfMemoryAllows.h"
 #include "base/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/Platform.h"
@@ -52,9 +53,16 @@ std::vector<ProcessUsage> ProcessTracker::parseNettop() {
     m_background.postAfter(watchdog,
                            [&children = m_children, child] { children.terminate(child); });
   };
+  std::vector<ProcessUsage> rows;
   const auto output = m_children.run(
       "/usr/bin/nettop", {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"}, startWatchdog);
-  return output && isUtf8(*output) ? parseNettopOutput(*output) : std::vector<ProcessUsage>();
+  // Lists that memory does not suffice for count as none.
+  const bool isParsed = ifMemoryAllows([&] {
+    if (output && isUtf8(*output)) {
+      rows = parseNettopOutput(*output);
+    }
+  });
+  return isParsed ? rows : std::vector<ProcessUsage>();
 }
 
 } // namespace tidewell

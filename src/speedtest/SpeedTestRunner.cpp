@@ -1,6 +1,7 @@
 #include "speedtest/SpeedTestRunner.h"
 
 #include "base/Clock.h"
+#include "base/IfMemoryAllows.h"
 #include "base/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/Platform.h"
@@ -36,8 +37,12 @@ std::optional<SpeedTestResult> SpeedTestRunner::executeTest() {
   if (!output) {
     return std::nullopt;
   }
-  return parseNetworkQualityOutput(isUtf8(*output) ? std::string_view(*output) : std::string_view(),
-                                   m_clock.now());
+  std::optional<SpeedTestResult> result;
+  const bool isParsed = ifMemoryAllows([&] {
+    result = parseNetworkQualityOutput(
+        isUtf8(*output) ? std::string_view(*output) : std::string_view(), m_clock.now());
+  });
+  return isParsed ? result : std::nullopt;
 }
 
 } // namespace tidewell

@@ -115,6 +115,14 @@ TEST_F(WindowsProcessTest, KillsAProcessThatHangsAndStartsAnother) {
   waitFor("panel -", 2);
 }
 
+TEST_F(WindowsProcessTest, KillsAProcessThatHangsAlsoWhileTheUserGoesOnAsking) {
+  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, 0.3);
+  ask(Kind::panel);
+  ask(Kind::copy, "hang");
+  const auto impatience = loop.repeat(0.1, 0.1, [this] { ask(Kind::detail); });
+  waitFor("panel -", 2);
+}
+
 TEST_F(WindowsProcessTest, DoesNothingWithoutTheProgram) {
   windows = std::make_unique<WindowsProcess>(loop, (directory.path() / "none").string());
   ask(Kind::panel);

@@ -27,7 +27,7 @@ protected:
     EXPECT_TRUE(child);
     child->wait(limit, never);
     child->reap();
-    return child->output();
+    return child->output().value_or("(no memory)");
   }
 };
 

@@ -3,6 +3,7 @@
 #include "Preferences.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
+#include "format/SpeedFormatter.h"
 #include "sampling/SamplerState.h"
 
 #include <cstddef>
@@ -40,6 +41,36 @@ std::string shortForm(std::int64_t rate) {
 
 } // namespace
 
+std::string PanelModel::textOf(const SamplerState& sampler, const MonitorState& monitor) const {
+  if (!monitor.isConnected.get()) {
+    return "↓-- ↑--";
+  }
+  std::string text = "↓" + shortForm(sampler.currentDownloadBytesPerSec.get());
+  if (truthIn(m_store.value("showUploadInMenubar"), true)) {
+    text += " ↑" + shortForm(sampler.currentUploadBytesPerSec.get());
+  }
+  return text;
+}
+
+ExpectedItem PanelModel::item(const SamplerState& sampler, const MonitorState& monitor,
+                              bool isTestingSpeed) const {
+  constexpr std::array<const char*, 4> names = {"Excellent", "Good", "Degraded", "Down"};
+  const auto status = statusOf(monitor.isConnected.get(), sampler.packetLossPercent.get(),
+                               sampler.latencyMs.get());
+  std::string latency = "Latency —";
+  if (const double value = sampler.latencyMs.get(); value > 0.0) {
+    std::array<char, 400> text{};
+    std::snprintf(text.data(), text.size(), "Latency %.1f ms", value);
+    latency = text.data();
+  }
+  return {textOf(sampler, monitor),
+          std::string("Tidewell: ") + names.at(static_cast<std::size_t>(status)),
+          "Download " + SpeedFormatter::format(sampler.currentDownloadBytesPerSec.get()) +
+              "\nUpload " + SpeedFormatter::format(sampler.currentUploadBytesPerSec.get()) + "\n" +
+              latency,
+          isTestingSpeed};
+}
+
 void PanelModel::check(const SamplerState& sampler, const MonitorState& monitor) {
   const bool isConnected = monitor.isConnected.get();
   const auto status =
@@ -48,13 +79,7 @@ void PanelModel::check(const SamplerState& sampler, const MonitorState& monitor)
                      rawValue(sampler.currentStatus()), "instead of", rawValue(status));
   ++m_statuses.at(static_cast<std::size_t>(status));
 
-  std::string text = "↓-- ↑--";
-  if (isConnected) {
-    text = "↓" + shortForm(sampler.currentDownloadBytesPerSec.get());
-    if (truthIn(m_store.value("showUploadInMenubar"), true)) {
-      text += " ↑" + shortForm(sampler.currentUploadBytesPerSec.get());
-    }
-  }
+  const std::string text = textOf(sampler, monitor);
   const std::string shown = MenubarLabel(sampler, monitor, m_settings).menubarString();
   m_findings.require(shown == text, "the text in the panel", shown, "instead of", text);
 }

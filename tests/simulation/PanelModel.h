@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Findings.h"
+#include "PanelHost.h"
 #include "platform/DefaultsStore.h"
 
 #include <array>
@@ -25,10 +26,16 @@ public:
   /// Compares status and text with the values as they are.
   void check(const SamplerState& sampler, const MonitorState& monitor);
 
+  /// What item, tool tip and menu must say of the values.
+  [[nodiscard]] ExpectedItem item(const SamplerState& sampler, const MonitorState& monitor,
+                                  bool isTestingSpeed) const;
+
   /// How often each status was seen, best first.
   [[nodiscard]] const std::array<int, 4>& statuses() const { return m_statuses; }
 
 private:
+  [[nodiscard]] std::string textOf(const SamplerState& sampler, const MonitorState& monitor) const;
+
   const AppSettings& m_settings;
   const DefaultsStore& m_store;
   Findings& m_findings;

@@ -1,8 +1,11 @@
 #include "Scenario.h"
 
+#include "CountedMemory.h"
+
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <string>
 #include <utility>
 
@@ -10,34 +13,80 @@ namespace tidewell::test {
 
 namespace {
 
-constexpr Seconds meanPause = 400.0;
-constexpr Seconds forever = 1e12;
+constexpr Seconds meanPause = 300.0;
 
 } // namespace
 
-Scenario::Scenario(Simulation& simulation) : m_world(simulation), m_dice(simulation.dice) {
+Scenario::Scenario(Simulation& simulation)
+    : m_world(simulation), m_dice(simulation.dice), m_census(simulation.findings) {
   changeRates();
+  m_world.host.start();
+  m_world.noticeServer.start();
   m_world.make();
   m_world.launch();
 }
 
 void Scenario::play(Seconds span) {
-  const Ticks end = m_world.machine.scheduler.now() + toTicks(span);
-  Ticks next = Ticks::zero();
+  constexpr Seconds day = 86400.0;
+  const Ticks begin = m_world.machine.scheduler.now();
+  const Ticks end = begin + toTicks(span);
+  Ticks evening = begin;
+  while (evening < end && !m_world.findings.first()) {
+    evening = std::min(evening + toTicks(day), end);
+    m_mayEnd = evening - begin <= (end - begin) / 2 || span <= day;
+    live(evening);
+    if (!m_world.findings.first() && span > day) {
+      calmDown();
+      m_census.take(m_world);
+    }
+  }
+}
+
+void Scenario::live(Ticks end) {
   while (!m_world.findings.first()) {
     const Ticks now = m_world.machine.scheduler.now();
     if (now >= end) {
       return;
     }
-    if (next <= now) {
-      next = now + toTicks(m_dice.waiting(meanPause));
+    if (m_next <= now) {
+      m_next = now + toTicks(m_dice.waiting(meanPause));
     }
-    const Ticks until = std::min({next, end, m_later.empty() ? end : m_later.begin()->first});
+    const Ticks until = std::min({m_next, end, m_later.empty() ? end : m_later.begin()->first});
     m_world.advance(std::chrono::duration<double>(until - now).count());
-    happen();
-    if (m_world.machine.scheduler.now() >= next) {
-      (this->*draw())();
+    if (m_world.isAskedToEnd()) {
+      endAndBegin();
     }
+    happen();
+    if (m_world.machine.scheduler.now() >= m_next) {
+      const Event& event = draw();
+      if (m_isTracing) {
+        std::printf("%.3f %s\n", std::chrono::duration<double>(m_next).count(), event.name);
+        std::fflush(stdout);
+      }
+      (this->*event.happen)();
+    }
+  }
+}
+
+/// Everything works for a while and nobody wants anything.
+void Scenario::calmDown() {
+  m_later.clear();
+  m_world.tools.conditions = {};
+  m_world.calmDesktop();
+  CountedMemory::makePlenty();
+  if (!m_world.isMade()) {
+    m_world.make();
+  }
+  if (!m_world.isLaunched()) {
+    m_world.launch();
+  }
+  m_world.report({true, false, true, false});
+  m_world.preferences.remove();
+  m_world.advance(1.0);
+  m_world.prefer("refreshInterval", 2.0);
+  m_world.prefer("trackPerProcess", false);
+  for (int step = 0; step < 30; ++step) {
+    m_world.advance(100.0);
   }
 }
 
@@ -53,38 +102,45 @@ void Scenario::later(Seconds delay, std::function<void()> event) {
   m_later.emplace(m_world.machine.scheduler.now() + toTicks(delay), std::move(event));
 }
 
-Scenario::Event Scenario::draw() {
-  static constexpr std::array<std::pair<int, Event>, 17> events = {{
-      {12, &Scenario::outage},
-      {4, &Scenario::flap},
-      {3, &Scenario::repeatPath},
-      {6, &Scenario::changeInterface},
-      {14, &Scenario::changeRates},
-      {4, &Scenario::breakCounters},
-      {14, &Scenario::changeLine},
-      {6, &Scenario::changeTools},
-      {4, &Scenario::changeLookups},
-      {5, &Scenario::jumpClock},
-      {4, &Scenario::correctClock},
-      {6, &Scenario::changeSetting},
-      {8, &Scenario::changeSettingElsewhere},
-      {2, &Scenario::hurry},
-      {4, &Scenario::askForSpeedTest},
-      {1, &Scenario::endAndBegin},
-      {1, &Scenario::terminate},
+const Scenario::Event& Scenario::draw() {
+  static constexpr std::array<Event, 24> events = {{
+      {12, "outage", &Scenario::outage},
+      {4, "flap", &Scenario::flap},
+      {3, "path repeated", &Scenario::repeatPath},
+      {6, "interface", &Scenario::changeInterface},
+      {14, "rates", &Scenario::changeRates},
+      {4, "counters", &Scenario::breakCounters},
+      {14, "line", &Scenario::changeLine},
+      {6, "tools", &Scenario::changeTools},
+      {4, "lookups", &Scenario::changeLookups},
+      {5, "clock jumps", &Scenario::jumpClock},
+      {4, "clock is set", &Scenario::correctClock},
+      {6, "setting", &Scenario::changeSetting},
+      {8, "setting by another", &Scenario::changeSettingElsewhere},
+      {2, "hurry", &Scenario::hurry},
+      {4, "speed test", &Scenario::askForSpeedTest},
+      {1, "end and begin", &Scenario::endAndBegin},
+      {1, "terminate", &Scenario::terminate},
+      {3, "bus", &Scenario::changeBus},
+      {5, "panel", &Scenario::changePanel},
+      {4, "notification server", &Scenario::changeNoticeServer},
+      {3, "windows", &Scenario::changeWindows},
+      {12, "item", &Scenario::useItem},
+      {6, "bus interface", &Scenario::useBus},
+      {3, "memory", &Scenario::changeMemory},
   }};
   int sum = 0;
-  for (const auto& [weight, event] : events) {
-    sum += weight;
+  for (const Event& event : events) {
+    sum += event.weight;
   }
   auto ticket = static_cast<int>(m_dice.below(static_cast<std::size_t>(sum)));
-  for (const auto& [weight, event] : events) {
-    ticket -= weight;
+  for (const Event& event : events) {
+    ticket -= event.weight;
     if (ticket < 0) {
       return event;
     }
   }
-  return events.front().second;
+  return events.front();
 }
 
 PathReport Scenario::path(bool isSatisfied) {
@@ -154,15 +210,15 @@ void Scenario::changeTools() {
   tools.garbage = m_dice.oneOf({0.0, 0.0, 0.02, 0.5});
   tools.cannotStart = m_dice.oneOf({0.0, 0.0, 0.02, 1.0});
   tools.hangs = m_dice.oneOf({0.0, 0.0, 0.02, 0.2});
+  tools.floods = m_dice.oneOf({0.0, 0.0, 0.02, 0.3});
 }
 
 void Scenario::changeLookups() {
-  auto& http = m_world.machine.http;
-  http.requests.clear();
-  http.takes = m_dice.oneOf({0.0, 0.05, 1.0, 2.999, 3.0, 60.0, forever});
-  http.body = m_dice.chance(0.3) ? std::nullopt
-                                 : std::optional<std::string>(m_dice.oneOf(
-                                       {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
+  Conditions& tools = m_world.tools.conditions;
+  tools.lookupSeconds = m_dice.oneOf({0.0, 0.05, 1.0, 2.999, 3.0, 60.0});
+  tools.body = m_dice.chance(0.3) ? std::nullopt
+                                  : std::optional<std::string>(m_dice.oneOf(
+                                        {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
   m_world.machine.configuration.servers =
       m_dice.chance(0.5) ? std::nullopt : std::optional(std::vector<std::string>{"9.9.9.9"});
   m_world.machine.addresses.interfaces["eth0"] = "192.0.2.7";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Census.h"
 #include "Simulation.h"
 
 #include <functional>
@@ -13,15 +14,27 @@ class Scenario {
 public:
   explicit Scenario(Simulation& simulation);
 
-  /// Lets so much virtual time pass, or less when a rule is broken.
+  /// Writes each event to standard output from now on.
+  void trace() { m_isTracing = true; }
+
+  /// Lets so much virtual time pass, or less when a rule is broken. In the first half programs end
+  /// and begin; the last of them lives through the second.
   void play(Seconds span);
 
-private:
-  using Event = void (Scenario::*)();
+  [[nodiscard]] int censuses() const { return m_census.taken(); }
 
+private:
+  struct Event {
+    int weight;
+    const char* name;
+    void (Scenario::*happen)();
+  };
+
+  void live(Ticks end);
+  void calmDown();
   void happen();
   void later(Seconds delay, std::function<void()> event);
-  [[nodiscard]] Event draw();
+  [[nodiscard]] const Event& draw();
 
   // Of the line
   void outage();
@@ -44,10 +57,23 @@ private:
   void endAndBegin();
   void terminate();
 
+  // Of the desktop
+  void changeBus();
+  void changePanel();
+  void changeNoticeServer();
+  void changeWindows();
+  void useItem();
+  void useBus();
+  void changeMemory();
+
   [[nodiscard]] PathReport path(bool isSatisfied);
 
   Simulation& m_world;
   Dice& m_dice;
+  bool m_isTracing = false;
+  bool m_mayEnd = true;
+  Ticks m_next = Ticks::zero(); // when something befalls the program
+  Census m_census;
   std::multimap<Ticks, std::function<void()>> m_later;
 };
 

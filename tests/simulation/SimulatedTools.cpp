@@ -1,5 +1,6 @@
 #include "SimulatedTools.h"
 
+#include "CountedMemory.h"
 #include "support/FakeMachine.h"
 
 #include <algorithm>
@@ -8,15 +9,26 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace tidewell::test {
 
 namespace {
 
 using Arguments = std::vector<std::string>;
 
+// What the program allows each tool, and how long one may go on that was told to end.
+constexpr double pingLimit = 5.0;
+constexpr double nettopLimit = 4.0; // by the tracker's own watch
+constexpr double deafNettopLimit = 5.0;
+constexpr double qualityLimit = 45.0;
+constexpr double lookupLimit = 3.0;
+constexpr double grace = 0.3;
+
 /// An output of ping, and the latency that follows from it.
 struct Answer {
-  std::optional<std::string> output;
+  std::string output;
   std::optional<double> latency;
 };
 
@@ -45,74 +57,122 @@ std::string decimal(double value) {
 
 } // namespace
 
-std::optional<std::string> SimulatedTools::run(const std::string& path, const Arguments& arguments,
-                                               const std::function<void(Id child)>& launched) {
-  if (path == "/sbin/ping") {
-    m_findings.require(arguments == Arguments{"-c", "1", "-W", "2000", "1.1.1.1"},
-                       "the arguments of ping");
-    return ping();
+bool SimulatedTools::play(const std::string& name, const VirtualProcesses::Pointer& process) {
+  if (name == "ping") {
+    return ping(process);
   }
-  if (path == "/usr/bin/nettop") {
-    m_findings.require(arguments == Arguments{"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"},
-                       "the arguments of nettop");
-    return listProcesses(launched);
+  if (name == "nettop") {
+    return listProcesses(process);
   }
-  m_findings.require(path == "/usr/bin/networkQuality" && arguments == Arguments{"-s", "-v"},
-                     "a tool that is not known", path);
-  return testSpeed();
+  if (name == "networkQuality") {
+    return testSpeed(process);
+  }
+  if (name == "publicAddress") {
+    return lookUp(process);
+  }
+  m_findings.require(name == "notificationSound", "a program that is not known", name);
+  return sound(process);
 }
 
-std::optional<std::string> SimulatedTools::ping() {
-  Answer answer;
-  double takes = 0.0;
+void SimulatedTools::misbehave(Conduct& conduct) {
+  conduct.hangs = m_dice.chance(conditions.hangs);
+  conduct.floods = m_dice.chance(conditions.floods);
+  conduct.isDeaf = (conduct.hangs || conduct.floods) && m_dice.chance(0.2);
+  floods += conduct.floods ? 1 : 0;
+}
+
+Ticks SimulatedTools::duration(const Conduct& conduct, double limit) {
+  if (!conduct.hangs && !conduct.floods) {
+    return toTicks(std::min(conduct.takes, limit));
+  }
+  return toTicks(limit) + (conduct.isDeaf ? toTicks(grace) : Ticks::zero());
+}
+
+bool SimulatedTools::isKept(const Conduct& conduct) {
+  return !conduct.floods || !CountedMemory::isScarce();
+}
+
+void SimulatedTools::perform(const VirtualProcesses::Pointer& process, const Conduct& conduct) {
+  process->ignoresTermination = conduct.isDeaf;
+  const int output = process->descriptors.at(STDOUT_FILENO).get();
+  ::fcntl(output, F_SETFL, O_NONBLOCK);
+  while (::write(output, conduct.output.data(), conduct.output.size()) > 0 && conduct.floods) {
+  }
+  if (conduct.hangs || conduct.floods) {
+    return;
+  }
+  const auto finish = [weak = std::weak_ptr(process), status = conduct.status] {
+    if (const auto alive = weak.lock()) {
+      alive->exit(status);
+    }
+  };
+  if (conduct.takes > 0.0) {
+    m_world.postAfter(conduct.takes, finish);
+  } else {
+    finish();
+  }
+}
+
+bool SimulatedTools::ping(const VirtualProcesses::Pointer& process) {
+  m_findings.require(process->arguments == Arguments{"-c", "1", "-W", "2", "1.1.1.1"},
+                     "the arguments of ping");
+  Answer answer{"PING 1.1.1.1 (1.1.1.1) 56(84) bytes of data.\n\n1 packets transmitted\n", {}};
+  Conduct conduct;
   if (m_dice.chance(conditions.cannotStart)) {
-    answer = {std::nullopt, std::nullopt};
-  } else if (m_dice.chance(conditions.garbage)) {
+    m_sampling.probes(std::nullopt, Ticks::zero());
+    ++lostProbes;
+    return false;
+  }
+  if (m_dice.chance(conditions.garbage)) {
     answer = oddAnswers[m_dice.below(oddAnswers.size())];
   } else if (m_dice.chance(conditions.loss)) {
-    answer = {"PING 1.1.1.1 (1.1.1.1) 56(84) bytes of data.\n\n1 packets transmitted, 0 received\n",
-              std::nullopt};
-    takes = 2.0;
+    conduct.takes = 2.0;
   } else {
     const double latency =
         std::max(0.1, conditions.latencyMs + conditions.spreadMs * m_dice.between(-1.0, 1.0));
     const std::string text = decimal(latency);
     answer = {FakeChildren::reply(text), std::strtod(text.c_str(), nullptr)};
-    takes = latency / 1e3;
+    conduct.takes = latency / 1e3;
   }
-  if (answer.output && m_dice.chance(conditions.hangs)) {
-    takes = m_dice.between(0.5, 12.0);
+  misbehave(conduct);
+  if (conduct.floods) {
+    answer = {"a great deal time=3.5 ms and so on\n", 3.5};
   }
-  lostProbes += answer.latency ? 0 : 1;
-  m_sampling.probes(answer.latency, toTicks(takes));
-  if (takes > 0.0) {
-    m_scheduler.block(takes);
-  }
-  return answer.output;
+  conduct.output = answer.output;
+  conduct.status = answer.latency ? 0 : 1;
+  const auto latency = isKept(conduct) ? answer.latency : std::nullopt;
+  lostProbes += latency ? 0 : 1;
+  m_sampling.probes(latency, duration(conduct, pingLimit));
+  perform(process, conduct);
+  return true;
 }
 
-std::optional<std::string>
-SimulatedTools::listProcesses(const std::function<void(Id child)>& launched) {
+bool SimulatedTools::listProcesses(const VirtualProcesses::Pointer& process) {
+  m_findings.require(process->arguments ==
+                         Arguments{"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"},
+                     "the arguments of nettop");
   if (m_dice.chance(conditions.cannotStart)) {
     m_model.listsProcesses(Ticks::zero(), true);
-    return std::nullopt;
+    return false;
   }
-  const double takes = m_dice.chance(conditions.hangs) ? 4.0 : m_dice.oneOf({0.0, 0.0, 0.0, 1.02});
+  Conduct conduct;
+  conduct.takes = m_dice.oneOf({0.0, 0.0, 0.0, 1.02});
+  misbehave(conduct);
   bool isEmpty = true;
-  std::string table;
-  if (m_dice.chance(conditions.garbage)) {
-    table = m_dice.oneOf({"", "\n\n\n", ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n", "header only"});
+  if (conduct.floods) {
+    conduct.output = ",bytes_in,bytes_out,\ncurl.1,5,5,\nmail.2,9,0,\n";
+    isEmpty = !isKept(conduct);
+  } else if (m_dice.chance(conditions.garbage)) {
+    conduct.output = m_dice.oneOf<std::string>({"", std::string(5000, '\n'), "header only",
+                                                ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
   } else {
-    table = processTable(isEmpty);
+    conduct.output = processTable(isEmpty);
   }
-  m_model.listsProcesses(toTicks(takes), isEmpty);
-  const Id child = ++m_children;
-  m_model.launched(child);
-  launched(child);
-  if (takes > 0.0) {
-    m_scheduler.block(takes);
-  }
-  return table;
+  m_model.listsProcesses(duration(conduct, conduct.isDeaf ? deafNettopLimit : nettopLimit),
+                         isEmpty);
+  m_model.launched(process->id);
+  perform(process, conduct);
+  return true;
 }
 
 std::string SimulatedTools::processTable(bool& isEmpty) {
@@ -136,26 +196,60 @@ std::string SimulatedTools::processTable(bool& isEmpty) {
   return table;
 }
 
-std::optional<std::string> SimulatedTools::testSpeed() {
-  const double takes = m_dice.between(0.0, 40.0);
+bool SimulatedTools::testSpeed(const VirtualProcesses::Pointer& process) {
+  m_findings.require(process->arguments == Arguments{"-s", "-v"}, "the arguments of the test");
   if (m_dice.chance(conditions.cannotStart)) {
     m_model.testsSpeed(Ticks::zero(), std::nullopt);
-    return std::nullopt;
+    return false;
   }
+  Conduct conduct;
+  conduct.takes = m_dice.between(0.0, 40.0);
+  misbehave(conduct);
   SpeedTestResult result;
-  std::string output = m_dice.oneOf({"", "\xFF Downlink capacity: 9 Mbps\n", "no network\n"});
-  if (!m_dice.chance(conditions.garbage)) {
+  conduct.output = m_dice.oneOf({"", "\xFF Downlink capacity: 9 Mbps\n", "no network\n"});
+  if (conduct.floods) {
+    conduct.output = "line after line\n";
+  } else if (!m_dice.chance(conditions.garbage)) {
     const auto megabits = static_cast<double>(m_dice.below(1000));
     result = {0.0, megabits, megabits / 2.0, static_cast<std::int64_t>(m_dice.below(3000))};
-    output = "==== SUMMARY ====\nUplink capacity: " + decimal(megabits / 2.0) +
-             " Mbps\nDownlink capacity: " + decimal(megabits) + " Mbps\nResponsiveness: High (" +
-             std::to_string(result.responsiveness) + " RPM)\n";
+    conduct.output = "==== SUMMARY ====\nUplink capacity: " + decimal(megabits / 2.0) +
+                     " Mbps\nDownlink capacity: " + decimal(megabits) +
+                     " Mbps\nResponsiveness: High (" + std::to_string(result.responsiveness) +
+                     " RPM)\n";
   }
-  m_model.testsSpeed(toTicks(takes), result);
-  if (takes > 0.0) {
-    m_scheduler.block(takes);
+  m_model.testsSpeed(duration(conduct, qualityLimit),
+                     isKept(conduct) ? std::optional(result) : std::nullopt);
+  perform(process, conduct);
+  return true;
+}
+
+bool SimulatedTools::lookUp(const VirtualProcesses::Pointer& process) {
+  m_findings.require(process->arguments == Arguments{"https://api.ipify.org"},
+                     "the arguments of the lookup");
+  ++lookups;
+  if (m_dice.chance(conditions.cannotStart)) {
+    return false;
   }
-  return output;
+  Conduct conduct;
+  misbehave(conduct);
+  conduct.takes = conditions.lookupSeconds;
+  conduct.hangs = conduct.hangs || conduct.takes > lookupLimit;
+  conduct.output = conditions.body.value_or("");
+  conduct.status = conditions.body ? 0 : 1;
+  perform(process, conduct);
+  return true;
+}
+
+bool SimulatedTools::sound(const VirtualProcesses::Pointer& process) {
+  ++sounds;
+  if (m_dice.chance(conditions.cannotStart)) {
+    return false;
+  }
+  Conduct conduct;
+  conduct.takes = 1.0;
+  conduct.hangs = m_dice.chance(conditions.hangs);
+  perform(process, conduct);
+  return true;
 }
 
 } // namespace tidewell::test

@@ -3,12 +3,10 @@
 #include "Dice.h"
 #include "SamplingModel.h"
 #include "ToolModel.h"
-#include "platform/ChildProcess.h"
+#include "VirtualProcesses.h"
 
-#include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace tidewell::test {
 
@@ -21,38 +19,59 @@ struct Conditions {
   double garbage = 0.0;
   double cannotStart = 0.0;
   double hangs = 0.0;
+  double floods = 0.0;
+  /// Of the address lookups.
+  double lookupSeconds = 0.05;
+  std::optional<std::string> body = "203.0.113.7\n";
 };
 
-/// The system's tools, which answer by chance and tell the models what their answers amount to.
-class SimulatedTools final : public ChildProcess {
+/// The programs that the resident runs for their output, which answer by chance and tell the models
+/// what their answers amount to.
+class SimulatedTools {
 public:
-  SimulatedTools(VirtualScheduler& scheduler, Dice& dice, Findings& findings,
-                 SamplingModel& sampling, ToolModel& model)
-      : m_scheduler(scheduler), m_dice(dice), m_findings(findings), m_sampling(sampling),
-        m_model(model) {}
+  SimulatedTools(WorkQueue& world, Dice& dice, Findings& findings, SamplingModel& sampling,
+                 ToolModel& model)
+      : m_world(world), m_dice(dice), m_findings(findings),
+        m_sampling(sampling), m_model(model) {}
 
-  [[nodiscard]] std::optional<std::string>
-  run(const std::string& path, const std::vector<std::string>& arguments,
-      const std::function<void(Id child)>& launched = {}) override;
-  void terminate(Id child) override { m_model.terminates(child); }
+  /// Plays a program of this name; false when it cannot be started.
+  [[nodiscard]] bool play(const std::string& name, const VirtualProcesses::Pointer& process);
 
   Conditions conditions;
   int lostProbes = 0;
+  int sounds = 0;
+  int lookups = 0;
+  int floods = 0;
 
 private:
-  using Output = std::optional<std::string>;
+  /// What a run does.
+  struct Conduct {
+    std::string output;
+    double takes = 0.0;
+    int status = 0;
+    bool hangs = false;  // until it is told to end
+    bool floods = false; // writes its output over and over until nothing goes in any more
+    bool isDeaf = false; // until it is killed
+  };
 
-  [[nodiscard]] Output ping();
-  [[nodiscard]] Output listProcesses(const std::function<void(Id child)>& launched);
-  [[nodiscard]] Output testSpeed();
+  [[nodiscard]] bool ping(const VirtualProcesses::Pointer& process);
+  [[nodiscard]] bool listProcesses(const VirtualProcesses::Pointer& process);
+  [[nodiscard]] bool testSpeed(const VirtualProcesses::Pointer& process);
+  [[nodiscard]] bool lookUp(const VirtualProcesses::Pointer& process);
+  [[nodiscard]] bool sound(const VirtualProcesses::Pointer& process);
   [[nodiscard]] std::string processTable(bool& isEmpty);
+  void misbehave(Conduct& conduct);
+  void perform(const VirtualProcesses::Pointer& process, const Conduct& conduct);
+  /// How long the run takes that is ended after so many seconds unless it ends by itself.
+  [[nodiscard]] static Ticks duration(const Conduct& conduct, double limit);
+  /// Whether the program can keep what such a run wrote.
+  [[nodiscard]] static bool isKept(const Conduct& conduct);
 
-  VirtualScheduler& m_scheduler;
+  WorkQueue& m_world;
   Dice& m_dice;
   Findings& m_findings;
   SamplingModel& m_sampling;
   ToolModel& m_model;
-  Id m_children = 0;
 };
 
 } // namespace tidewell::test

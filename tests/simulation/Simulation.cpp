@@ -1,45 +1,103 @@
 #include "Simulation.h"
 
+#include "CountedMemory.h"
 #include "Preferences.h"
 #include "connectivity/NetworkMonitor.h"
 #include "processes/ProcessTracker.h"
 #include "sampling/BandwidthSampler.h"
 #include "speedtest/SpeedTestRunner.h"
 
+#include <chrono>
 #include <string>
 
 namespace tidewell::test {
 
+namespace {
+
+// Longer than it takes until a child that has to be killed is.
+constexpr Seconds ending = 0.5;
+
+// A panel that restarts gets twenty seconds to come back.
+constexpr Ticks patience = std::chrono::seconds(21);
+
+// The program tries again after a minute at the latest, and a call may take half a minute.
+constexpr Ticks longestDelay = std::chrono::seconds(95);
+
+// A turn of the loop for each message and each task of a moment is many; thousands are a loop that
+// turns and turns.
+constexpr int mostTurns = 5000;
+
+} // namespace
+
 Simulation::Simulation(std::uint64_t seed) : dice(seed), machine(seed) {}
 
+Simulation::~Simulation() {
+  CountedMemory::makePlenty();
+  destroy();
+}
+
+bool Simulation::play(const VirtualProcesses::Pointer& process) {
+  const std::string& path = process->executable;
+  const std::string name = path.substr(path.rfind('/') + 1);
+  return name == "tidewell-windows" ? windows.play(process) : tools.play(name, process);
+}
+
+void Simulation::Center::add(NotificationRequest request) {
+  world.notices.add(request);
+  if (world.m_resident) {
+    world.noticeServer.expects(request);
+    world.m_resident->notices.add(std::move(request));
+  }
+}
+
 void Simulation::make() {
-  m_delegate = std::make_unique<AppDelegate>(
-      m_platform, AppEnvironment{settings, store, notices, m_notifications});
   m_isLaunched = false;
-  connectivity.adopt(m_delegate->networkMonitor(), m_path);
-  sampling.adopt(m_delegate->bandwidthSampler());
-  toolModel.adopt(m_delegate->processTracker(), m_delegate->speedTest());
+  m_isAskedToEnd = false;
+  m_madeAt = machine.scheduler.now();
+  const Surroundings surroundings{
+      loop,
+      machine.scheduler,
+      machine.clock,
+      traffic,
+      machine.configuration,
+      machine.addresses,
+      machine.paths,
+      settings,
+      store,
+      m_center,
+      m_notifications,
+      bus.address(),
+      [this](ChildProcess::Id child) { toolModel.terminates(child); }};
+  m_resident = std::make_unique<Resident>(
+      surroundings, [this] { m_isAskedToEnd = true; },
+      [this](const WindowRequest& request) { windows.asked(request); },
+      [this] { toolModel.asksForSpeedTest(); });
+  m_resident->http.setPathSatisfied(!m_path || m_path->isSatisfied);
+  connectivity.adopt(m_resident->delegate.networkMonitor(), m_path);
+  sampling.adopt(m_resident->delegate.bandwidthSampler());
+  toolModel.adopt(m_resident->delegate.processTracker(), m_resident->delegate.speedTest());
 }
 
 void Simulation::launch() {
   m_isLaunched = true;
+  m_publishedBefore = sampling.published();
   notices.adopt();
   watchBefore();
-  const auto& isConnected = m_delegate->networkMonitor().isConnected;
+  const auto& isConnected = m_resident->delegate.networkMonitor().isConnected;
   notices.beforeConnectivity(isConnected.get());
   const double interval = numberIn(store.value("refreshInterval"), 2.0);
   sampling.starts(interval > 0.0 ? interval : 2.0);
   if (truthIn(store.value("trackPerProcess"), true)) {
     toolModel.startsTracking();
   }
-  m_delegate->applicationDidFinishLaunching();
+  m_resident->delegate.applicationDidFinishLaunching();
   notices.afterwards();
   watchAfter();
 }
 
 /// Observers that hear before the program's own, which it registers when it is launched.
 void Simulation::watchBefore() {
-  auto& sampler = m_delegate->bandwidthSampler();
+  auto& sampler = m_resident->delegate.bandwidthSampler();
   const auto on = [this](auto& published, auto tell) {
     auto isFirst = std::make_shared<bool>(true); // the value that is there, not a publication
     m_subscriptions.push_back(published.subscribe([isFirst, tell](const auto& value) {
@@ -49,7 +107,7 @@ void Simulation::watchBefore() {
       *isFirst = false;
     }));
   };
-  on(m_delegate->networkMonitor().isConnected,
+  on(m_resident->delegate.networkMonitor().isConnected,
      [this](bool isConnected) { notices.beforeConnectivity(isConnected); });
   on(sampler.currentDownloadBytesPerSec,
      [this](std::int64_t rate) { notices.beforeDownload(rate); });
@@ -70,11 +128,11 @@ void Simulation::watchBefore() {
 
 /// Observers that hear after the program's own.
 void Simulation::watchAfter() {
-  auto& sampler = m_delegate->bandwidthSampler();
-  auto& monitor = m_delegate->networkMonitor();
+  auto& sampler = m_resident->delegate.bandwidthSampler();
+  auto& monitor = m_resident->delegate.networkMonitor();
   const auto check = [this](const auto& /*value*/) {
     notices.afterwards();
-    panel.check(m_delegate->bandwidthSampler(), m_delegate->networkMonitor());
+    panel.check(m_resident->delegate.bandwidthSampler(), m_resident->delegate.networkMonitor());
   };
   m_subscriptions.push_back(monitor.isConnected.subscribe(check));
   m_subscriptions.push_back(sampler.currentDownloadBytesPerSec.subscribe(
@@ -87,22 +145,37 @@ void Simulation::terminate() {
   if (m_isLaunched) {
     sampling.stops();
     toolModel.stopsTracking();
-    m_delegate->applicationWillTerminate();
+    m_resident->delegate.applicationWillTerminate();
   }
 }
 
 void Simulation::destroy() {
+  if (!m_resident) {
+    return;
+  }
   m_subscriptions.clear();
-  m_delegate.reset();
   m_isLaunched = false;
+  m_resident->endWaits();
   sampling.release();
   connectivity.release();
   toolModel.release();
+  windows.release();
+  noticeServer.forget();
+  // The threads end with what they do, then everything else goes.
+  m_resident->retire();
+  machine.scheduler.endBackground();
+  machine.scheduler.advance(ending);
+  m_resident.reset();
+  processes.orphanAll();
+  machine.scheduler.settle();
 }
 
 void Simulation::report(const PathReport& path) {
   if (machine.paths.isWatched()) {
     connectivity.reports(path);
+  }
+  if (m_resident) {
+    m_resident->http.setPathSatisfied(path.isSatisfied);
   }
   if (m_path == path) {
     machine.paths.report(path);
@@ -113,9 +186,9 @@ void Simulation::report(const PathReport& path) {
 }
 
 void Simulation::askForSpeedTest() {
-  if (m_delegate) {
+  if (m_resident) {
     toolModel.asksForSpeedTest();
-    m_delegate->speedTest().run();
+    m_resident->delegate.speedTest().run();
   }
 }
 
@@ -124,6 +197,55 @@ void Simulation::advance(Seconds span) {
   sampling.checkNothingIsMissing();
   connectivity.checkNothingIsMissing();
   toolModel.checkNothingIsMissing();
+  preferences.check(store);
+  findings.require(processes.faults() == 0, "a signal to a stranger, or a wait on the main thread");
+  findings.require(loop.mostTurns() < mostTurns, "the loop turns in vain", loop.mostTurns());
+  windows.check();
+  noticeServer.check();
+  // Before its first sample an item may show what it was made with.
+  if (m_isLaunched && sampling.published() > m_publishedBefore) {
+    checkDesktop();
+  }
+}
+
+void Simulation::checkDesktop() {
+  auto& sampler = m_resident->delegate.bandwidthSampler();
+  auto& monitor = m_resident->delegate.networkMonitor();
+  auto& speedTest = m_resident->delegate.speedTest();
+  const ExpectedItem item = panel.item(sampler, monitor, speedTest.isRunning.get());
+  host.check(item);
+  reader.check(sampler, monitor, speedTest, item.label);
+  reader.checkSamples(sampling.published());
+  const Ticks age = machine.scheduler.now() - m_madeAt;
+  findings.require(!bus.hasBeenUpFor(longestDelay) || age <= longestDelay || bus.isServing(),
+                   "the program does not come back to the bus");
+  findings.require(!bus.hasBeenUpFor(2 * longestDelay) || age <= 2 * longestDelay ||
+                       !host.hasBeenWillingFor(longestDelay) || host.hasItem(),
+                   "the program does not come back to the panel");
+  const Ticks since = machine.scheduler.now() - std::max(host.changedAt(), m_madeAt);
+  if (since > patience && bus.isSettled()) {
+    windows.checkItem(host.hasItem());
+  }
+}
+
+void Simulation::calmDesktop() {
+  bus.setHanging(false);
+  bus.hasOtherInstance = false;
+  bus.comeUp();
+  host.setManner(0, 0.0);
+  host.start();
+  noticeServer.setManner(NoticeServer::Manner::answers);
+  noticeServer.start();
+  // What the models remember is no growth of the program.
+  noticeServer.forget();
+  windows.forget();
+  machine.scheduler.forgetLabels();
+  windows.crashes = windows.hangs = windows.lies = windows.cannotStart = 0.0;
+}
+
+void Simulation::prefer(const std::string& key, const DefaultsValue& value) {
+  preferences.sets(key, value);
+  store.set(key, value);
 }
 
 } // namespace tidewell::test

@@ -2,32 +2,44 @@
 
 #include "ConnectivityModel.h"
 #include "Dice.h"
+#include "FaceReader.h"
 #include "Findings.h"
 #include "NoticeModel.h"
+#include "NoticeServer.h"
+#include "PanelHost.h"
 #include "PanelModel.h"
+#include "PreferencesModel.h"
+#include "Resident.h"
 #include "SamplingModel.h"
+#include "SimulatedBus.h"
 #include "SimulatedTools.h"
 #include "ToolModel.h"
 #include "Traffic.h"
+#include "VirtualProcesses.h"
+#include "VirtualTime.h"
+#include "WindowsProgram.h"
 #include "alerts/NotificationService.h"
-#include "app/AppDelegate.h"
+#include "platform/linux/PreferencesFile.h"
 #include "settings/AppSettings.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tidewell::test {
 
-/// The whole program, desktop and kernel aside, on a virtual machine, with the models that watch
-/// every value it publishes and every notice it sends.
+/// The whole resident on a virtual machine and desktop, with the models that watch every value it
+/// publishes, every notice it sends and everything it shows and asks.
 class Simulation {
 public:
   explicit Simulation(std::uint64_t seed);
+  ~Simulation();
+  Simulation(const Simulation&) = delete;
+  Simulation& operator=(const Simulation&) = delete;
 
   /// Makes the program; it is launched later or never.
   void make();
@@ -37,39 +49,70 @@ public:
   void terminate();
   void destroy();
 
-  [[nodiscard]] bool isMade() const { return m_delegate != nullptr; }
+  [[nodiscard]] bool isMade() const { return m_resident != nullptr; }
   [[nodiscard]] bool isLaunched() const { return m_isLaunched; }
+  /// Whether the program was asked to end since it was made.
+  [[nodiscard]] bool isAskedToEnd() const { return m_isAskedToEnd; }
 
   /// Reports a path, changed or not.
   void report(const PathReport& path);
   void askForSpeedTest();
+  /// The user of the windows sets a preference.
+  void prefer(const std::string& key, const DefaultsValue& value);
+
+  /// Bus, panel, notification server and windows do what they should.
+  void calmDesktop();
 
   /// Lets virtual time pass, then checks that nothing is missing.
   void advance(Seconds span);
 
   Dice dice; // for what happens, not for the order of tasks
   FakeMachine machine;
+  VirtualTime time{machine.scheduler};
   Findings findings{machine.scheduler};
-  FakeDefaultsStore store{machine.scheduler.main()};
+  std::unique_ptr<WorkQueue> worldQueue = machine.scheduler.makeSerialQueue("world");
+  EventLoop loop{machine.scheduler};
+  EventLoop world{machine.scheduler, *worldQueue};
+  PreferencesModel preferences{machine.scheduler, dice, findings};
+  PreferencesFile store{preferences.path(), loop};
   FakeLoginItem loginItem;
   AppSettings settings{store, loginItem};
   SamplingModel sampling{machine.scheduler, machine.clock, findings};
   ToolModel toolModel{machine.scheduler, findings};
-  SimulatedTools tools{machine.scheduler, dice, findings, sampling, toolModel};
+  SimulatedTools tools{*worldQueue, dice, findings, sampling, toolModel};
+  WindowsProgram windows{machine.scheduler, world, dice, findings};
+  VirtualProcesses processes{machine.scheduler,
+                             [this](const auto& process) { return play(process); }};
   ConnectivityModel connectivity{machine.scheduler, findings};
   NoticeModel notices{machine.clock, store, findings};
   PanelModel panel{settings, store, findings};
   Traffic traffic{machine.scheduler, [this](const auto& counts) { sampling.reads(counts); }};
+  SimulatedBus bus{machine.scheduler, world, findings};
+  PanelHost host{bus, world, dice, findings};
+  NoticeServer noticeServer{bus, machine.clock, findings};
+  FaceReader reader{bus, world, findings};
 
 private:
+  /// Hands what the program decides to send to the rules and to the way that it really goes.
+  struct Center final : NotificationCenter {
+    explicit Center(Simulation& simulation) : world(simulation) {}
+    void requestAuthorization() override { world.notices.requestAuthorization(); }
+    void add(NotificationRequest request) override;
+    Simulation& world;
+  };
+
+  [[nodiscard]] bool play(const VirtualProcesses::Pointer& process);
   void watchBefore();
   void watchAfter();
+  void checkDesktop();
 
-  NotificationService m_notifications{settings, machine.clock, notices};
-  Platform m_platform{machine.scheduler, machine.clock, traffic,      machine.configuration,
-                      machine.addresses, machine.paths, machine.http, tools};
-  std::unique_ptr<AppDelegate> m_delegate;
+  Center m_center{*this};
+  NotificationService m_notifications{settings, machine.clock, m_center};
+  std::unique_ptr<Resident> m_resident;
   bool m_isLaunched = false;
+  bool m_isAskedToEnd = false;
+  Ticks m_madeAt = Ticks::zero();
+  std::int64_t m_publishedBefore = 0; // the launch
   std::optional<PathReport> m_path;
   std::vector<Subscription> m_subscriptions;
 };

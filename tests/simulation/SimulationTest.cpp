@@ -1,3 +1,4 @@
+#include "CountedMemory.h"
 #include "Scenario.h"
 
 #include "base/NumberText.h"
@@ -13,8 +14,9 @@
 namespace tidewell::test {
 namespace {
 
-constexpr Seconds month = 30.0 * 86400.0;
-constexpr std::uint64_t usualSeeds = 12;
+constexpr Seconds day = 86400.0;
+constexpr double month = 30.0;
+constexpr std::uint64_t usualSeeds = 50;
 
 /// A whole number from the environment.
 std::optional<std::uint64_t> fromEnvironment(const char* name) {
@@ -37,12 +39,19 @@ std::vector<std::uint64_t> seeds() {
   return all;
 }
 
+/// How many days a seed lives: TIDEWELL_DAYS, else the first a month and the others six hours.
+double daysOf(std::uint64_t seed) {
+  const char* const days = std::getenv("TIDEWELL_DAYS");
+  return (days == nullptr ? std::nullopt : parseDouble(days)).value_or(seed == 1 ? month : 0.25);
+}
+
 class Simulated : public testing::TestWithParam<std::uint64_t> {};
 
 /// That the month had everything in it that the rules are about.
 void expectAFullMonth(const Simulation& world) {
   EXPECT_GT(world.sampling.published(), 50'000);
   EXPECT_GT(world.tools.lostProbes, 1'000);
+  EXPECT_GT(world.tools.floods, 100);
   EXPECT_GT(world.toolModel.lists(), 1'000);
   EXPECT_GT(world.toolModel.tests(), 20);
   EXPECT_GT(world.notices.authorizations(), 20);
@@ -50,20 +59,35 @@ void expectAFullMonth(const Simulation& world) {
   for (const auto& [kind, count] : world.notices.sent()) {
     EXPECT_GT(count, 20) << kind;
   }
+  EXPECT_GT(world.noticeServer.received(), 100);
   for (const int count : world.panel.statuses()) {
     EXPECT_GT(count, 1'000);
   }
+  EXPECT_GT(world.bus.connection(), 50);
+  EXPECT_GT(world.host.takings(), 100);
+  EXPECT_GT(world.host.menus(), 50);
+  EXPECT_GT(world.reader.readings(), 50);
+  EXPECT_GT(world.windows.starts(), 100);
+  EXPECT_GT(world.windows.kills(), 5);
+  EXPECT_GT(world.preferences.foreignWrites(), 100);
+  EXPECT_GT(CountedMemory::refusals(), 10);
 }
 
-TEST_P(Simulated, MonthBreaksNoRule) {
+TEST_P(Simulated, LifeBreaksNoRule) {
+  const double days = daysOf(GetParam());
   Simulation world(GetParam());
-  Scenario(world).play(month);
+  Scenario scenario(world);
+  if (fromEnvironment("TIDEWELL_TRACE").value_or(0) != 0) {
+    scenario.trace();
+  }
+  scenario.play(days * day);
   if (const auto& finding = world.findings.first()) {
     ADD_FAILURE() << "seed " << GetParam() << ' ' << *finding
-                  << "\nto see it again: TIDEWELL_SEED=" << GetParam() << ' '
-                  << testing::internal::GetArgvs().front();
-  } else {
+                  << "\nto see it again: TIDEWELL_SEED=" << GetParam() << " TIDEWELL_DAYS=" << days
+                  << ' ' << testing::internal::GetArgvs().front();
+  } else if (days >= month) {
     expectAFullMonth(world);
+    EXPECT_EQ(scenario.censuses(), static_cast<int>(days));
   }
   world.destroy();
   world.machine.scheduler.advance(60.0); // no task may be blocked when its machine goes

@@ -23,7 +23,10 @@ public:
 
   /// A new program that has started neither.
   void adopt(TrackerState& tracker, SpeedTestState& speedTest);
-  void release() { m_isAlive = false; }
+  void release() {
+    m_isAlive = false;
+    m_watched.clear(); // the watch ends with the program, and so does the child
+  }
 
   /// Just before tracking is started (beside what runs already), or stopped.
   void startsTracking();

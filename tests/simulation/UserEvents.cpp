@@ -40,45 +40,46 @@ void Scenario::correctClock() {
 }
 
 void Scenario::changeSetting() {
-  AppSettings& settings = m_world.settings;
   switch (m_dice.below(6)) {
   case 0:
-    return settings.setRefreshInterval(m_dice.oneOf({1.0, 2.0, 2.0, 5.0, 5.0, 10.0, 10.0}));
+    return m_world.prefer("refreshInterval", m_dice.oneOf({1.0, 2.0, 2.0, 5.0, 5.0, 10.0, 10.0}));
   case 1:
-    return settings.setTrackPerProcess(m_dice.chance(0.25));
+    return m_world.prefer("trackPerProcess", m_dice.chance(0.25));
   case 2:
-    return settings.setSlowSpeedThreshold(m_dice.oneOf({0.0, 0.5, 1.0, 10.0, 100.0}));
+    return m_world.prefer("slowSpeedThreshold", m_dice.oneOf({0.0, 0.5, 1.0, 10.0, 100.0}));
   case 3:
-    return settings.setHighLatencyThreshold(m_dice.oneOf({20.0, 50.0, 100.0, 500.0}));
+    return m_world.prefer("highLatencyThreshold", m_dice.oneOf({20.0, 50.0, 100.0, 500.0}));
   case 4:
-    return settings.setShowNotifications(m_dice.chance(0.8));
+    return m_world.prefer("showNotifications", m_dice.chance(0.8));
   default:
-    return settings.setShowUploadInMenubar(m_dice.chance(0.5));
+    return m_world.prefer("showUploadInMenubar", m_dice.chance(0.5));
   }
 }
 
 /// Another program, or a hand with an editor, writes what no window offers.
 void Scenario::changeSettingElsewhere() {
-  FakeDefaultsStore& store = m_world.store;
+  PreferencesModel& file = m_world.preferences;
   const char* const key = keys[m_dice.below(keys.size())];
   if (m_dice.chance(0.1)) {
-    return m_dice.chance(0.2) ? store.clear() : store.remove(key);
+    return m_dice.chance(0.2) ? file.remove() : file.writeElsewhere(key, std::nullopt);
   }
-  store.set(key, m_dice.oneOf<DefaultsValue>({true, false, std::int64_t{0}, std::int64_t{-1},
-                                              std::int64_t{7}, 0.0, -0.0, -1.0, 3.3, 1e300, nan,
-                                              infinity, -infinity, std::string("often")}));
+  if (m_dice.chance(0.2)) {
+    return file.spoil();
+  }
+  file.writeElsewhere(
+      key, m_dice.oneOf<DefaultsValue>({true, false, std::int64_t{0}, std::int64_t{-1},
+                                        std::int64_t{7}, 0.0, -0.0, -1.0, 3.3, 1e300, nan, infinity,
+                                        -infinity, std::string("often")}));
   later(m_dice.magnitude(0.5, 7200.0), [this] { changeSetting(); });
-  later(m_dice.magnitude(0.5, 7200.0), [this] {
-    m_world.settings.setRefreshInterval(m_dice.oneOf({2.0, 5.0, 10.0}));
-  });
+  later(m_dice.magnitude(0.5, 7200.0),
+        [this] { m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0})); });
 }
 
 /// Intervals as short as they come, for a while.
 void Scenario::hurry() {
-  m_world.store.set("refreshInterval", m_dice.oneOf({0.5, 0.1, 0.003, 1e-3, 1e-9, 5e-324}));
-  later(m_dice.between(0.1, 4.0), [this] {
-    m_world.settings.setRefreshInterval(m_dice.oneOf({2.0, 5.0, 10.0}));
-  });
+  m_world.prefer("refreshInterval", m_dice.oneOf({0.5, 0.1, 0.003, 1e-3, 1e-9, 5e-324}));
+  later(m_dice.between(0.1, 4.0),
+        [this] { m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0})); });
 }
 
 void Scenario::askForSpeedTest() {
@@ -89,6 +90,9 @@ void Scenario::askForSpeedTest() {
 }
 
 void Scenario::endAndBegin() {
+  if (!m_mayEnd) {
+    return;
+  }
   m_world.destroy();
   const Seconds pause = m_dice.magnitude(0.001, 600.0);
   const Seconds launch = pause + m_dice.oneOf({0.0, 0.0, m_dice.magnitude(0.001, 10.0)});
@@ -105,6 +109,9 @@ void Scenario::endAndBegin() {
 }
 
 void Scenario::terminate() {
+  if (!m_mayEnd) {
+    return;
+  }
   m_world.terminate();
   later(m_dice.magnitude(0.001, 600.0), [this] { endAndBegin(); });
 }

@@ -20,6 +20,7 @@ public:
   QueueCore core;
   const bool concurrent;
   bool busy = false;
+  std::size_t posted = 0; // tasks that wait, timers aside
   bool closed = false;
 
   [[nodiscard]] bool mayRun() const { return !closed && (concurrent || !busy); }
@@ -29,6 +30,7 @@ public:
 struct VirtualScheduler::Blocked {
   Party& party;
   Ticks until;
+  const std::function<bool()>* condition = nullptr;
 };
 
 /// A thread that runs tasks; idle unless it runs or one of its tasks is blocked.
@@ -40,11 +42,18 @@ struct VirtualScheduler::Driver {
 
 class VirtualScheduler::VirtualTimer final : public Timer {
 public:
-  VirtualTimer(std::shared_ptr<Queue> queue, QueueCore::TimerId timer)
-      : m_queue(std::move(queue)), m_timer(timer) {}
-  ~VirtualTimer() override { m_queue->core.cancel(m_timer); }
+  VirtualTimer(std::shared_ptr<Queue> queue, QueueCore::TimerId timer,
+               std::shared_ptr<std::size_t> count)
+      : m_count(std::move(count)), m_queue(std::move(queue)), m_timer(timer) {
+    ++*m_count;
+  }
+  ~VirtualTimer() override {
+    m_queue->core.cancel(m_timer);
+    --*m_count;
+  }
 
 private:
+  std::shared_ptr<std::size_t> m_count;
   std::shared_ptr<Queue> m_queue;
   QueueCore::TimerId m_timer;
 };
@@ -58,14 +67,24 @@ public:
     std::erase(m_scheduler.m_queues, m_queue);
     m_queue->core = {};
   }
-  void post(Task task) override { m_queue->core.post(std::move(task)); }
+  void post(Task task) override {
+    ++m_queue->posted;
+    m_queue->core.post([&queue = *m_queue, task = std::move(task)] {
+      --queue.posted;
+      task();
+    });
+  }
   void postAfter(Seconds delay, Task task) override {
-    m_queue->core.add(m_scheduler.m_now + toTicks(delay), Ticks::zero(), std::move(task));
+    // Counted as long as the task lives: a queue that goes drops it.
+    auto counted = std::shared_ptr<std::size_t>(
+        &++*m_scheduler.m_timers, [count = m_scheduler.m_timers](std::size_t*) { --*count; });
+    m_queue->core.add(m_scheduler.m_now + toTicks(delay), Ticks::zero(),
+                      [counted = std::move(counted), task = std::move(task)] { task(); });
   }
   std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) override {
     const auto timer =
         m_queue->core.add(m_scheduler.m_now + toTicks(first), toPeriod(period), std::move(task));
-    return std::make_unique<VirtualTimer>(m_queue, timer);
+    return std::make_unique<VirtualTimer>(m_queue, timer, m_scheduler.m_timers);
   }
   bool isCurrent() const override {
     const auto& current = m_scheduler.m_current;
@@ -73,6 +92,8 @@ public:
   }
 
 private:
+  friend class VirtualScheduler;
+
   VirtualScheduler& m_scheduler;
   std::shared_ptr<Queue> m_queue;
 };
@@ -123,6 +144,10 @@ void VirtualScheduler::advance(Seconds span) {
 }
 
 void VirtualScheduler::block(Seconds span) {
+  blockUntil({}, span);
+}
+
+void VirtualScheduler::blockUntil(const std::function<bool()>& condition, Seconds span) {
   if (!m_current) {
     throw std::logic_error("only a task can block");
   }
@@ -131,12 +156,12 @@ void VirtualScheduler::block(Seconds span) {
   }
   const Ticks until = m_now + toTicks(span);
   if (const auto next = nextEvent();
-      until <= m_target && (!next || *next > until) && isNothingReady()) {
+      m_idle.empty() && until <= m_target && (!next || *next > until) && isNothingReady()) {
     m_now = until; // nobody has anything to do meanwhile, so nobody takes over
     return;
   }
   Party& self = *m_running;
-  Blocked blocked{self, until};
+  Blocked blocked{self, until, condition ? &condition : nullptr};
   const auto queue = std::exchange(m_current, nullptr);
   m_blocked.push_back(&blocked);
   switchTo(idleDriver(), self);
@@ -191,8 +216,15 @@ VirtualScheduler::Party* VirtualScheduler::step() {
   }
   m_awake.clear();
   std::ranges::copy_if(m_blocked, std::back_inserter(m_awake),
-                       [&](const Blocked* blocked) { return blocked->until <= m_now; });
+                       [&](const Blocked* blocked) { return isAwake(*blocked); });
   const auto choices = m_ready.size() + m_awake.size();
+  constexpr std::uint64_t looksEvery = 32;
+  if (!m_idle.empty() && (choices == 0 || m_random() % looksEvery == 0)) {
+    const bool hasWorked = runIdle();
+    if (hasWorked || choices > 0 || !isNothingReady()) {
+      return nullptr;
+    }
+  }
   if (choices == 0) {
     return moveOn() ? nullptr : m_test.get();
   }
@@ -212,6 +244,46 @@ void VirtualScheduler::runFrom(const std::shared_ptr<Queue>& queue) {
   (*work)();
   m_current = nullptr;
   queue->busy = false;
+}
+
+bool VirtualScheduler::runIdle() {
+  bool hasWorked = false;
+  for (std::size_t index = 0; index < m_idle.size(); ++index) {
+    const Idle idle = m_idle[index]; // kept: the function may end itself
+    if (idle.queue->mayRun()) {
+      idle.queue->busy = true;
+      m_current = idle.queue;
+      hasWorked = idle.function() || hasWorked;
+      m_current = nullptr;
+      idle.queue->busy = false;
+    }
+  }
+  return hasWorked;
+}
+
+bool VirtualScheduler::isAwake(const Blocked& blocked) const {
+  return blocked.until <= m_now || (blocked.condition != nullptr && (*blocked.condition)());
+}
+
+void VirtualScheduler::whenIdle(WorkQueue& queue, std::function<bool()> function) {
+  m_idle.push_back({&queue, dynamic_cast<Face&>(queue).m_queue, std::move(function)});
+}
+
+void VirtualScheduler::forgetIdle(const WorkQueue& queue) {
+  std::erase_if(m_idle, [&](const Idle& idle) { return idle.face == &queue; });
+}
+
+void VirtualScheduler::endBackground() {
+  m_backgroundQueue->core = {};
+  m_backgroundQueue->posted = 0;
+}
+
+std::size_t VirtualScheduler::waiting() const {
+  std::size_t sum = 0;
+  for (const auto& queue : m_queues) {
+    sum += queue->posted;
+  }
+  return sum;
 }
 
 bool VirtualScheduler::moveOn() {

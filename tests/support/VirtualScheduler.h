@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -42,8 +43,28 @@ public:
   /// Blocks the task that calls it, and so its queue.
   void block(Seconds span);
 
+  /// Blocks likewise, but only until the condition holds. It is asked whenever anything was done.
+  void blockUntil(const std::function<bool()>& condition, Seconds span);
+
+  /// Has a function called as a task of the queue whenever nobody has anything to do at this moment
+  /// of virtual time, and now and then in between. Time passes when all such functions give false:
+  /// they had nothing to do either.
+  void whenIdle(WorkQueue& queue, std::function<bool()> function);
+  /// Ends what `whenIdle` began for this queue.
+  void forgetIdle(const WorkQueue& queue);
+
+  /// Drops what waits in the concurrent queue, as the end of a program's threads does.
+  void endBackground();
+
+  /// How many timers there are, one-time delays included, and how many tasks wait to be run.
+  [[nodiscard]] std::size_t timers() const { return *m_timers; }
+  [[nodiscard]] std::size_t waiting() const;
+
   /// Virtual time since construction.
   [[nodiscard]] Ticks now() const { return m_now; }
+
+  /// Forgets the labels of the queues.
+  void forgetLabels() { m_labels = {}; }
 
   /// Labels of the serial queues made so far.
   [[nodiscard]] const std::vector<std::string>& labels() const { return m_labels; }
@@ -62,6 +83,8 @@ private:
   bool moveOn();
   [[nodiscard]] std::optional<Ticks> nextEvent() const;
   [[nodiscard]] bool isNothingReady() const;
+  [[nodiscard]] bool isAwake(const Blocked& blocked) const;
+  bool runIdle();
   void switchTo(Party& next, Party& self);
   Party& idleDriver();
 
@@ -79,6 +102,13 @@ private:
   std::shared_ptr<Queue> m_current; // whose task runs; null while the test's own thread does
   std::vector<Blocked*> m_blocked;
   std::vector<std::string> m_labels;
+  struct Idle {
+    const WorkQueue* face;
+    std::shared_ptr<Queue> queue;
+    std::function<bool()> function;
+  };
+  std::vector<Idle> m_idle;
+  std::shared_ptr<std::size_t> m_timers = std::make_shared<std::size_t>(0);
 
   // Exactly one party runs at a time; it owns everything above.
   std::mutex m_mutex;

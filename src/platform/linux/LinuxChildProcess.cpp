@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxChildProcess.h"
 
+#include "base/IfMemoryAllows.h"
 #include "platform/linux/SpawnedChild.h"
 #include "platform/linux/SystemTools.h"
 
@@ -24,8 +25,9 @@ LinuxChildProcess::LinuxChildProcess() : m_ending(::eventfd(0, EFD_CLOEXEC | EFD
 std::optional<std::string> LinuxChildProcess::run(const std::string& path,
                                                   const std::vector<std::string>& arguments,
                                                   const std::function<void(Id child)>& launched) {
-  const auto call = systemTool(path, arguments);
-  if (!call || isReadable(m_ending)) {
+  std::optional<ToolCall> call;
+  if (!ifMemoryAllows([&] { call = systemTool(path, arguments); }) || !call ||
+      isReadable(m_ending)) {
     return std::nullopt;
   }
   auto child = SpawnedChild::start(call->executable, call->arguments);
@@ -33,13 +35,13 @@ std::optional<std::string> LinuxChildProcess::run(const std::string& path,
     return std::nullopt;
   }
   const Id id = child->id();
-  {
-    const std::scoped_lock lock(m_mutex);
-    m_running.emplace(id, &*child);
-  }
-  if (launched) {
-    launched(id);
-  }
+  // Without memory for them nobody terminates the child before its limit does.
+  [[maybe_unused]] const bool isTold = ifMemoryAllows([&] {
+    list(id, *child);
+    if (launched) {
+      launched(id);
+    }
+  });
   child->wait(call->limit, m_ending);
   {
     // Until here the child is not reaped, so its identifier cannot have passed to another process.
@@ -48,6 +50,11 @@ std::optional<std::string> LinuxChildProcess::run(const std::string& path,
   }
   child->reap();
   return child->output();
+}
+
+void LinuxChildProcess::list(Id id, SpawnedChild& child) {
+  const std::scoped_lock lock(m_mutex);
+  m_running.emplace(id, &child);
 }
 
 void LinuxChildProcess::terminate(Id child) {

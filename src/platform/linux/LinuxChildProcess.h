@@ -31,6 +31,8 @@ public:
   void endAll();
 
 private:
+  void list(Id id, SpawnedChild& child);
+
   std::mutex m_mutex;
   std::map<Id, SpawnedChild*> m_running; // guarded by m_mutex
   FileDescriptor m_ending;               // eventfd, readable from `endAll` on

@@ -1,5 +1,6 @@
 #include "platform/linux/LinuxHttpClient.h"
 
+#include "base/IfMemoryAllows.h"
 #include "platform/linux/SpawnedChild.h"
 
 #include <cstdint>
@@ -26,13 +27,13 @@ std::optional<std::string> LinuxHttpClient::get(const std::string& url, Seconds 
   if (isReadable(m_stop)) {
     return std::nullopt;
   }
-  auto child = SpawnedChild::start(m_helper, {url});
-  if (!child) {
+  std::optional<SpawnedChild> child;
+  if (!ifMemoryAllows([&] { child = SpawnedChild::start(m_helper, {url}); }) || !child) {
     return std::nullopt;
   }
   child->wait(wait, m_stop);
   const auto status = child->reap();
-  return status == 0 ? std::optional(child->output()) : std::nullopt;
+  return status == 0 ? child->output() : std::nullopt;
 }
 
 void LinuxHttpClient::setPathSatisfied(bool isSatisfied) {

@@ -29,12 +29,12 @@ std::uint32_t epollEvents(int pollEvents) {
   return events;
 }
 
-/// Seconds from now to a point on the monotonic clock in microseconds.
+/// Seconds from now until the library's clock, which counts whole microseconds, is past a point. Not
+/// less by any fraction: the library would find nothing due and ask for the same point again.
 Seconds secondsUntil(std::uint64_t point) {
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  const std::chrono::duration<double, std::micro> left(
-      static_cast<double>(point) - std::chrono::duration<double, std::micro>(now).count());
-  return std::chrono::duration<double>(left).count();
+  const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
+  const std::chrono::microseconds past(point + 1);
+  return std::chrono::duration<double>(past - now).count();
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/linux/SpawnedChild.h"
 
+#include "base/IfMemoryAllows.h"
 #include "platform/linux/SpawnSettings.h"
 
 #include <algorithm>
@@ -64,15 +65,23 @@ std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
   if (!output || !errors) {
     return std::nullopt;
   }
-  SpawnSettings settings;
-  settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  settings.duplicate(output->writeEnd.get(), STDOUT_FILENO);
-  settings.duplicate(errors->writeEnd.get(), STDERR_FILENO);
-  const pid_t pid = settings.spawn(executable, arguments, untranslatedEnvironment());
-  if (pid < 0) {
+  pid_t pid = -1;
+  const bool hasMemory = ifMemoryAllows([&] {
+    pid = spawn(executable, arguments, output->writeEnd.get(), errors->writeEnd.get());
+  });
+  if (!hasMemory || pid < 0) {
     return std::nullopt;
   }
   return SpawnedChild(pid, std::move(output->readEnd), std::move(errors->readEnd));
+}
+
+pid_t SpawnedChild::spawn(const std::string& executable, const std::vector<std::string>& arguments,
+                          int output, int errors) {
+  SpawnSettings settings;
+  settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+  settings.duplicate(output, STDOUT_FILENO);
+  settings.duplicate(errors, STDERR_FILENO);
+  return settings.spawn(executable, arguments, untranslatedEnvironment());
 }
 
 SpawnedChild::SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors)
@@ -120,10 +129,14 @@ bool SpawnedChild::waitFor(int milliseconds, int ending) const {
   }
 }
 
-std::string SpawnedChild::output() const {
+std::optional<std::string> SpawnedChild::output() const {
+  std::string text;
+  return ifMemoryAllows([&] { readOutput(text); }) ? std::optional(std::move(text)) : std::nullopt;
+}
+
+void SpawnedChild::readOutput(std::string& text) const {
   // Whatever the child wrote is in the pipe by now; no end of file is needed to know that.
   ::fcntl(m_output.get(), F_SETFL, O_NONBLOCK);
-  std::string text;
   std::array<char, 4096> piece{};
   while (text.size() < mostOutput) {
     const auto size = ::read(m_output.get(), piece.data(), piece.size());
@@ -133,7 +146,6 @@ std::string SpawnedChild::output() const {
       break;
     }
   }
-  return text;
 }
 
 } // namespace tidewell

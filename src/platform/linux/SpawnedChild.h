@@ -14,7 +14,7 @@ namespace tidewell {
 /// One child process with its two pipes. Used by one thread.
 class SpawnedChild {
 public:
-  /// Starts a program; none when it cannot be started. Its standard input is empty, its locale is
+  /// Starts a program; none when it cannot be started, for want of memory too. Its standard input is empty, its locale is
   /// "C", and it inherits no other descriptor and no blocked signal.
   [[nodiscard]] static std::optional<SpawnedChild> start(const std::string& executable,
                                                          const std::vector<std::string>& arguments);
@@ -32,14 +32,18 @@ public:
   /// after `wait`.
   std::optional<int> reap();
 
-  /// What the child has written to its standard output. Call after `wait`. A descendant that still
-  /// holds the pipe open is not waited for.
-  [[nodiscard]] std::string output() const;
+  /// What the child has written to its standard output; none when there is no memory for it. Call
+  /// after `wait`. A descendant that still holds the pipe open is not waited for.
+  [[nodiscard]] std::optional<std::string> output() const;
 
 private:
   SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors);
 
+  [[nodiscard]] static pid_t spawn(const std::string& executable,
+                                   const std::vector<std::string>& arguments, int output,
+                                   int errors);
   [[nodiscard]] bool waitFor(int milliseconds, int ending) const;
+  void readOutput(std::string& text) const;
 
   pid_t m_pid;
   FileDescriptor m_process; // pidfd; readable once the child has exited

@@ -1,0 +1,49 @@
+#include "Census.h"
+
+#include "CountedMemory.h"
+#include "Simulation.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <iterator>
+
+#include <malloc.h>
+
+namespace tidewell::test {
+
+namespace {
+
+long openDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+} // namespace
+
+std::vector<Census::Count> Census::count(Simulation& world) {
+  const auto& scheduler = world.machine.scheduler;
+  const long pieces = CountedMemory::pieces();
+  return {{"pieces of memory", pieces, 40},
+          {"bytes of memory", static_cast<long>(::mallinfo2().uordblks), 1'000'000},
+          // Tracking that was switched on while it was on leaves its first timer running, and so
+          // one child now and then.
+          {"timers", static_cast<long>(scheduler.timers()), 2},
+          {"tasks that wait", static_cast<long>(scheduler.waiting()), 0},
+          {"descriptors watched", static_cast<long>(world.loop.watches()), 0},
+          {"open descriptors", openDescriptors(), 8},
+          {"children", static_cast<long>(world.processes.count()), 1}};
+}
+
+void Census::take(Simulation& world) {
+  const std::vector<Count> now = count(world);
+  if (m_first.empty()) {
+    m_first = now;
+  }
+  for (std::size_t index = 0; index < now.size(); ++index) {
+    m_findings.require(now[index].number <= m_first[index].number + now[index].tolerance,
+                       "it grows:", now[index].what, now[index].number, "after",
+                       m_first[index].number);
+  }
+  ++m_taken;
+}
+
+} // namespace tidewell::test

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "app/ResidentShell.h"
+#include "app/WindowsProcess.h"
+#include "platform/Platform.h"
+#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/EventLoop.h"
+#include "platform/linux/LinuxChildProcess.h"
+#include "platform/linux/LinuxHttpClient.h"
+#include "platform/linux/NotificationSound.h"
+#include "platform/linux/SessionBus.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+/// What a resident meets on its machine, besides what it brings along. Borrowed.
+struct Surroundings {
+  EventLoop& loop;
+  Scheduler& scheduler;
+  Clock& clock;
+  InterfaceCounters& counters;
+  ConfigurationStore& configuration;
+  InterfaceAddresses& addresses;
+  PathMonitor& paths;
+  AppSettings& settings;
+  DefaultsStore& preferences;
+  NotificationCenter& center;
+  NotificationService& notifications;
+  std::string busAddress;
+  std::function<void(ChildProcess::Id child)> onTerminate;
+};
+
+/// The program's children, with somebody who hears when one is told to terminate.
+class WatchedChildren final : public ChildProcess {
+public:
+  explicit WatchedChildren(std::function<void(Id child)> onTerminate)
+      : m_onTerminate(std::move(onTerminate)) {}
+  [[nodiscard]] std::optional<std::string>
+  run(const std::string& path, const std::vector<std::string>& arguments,
+      const std::function<void(Id child)>& launched = {}) override {
+    return children.run(path, arguments, launched);
+  }
+  void terminate(Id child) override {
+    m_onTerminate(child);
+    children.terminate(child);
+  }
+
+  LinuxChildProcess children;
+
+private:
+  std::function<void(Id child)> m_onTerminate;
+};
+
+/// The program as its main function puts it together, threads and kernel interfaces aside.
+class Resident {
+public:
+  /// `quit` hears that the program was asked to end, `asked` what is asked of the windows' process,
+  /// `askedForSpeedTest` that item or bus ask for one.
+  Resident(const Surroundings& machine, std::function<void()> quit,
+           std::function<void(const WindowRequest& request)> asked,
+           std::function<void()> askedForSpeedTest);
+
+  /// What the end of the program does before anything is destroyed.
+  void endWaits();
+  /// Everything but what its threads may still use is gone.
+  void retire();
+
+  WatchedChildren children;
+  LinuxHttpClient http;
+  SessionBus bus;
+  NotificationSound sound;
+  DesktopNotifications notices;
+  Platform platform;
+  std::unique_ptr<AppDelegate> ownDelegate;
+  AppDelegate& delegate;
+  std::unique_ptr<WindowsProcess> windows;
+  std::unique_ptr<ResidentShell> shell;
+};
+
+} // namespace tidewell::test

@@ -1,0 +1,125 @@
+#pragma once
+
+#include "Findings.h"
+#include "platform/linux/BusTypes.h"
+#include "platform/linux/EventLoop.h"
+
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tidewell::test {
+
+/// A session bus on which the program is the only real connection; whoever else is on it is played
+/// by objects that register here. It may go down, come up again and hang.
+class SimulatedBus {
+public:
+  /// Answers a call to a name; what it leaves unanswered hangs.
+  using Service = std::function<void(sd_bus_message& call)>;
+  /// Hears the answer to a call of the program's; null when the connection is lost meanwhile.
+  using Answer = std::function<void(sd_bus_message* reply)>;
+  using Append = std::function<void(sd_bus_message& call)>;
+
+  SimulatedBus(const VirtualScheduler& scheduler, EventLoop& world, Findings& findings);
+  ~SimulatedBus();
+  SimulatedBus(const SimulatedBus&) = delete;
+  SimulatedBus& operator=(const SimulatedBus&) = delete;
+
+  [[nodiscard]] const std::string& address() const { return m_address; }
+
+  void goDown();
+  void comeUp();
+  /// Reads and answers nothing while it hangs.
+  void setHanging(bool isHanging);
+
+  /// Whether the program is on the bus and the bus answers.
+  [[nodiscard]] bool isServing() const { return m_isGreeted && !m_isHanging; }
+  /// Whether it has been serving, or down, for as long as a call may take.
+  [[nodiscard]] bool isSettled() const;
+  /// Whether nothing has stood in the way of a connection for so long.
+  [[nodiscard]] bool hasBeenUpFor(Ticks span) const;
+  [[nodiscard]] bool isUp() const { return m_listening.isOpen(); }
+  /// Which connection of the program this is, counted from 1.
+  [[nodiscard]] int connection() const { return m_connections; }
+
+  /// Who answers calls to this name, and hears it when the connection is lost.
+  void serve(const std::string& name, Service service, std::function<void()> lost);
+  /// Hears every signal of the program.
+  void listen(std::function<void(sd_bus_message& signal)> listener) {
+    m_listeners.push_back(std::move(listener));
+  }
+  /// Called when the program has greeted the bus.
+  void greet(std::function<void()> function) { m_onGreeted.push_back(std::move(function)); }
+
+  /// Gives a name to somebody, or to nobody when `owner` is empty, and tells the program.
+  void setOwner(const std::string& name, const std::string& owner);
+  /// Sends a signal of somebody's without arguments.
+  void emit(const char* path, const char* interface, const char* member);
+  /// How often it has begun to hang.
+  [[nodiscard]] int hangs() const { return m_hangs; }
+  [[nodiscard]] bool isHanging() const { return m_isHanging; }
+  [[nodiscard]] Ticks now() const { return m_scheduler.now(); }
+
+  /// The next claim of the program's name finds another instance.
+  bool hasOtherInstance = false;
+
+  /// Calls a method of the program.
+  void call(const char* path, const char* interface, const char* member, const Append& append,
+            Answer answer);
+  /// Calls on the way.
+  [[nodiscard]] std::size_t pending() const { return m_pending.size(); }
+
+private:
+  struct Close {
+    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
+  };
+  struct Pending {
+    SimulatedBus* bus;
+    BusSlot slot;
+    Answer answer;
+    std::list<Pending>::iterator self;
+  };
+  struct Member {
+    Service service;
+    std::function<void()> lost;
+  };
+
+  static int heard(sd_bus_message* message, void* self, sd_bus_error* error);
+  void hear(sd_bus_message& message);
+  void answerDuty(sd_bus_message& call, const std::string& member);
+  void tellOwner(const std::string& name, const std::string& before, const std::string& after);
+  void accept();
+  void process();
+  void flush();
+  void lose();
+
+  const VirtualScheduler& m_scheduler;
+  EventLoop& m_world;
+  Findings& m_findings;
+  std::string m_address;
+  FileDescriptor m_listening;
+  std::unique_ptr<FdWatch> m_listeningWatch;
+  std::unique_ptr<sd_bus, Close> m_bus;
+  std::unique_ptr<FdWatch> m_watch;
+  bool m_isGreeted = false;
+  bool m_isHanging = false;
+  Ticks m_changedAt = Ticks::zero();
+  std::uint32_t m_events = 0;
+  int m_connections = 0;
+  int m_hangs = 0;
+  std::map<std::string, Member> m_members;
+  std::map<std::string, std::string> m_owners;
+  std::vector<std::function<void(sd_bus_message&)>> m_listeners;
+  std::vector<std::function<void()>> m_onGreeted;
+  std::list<Pending> m_pending;
+  Subscription m_beforeSleep;
+};
+
+/// The text at which a message stands, empty when there is none.
+[[nodiscard]] std::string nextText(sd_bus_message& message);
+
+} // namespace tidewell::test
