@@ -163,8 +163,10 @@ bool SimulatedTools::listProcesses(const VirtualProcesses::Pointer& process) {
     conduct.output = ",bytes_in,bytes_out,\ncurl.1,5,5,\nmail.2,9,0,\n";
     isEmpty = !isKept(conduct);
   } else if (m_dice.chance(conditions.garbage)) {
-    conduct.output = m_dice.oneOf<std::string>({"", std::string(5000, '\n'), "header only",
-                                                ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
+    conduct.output = m_dice.oneOf<std::string>(
+        {"", std::string(5000, '\n'), "header only", ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
+  } else if (CountedMemory::isScarce() && m_dice.chance(0.05)) {
+    conduct.output = ",bytes_in,bytes_out,\ncurl.1,5,5,\n" + std::string(5000, '\n'); // many lines
   } else {
     conduct.output = processTable(isEmpty);
   }
