@@ -49,6 +49,10 @@ const std::array<Answer, 14> oddAnswers = {{
     {"time=3.5 ms\ntime=900.0 ms\n", 3.5},
 }};
 
+// Little for a text, much for what is made of its lines. Made beforehand: memory is scarce here
+// too.
+const std::string manyLines = ",bytes_in,bytes_out,\ncurl.1,5,5,\n" + std::string(5000, '\n');
+
 std::string decimal(double value) {
   std::array<char, 40> text{};
   std::snprintf(text.data(), text.size(), "%.3f", value);
@@ -166,7 +170,7 @@ bool SimulatedTools::listProcesses(const VirtualProcesses::Pointer& process) {
     conduct.output = m_dice.oneOf<std::string>(
         {"", std::string(5000, '\n'), "header only", ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
   } else if (CountedMemory::isScarce() && m_dice.chance(0.05)) {
-    conduct.output = ",bytes_in,bytes_out,\ncurl.1,5,5,\n" + std::string(5000, '\n'); // many lines
+    conduct.output = manyLines;
   } else {
     conduct.output = processTable(isEmpty);
   }
