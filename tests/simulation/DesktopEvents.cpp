@@ -8,7 +8,7 @@ namespace tidewell::test {
 namespace {
 
 // More than anything takes that is no output of another program.
-constexpr std::size_t scarcePiece = 8192;
+constexpr std::size_t scarcePiece = 9000;
 
 constexpr int commandRows[] = {6, 6, 6, 7, 8, 9, 10};
 constexpr int quitRow = 12;
