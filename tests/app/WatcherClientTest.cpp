@@ -58,7 +58,8 @@ protected:
   EventLoop loop;
   SessionBus bus{loop, daemon.address()};
   std::vector<bool> told;
-  WatcherClient client{loop, bus, {[](const std::string&) {}, [this](bool taken) { told.push_back(taken); }}};
+  WatcherClient client{
+      loop, bus, {[](const std::string&) {}, [this](bool taken) { told.push_back(taken); }}};
 };
 
 TEST_F(WatcherClientTest, TheItemIsNotTakenByAWatcherThatTookAnothersPlaceAndRefuses) {

@@ -4,8 +4,8 @@
 
 namespace tidewell::test {
 
-/// While it lives, the memory of the thread that made it runs out: the piece of this number, counted
-/// from 1, and every later one are refused.
+/// While it lives, the memory of the thread that made it runs out: the piece of this number,
+/// counted from 1, and every later one are refused.
 class ScarceMemory {
 public:
   explicit ScarceMemory(long firstRefused);

@@ -3,10 +3,10 @@
 #include "base/IfMemoryAllows.h"
 #include "base/Service.h"
 #include "connectivity/ConnectionDetails.h"
+#include "platform/Platform.h"
 #include "platform/linux/LinuxChildProcess.h"
 #include "platform/linux/LinuxHttpClient.h"
 #include "platform/linux/SpawnedChild.h"
-#include "platform/Platform.h"
 #include "processes/ProcessTracker.h"
 #include "speedtest/SpeedTestRunner.h"
 #include "support/FakeMachine.h"
@@ -165,8 +165,9 @@ public:
 TEST(ScarceMemoryTest, AnAddressThatMemoryDoesNotSufficeForIsNotKnown) {
   FakeMachine machine;
   LastPiece http;
-  const Platform platform{machine.scheduler,  machine.clock, machine.counters, machine.configuration,
-                          machine.addresses, machine.paths, http,             machine.children};
+  const Platform platform{
+      machine.scheduler, machine.clock, machine.counters, machine.configuration, machine.addresses,
+      machine.paths,     http,          machine.children};
   ConnectionDetails details(platform);
   const auto address = [&] {
     auto info = details.fetchConnectionInfo(ConnectionInfo::InterfaceType::wifi);

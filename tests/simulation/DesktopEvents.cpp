@@ -8,7 +8,7 @@ namespace tidewell::test {
 namespace {
 
 // More than anything takes that is no output of another program.
-constexpr std::size_t scarcePiece = 8192;
+constexpr std::size_t scarcePiece = 9000;
 
 constexpr int commandRows[] = {6, 6, 6, 7, 8, 9, 10};
 constexpr int quitRow = 12;
@@ -57,8 +57,8 @@ void Scenario::changeNoticeServer() {
   using Manner = NoticeServer::Manner;
   NoticeServer& server = m_world.noticeServer;
   server.playsSounds = m_dice.chance(0.5);
-  server.setManner(m_dice.oneOf({Manner::answers, Manner::answers, Manner::answers,
-                                 Manner::refuses, Manner::hangs, Manner::talksNonsense}));
+  server.setManner(m_dice.oneOf({Manner::answers, Manner::answers, Manner::answers, Manner::refuses,
+                                 Manner::hangs, Manner::talksNonsense}));
   if (m_dice.chance(0.5)) {
     server.end();
     later(m_dice.magnitude(0.001, 3600.0), [&server] { server.start(); });
@@ -107,7 +107,8 @@ void Scenario::useBus() {
 }
 
 void Scenario::changeMemory() {
-  if (m_world.processes.count() > (m_world.windows.isRunning() ? 1U : 0U)) { // what such a run amounts to is settled
+  if (m_world.processes.count() >
+      (m_world.windows.isRunning() ? 1U : 0U)) { // what such a run amounts to is settled
     return later(0.1, [this] { changeMemory(); });
   }
   if (CountedMemory::isScarce()) {

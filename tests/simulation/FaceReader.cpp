@@ -110,8 +110,9 @@ void FaceReader::heard(sd_bus_message& signal) {
 }
 
 void FaceReader::ask(const char* method) {
-  m_bus.call(path, interface, method, {}, [this, method](sd_bus_message* reply) {
-    m_findings.require(reply == nullptr || sd_bus_message_is_method_error(reply, nullptr) == 0,
+  m_bus.call(path, interface, method, {}, [this, method, life = m_life](sd_bus_message* reply) {
+    m_findings.require(reply == nullptr || life != m_life ||
+                           sd_bus_message_is_method_error(reply, nullptr) == 0,
                        "a request over the bus is refused:", method);
   });
 }

@@ -23,6 +23,9 @@ class FaceReader {
 public:
   FaceReader(SimulatedBus& bus, EventLoop& world, Findings& findings);
 
+  /// The program ends: what it does not answer any more is no fault.
+  void release() { lose(); }
+
   /// Asks for something, such as "OpenPanel"; an answer must come.
   void ask(const char* method);
 

@@ -23,7 +23,8 @@ NoticeServer::NoticeServer(SimulatedBus& bus, const Clock& clock, Findings& find
     disturb();
     m_ids.clear();
   };
-  bus.serve(name, [this](sd_bus_message& call) { called(call); }, forgetIds);
+  bus.serve(
+      name, [this](sd_bus_message& call) { called(call); }, forgetIds);
   bus.greet(forgetIds);
 }
 
@@ -124,7 +125,8 @@ void NoticeServer::receive(sd_bus_message& call) {
   if (std::erase_if(m_awaited, isThis) > 1) {
     m_awaited.push_back(awaited);
   }
-  m_findings.require(m_clock.now() - m_lastAsked[awaited.request.identifier] <= longestWait, "a notice that is old news");
+  m_findings.require(m_clock.now() - m_lastAsked[awaited.request.identifier] <= longestWait,
+                     "a notice that is old news");
   Known& known = m_ids[awaited.request.identifier];
   m_findings.require(replaces == known.id || replaces == known.before,
                      "the notice whose place it takes", replaces, "instead of", known.id);
@@ -150,8 +152,7 @@ void NoticeServer::check() {
     return;
   }
   for (const Awaited& awaited : m_awaited) {
-    m_findings.require(!awaited.mustArrive, "a notice does not arrive",
-                       awaited.request.identifier);
+    m_findings.require(!awaited.mustArrive, "a notice does not arrive", awaited.request.identifier);
   }
 }
 

@@ -31,8 +31,8 @@ int countPictures(sd_bus_message& reply, Findings& findings) {
     sd_bus_message_read_array(&reply, 'y', &bytes, &size);
     sd_bus_message_exit_container(&reply);
     findings.require(width > 0 && height > 0 &&
-                         size == static_cast<std::size_t>(width) *
-                                     static_cast<std::size_t>(height) * 4,
+                         size ==
+                             static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4,
                      "a picture's size", width, height, size);
     ++count;
   }
@@ -52,7 +52,8 @@ const std::array<PanelHost::Desktop, 6> PanelHost::desktops = {{
 
 PanelHost::PanelHost(SimulatedBus& bus, EventLoop& world, Dice& dice, Findings& findings)
     : m_bus(bus), m_world(world), m_dice(dice), m_findings(findings), m_desktop(&desktops[0]) {
-  bus.serve(watcherName, [this](sd_bus_message& call) { called(call); }, [this] { lose(); });
+  bus.serve(
+      watcherName, [this](sd_bus_message& call) { called(call); }, [this] { lose(); });
   bus.listen([this](sd_bus_message& signal) { heard(signal); });
 }
 
@@ -63,7 +64,6 @@ void PanelHost::start() {
   m_isThere = true;
   m_willingSince = m_bus.now();
   ++m_life;
-  m_newIcons = 0;
   m_hangs = m_bus.isHanging() ? -1 : m_bus.hangs();
   setTaken(false);
   m_bus.setOwner(watcherName, ":1." + std::to_string(++m_owner));
@@ -117,8 +117,8 @@ void PanelHost::called(sd_bus_message& call) {
     return;
   }
   if (m_answersAfter > 0.0) {
-    const auto kept = std::shared_ptr<sd_bus_message>(sd_bus_message_ref(&call),
-                                                      [](auto* message) { sd_bus_message_unref(message); });
+    const auto kept = std::shared_ptr<sd_bus_message>(
+        sd_bus_message_ref(&call), [](auto* message) { sd_bus_message_unref(message); });
     m_world.postAfter(m_answersAfter, [this, kept, life = m_life] {
       if (life == m_life) {
         sd_bus_reply_method_return(kept.get(), "");
@@ -132,7 +132,8 @@ void PanelHost::called(sd_bus_message& call) {
 }
 
 void PanelHost::takeItem() {
-  m_mustTell = m_adaptedTo != nullptr && m_adaptedTo->presentation != m_desktop->presentation;
+  m_hasToTell = m_adaptedTo != nullptr && m_adaptedTo->presentation != m_desktop->presentation;
+  m_hasTold = std::exchange(m_newIcons, 0) > 0;
   m_adaptedTo = m_desktop;
   ++m_takings;
   setTaken(true);
@@ -288,7 +289,7 @@ void PanelHost::check(const ExpectedItem& item) {
   if (m_hangs != m_bus.hangs()) {
     return; // whose panel it is may have stayed unanswered
   }
-  m_findings.require(!std::exchange(m_mustTell, false) || m_newIcons > 0,
+  m_findings.require(!m_hasToTell || m_hasTold,
                      "the item tells that it looks different to another kind of host");
   const bool isLabelled = m_desktop->presentation == ItemPresentation::label;
   same(isLabelled ? "XAyatanaLabel" : "IconAccessibleDesc", item.label);

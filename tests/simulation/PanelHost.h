@@ -20,8 +20,9 @@ struct ExpectedItem {
   bool isTestingSpeed = false;
 };
 
-/// A desktop's watcher and host: takes the program's item, keeps of it what it was told, reads again
-/// what a signal says is new, and opens its menu. What it shows must be what there is to show.
+/// A desktop's watcher and host: takes the program's item, keeps of it what it was told, reads
+/// again what a signal says is new, and opens its menu. What it shows must be what there is to
+/// show.
 class PanelHost {
 public:
   PanelHost(SimulatedBus& bus, EventLoop& world, Dice& dice, Findings& findings);
@@ -32,6 +33,8 @@ public:
   void end();
   /// Refuses so many registrations, and answers them later.
   void setManner(int refusals, Seconds answersAfter);
+  /// The program ends: what it does not answer any more is no fault.
+  void release() { lose(); }
   /// Announces a host, as watchers do, though the item is taken already.
   void announceHost();
 
@@ -90,9 +93,10 @@ private:
   int m_pictures = 0;
   std::map<std::int32_t, std::string> m_menu;
   const Desktop* m_adaptedTo = nullptr; // by this life of the program
-  bool m_mustTell = false;              // that it looks different now
-  int m_hangs = 0;                      // of the bus, when the panel came
-  int m_newIcons = 0;                   // heard since the owner changed
+  bool m_hasToTell = false;             // that it looks different now
+  bool m_hasTold = false;
+  int m_hangs = 0;    // of the bus, when the panel came
+  int m_newIcons = 0; // heard since an item was taken last
   int m_owner = 10;
   int m_takings = 0;
   int m_menus = 0;

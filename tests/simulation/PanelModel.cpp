@@ -55,8 +55,8 @@ std::string PanelModel::textOf(const SamplerState& sampler, const MonitorState& 
 ExpectedItem PanelModel::item(const SamplerState& sampler, const MonitorState& monitor,
                               bool isTestingSpeed) const {
   constexpr std::array<const char*, 4> names = {"Excellent", "Good", "Degraded", "Down"};
-  const auto status = statusOf(monitor.isConnected.get(), sampler.packetLossPercent.get(),
-                               sampler.latencyMs.get());
+  const auto status =
+      statusOf(monitor.isConnected.get(), sampler.packetLossPercent.get(), sampler.latencyMs.get());
   std::string latency = "Latency —";
   if (const double value = sampler.latencyMs.get(); value > 0.0) {
     std::array<char, 400> text{};

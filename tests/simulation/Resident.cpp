@@ -21,15 +21,19 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
     : children(machine.onTerminate), http(std::string(helpers) + "publicAddress"),
       bus(machine.loop, machine.busAddress),
       sound(machine.scheduler.background(), std::string(helpers) + "notificationSound"),
-      notices(bus, machine.clock, [this] { sound.play(); }),
-      platform{machine.scheduler,  machine.clock, machine.counters, machine.configuration,
-               machine.addresses, machine.paths, http,             children},
+      notices(bus, machine.clock, [this] { sound.play(); }), platform{machine.scheduler,
+                                                                      machine.clock,
+                                                                      machine.counters,
+                                                                      machine.configuration,
+                                                                      machine.addresses,
+                                                                      machine.paths,
+                                                                      http,
+                                                                      children},
       ownDelegate(std::make_unique<AppDelegate>(
           platform, AppEnvironment{machine.settings, machine.preferences, machine.center,
                                    machine.notifications})),
-      delegate(*ownDelegate),
-      windows(std::make_unique<WindowsProcess>(machine.loop,
-                                               std::string(helpers) + "tidewell-windows")) {
+      delegate(*ownDelegate), windows(std::make_unique<WindowsProcess>(
+                                  machine.loop, std::string(helpers) + "tidewell-windows")) {
   const auto runSpeedTest = [this, askedForSpeedTest = std::move(askedForSpeedTest)] {
     askedForSpeedTest();
     delegate.speedTest().run();
@@ -38,9 +42,9 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
     asked(request);
     windows->ask(request);
   };
-  const ResidentSources sources{delegate.bandwidthSampler(), delegate.networkMonitor(),
-                                delegate.processTracker(),   delegate.speedTest(),
-                                machine.settings,            machine.preferences};
+  const ResidentSources sources{
+      delegate.bandwidthSampler(), delegate.networkMonitor(), delegate.processTracker(),
+      delegate.speedTest(),        machine.settings,          machine.preferences};
   shell = std::make_unique<ResidentShell>(machine.loop, bus, sources,
                                           ResidentShell::Actions{quit, quit, runSpeedTest, ask});
 }

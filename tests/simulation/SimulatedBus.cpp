@@ -44,7 +44,8 @@ std::string nextText(sd_bus_message& message) {
 }
 
 SimulatedBus::SimulatedBus(const VirtualScheduler& scheduler, EventLoop& world, Findings& findings)
-    : m_scheduler(scheduler), m_world(world), m_findings(findings), m_address("unix:abstract=" + newName()),
+    : m_scheduler(scheduler), m_world(world), m_findings(findings),
+      m_address("unix:abstract=" + newName()),
       m_beforeSleep(world.beforeSleep([this] { flush(); })) {
   comeUp();
 }
@@ -194,7 +195,8 @@ void SimulatedBus::answerDuty(sd_bus_message& call, const std::string& member) {
   } else if (member == "GetConnectionUnixProcessID") {
     sd_bus_reply_method_return(&call, "u", static_cast<std::uint32_t>(::getpid()));
   } else {
-    m_findings.require(member == "AddMatch" || member == "RemoveMatch", "a call of the bus", member);
+    m_findings.require(member == "AddMatch" || member == "RemoveMatch", "a call of the bus",
+                       member);
     sd_bus_reply_method_return(&call, "");
   }
 }

@@ -49,6 +49,10 @@ const std::array<Answer, 14> oddAnswers = {{
     {"time=3.5 ms\ntime=900.0 ms\n", 3.5},
 }};
 
+// Little for a text, much for what is made of its lines. Made beforehand: memory is scarce here
+// too.
+const std::string manyLines = ",bytes_in,bytes_out,\ncurl.1,5,5,\n" + std::string(5000, '\n');
+
 std::string decimal(double value) {
   std::array<char, 40> text{};
   std::snprintf(text.data(), text.size(), "%.3f", value);
@@ -163,8 +167,10 @@ bool SimulatedTools::listProcesses(const VirtualProcesses::Pointer& process) {
     conduct.output = ",bytes_in,bytes_out,\ncurl.1,5,5,\nmail.2,9,0,\n";
     isEmpty = !isKept(conduct);
   } else if (m_dice.chance(conditions.garbage)) {
-    conduct.output = m_dice.oneOf<std::string>({"", std::string(5000, '\n'), "header only",
-                                                ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
+    conduct.output = m_dice.oneOf<std::string>(
+        {"", std::string(5000, '\n'), "header only", ",bytes_in,bytes_out,\n\xC0\xAFx.1,5,5,\n"});
+  } else if (CountedMemory::isScarce() && m_dice.chance(0.05)) {
+    conduct.output = manyLines;
   } else {
     conduct.output = processTable(isEmpty);
   }

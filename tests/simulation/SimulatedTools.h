@@ -31,8 +31,7 @@ class SimulatedTools {
 public:
   SimulatedTools(WorkQueue& world, Dice& dice, Findings& findings, SamplingModel& sampling,
                  ToolModel& model)
-      : m_world(world), m_dice(dice), m_findings(findings),
-        m_sampling(sampling), m_model(model) {}
+      : m_world(world), m_dice(dice), m_findings(findings), m_sampling(sampling), m_model(model) {}
 
   /// Plays a program of this name; false when it cannot be started.
   [[nodiscard]] bool play(const std::string& name, const VirtualProcesses::Pointer& process);

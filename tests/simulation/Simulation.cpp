@@ -54,20 +54,19 @@ void Simulation::make() {
   m_isLaunched = false;
   m_isAskedToEnd = false;
   m_madeAt = machine.scheduler.now();
-  const Surroundings surroundings{
-      loop,
-      machine.scheduler,
-      machine.clock,
-      traffic,
-      machine.configuration,
-      machine.addresses,
-      machine.paths,
-      settings,
-      store,
-      m_center,
-      m_notifications,
-      bus.address(),
-      [this](ChildProcess::Id child) { toolModel.terminates(child); }};
+  const Surroundings surroundings{loop,
+                                  machine.scheduler,
+                                  machine.clock,
+                                  traffic,
+                                  machine.configuration,
+                                  machine.addresses,
+                                  machine.paths,
+                                  settings,
+                                  store,
+                                  m_center,
+                                  m_notifications,
+                                  bus.address(),
+                                  [this](ChildProcess::Id child) { toolModel.terminates(child); }};
   m_resident = std::make_unique<Resident>(
       surroundings, [this] { m_isAskedToEnd = true; },
       [this](const WindowRequest& request) { windows.asked(request); },
@@ -161,6 +160,8 @@ void Simulation::destroy() {
   toolModel.release();
   windows.release();
   noticeServer.forget();
+  host.release();
+  reader.release();
   // The threads end with what they do, then everything else goes.
   m_resident->retire();
   machine.scheduler.endBackground();

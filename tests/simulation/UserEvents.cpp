@@ -71,15 +71,17 @@ void Scenario::changeSettingElsewhere() {
                                         std::int64_t{7}, 0.0, -0.0, -1.0, 3.3, 1e300, nan, infinity,
                                         -infinity, std::string("often")}));
   later(m_dice.magnitude(0.5, 7200.0), [this] { changeSetting(); });
-  later(m_dice.magnitude(0.5, 7200.0),
-        [this] { m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0})); });
+  later(m_dice.magnitude(0.5, 7200.0), [this] {
+    m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0}));
+  });
 }
 
 /// Intervals as short as they come, for a while.
 void Scenario::hurry() {
   m_world.prefer("refreshInterval", m_dice.oneOf({0.5, 0.1, 0.003, 1e-3, 1e-9, 5e-324}));
-  later(m_dice.between(0.1, 4.0),
-        [this] { m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0})); });
+  later(m_dice.between(0.1, 4.0), [this] {
+    m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0}));
+  });
 }
 
 void Scenario::askForSpeedTest() {

@@ -63,8 +63,7 @@ bool EventLoop::turn() {
   }
   m_beforeSleep.notify();
   std::array<epoll_event, 16> events{};
-  const int count =
-      ::epoll_wait(m_epoll.get(), events.data(), static_cast<int>(events.size()), 0);
+  const int count = ::epoll_wait(m_epoll.get(), events.data(), static_cast<int>(events.size()), 0);
   for (const epoll_event& event : std::span(events).first(std::max(count, 0))) {
     const std::uint64_t key = event.data.u64;
     if (const auto found = m_handlers.find(key); found != m_handlers.end()) {

@@ -8,8 +8,8 @@
 #include <map>
 #include <utility>
 
-#include <sys/wait.h>
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using tidewell::test::VirtualProcesses;

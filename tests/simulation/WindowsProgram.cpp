@@ -85,8 +85,8 @@ void WindowsProgram::read() {
   }
   const std::string message(piece.data(), static_cast<std::size_t>(size));
   const auto request = parseWindowRequest(message);
-  m_findings.require(request && (m_known.contains(message) || m_hasLied ||
-                                 request->kind == Kind::quit),
+  m_findings.require(request &&
+                         (m_known.contains(message) || m_hasLied || request->kind == Kind::quit),
                      "a request that nobody made", message);
   if (m_missing == message) {
     m_missing.reset();

@@ -143,9 +143,7 @@ void VirtualScheduler::advance(Seconds span) {
   switchTo(idleDriver(), *m_test);
 }
 
-void VirtualScheduler::block(Seconds span) {
-  blockUntil({}, span);
-}
+void VirtualScheduler::block(Seconds span) { blockUntil({}, span); }
 
 void VirtualScheduler::blockUntil(const std::function<bool()>& condition, Seconds span) {
   if (!m_current) {
