@@ -29,8 +29,8 @@ std::uint32_t epollEvents(int pollEvents) {
   return events;
 }
 
-/// Seconds from now until the library's clock, which counts whole microseconds, is past a point. Not
-/// less by any fraction: the library would find nothing due and ask for the same point again.
+/// Seconds from now until the library's clock, which counts whole microseconds, is past a point.
+/// Not less by any fraction: the library would find nothing due and ask for the same point again.
 Seconds secondsUntil(std::uint64_t point) {
   const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
   const std::chrono::microseconds past(point + 1);

@@ -66,9 +66,8 @@ std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
     return std::nullopt;
   }
   pid_t pid = -1;
-  const bool hasMemory = ifMemoryAllows([&] {
-    pid = spawn(executable, arguments, output->writeEnd.get(), errors->writeEnd.get());
-  });
+  const bool hasMemory = ifMemoryAllows(
+      [&] { pid = spawn(executable, arguments, output->writeEnd.get(), errors->writeEnd.get()); });
   if (!hasMemory || pid < 0) {
     return std::nullopt;
   }

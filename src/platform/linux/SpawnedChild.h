@@ -14,8 +14,8 @@ namespace tidewell {
 /// One child process with its two pipes. Used by one thread.
 class SpawnedChild {
 public:
-  /// Starts a program; none when it cannot be started, for want of memory too. Its standard input is empty, its locale is
-  /// "C", and it inherits no other descriptor and no blocked signal.
+  /// Starts a program; none when it cannot be started, for want of memory too. Its standard input
+  /// is empty, its locale is "C", and it inherits no other descriptor and no blocked signal.
   [[nodiscard]] static std::optional<SpawnedChild> start(const std::string& executable,
                                                          const std::vector<std::string>& arguments);
 
