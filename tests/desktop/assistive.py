@@ -22,6 +22,9 @@ warnings.simplefilter("ignore", DeprecationWarning)
 
 APPLICATION = "Tidewell"
 
+# What newer versions of the library call otherwise.
+OLD_ROLE_NAMES = {"button": "push button"}
+
 
 def elements(top, window=""):
     """An element and all below it, as far as they show, each with its window's title."""
@@ -58,13 +61,18 @@ def title(element):
     return " ".join(labels(element)) or element.get_name()
 
 
+def role(element):
+    name = element.get_role_name()
+    return OLD_ROLE_NAMES.get(name, name)
+
+
 def description(element, window):
     action = element.get_action_iface()
     box = element.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
     states = element.get_state_set()
     return {
         "window": window,
-        "role": element.get_role_name(),
+        "role": role(element),
         "title": title(element),
         "name": element.get_name(),
         "description": element.get_description(),
@@ -76,9 +84,9 @@ def description(element, window):
     }
 
 
-def press(role, name):
+def press(wanted, name):
     for element, _ in windows():
-        if element.get_role_name() == role and title(element) == name:
+        if role(element) == wanted and title(element) == name:
             return element.get_action_iface().do_action(0)
     return False
 

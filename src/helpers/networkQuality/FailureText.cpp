@@ -19,8 +19,6 @@ std::string textOf(CURLcode code) {
   case CURLE_RECV_ERROR:
   case CURLE_SEND_ERROR:
     return "the server breaks the connection off";
-  case CURLE_WRITE_ERROR:
-    return "the server's reply is too long";
   case CURLE_URL_MALFORMAT:
     return "no authorities are known that a server could be checked against";
   default:
@@ -40,6 +38,9 @@ std::optional<std::string> failureText(const TransferOutcome& outcome) {
   }
   if (kind > 3) {
     return "the server refuses with status " + std::to_string(outcome.status);
+  }
+  if (outcome.isTooLong) {
+    return "the server's reply is too long";
   }
   return outcome.code == CURLE_OK ? std::nullopt : std::optional(textOf(outcome.code));
 }

@@ -1,5 +1,6 @@
 #include "helpers/networkQuality/ForeignProber.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
@@ -11,6 +12,11 @@ constexpr std::size_t mostProbes = 32;
 constexpr std::size_t longestBody = 4096;
 // Four round trips through the fullest of queues; a lost packet more, and it is out of the mean.
 constexpr Seconds limit = 10.0;
+
+void add(const TcpCounts& counts, TcpCounts& sum) {
+  sum.received += counts.received;
+  sum.acknowledged += counts.acknowledged;
+}
 
 } // namespace
 
@@ -29,7 +35,9 @@ void ForeignProber::probe() {
   if (m_probes.size() >= mostProbes) {
     return;
   }
-  m_probes.push_back(std::make_unique<Probe>(m_route, m_address));
+  forgetClosed();
+  m_tallies.push_back(std::make_unique<TcpTally>());
+  m_probes.push_back(std::make_unique<Probe>(m_route, m_address, *m_tallies.back()));
   Probe& probe = *m_probes.back();
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FRESH_CONNECT, 1L);
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FORBID_REUSE, 1L);
@@ -40,19 +48,30 @@ void ForeignProber::probe() {
 }
 
 TcpCounts ForeignProber::counts() const {
-  TcpCounts sum = m_ended;
-  for (const auto& probe : m_probes) {
-    const TcpCounts counts = probe->tally.counts();
-    sum.received += counts.received;
-    sum.acknowledged += counts.acknowledged;
+  TcpCounts sum = m_closed;
+  for (const auto& tally : m_tallies) {
+    add(tally->counts(), sum);
   }
   return sum;
 }
 
+void ForeignProber::forgetClosed() {
+  const auto isDone = [this](const auto& tally) {
+    return tally->socket() < 0 &&
+           std::none_of(m_probes.begin(), m_probes.end(),
+                        [&](const auto& probe) { return &probe->tally == tally.get(); });
+  };
+  std::erase_if(m_tallies, [&](const auto& tally) {
+    const bool isOver = isDone(tally);
+    if (isOver) {
+      add(tally->counts(), m_closed);
+    }
+    return isOver;
+  });
+}
+
 void ForeignProber::ended(Probe* probe) {
   const TcpCounts counts = probe->tally.counts();
-  m_ended.received += counts.received;
-  m_ended.acknowledged += counts.acknowledged;
   const Transfer& transfer = probe->transfer;
   if (!transfer.failure() && transfer.handshakeRoundTrips() > 0) {
     const Seconds connected = transfer.time(CURLINFO_CONNECT_TIME_T);

@@ -30,19 +30,23 @@ public:
 
 private:
   struct Probe {
-    Probe(const Route& route, const std::string& address) : transfer(route, address) {
+    Probe(const Route& route, const std::string& address, TcpTally& connectionTally)
+        : tally(connectionTally), transfer(route, address) {
       tally.count(transfer.handle());
     }
-    TcpTally tally;
+    TcpTally& tally;
     Transfer transfer;
   };
 
   void ended(Probe* probe);
+  void forgetClosed();
 
   const Route& m_route;
   std::string m_address;
   std::function<void(const ForeignProbe&, double bytes)> m_onProbe;
-  TcpCounts m_ended;
+  TcpCounts m_closed; // without those in m_tallies
+  // One per connection. The pool may take leave of a server long after a probe's end.
+  std::vector<std::unique_ptr<TcpTally>> m_tallies;
   std::vector<std::unique_ptr<Probe>> m_probes;
   TransferPool m_pool; // goes first: it closes the connections that probes count
 };

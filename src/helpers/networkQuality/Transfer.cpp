@@ -59,7 +59,8 @@ void Transfer::setLimit(Seconds limit) const {
 
 std::optional<std::string> Transfer::failure() const {
   const long version = number(CURLINFO_HTTP_VERSION);
-  return failureText({m_code, status(), m_allowsHttp1 || version == CURL_HTTP_VERSION_2_0});
+  return failureText(
+      {m_code, status(), m_allowsHttp1 || version == CURL_HTTP_VERSION_2_0, m_isTooLong});
 }
 
 long Transfer::number(CURLINFO what) const {
@@ -88,6 +89,7 @@ std::size_t Transfer::onBody(const char* data, std::size_t /*one*/, std::size_t 
     return size;
   }
   if (size > *transfer.m_bodyLimit - transfer.m_body.size()) {
+    transfer.m_isTooLong = true;
     return 0; // ends the transfer
   }
   transfer.m_body.append(data, size);
@@ -101,8 +103,9 @@ std::size_t Transfer::onHeader(const char* /*data*/, std::size_t /*one*/, std::s
     transfer.noteHandshake();
   }
   transfer.m_headerBytes += size;
+  transfer.m_isTooLong = transfer.m_headerBytes > mostHeaderBytes;
   // What is of no use need not be received.
-  return transfer.m_headerBytes > mostHeaderBytes || transfer.failure() ? 0 : size;
+  return transfer.failure() ? 0 : size;
 }
 
 void Transfer::noteHandshake() {
@@ -118,6 +121,7 @@ void Transfer::noteHandshake() {
 void Transfer::begin() {
   m_headerBytes = 0;
   m_body.clear();
+  m_isTooLong = false;
   m_code = CURLE_OK;
 }
 

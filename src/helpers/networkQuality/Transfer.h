@@ -82,6 +82,7 @@ private:
   std::string m_body;
   bool m_allowsHttp1 = false;
   std::size_t m_headerBytes = 0;
+  bool m_isTooLong = false;
   int m_handshakeRoundTrips = 0;
   CURLcode m_code = CURLE_OK;
 };
