@@ -17,6 +17,9 @@ LINE_HEIGHT, LINE_GAP = 5, 6
 # How much text stands out from the menu, of 255, and how far it is from the menu's sides.
 CONTRAST, SIDE = 40, 24
 
+# More than the pointer, the end of which reaches below the bar.
+LEAST_MENU = 100
+
 DOUBLE_CLICK = 0.15
 
 
@@ -25,7 +28,12 @@ class Gnome(PanelCases, DesktopCase):
 
     def open_menu(self):
         self.display.click(*self.item.centre)
-        return self.steady(lambda: self.changes(self.room), "menu")
+        return self.steady(self.menu, "menu")
+
+    def menu(self):
+        """Where the menu is, which newer shells show a moment after the click; None before it."""
+        box = self.changes(self.room)
+        return box if box and box.width > LEAST_MENU else None
 
     def lines(self, menu):
         """Top and bottom of each line of text in the menu."""

@@ -32,6 +32,8 @@ MODES = {
 
 BLOCK = bytes(16_384)
 MEGABYTE = 1_000_000
+# What a client takes without being asked, HTTP/2's first window, is hardly more.
+HUGE_SMALL = 65_000
 
 
 class Connection:
@@ -82,7 +84,7 @@ class Connection:
         elif method == "POST":
             self.posts.add(stream)
         elif path == "/small":
-            self.reply(stream, "200", b"x" * (MEGABYTE if self.mode == "hugeSmall" else 10))
+            self.reply(stream, "200", b"x" * (HUGE_SMALL if self.mode == "hugeSmall" else 10))
         elif self.mode == "tiny":
             self.reply(stream, "200", b"large")
         else:
