@@ -17,6 +17,7 @@ LINE_HEIGHT, LINE_GAP = 5, 6
 # How much text stands out from the menu, of 255, and how far it is from the menu's sides.
 CONTRAST, SIDE = 40, 24
 
+LEAST_LABEL = 60
 # More than the pointer, the end of which reaches below the bar.
 LEAST_MENU = 100
 
@@ -25,6 +26,18 @@ DOUBLE_CLICK = 0.15
 
 class Gnome(PanelCases, DesktopCase):
     DESKTOP = gnome
+
+    def start_resident(self):
+        # Newer shells keep the item of one that has died for a moment, and move the next then.
+        wait_until(lambda: not self.changes(self.items), 10, "end of the last item")
+        resident = super().start_resident()
+        self.item = self.steady(self.labelled, "label beside the icon")
+        return resident
+
+    def labelled(self):
+        """Where the item is; None while newer shells show its icon alone."""
+        box = self.changes(self.items)
+        return box if box and box.width > LEAST_LABEL else None
 
     def open_menu(self):
         self.display.click(*self.item.centre)
