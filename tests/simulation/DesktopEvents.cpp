@@ -106,9 +106,12 @@ void Scenario::useBus() {
                                                          "RunSpeedTest"}));
 }
 
+bool Scenario::isMemorySettled() const {
+  return m_world.processes.count() <= (m_world.windows.isRunning() ? 1U : 0U);
+}
+
 void Scenario::changeMemory() {
-  if (m_world.processes.count() >
-      (m_world.windows.isRunning() ? 1U : 0U)) { // what such a run amounts to is settled
+  if (!isMemorySettled()) {
     return later(0.1, [this] { changeMemory(); });
   }
   if (CountedMemory::isScarce()) {

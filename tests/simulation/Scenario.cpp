@@ -73,7 +73,6 @@ void Scenario::calmDown() {
   m_later.clear();
   m_world.tools.conditions = {};
   m_world.calmDesktop();
-  CountedMemory::makePlenty();
   if (!m_world.isMade()) {
     m_world.make();
   }
@@ -85,9 +84,14 @@ void Scenario::calmDown() {
   m_world.advance(1.0);
   m_world.prefer("refreshInterval", 2.0);
   m_world.prefer("trackPerProcess", false);
+  while (!isMemorySettled()) {
+    m_world.advance(0.1);
+  }
+  CountedMemory::makePlenty();
   for (int step = 0; step < 30; ++step) {
     m_world.advance(100.0);
   }
+  m_world.forgetDesktop();
 }
 
 void Scenario::happen() {

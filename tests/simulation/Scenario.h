@@ -65,6 +65,8 @@ private:
   void useItem();
   void useBus();
   void changeMemory();
+  /// Whether no tool runs: what a run amounts to was settled when it began.
+  [[nodiscard]] bool isMemorySettled() const;
 
   [[nodiscard]] PathReport path(bool isSatisfied);
 

@@ -237,11 +237,13 @@ void Simulation::calmDesktop() {
   host.start();
   noticeServer.setManner(NoticeServer::Manner::answers);
   noticeServer.start();
-  // What the models remember is no growth of the program.
+  windows.crashes = windows.hangs = windows.lies = windows.cannotStart = 0.0;
+}
+
+void Simulation::forgetDesktop() {
   noticeServer.forget();
   windows.forget();
   machine.scheduler.forgetLabels();
-  windows.crashes = windows.hangs = windows.lies = windows.cannotStart = 0.0;
 }
 
 void Simulation::prefer(const std::string& key, const DefaultsValue& value) {

@@ -62,6 +62,8 @@ public:
 
   /// Bus, panel, notification server and windows do what they should.
   void calmDesktop();
+  /// What the models remember is no growth of the program. For when nothing is under way any more.
+  void forgetDesktop();
 
   /// Lets virtual time pass, then checks that nothing is missing.
   void advance(Seconds span);
