@@ -22,6 +22,10 @@ class Hardening(unittest.TestCase):
         for program in PROGRAMS:
             self.assertRegex(told_of(program, "--file-header"), r"Type:\s+DYN", program)
 
+    def test_the_toolkit_finds_its_own_variables(self):
+        for program in PROGRAMS:
+            self.assertNotRegex(told_of(program, "--relocs"), r"_COPY\b.*\b_ZN\d+Q", program)
+
     def test_tables_of_functions_cannot_be_written(self):
         for program in PROGRAMS:
             self.assertIn("GNU_RELRO", told_of(program, "--program-headers"), program)
