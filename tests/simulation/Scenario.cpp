@@ -89,7 +89,6 @@ void Scenario::calmDown() {
   for (int step = 0; step < 30; ++step) {
     m_world.advance(100.0);
   }
-  awaitTools(); // what a run holds is no growth
   m_world.forgetDesktop();
 }
 
