@@ -106,12 +106,12 @@ void Scenario::useBus() {
                                                          "RunSpeedTest"}));
 }
 
-bool Scenario::isMemorySettled() const {
-  return m_world.processes.count() <= (m_world.windows.isRunning() ? 1U : 0U);
+bool Scenario::isToolRunning() const {
+  return m_world.processes.count() > (m_world.windows.isRunning() ? 1U : 0U);
 }
 
 void Scenario::changeMemory() {
-  if (!isMemorySettled()) {
+  if (isToolRunning()) { // what its run amounts to is settled
     return later(0.1, [this] { changeMemory(); });
   }
   if (CountedMemory::isScarce()) {

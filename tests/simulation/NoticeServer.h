@@ -40,6 +40,7 @@ private:
   struct Awaited {
     NotificationRequest request;
     bool mustArrive;
+    Ticks askedAt;
   };
 
   /// The number that the program knows a notice by, or the one before.
@@ -54,6 +55,10 @@ private:
   void answerCapabilities(sd_bus_message& call);
   /// Something stood, or stands, in the way.
   void disturb();
+  /// From now on it is another server, or none.
+  void replaceServer();
+  /// Whether the program may take this for the number of the last notice of the kind.
+  [[nodiscard]] bool mayReplace(const Awaited& asked, std::uint32_t id);
 
   SimulatedBus& m_bus;
   const Clock& m_clock;
@@ -64,6 +69,8 @@ private:
   std::deque<Awaited> m_awaited; // of each kind one that is under way and one that waits for it
   std::map<std::string, double> m_lastAsked; // wall clock
   std::map<std::string, Known> m_ids;
+  std::map<std::string, Known> m_formerIds; // of servers before, on the same connection
+  Ticks m_replacedAt = Ticks::zero();
   std::uint32_t m_lastId = 100;
   int m_owner = 0;
   int m_received = 0;

@@ -84,14 +84,18 @@ void Scenario::calmDown() {
   m_world.advance(1.0);
   m_world.prefer("refreshInterval", 2.0);
   m_world.prefer("trackPerProcess", false);
-  while (!isMemorySettled()) {
-    m_world.advance(0.1);
-  }
+  awaitTools();
   CountedMemory::makePlenty();
   for (int step = 0; step < 30; ++step) {
     m_world.advance(100.0);
   }
   m_world.forgetDesktop();
+}
+
+void Scenario::awaitTools() {
+  while (isToolRunning()) {
+    m_world.advance(0.1);
+  }
 }
 
 void Scenario::happen() {

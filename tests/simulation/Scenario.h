@@ -65,8 +65,8 @@ private:
   void useItem();
   void useBus();
   void changeMemory();
-  /// Whether no tool runs: what a run amounts to was settled when it began.
-  [[nodiscard]] bool isMemorySettled() const;
+  [[nodiscard]] bool isToolRunning() const;
+  void awaitTools();
 
   [[nodiscard]] PathReport path(bool isSatisfied);
 
