@@ -44,19 +44,24 @@ Wayland lookForWayland() {
   return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
 }
 
+/// Null where there is no display.
 const char* platformFor(Wayland wayland) {
   const bool hasX = qEnvironmentVariableIsSet("DISPLAY");
   if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
     return "wayland";
   }
-  return "xcb";
+  return hasX ? "xcb" : nullptr;
 }
 
 } // namespace
 
-void chooseDisplay() {
+bool chooseDisplay() {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    qputenv("QT_QPA_PLATFORM", platformFor(lookForWayland()));
+    const char* const platform = platformFor(lookForWayland());
+    if (platform == nullptr) {
+      return false;
+    }
+    qputenv("QT_QPA_PLATFORM", platform);
   }
   // Everything is painted into memory: without these the platform plugins load a whole GL stack.
   setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
@@ -68,6 +73,7 @@ void chooseDisplay() {
   setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
   // Lets the panel have a surface of no role, which the layer shell then gives its own.
   qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+  return true;
 }
 
 } // namespace tidewell

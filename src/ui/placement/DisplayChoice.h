@@ -6,7 +6,8 @@ namespace tidewell {
 /// loads nothing that the windows do not need. To be called before the application object exists.
 ///
 /// A compositor with a layer shell is spoken to natively; without one, the panel could not be
-/// placed, so the X server is taken if there is any. What the user has set stays.
-void chooseDisplay();
+/// placed, so the X server is taken if there is any. What the user has set stays. False where there
+/// is no display at all, of which the toolkit would make an abort.
+[[nodiscard]] bool chooseDisplay();
 
 } // namespace tidewell

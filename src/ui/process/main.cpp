@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QDBusConnection>
 
+#include <cstdio>
+
 namespace {
 
 /// What somebody asks who starts this program by hand: the window of the first word, else the
@@ -19,7 +21,10 @@ tidewell::WindowRequest requestOf(const QStringList& arguments) {
 
 int main(int argumentCount, char** arguments) {
   tidewell::forbidNewPrivileges();
-  tidewell::chooseDisplay();
+  if (!tidewell::chooseDisplay()) {
+    std::fputs("tidewell-windows: there is no display\n", stderr);
+    return 1;
+  }
   QApplication::setQuitOnLastWindowClosed(false);
   // Under X11 the windows' class, and what assistive technology calls the program.
   QApplication::setApplicationName(QStringLiteral("Tidewell"));
