@@ -10,7 +10,7 @@ HEAD = """# The speed test, measured
 Made by `bench/speedtest/measure`: each link in a world of network namespaces, shaped by a token
 bucket, TCP cubic, three runs of the helper (release build) against `nghttpd`, then `iperf3` with as
 many flows in either direction. On one machine of two cores that also runs the server, and, for the
-added delay, a relay in user space: at a gigabit the relay is what is measured there.
+added delay, a relay in user space.
 
 """
 
