@@ -45,6 +45,9 @@ public:
   /// To be called when everything that is due has run.
   void checkNothingIsMissing();
 
+  /// Timers that a second start left running, and those of children to be terminated.
+  [[nodiscard]] std::size_t leftTimers() const { return m_left.size() + m_watched.size(); }
+
   [[nodiscard]] int lists() const { return m_lists; }
   [[nodiscard]] int tests() const { return m_tests; }
 
@@ -59,7 +62,7 @@ private:
   bool m_attaching = false;
 
   std::optional<TimerGrid> m_tracking;
-  std::vector<TimerGrid> m_left; // timers that a second start left running
+  std::vector<TimerGrid> m_left;
   Ticks m_freeAt = Ticks::zero();
   std::deque<bool> m_expectedLists; // for each run of the tool: whether the list is empty
   std::deque<std::pair<ChildProcess::Id, Ticks>> m_watched;
