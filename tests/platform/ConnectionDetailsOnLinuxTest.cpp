@@ -83,13 +83,21 @@ TEST_F(ConnectionDetailsOnLinux, FallBackWithoutALink) {
                             std::nullopt}));
 }
 
+/// The kernel tells of a lost carrier up to a second later, if much happens.
+bool awaitLoss(const std::string& device) {
+  return shell("timeout 5 sh -c 'until ip link show " + device +
+               " | grep -q LOWERLAYERDOWN; do sleep 0.01; done'");
+}
+
 TEST_F(ConnectionDetailsOnLinux, PreferTheLinkThatWorksToTheOneThatDoesNot) {
   connect();
   EXPECT_TRUE(shell("ip link add wan1 type veth peer name far1 && ip link set far1 up && "
                     "ip link set wan1 up && ip -6 addr add 2001:db8::1/64 dev wan1 nodad && "
                     "ip -6 route add default via 2001:db8::ff && ip link set far0 down"));
+  EXPECT_TRUE(awaitLoss("wan0"));
   EXPECT_EQ(configuration.primaryInterface(), "wan1");
   EXPECT_TRUE(shell("ip link set far1 down"));
+  EXPECT_TRUE(awaitLoss("wan1"));
   EXPECT_EQ(configuration.primaryInterface(), "wan0");
 }
 

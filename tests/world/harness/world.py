@@ -19,6 +19,21 @@ DISCARD = "9"
 # between two texts, "1000K" and "1.0M", and each reading might fall to either side.
 EIGHT_MEGABITS = 1_000_000 * 1000 // 986
 
+# SECONDS TIMES: prints a rate for each span.
+_RATES = """
+import sys, time
+file = open("/sys/class/net/eth0/statistics/rx_bytes")
+def look():
+    file.seek(0)
+    return int(file.read()), time.monotonic()
+before, begin = look()
+for _ in range(int(sys.argv[2])):
+    time.sleep(float(sys.argv[1]))
+    after, end = look()
+    print((after - before) / (end - begin))
+    before, begin = after, end
+"""
+
 _numbers = itertools.count()
 
 
@@ -71,6 +86,12 @@ class World:
         text = self.run(where, "cat", f"{folder}/rx_bytes", f"{folder}/tx_bytes")
         received, sent = text.split()
         return int(received), int(sent)
+
+    def rates(self, seconds, times=1, where="user"):
+        """Bytes a second that eth0 receives, over spans that begin and end as it is read: a process
+        that has to start first would be late on a machine that is busy."""
+        text = self.run(where, "python3", "-c", _RATES, seconds, times)
+        return [float(rate) for rate in text.split()]
 
     def sender(self, where, rate, seconds=600, frame=500, host=None):
         """A constant-rate sender, towards the user from "net" and towards the net from "user"."""
