@@ -90,7 +90,8 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   std::mt19937 random(std::random_device{}());
   std::uniform_real_distribution<double> lifeInWrites(0.0, 4.0);
   std::int64_t last = 1;
-  while (Clock::now() - start < std::chrono::seconds(2)) {
+  constexpr std::int64_t some = 10; // on a machine that is busy they take longer
+  while (last <= some || Clock::now() - start < std::chrono::seconds(2)) {
     const EndlessWriter writer(storage);
     std::this_thread::sleep_for(oneWrite * lifeInWrites(random));
     ASSERT_TRUE(writer.kill());
@@ -98,7 +99,6 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
     ASSERT_GE(number, last);
     last = number;
   }
-  EXPECT_GT(last, 10);
   EXPECT_TRUE(storage.write({{"number", std::int64_t{0}}}, {}));
   EXPECT_EQ(filesNamed(directory.path(), "").size(), 1U);
 }

@@ -89,6 +89,7 @@ void Scenario::calmDown() {
   for (int step = 0; step < 30; ++step) {
     m_world.advance(100.0);
   }
+  awaitTools(); // a run of ping, which is not held against the day
   m_world.forgetDesktop();
 }
 
