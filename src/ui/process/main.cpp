@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 
-#include <cstdio>
+#include <iostream>
 
 namespace {
 
@@ -22,7 +22,7 @@ tidewell::WindowRequest requestOf(const QStringList& arguments) {
 int main(int argumentCount, char** arguments) {
   tidewell::forbidNewPrivileges();
   if (!tidewell::chooseDisplay()) {
-    std::fputs("tidewell-windows: there is no display\n", stderr);
+    std::cerr << "tidewell-windows: there is no display\n";
     return 1;
   }
   QApplication::setQuitOnLastWindowClosed(false);
