@@ -11,12 +11,12 @@ namespace tidewell::test {
 class Simulation;
 
 /// What the program holds in a calm moment, counted again and again: what it holds more of than at
-/// the first few of these moments, it will hold ever more of.
+/// the first of these moments, it will hold ever more of.
 class Census {
 public:
   explicit Census(Findings& findings) : m_findings(findings) {}
 
-  /// Counts, and compares with the first times. The world is as calm as it was then.
+  /// Counts, and compares with the first time. The world is as calm as it was then.
   void take(Simulation& world);
 
   [[nodiscard]] int taken() const { return m_taken; }
@@ -31,7 +31,7 @@ private:
   [[nodiscard]] static std::vector<Count> count(Simulation& world);
 
   Findings& m_findings;
-  std::vector<long> m_usual; // the most that the first times had
+  std::vector<Count> m_first;
   int m_taken = 0;
 };
 

@@ -6,12 +6,14 @@ namespace tidewell::test {
 
 class VirtualScheduler;
 
-/// This process's memory as `new` gives it: every piece counted, and large ones refused to the
-/// program's workers while memory is scarce.
+/// This process's heap: every piece counted, those of the C libraries among them, and large ones of
+/// `new` refused to the program's workers while memory is scarce.
 class CountedMemory {
 public:
-  /// Pieces that are in use now.
+  /// Pieces that are in use now, and the bytes in them. None with a sanitizer, which has a heap of
+  /// its own.
   [[nodiscard]] static long pieces();
+  [[nodiscard]] static long bytes();
 
   /// From now on no task but those of the main queue is given a piece of more than so many bytes.
   static void makeScarce(VirtualScheduler& scheduler, std::size_t largest);

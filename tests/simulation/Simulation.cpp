@@ -27,9 +27,23 @@ constexpr Ticks longestDelay = std::chrono::seconds(95);
 // turns and turns.
 constexpr int mostTurns = 5000;
 
+// More tasks than these never wait at the same moment.
+constexpr int mostThreads = 16;
+
+/// The scheduler keeps a thread for each task that ever waited at the same moment. Made beforehand,
+/// they are not taken for memory of the program.
+void makeThreads(VirtualScheduler& scheduler) {
+  for (int thread = 0; thread < mostThreads; ++thread) {
+    scheduler.background().post([&scheduler] { scheduler.block(1.0); });
+  }
+  scheduler.advance(2.0);
+}
+
 } // namespace
 
-Simulation::Simulation(std::uint64_t seed) : dice(seed), machine(seed) {}
+Simulation::Simulation(std::uint64_t seed) : dice(seed), machine(seed) {
+  makeThreads(machine.scheduler);
+}
 
 Simulation::~Simulation() {
   CountedMemory::makePlenty();

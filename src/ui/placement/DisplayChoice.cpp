@@ -46,7 +46,7 @@ Wayland lookForWayland() {
 
 /// Null where there is no display.
 const char* platformFor(Wayland wayland) {
-  const bool hasX = qEnvironmentVariableIsSet("DISPLAY");
+  const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
   if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
     return "wayland";
   }
