@@ -1,5 +1,6 @@
 #include "helpers/networkQuality/Goodput.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -40,6 +41,11 @@ double Goodput::capacity() const {
 
 double Goodput::windowBytes() const {
   return static_cast<double>(m_points.back().bytes - m_points[windowIndex()].bytes);
+}
+
+Seconds Goodput::loadedSince(std::size_t intervals) const {
+  const std::size_t begin = isSaturated() ? m_averages.steadySince() - averageDistance : 0;
+  return m_points[std::max(begin, lastIndex(intervals))].time;
 }
 
 bool Goodput::isStalled() const {

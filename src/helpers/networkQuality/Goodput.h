@@ -30,7 +30,8 @@ public:
   /// Bytes per second in the last four intervals, or in as many as there are; 0 before the first.
   [[nodiscard]] double current() const;
 
-  /// Bytes per second since `windowBegin`: what the line is capable of. 0 before the first
+  /// Bytes per second since the averages began that were found steady; of a line that is not
+  /// saturated, in the last four intervals: what the line is capable of. 0 before the first
   /// interval has ended.
   ///
   /// While a lost packet is awaited, what comes after it is not counted yet, up to a whole queue.
@@ -40,9 +41,8 @@ public:
   /// The bytes that the capacity was taken from.
   [[nodiscard]] double windowBytes() const;
 
-  /// When the averages began that were found steady; of a line that is not saturated the beginning
-  /// of the last four intervals.
-  [[nodiscard]] Seconds windowBegin() const { return m_points[windowIndex()].time; }
+  /// When the last so many intervals began, or later: when the averages did that were found steady.
+  [[nodiscard]] Seconds loadedSince(std::size_t intervals) const;
 
   /// Whether next to nothing was moved in the last four intervals, long after the start.
   [[nodiscard]] bool isStalled() const;

@@ -14,6 +14,9 @@ constexpr double leastPerConnection = 62'500.0; // bytes per second, half a mega
 // A lost packet holds up the count of what follows it, by a queue's worth: one percent of this.
 constexpr double leastWindow = 1.25e6; // bytes
 
+// A deep queue fills long after the rate is steady, and sways within a single average.
+constexpr std::size_t roundTripIntervals = 2 * averageDistance;
+
 } // namespace
 
 LineMeasurement::LineMeasurement(Seconds now, std::uint64_t bytes) : m_goodput(now, bytes) {}
@@ -36,7 +39,8 @@ void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
 }
 
 bool LineMeasurement::isDone() const {
-  return m_goodput.isSaturated() && m_responsiveness.isSteady() &&
+  // A deep queue that fills would else be told half full.
+  return m_goodput.isSaturated() && m_responsiveness.isSteady() && !m_responsiveness.isDrifting() &&
          m_goodput.windowBytes() >= leastWindow;
 }
 
@@ -46,7 +50,7 @@ std::optional<LineResult> LineMeasurement::result() const {
   }
   LineResult result;
   result.bytesPerSecond = m_goodput.capacity();
-  result.roundTrips = m_roundTrips.since(m_goodput.windowBegin());
+  result.roundTrips = m_roundTrips.since(m_goodput.loadedSince(roundTripIntervals));
   result.connections = m_connections;
   if (m_goodput.intervals() >= averageDistance) {
     result.confidence = isDone() ? Confidence::high : Confidence::medium;

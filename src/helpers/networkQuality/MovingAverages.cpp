@@ -2,6 +2,10 @@
 
 #include "helpers/networkQuality/Statistics.h"
 
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
 namespace tidewell {
 
 namespace {
@@ -26,6 +30,13 @@ void MovingAverages::add(std::optional<double> average) {
   } else if (m_steadySince == 0) {
     m_steadySince = m_intervals;
   }
+}
+
+bool MovingAverages::isDrifting() const {
+  const bool isOneWay =
+      std::ranges::is_sorted(m_last) || std::ranges::is_sorted(m_last, std::ranges::greater{});
+  return isOneWay && m_last.size() == averageDistance &&
+         std::abs(m_last.back() - m_last.front()) > tolerance * m_last.back();
 }
 
 } // namespace tidewell

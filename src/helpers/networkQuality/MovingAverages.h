@@ -20,6 +20,10 @@ public:
   /// Whether the last four averages differ by less than five percent in standard deviation.
   [[nodiscard]] bool isSteady() const { return m_steadySince != 0; }
 
+  /// Whether each of the last four averages was higher than the one before, or each lower, and all
+  /// that by more than five percent: steady by their deviation, and yet on their way.
+  [[nodiscard]] bool isDrifting() const;
+
   /// How many intervals had been counted when the averages became steady; 0 while they are not.
   [[nodiscard]] std::size_t steadySince() const { return m_steadySince; }
 

@@ -83,7 +83,8 @@ TEST(Goodput, TakesEverythingSinceTheLineSettledForItsCapacity) {
   line.seconds(7, 100);
   line.seconds(30, megabyte);
   ASSERT_TRUE(line.goodput.isSaturated());
-  EXPECT_EQ(line.goodput.windowBegin(), 1010.0);
+  EXPECT_EQ(line.goodput.loadedSince(100), 1010.0);
+  EXPECT_EQ(line.goodput.loadedSince(8), 1029.0);
   EXPECT_EQ(line.goodput.windowBytes(), 27e6);
   EXPECT_EQ(line.goodput.capacity(), 1e6);
 }
@@ -114,7 +115,8 @@ TEST(Goodput, TakesTheLastFourIntervalsOfALineThatNeverSettles) {
     line.second(second < 8 ? megabyte : second * second * megabyte);
   }
   ASSERT_FALSE(line.goodput.isSaturated());
-  EXPECT_EQ(line.goodput.windowBegin(), 1008.0);
+  EXPECT_EQ(line.goodput.windowBytes(), (8 * 8 + 9 * 9 + 10 * 10 + 11 * 11) * 1e6);
+  EXPECT_EQ(line.goodput.loadedSince(8), 1004.0);
 }
 
 TEST(Goodput, OfALineThatStopsIsStalledAfterFourIntervals) {

@@ -79,6 +79,15 @@ TEST(LineMeasurement, WaitsForTheRoundTripsToSettle) {
   EXPECT_GT(line.ended, 10);
 }
 
+TEST(LineMeasurement, WaitsUntilAQueueHasFilledAndTellsItsRoundTrips) {
+  const Line line{[](int, double) { return 12.5e6; },
+                  [](int second) { return 0.2 + 0.02 * std::min(second, 15); }};
+  const LineMeasurement measured = line.run(40);
+  EXPECT_TRUE(measured.isDone());
+  EXPECT_GE(line.ended, 17) << "the averages grow by 3 to 5 percent a second until then";
+  EXPECT_LT(measured.result()->roundTrips->perMinute(), 60.0 / 0.46);
+}
+
 TEST(LineMeasurement, IsNotDoneWithoutRoundTripsAndTellsNone) {
   const Line line{[](int, double) { return 12.5e6; }, [](int) { return 0.0; }};
   const LineMeasurement measured = line.run(18);

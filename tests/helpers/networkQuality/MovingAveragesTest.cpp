@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+
 namespace tidewell::test {
 namespace {
 
@@ -50,6 +52,22 @@ TEST(MovingAverages, StartAnewAfterAnIntervalWithoutAValue) {
   }
   averages.add(100.0);
   EXPECT_EQ(averages.steadySince(), 9U);
+}
+
+TEST(MovingAverages, DriftWhenEachIsFurtherAndAllOfThemFar) {
+  const auto drifts = [](std::initializer_list<double> averages) {
+    MovingAverages moving;
+    for (const double average : averages) {
+      moving.add(average);
+    }
+    return moving.isDrifting();
+  };
+  EXPECT_TRUE(drifts({106.0, 104.0, 102.0, 100.0}));
+  EXPECT_TRUE(drifts({100.0, 102.0, 104.0, 106.0}));
+  EXPECT_TRUE(drifts({500.0, 106.0, 104.0, 102.0, 100.0})) << "only the last four count";
+  EXPECT_FALSE(drifts({104.0, 103.0, 102.0, 100.0})) << "not far";
+  EXPECT_FALSE(drifts({106.0, 102.0, 104.0, 100.0})) << "to and fro";
+  EXPECT_FALSE(drifts({106.0, 103.0, 100.0})) << "too few";
 }
 
 } // namespace
