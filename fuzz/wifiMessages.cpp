@@ -27,5 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(!name->empty() && name->size() <= 3 * 32);
     tidewell::fuzz::requireShowable(*name);
   }
+  const auto inUse = tidewell::parseNetworkInUse(messages, family.value_or(usualFamily));
+  require(!inUse || (!inUse->empty() && inUse->size() <= 32));
   return 0;
 }

@@ -44,13 +44,10 @@ template <class Header> std::optional<Header> readHeader(const nlmsghdr& message
   return header;
 }
 
-/// Calls `visit(const nlattr&)` for each complete attribute behind a fixed header of type Header,
-/// whose presence `readHeader` has shown.
-template <class Header, class Visit> void forEachAttribute(const nlmsghdr& message, Visit&& visit) {
-  const auto* attribute =
-      static_cast<const nlattr*>(mnl_nlmsg_get_payload_offset(&message, sizeof(Header)));
-  // libmnl's own tail is rounded up, beyond the bytes of a message of odd length.
-  const auto* const end = reinterpret_cast<const std::byte*>(&message) + message.nlmsg_len;
+/// Calls `visit(const nlattr&)` for each complete attribute in these bytes.
+template <class Visit> void forEachAttributeIn(std::span<const std::byte> bytes, Visit&& visit) {
+  const auto* attribute = reinterpret_cast<const nlattr*>(bytes.data());
+  const auto* const end = bytes.data() + bytes.size();
   while (true) {
     const auto left = end - reinterpret_cast<const std::byte*>(attribute);
     if (left <= 0 || !mnl_attr_ok(attribute, static_cast<int>(left))) {
@@ -59,6 +56,24 @@ template <class Header, class Visit> void forEachAttribute(const nlmsghdr& messa
     visit(*attribute);
     attribute = mnl_attr_next(attribute);
   }
+}
+
+/// The same for each attribute behind a fixed header of type Header, whose presence `readHeader`
+/// has shown.
+template <class Header, class Visit> void forEachAttribute(const nlmsghdr& message, Visit&& visit) {
+  const auto* const begin =
+      static_cast<const std::byte*>(mnl_nlmsg_get_payload_offset(&message, sizeof(Header)));
+  // libmnl's own tail is rounded up, beyond the bytes of a message of odd length.
+  const auto* const end = reinterpret_cast<const std::byte*>(&message) + message.nlmsg_len;
+  if (begin < end) {
+    forEachAttributeIn({begin, end}, visit);
+  }
+}
+
+/// The attribute's value, whatever is in it.
+inline std::span<const std::byte> attributeBytes(const nlattr& attribute) {
+  return {static_cast<const std::byte*>(mnl_attr_get_payload(&attribute)),
+          mnl_attr_get_payload_len(&attribute)};
 }
 
 /// The attribute's value as a T; none when it is shorter. Longer values are newer kernels'

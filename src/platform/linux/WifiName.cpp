@@ -22,6 +22,13 @@ std::optional<std::uint16_t> askFamily() {
   return parseFamily(question.ask(NETLINK_GENERIC));
 }
 
+std::optional<std::string> askNetworkInUse(std::uint16_t family, int index) {
+  NetlinkQuestion question(family, NLM_F_DUMP);
+  question.addHeader<genlmsghdr>().cmd = NL80211_CMD_GET_SCAN;
+  mnl_attr_put_u32(question.message(), NL80211_ATTR_IFINDEX, static_cast<std::uint32_t>(index));
+  return parseNetworkInUse(question.ask(NETLINK_GENERIC), family);
+}
+
 std::vector<WirelessInterface> askInterfaces() {
   const auto family = askFamily();
   if (!family) {
@@ -29,7 +36,14 @@ std::vector<WirelessInterface> askInterfaces() {
   }
   NetlinkQuestion question(*family, NLM_F_DUMP);
   question.addHeader<genlmsghdr>().cmd = NL80211_CMD_GET_INTERFACE;
-  return parseWirelessInterfaces(question.ask(NETLINK_GENERIC), *family);
+  auto interfaces = parseWirelessInterfaces(question.ask(NETLINK_GENERIC), *family);
+  // Some kernels (old ones, and those from 5.19.2 to 6.0.2) tell the name there alone.
+  for (WirelessInterface& interface : interfaces) {
+    if (!interface.ssid) {
+      interface.ssid = askNetworkInUse(*family, interface.index);
+    }
+  }
+  return interfaces;
 }
 
 } // namespace
