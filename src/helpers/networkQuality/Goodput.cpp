@@ -39,13 +39,15 @@ double Goodput::capacity() const {
   return rate;
 }
 
-double Goodput::windowBytes() const {
-  return static_cast<double>(m_points.back().bytes - m_points[windowIndex()].bytes);
+double Goodput::windowBytes() const { return bytesSince(windowIndex()); }
+
+double Goodput::bytesSince(std::size_t index) const {
+  return static_cast<double>(m_points.back().bytes - m_points[index].bytes);
 }
 
 Seconds Goodput::loadedSince(std::size_t intervals) const {
   const std::size_t begin = isSaturated() ? m_averages.steadySince() - averageDistance : 0;
-  return m_points[std::max(begin, lastIndex(intervals))].time;
+  return m_points[std::max(begin, filledIndex(intervals))].time;
 }
 
 bool Goodput::isStalled() const {
@@ -56,8 +58,17 @@ std::size_t Goodput::lastIndex(std::size_t intervalsAgo) const {
   return intervals() > intervalsAgo ? intervals() - intervalsAgo : 0;
 }
 
+std::size_t Goodput::filledIndex(std::size_t intervalsAgo) const {
+  constexpr std::size_t start = averageDistance - 1; // it says more of TCP than of the line
+  std::size_t index = lastIndex(intervalsAgo);
+  while (index > start && bytesSince(index) < leastWindow) {
+    --index;
+  }
+  return index;
+}
+
 std::size_t Goodput::windowIndex() const {
-  return isSaturated() ? m_averages.steadySince() - averageDistance : lastIndex(averageDistance);
+  return isSaturated() ? m_averages.steadySince() - averageDistance : filledIndex(averageDistance);
 }
 
 double Goodput::rateSince(std::size_t index) const {

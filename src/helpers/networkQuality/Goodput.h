@@ -13,6 +13,10 @@ namespace tidewell {
 /// are of any clock that moves only forward. Pure.
 class Goodput {
 public:
+  /// What a window has to hold, in bytes: a lost packet holds up the count of what follows it, by a
+  /// queue's worth, which is one percent of this.
+  static constexpr double leastWindow = 1.25e6;
+
   /// Starts counting.
   Goodput(Seconds now, std::uint64_t bytes);
 
@@ -31,8 +35,8 @@ public:
   [[nodiscard]] double current() const;
 
   /// Bytes per second since the averages began that were found steady; of a line that is not
-  /// saturated, in the last four intervals: what the line is capable of. 0 before the first
-  /// interval has ended.
+  /// saturated, in the last four intervals, or in as many as hold `leastWindow`, the first three
+  /// aside: what the line is capable of. 0 before the first interval has ended.
   ///
   /// While a lost packet is awaited, what comes after it is not counted yet, up to a whole queue.
   /// So the rate is taken between the moments at the window's two ends at which least was missing.
@@ -41,7 +45,8 @@ public:
   /// The bytes that the capacity was taken from.
   [[nodiscard]] double windowBytes() const;
 
-  /// When the last so many intervals began, or later: when the averages did that were found steady.
+  /// When the last so many intervals began, or as many as hold `leastWindow`; or later: when the
+  /// averages did that were found steady.
   [[nodiscard]] Seconds loadedSince(std::size_t intervals) const;
 
   /// Whether next to nothing was moved in the last four intervals, long after the start.
@@ -54,7 +59,9 @@ private:
   };
 
   [[nodiscard]] std::size_t lastIndex(std::size_t intervalsAgo) const;
+  [[nodiscard]] std::size_t filledIndex(std::size_t intervalsAgo) const;
   [[nodiscard]] std::size_t windowIndex() const;
+  [[nodiscard]] double bytesSince(std::size_t index) const;
   [[nodiscard]] double rateSince(std::size_t index) const;
   [[nodiscard]] static double rateBetween(const Point& begin, const Point& end);
   [[nodiscard]] Point fullest(Seconds begin, Seconds end, double rate) const;

@@ -11,9 +11,6 @@ constexpr std::size_t mostConnections = 8;
 // no eight flows, and what they lose is taken for the line's.
 constexpr double leastPerConnection = 62'500.0; // bytes per second, half a megabit
 
-// A lost packet holds up the count of what follows it, by a queue's worth: one percent of this.
-constexpr double leastWindow = 1.25e6; // bytes
-
 // A deep queue fills long after the rate is steady, and sways within a single average.
 constexpr std::size_t roundTripIntervals = 2 * averageDistance;
 
@@ -41,7 +38,7 @@ void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
 bool LineMeasurement::isDone() const {
   // A deep queue that fills would else be told half full.
   return m_goodput.isSaturated() && m_responsiveness.isSteady() && !m_responsiveness.isDrifting() &&
-         m_goodput.windowBytes() >= leastWindow;
+         m_goodput.windowBytes() >= Goodput::leastWindow;
 }
 
 std::optional<LineResult> LineMeasurement::result() const {

@@ -119,6 +119,28 @@ TEST(Goodput, TakesTheLastFourIntervalsOfALineThatNeverSettles) {
   EXPECT_EQ(line.goodput.loadedSince(8), 1004.0);
 }
 
+TEST(Goodput, TakesMoreOfASlowLineThatNeverSettles) {
+  Line line;
+  line.seconds(3, 1'000);
+  for (int second = 0; second < 15; ++second) {
+    line.second(second % 6 < 3 ? 40'000 : 160'000);
+  }
+  ASSERT_FALSE(line.goodput.isSaturated());
+  EXPECT_LT(line.goodput.loadedSince(4), 1008.0);
+  EXPECT_GE(line.goodput.windowBytes(), Goodput::leastWindow);
+  EXPECT_NEAR(line.goodput.capacity(), 100e3, 15e3);
+}
+
+TEST(Goodput, LeavesTheFirstThreeIntervalsOutAlsoWhereTooLittleIsThere) {
+  Line line;
+  line.seconds(3, 500'000);
+  for (std::uint64_t second = 0; second < 5; ++second) {
+    line.second(20'000 * (1 + second));
+  }
+  ASSERT_FALSE(line.goodput.isSaturated());
+  EXPECT_EQ(line.goodput.loadedSince(4), 1003.0);
+}
+
 TEST(Goodput, OfALineThatStopsIsStalledAfterFourIntervals) {
   Line line;
   line.seconds(9, megabyte);
