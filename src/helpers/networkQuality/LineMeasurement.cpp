@@ -8,8 +8,8 @@ namespace {
 constexpr std::size_t mostConnections = 8;
 
 // Below this each further connection fights for the same few packets: a queue of ten packets holds
-// no eight flows, and what they lose is taken for the line's. Well above half of a megabit a second,
-// so that a line of one megabit has two of them in every run.
+// no eight flows, and what they lose is taken for the line's. Well above half of a megabit a
+// second, so that a line of one megabit has two of them in every run.
 constexpr double leastPerConnection = 80'000.0; // bytes per second
 
 // A deep queue fills long after the rate is steady, and sways within a single average.

@@ -12,6 +12,9 @@ namespace {
 
 constexpr double tolerance = 0.05;
 
+// With less, also lines whose queue is full in a second would be measured for seconds more.
+constexpr double farthest = 0.08;
+
 } // namespace
 
 void MovingAverages::add(std::optional<double> average) {
@@ -36,7 +39,7 @@ bool MovingAverages::isDrifting() const {
   const bool isOneWay =
       std::ranges::is_sorted(m_last) || std::ranges::is_sorted(m_last, std::ranges::greater{});
   return isOneWay && m_last.size() == averageDistance &&
-         std::abs(m_last.back() - m_last.front()) > tolerance * m_last.back();
+         std::abs(m_last.back() - m_last.front()) > farthest * m_last.back();
 }
 
 } // namespace tidewell

@@ -21,7 +21,7 @@ public:
   [[nodiscard]] bool isSteady() const { return m_steadySince != 0; }
 
   /// Whether each of the last four averages was higher than the one before, or each lower, and all
-  /// that by more than five percent: steady by their deviation, and yet on their way.
+  /// that by more than eight percent: steady by their deviation, and yet on their way.
   [[nodiscard]] bool isDrifting() const;
 
   /// How many intervals had been counted when the averages became steady; 0 while they are not.

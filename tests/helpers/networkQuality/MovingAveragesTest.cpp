@@ -62,12 +62,12 @@ TEST(MovingAverages, DriftWhenEachIsFurtherAndAllOfThemFar) {
     }
     return moving.isDrifting();
   };
-  EXPECT_TRUE(drifts({106.0, 104.0, 102.0, 100.0}));
-  EXPECT_TRUE(drifts({100.0, 102.0, 104.0, 106.0}));
-  EXPECT_TRUE(drifts({500.0, 106.0, 104.0, 102.0, 100.0})) << "only the last four count";
-  EXPECT_FALSE(drifts({104.0, 103.0, 102.0, 100.0})) << "not far";
-  EXPECT_FALSE(drifts({106.0, 102.0, 104.0, 100.0})) << "to and fro";
-  EXPECT_FALSE(drifts({106.0, 103.0, 100.0})) << "too few";
+  EXPECT_TRUE(drifts({109.0, 106.0, 103.0, 100.0}));
+  EXPECT_TRUE(drifts({100.0, 103.0, 106.0, 109.0}));
+  EXPECT_TRUE(drifts({500.0, 109.0, 106.0, 103.0, 100.0})) << "only the last four count";
+  EXPECT_FALSE(drifts({107.0, 105.0, 102.0, 100.0})) << "not far";
+  EXPECT_FALSE(drifts({109.0, 103.0, 106.0, 100.0})) << "to and fro";
+  EXPECT_FALSE(drifts({109.0, 104.0, 100.0})) << "too few";
 }
 
 } // namespace
