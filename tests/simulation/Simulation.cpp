@@ -251,7 +251,7 @@ void Simulation::calmDesktop() {
   host.start();
   noticeServer.setManner(NoticeServer::Manner::answers);
   noticeServer.start();
-  windows.crashes = windows.hangs = windows.lies = windows.cannotStart = 0.0;
+  windows.calmDown();
 }
 
 void Simulation::forgetDesktop() {

@@ -34,6 +34,10 @@ public:
   /// Forgets what was ever asked for, which the program is not to ask again.
   void forget() { m_known.clear(); }
 
+  /// From now on nothing goes wrong. One that hangs on what it has answered beforehand, which is a
+  /// lie, would be left alone until somebody asks for something.
+  void calmDown();
+
   void check();
   /// The item must be shown by ourselves, or must not, since a while.
   void checkItem(bool isTaken);
