@@ -68,8 +68,16 @@ void SimulatedBus::comeUp() {
   }
 }
 
+bool SimulatedBus::mayHaveHeld(Ticks sentAt) const {
+  constexpr Ticks moment = std::chrono::seconds(1);
+  return m_hungAt <= sentAt && sentAt <= m_resumedAt && m_scheduler.now() - m_resumedAt <= moment;
+}
+
 void SimulatedBus::setHanging(bool isHanging) {
   m_hangs += isHanging ? 1 : 0;
+  if (isHanging != m_isHanging) {
+    (isHanging ? m_hungAt : m_resumedAt) = m_scheduler.now();
+  }
   m_isHanging = isHanging;
   m_changedAt = m_scheduler.now();
   if (m_watch) {

@@ -35,6 +35,8 @@ public:
   void comeUp();
   /// Reads and answers nothing while it hangs.
   void setHanging(bool isHanging);
+  /// Whether what was sent at that time may have lain in the bus until now, a moment after it hung.
+  [[nodiscard]] bool mayHaveHeld(Ticks sentAt) const;
 
   /// Whether the program is on the bus and the bus answers.
   [[nodiscard]] bool isServing() const { return m_isGreeted && !m_isHanging; }
@@ -107,6 +109,8 @@ private:
   std::unique_ptr<FdWatch> m_watch;
   bool m_isGreeted = false;
   bool m_isHanging = false;
+  Ticks m_hungAt = Ticks::zero();
+  Ticks m_resumedAt = Ticks::zero();
   Ticks m_changedAt = Ticks::zero();
   std::uint32_t m_events = 0;
   int m_connections = 0;
