@@ -1,5 +1,8 @@
 #include "helpers/networkQuality/LineMeasurement.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace tidewell {
 
 namespace {
@@ -12,6 +15,12 @@ constexpr std::size_t mostConnections = 8;
 // second, so that a line of one megabit has two of them in every run.
 constexpr double leastPerConnection = 80'000.0; // bytes per second
 
+// One after another they would fill a deep queue seconds later.
+std::size_t affordableConnections(double bytesPerSecond) {
+  const double affordable = std::floor(bytesPerSecond / leastPerConnection) + 1.0;
+  return static_cast<std::size_t>(std::min(affordable, static_cast<double>(mostConnections)));
+}
+
 // A deep queue fills long after the rate is steady, and sways within a single average.
 constexpr std::size_t roundTripIntervals = 2 * averageDistance;
 
@@ -21,7 +30,7 @@ LineMeasurement::LineMeasurement(Seconds now, std::uint64_t bytes) : m_goodput(n
 
 void LineMeasurement::addForeign(Seconds now, const ForeignProbe& probe, double bytes) {
   m_roundTrips.addForeign(now, probe);
-  m_pace.addCost(bytes);
+  m_pace.addProbe(probe.tcp, bytes);
 }
 
 void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
@@ -30,9 +39,8 @@ void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
                          ? m_roundTrips.since(now - averageDistance * interval)
                          : std::nullopt;
   m_responsiveness.add(means ? std::optional(means->perMinute()) : std::nullopt);
-  const double share = m_goodput.current() / static_cast<double>(m_connections);
-  if (!m_goodput.isSaturated() && m_connections < mostConnections && share >= leastPerConnection) {
-    ++m_connections;
+  if (!m_goodput.isSaturated()) {
+    m_connections = std::max(m_connections, affordableConnections(m_goodput.current()));
   }
 }
 

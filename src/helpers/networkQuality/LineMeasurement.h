@@ -30,8 +30,9 @@ struct LineResult {
 /// Decides about one direction, interval by interval: when to add load, when enough is known, and
 /// what comes of it. Knows no socket; times are of any clock that moves only forward. Pure.
 ///
-/// The rules are those of draft-ietf-ippm-responsiveness with intervals of one second: one more
-/// connection in each until the line is saturated, then until the round trips are steady, too.
+/// The rules are those of draft-ietf-ippm-responsiveness with intervals of one second: until the
+/// line is saturated, then until the round trips are steady, too. Further connections all come as
+/// soon as it is known how many the line can feed.
 class LineMeasurement {
 public:
   static constexpr Seconds interval = 1.0;

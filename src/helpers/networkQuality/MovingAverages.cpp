@@ -14,6 +14,13 @@ constexpr double tolerance = 0.05;
 
 // With less, also lines whose queue is full in a second would be measured for seconds more.
 constexpr double farthest = 0.08;
+constexpr std::size_t driftDistance = averageDistance + 1;
+
+bool isFarOneWay(std::span<const double> averages) {
+  const bool isOneWay =
+      std::ranges::is_sorted(averages) || std::ranges::is_sorted(averages, std::ranges::greater{});
+  return isOneWay && std::abs(averages.back() - averages.front()) > farthest * averages.back();
+}
 
 } // namespace
 
@@ -25,10 +32,10 @@ void MovingAverages::add(std::optional<double> average) {
     return;
   }
   m_last.push_back(*average);
-  if (m_last.size() > averageDistance) {
+  if (m_last.size() > driftDistance) {
     m_last.erase(m_last.begin());
   }
-  if (m_last.size() < averageDistance || !tidewell::isSteady(m_last, tolerance)) {
+  if (m_last.size() < averageDistance || !tidewell::isSteady(last(averageDistance), tolerance)) {
     m_steadySince = 0;
   } else if (m_steadySince == 0) {
     m_steadySince = m_intervals;
@@ -36,10 +43,12 @@ void MovingAverages::add(std::optional<double> average) {
 }
 
 bool MovingAverages::isDrifting() const {
-  const bool isOneWay =
-      std::ranges::is_sorted(m_last) || std::ranges::is_sorted(m_last, std::ranges::greater{});
-  return isOneWay && m_last.size() == averageDistance &&
-         std::abs(m_last.back() - m_last.front()) > farthest * m_last.back();
+  return m_last.size() >= averageDistance &&
+         (isFarOneWay(last(averageDistance)) || isFarOneWay(m_last));
+}
+
+std::span<const double> MovingAverages::last(std::size_t count) const {
+  return std::span(m_last).last(count);
 }
 
 } // namespace tidewell

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace tidewell {
@@ -20,15 +21,17 @@ public:
   /// Whether the last four averages differ by less than five percent in standard deviation.
   [[nodiscard]] bool isSteady() const { return m_steadySince != 0; }
 
-  /// Whether each of the last four averages was higher than the one before, or each lower, and all
-  /// that by more than eight percent: steady by their deviation, and yet on their way.
+  /// Whether each of the last four or five averages was higher than the one before, or each lower,
+  /// and all that by more than eight percent: steady by their deviation, and yet on their way.
   [[nodiscard]] bool isDrifting() const;
 
   /// How many intervals had been counted when the averages became steady; 0 while they are not.
   [[nodiscard]] std::size_t steadySince() const { return m_steadySince; }
 
 private:
-  std::vector<double> m_last;
+  [[nodiscard]] std::span<const double> last(std::size_t count) const;
+
+  std::vector<double> m_last; // as many as drift at most
   std::size_t m_intervals = 0;
   std::size_t m_steadySince = 0;
 };

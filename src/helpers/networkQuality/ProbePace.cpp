@@ -6,7 +6,9 @@ namespace tidewell {
 
 namespace {
 
-constexpr double mostPairsPerSecond = 25.0;
+constexpr double mostPairsPerSecond = 20.0;
+// A queue that takes half a second to pass does not change in a twentieth.
+constexpr double mostPairsPerRoundTrip = 4.0;
 constexpr double shareOfLine = 0.05;
 // The estimates of the responsiveness draft; the first one holds until a probe has ended.
 constexpr double foreignBytes = 5000.0;
@@ -15,7 +17,8 @@ constexpr Seconds longest = 1e6;
 
 } // namespace
 
-void ProbePace::addCost(double bytes) {
+void ProbePace::addProbe(Seconds roundTrip, double bytes) {
+  m_roundTrip = roundTrip;
   m_costs += bytes;
   m_probes += 1.0;
 }
@@ -23,7 +26,11 @@ void ProbePace::addCost(double bytes) {
 Seconds ProbePace::interval(double bytesPerSecond) const {
   const double pair = (m_probes > 0.0 ? m_costs / m_probes : foreignBytes) + selfBytes;
   const double affordable = bytesPerSecond * shareOfLine / pair;
-  return affordable > 1.0 / longest ? 1.0 / std::min(affordable, mostPairsPerSecond) : longest;
+  if (affordable <= 1.0 / longest) {
+    return longest;
+  }
+  return std::max(1.0 / std::min(affordable, mostPairsPerSecond),
+                  m_roundTrip / mostPairsPerRoundTrip);
 }
 
 } // namespace tidewell

@@ -4,12 +4,12 @@
 
 namespace tidewell {
 
-/// When the next pair of probes is due: at most 25 pairs a second, and never more than what five
-/// percent of the line carry. Pure.
+/// When the next pair of probes is due: at most 20 pairs a second, four in a round trip, and never
+/// more than what five percent of the line carry. Pure.
 class ProbePace {
 public:
-  /// A foreign probe has moved this many bytes, both ways together.
-  void addCost(double bytes);
+  /// A foreign probe has met this round trip and moved this many bytes, both ways together.
+  void addProbe(Seconds roundTrip, double bytes);
 
   /// Between two pairs on a line of this goodput; days on one that moves nothing.
   [[nodiscard]] Seconds interval(double bytesPerSecond) const;
@@ -17,6 +17,7 @@ public:
 private:
   double m_costs = 0.0;
   double m_probes = 0.0;
+  Seconds m_roundTrip = 0.0; // the latest
 };
 
 } // namespace tidewell

@@ -43,13 +43,21 @@ TEST(LineMeasurement, OfASteadyLineIsDoneWhenBothKindsOfAveragesAgree) {
   EXPECT_EQ(measured.result()->confidence, Confidence::high);
 }
 
-TEST(LineMeasurement, AddsAConnectionASecondUntilTheLineIsFull) {
+TEST(LineMeasurement, HasAsManyConnectionsAsTheLineFeedsAfterASecond) {
   // Each connection reaches three megabytes a second, the line ten.
   const Line line{[](int, double connections) { return std::min(connections * 3e6, 10e6); }};
+  EXPECT_EQ(line.run(0).connections(), 1U);
+  EXPECT_EQ(line.run(1).connections(), 8U);
   const LineMeasurement measured = line.run(30);
   EXPECT_TRUE(measured.isDone());
-  EXPECT_EQ(measured.connections(), 8U);
   EXPECT_NEAR(measured.result()->bytesPerSecond, 10e6, 0.2e6);
+}
+
+TEST(LineMeasurement, AddsConnectionsAsALineThatBeginsSlowlyGetsFaster) {
+  const Line line{[](int second, double) { return 100e3 * (second + 1); }};
+  EXPECT_EQ(line.run(1).connections(), 2U);
+  EXPECT_EQ(line.run(3).connections(), 3U) << "two hundred kilobytes a second on average";
+  EXPECT_EQ(line.run(18).connections(), 8U);
 }
 
 TEST(LineMeasurement, NeverHasMoreThanEightConnections) {
@@ -116,7 +124,7 @@ TEST(LineMeasurement, OfATrickleIsAStallAndNoNumber) {
 }
 
 TEST(LineMeasurement, ProbesAsOftenAsTheLineAffords) {
-  EXPECT_EQ(Line{[](int, double) { return 12.5e6; }}.run(5).probeInterval(), 0.04);
+  EXPECT_EQ(Line{[](int, double) { return 12.5e6; }}.run(5).probeInterval(), 0.05);
   EXPECT_GT(Line{[](int, double) { return 12.5e3; }}.run(5).probeInterval(), 5.0);
   EXPECT_GT(Line{[](int, double) { return 0.0; }}.run(1).probeInterval(), 3600.0);
 }

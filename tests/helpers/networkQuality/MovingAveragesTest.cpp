@@ -64,8 +64,11 @@ TEST(MovingAverages, DriftWhenEachIsFurtherAndAllOfThemFar) {
   };
   EXPECT_TRUE(drifts({109.0, 106.0, 103.0, 100.0}));
   EXPECT_TRUE(drifts({100.0, 103.0, 106.0, 109.0}));
-  EXPECT_TRUE(drifts({500.0, 109.0, 106.0, 103.0, 100.0})) << "only the last four count";
-  EXPECT_FALSE(drifts({107.0, 105.0, 102.0, 100.0})) << "not far";
+  EXPECT_TRUE(drifts({90.0, 109.0, 106.0, 103.0, 100.0})) << "four are enough";
+  EXPECT_TRUE(drifts({109.0, 107.0, 105.0, 102.0, 100.0})) << "far in five";
+  EXPECT_FALSE(drifts({120.0, 107.0, 106.0, 104.0, 101.0, 100.0})) << "not far in five";
+  EXPECT_FALSE(drifts({107.0, 105.0, 102.0, 100.0})) << "not far in four";
+  EXPECT_FALSE(drifts({99.0, 107.0, 105.0, 102.0, 100.0})) << "to and fro before";
   EXPECT_FALSE(drifts({109.0, 103.0, 106.0, 100.0})) << "to and fro";
   EXPECT_FALSE(drifts({109.0, 104.0, 100.0})) << "too few";
 }

@@ -5,9 +5,9 @@
 namespace tidewell::test {
 namespace {
 
-TEST(ProbePace, IsTwentyFivePairsASecondOnAFastLine) {
-  EXPECT_EQ(ProbePace().interval(12.5e6), 0.04);
-  EXPECT_EQ(ProbePace().interval(125e6), 0.04);
+TEST(ProbePace, IsTwentyPairsASecondOnAFastLine) {
+  EXPECT_EQ(ProbePace().interval(12.5e6), 0.05);
+  EXPECT_EQ(ProbePace().interval(125e6), 0.05);
 }
 
 TEST(ProbePace, TakesFivePercentOfASlowLine) {
@@ -16,9 +16,17 @@ TEST(ProbePace, TakesFivePercentOfASlowLine) {
 
 TEST(ProbePace, GoesByWhatProbesReallyTake) {
   ProbePace pace;
-  pace.addCost(1500.0);
-  pace.addCost(2500.0);
+  pace.addProbe(0.02, 1500.0);
+  pace.addProbe(0.02, 2500.0);
   EXPECT_DOUBLE_EQ(pace.interval(125'000.0), 3000.0 / 6250.0);
+}
+
+TEST(ProbePace, IsFourPairsInALongRoundTrip) {
+  ProbePace pace;
+  pace.addProbe(0.1, 5000.0);
+  EXPECT_EQ(pace.interval(12.5e6), 0.05);
+  pace.addProbe(0.5, 5000.0);
+  EXPECT_DOUBLE_EQ(pace.interval(12.5e6), 0.125);
 }
 
 TEST(ProbePace, IsAnEternityOnALineThatMovesNothing) {
