@@ -2,6 +2,7 @@
 """The speed test's helper against servers that misbehave."""
 
 import pathlib
+import subprocess
 import tempfile
 import unittest
 
@@ -15,11 +16,13 @@ BAD_SERVER = str(pathlib.Path(__file__).resolve().parent / "badServer.py")
 class ABadServer(SpeedTestCase):
     def measure_by(self, mode):
         """What the helper says of a server that misbehaves."""
-        bad = self.world.start("net", "/usr/bin/python3", BAD_SERVER,
-                               self.server.authority.server_certificate, self.server.authority.key,
-                               BAD_PORT, mode)
-        self.addCleanup(bad.wait)
-        self.addCleanup(bad.kill)
+        self.bad = self.world.start("net", "/usr/bin/python3", BAD_SERVER,
+                                    self.server.authority.server_certificate,
+                                    self.server.authority.key, BAD_PORT, mode,
+                                    stdout=subprocess.PIPE, text=True)
+        self.addCleanup(self.bad.stdout.close)
+        self.addCleanup(self.bad.wait)
+        self.addCleanup(self.bad.kill)
         self.server.wait_for(BAD_PORT)
         (self.server.documents / "bad").write_text(quality.document(BAD_PORT))
         address = f"https://{quality.HOST}:{quality.PORT}/bad"
@@ -66,6 +69,15 @@ class ABadServer(SpeedTestCase):
         self.assertIn("status 413", errors)
         self.assertIsNotNone(self.measured("Downlink capacity"))
         self.assertIsNone(self.measured("Uplink capacity"), output)
+
+    def test_that_disputes_an_upload_when_it_is_over_has_carried_it(self):
+        self.world.do("rate", 100, 2000, 20)
+        output, errors = self.measure_by("disputes")
+        self.bad.kill()
+        disputes = self.bad.stdout.read().count("disputed")
+        self.assertGreater(disputes, 3, "more than connections that break would be forgiven")
+        self.assertEqual(errors, "")
+        self.assertIsNotNone(self.measured("Uplink capacity"), output)
 
     @unittest.skipUnless(case.LONG, "the long form")
     def test_that_praises_what_it_does_not_take_gives_the_download_alone(self):

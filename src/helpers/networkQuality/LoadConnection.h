@@ -51,6 +51,7 @@ private:
   void adaptBuffers(double bytesPerSecond);
   void prepareUpload();
   void transferEnded();
+  [[nodiscard]] std::optional<std::string> endFailure() const;
   void probeEnded(Transfer* probe);
 
   TransferLoop& m_loop;

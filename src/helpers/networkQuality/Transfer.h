@@ -44,6 +44,9 @@ public:
   /// Why the reply is of no use, in words; none while there is nothing against it.
   [[nodiscard]] std::optional<std::string> failure() const;
 
+  /// Whether the server has reset the stream without a reply.
+  [[nodiscard]] bool wasReset() const { return m_code == CURLE_HTTP2_STREAM && status() == 0; }
+
   /// The reply's status; 0 before it has begun.
   [[nodiscard]] long status() const { return number(CURLINFO_RESPONSE_CODE); }
   [[nodiscard]] long number(CURLINFO what) const;
