@@ -75,7 +75,13 @@ void LineRun::endInterval(Seconds now) {
     m_failure = "the line moves nothing any more";
     return;
   }
-  while (m_connections.size() < m_measurement.connections()) {
+  const std::size_t wanted = m_measurement.connections();
+  if (m_connections.size() == 1 && wanted > 1) {
+    // With its head start it would leave the others next to nothing for many seconds.
+    m_movedByClosed += m_connections.front()->moved();
+    m_connections.clear();
+  }
+  while (m_connections.size() < wanted) {
     open();
   }
 }
@@ -87,7 +93,7 @@ void LineRun::replaceFailed() {
     return;
   }
   for (auto connection = failed; connection != m_connections.end(); ++connection) {
-    m_movedByFailed += (*connection)->moved();
+    m_movedByClosed += (*connection)->moved();
     ++m_failures;
   }
   if (failed == m_connections.begin() || m_failures >= mostFailures) {
@@ -105,7 +111,7 @@ void LineRun::probe() {
 std::uint64_t LineRun::moved() const {
   const TcpCounts probes = m_foreign.counts();
   std::uint64_t bytes =
-      m_movedByFailed +
+      m_movedByClosed +
       (m_direction == Direction::download ? probes.received : probes.acknowledged);
   for (const auto& connection : m_connections) {
     bytes += connection->moved();

@@ -45,7 +45,7 @@ private:
   LineMeasurement m_measurement;
   ForeignProber m_foreign;
   std::vector<std::unique_ptr<LoadConnection>> m_connections;
-  std::uint64_t m_movedByFailed = 0;
+  std::uint64_t m_movedByClosed = 0;
   std::size_t m_failures = 0;
   std::size_t m_nextProbed = 0;
   std::optional<std::string> m_failure;

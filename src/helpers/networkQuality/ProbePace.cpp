@@ -8,7 +8,7 @@ namespace {
 
 constexpr double mostPairsPerSecond = 20.0;
 // A queue that takes half a second to pass does not change in a twentieth.
-constexpr double mostPairsPerRoundTrip = 4.0;
+constexpr double mostPairsPerRoundTrip = 3.0;
 constexpr double shareOfLine = 0.05;
 // The estimates of the responsiveness draft; the first one holds until a probe has ended.
 constexpr double foreignBytes = 5000.0;

@@ -4,7 +4,7 @@
 
 namespace tidewell {
 
-/// When the next pair of probes is due: at most 20 pairs a second, four in a round trip, and never
+/// When the next pair of probes is due: at most 20 pairs a second, three in a round trip, and never
 /// more than what five percent of the line carry. Pure.
 class ProbePace {
 public:
