@@ -19,7 +19,8 @@ RUNS = 3
 # falls on one side of its ends or the other: up to half a second's worth.
 SECONDS = 16
 SECONDS_ON_SLOW_LINKS = 40
-WARM_UP = 4
+WARM_UP = 4  # and longer the deeper the queue is that has to fill
+WARM_UP_PER_SECOND_OF_QUEUE = 20
 PROBES_PER_SECOND = 10
 PROBES_ON_SLOW_LINKS = 3  # not to take a share of the link that counts
 SLOW = 5  # Mbit/s
@@ -73,16 +74,17 @@ def run_helper(world, server):
     }
 
 
-def load_by_iperf(world, flows, rate, *options):
+def load_by_iperf(world, link, flows, rate, *options):
     """Megabits per second that iperf3 gets through, and meanwhile the round trip of connections
     that somebody else opens, in milliseconds."""
     seconds = SECONDS if rate > SLOW else SECONDS_ON_SLOW_LINKS
+    warm_up = WARM_UP + link.buffer * WARM_UP_PER_SECOND_OF_QUEUE // 1000
     server = world.start("net", "iperf3", "-s", "-1", "-B", "1.1.1.1", stdout=subprocess.DEVNULL)
     server_is_up = 0.3
     time.sleep(server_is_up)
     client = world.start("user", "iperf3", "-c", "1.1.1.1", "-P", flows, "-t", seconds,
-                         "-O", WARM_UP, "-J", *options, stdout=subprocess.PIPE, text=True)
-    time.sleep(WARM_UP)
+                         "-O", warm_up, "-J", *options, stdout=subprocess.PIPE, text=True)
+    time.sleep(warm_up)
     per_second = PROBES_PER_SECOND if rate > SLOW else PROBES_ON_SLOW_LINKS
     probes = world.run("user", "python3", CONNECTOR, quality.ADDRESS, quality.PORT, per_second,
                        seconds - 1)
@@ -139,8 +141,8 @@ def measure(link):
         server = quality.QualityServer(world)
         try:
             runs = [run_helper(world, server) for _ in range(RUNS)]
-            down = load_by_iperf(world, int(runs[-1]["downFlows"]), link.down, "-R")
-            up = load_by_iperf(world, int(runs[-1]["upFlows"]), link.up)
+            down = load_by_iperf(world, link, int(runs[-1]["downFlows"]), link.down, "-R")
+            up = load_by_iperf(world, link, int(runs[-1]["upFlows"]), link.up)
             return {"runs": runs, "iperfDown": down, "iperfUp": up}
         finally:
             server.close()
