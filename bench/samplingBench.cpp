@@ -4,12 +4,12 @@
 #include "platform/HttpClient.h"
 #include "platform/PathMonitor.h"
 #include "platform/Platform.h"
-#include "platform/linux/DeviceTable.h"
-#include "platform/linux/LinuxConfigurationStore.h"
-#include "platform/linux/LinuxInterfaceAddresses.h"
-#include "platform/linux/LinuxInterfaceCounters.h"
-#include "platform/linux/RouteSocket.h"
-#include "platform/linux/SystemClock.h"
+#include "platform/linux/loop/SystemClock.h"
+#include "platform/linux/network/DeviceTable.h"
+#include "platform/linux/network/LinuxConfigurationStore.h"
+#include "platform/linux/network/LinuxInterfaceAddresses.h"
+#include "platform/linux/network/LinuxInterfaceCounters.h"
+#include "platform/linux/network/RouteSocket.h"
 #include "sampling/BandwidthSampler.h"
 
 #include <benchmark/benchmark.h>

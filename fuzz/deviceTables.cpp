@@ -2,7 +2,7 @@
 // is counted stands in the text.
 
 #include "helpers/nettop/DeviceTraffic.h"
-#include "platform/linux/DeviceTable.h"
+#include "platform/linux/network/DeviceTable.h"
 #include "support/Require.h"
 
 #include <algorithm>

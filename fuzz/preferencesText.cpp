@@ -1,8 +1,8 @@
 // Any bytes as the preferences file, then any value into it: the result is valid, holds the value
 // and keeps every other one.
 
-#include "platform/linux/PreferencesText.h"
-#include "platform/linux/TomlText.h"
+#include "platform/linux/preferences/PreferencesText.h"
+#include "platform/linux/preferences/TomlText.h"
 #include "support/Require.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 // Any bytes as a resolver's file: what comes of it is addresses, and systemd-resolved's own only
 // where there is no other.
 
-#include "platform/linux/ResolverFile.h"
-#include "platform/linux/DnsServers.h"
+#include "platform/linux/network/ResolverFile.h"
+#include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"
 #include "support/ShownText.h"
 

@@ -1,7 +1,7 @@
 // Any bytes as the kernel's answers about routes and addresses, in memory of exactly their size.
 
-#include "platform/linux/AddressMessages.h"
-#include "platform/linux/NetlinkMessages.h"
+#include "platform/linux/network/AddressMessages.h"
+#include "platform/linux/network/NetlinkMessages.h"
 #include "support/Require.h"
 
 #include <array>

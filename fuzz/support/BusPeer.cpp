@@ -1,7 +1,7 @@
 #include "BusPeer.h"
 
 #include "Require.h"
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include <cstdio>
 #include <cstring>

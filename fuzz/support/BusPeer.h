@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/BusTypes.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstdint>
 #include <deque>

@@ -3,7 +3,7 @@
 #include "app/BusValues.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"

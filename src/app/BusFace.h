@@ -3,7 +3,7 @@
 #include "app/ChangeCoalescer.h"
 #include "app/ResidentSources.h"
 #include "base/Observers.h"
-#include "platform/linux/BusObject.h"
+#include "platform/linux/bus/BusObject.h"
 #include "sampling/NetworkSnapshot.h"
 #include "windows/WindowRequest.h"
 

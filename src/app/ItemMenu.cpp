@@ -1,6 +1,6 @@
 #include "app/ItemMenu.h"
 
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/SessionBus.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Observers.h"
-#include "platform/linux/BusObject.h"
+#include "platform/linux/bus/BusObject.h"
 
 #include <cstdint>
 #include <functional>

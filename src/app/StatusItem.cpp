@@ -1,6 +1,6 @@
 #include "app/StatusItem.h"
 
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "tile/TextTile.h"
 #include "windows/WindowRequest.h"
 

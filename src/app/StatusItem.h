@@ -3,7 +3,7 @@
 #include "app/ItemHost.h"
 #include "app/ItemTexts.h"
 #include "base/Observers.h"
-#include "platform/linux/BusObject.h"
+#include "platform/linux/bus/BusObject.h"
 
 #include <functional>
 #include <string>

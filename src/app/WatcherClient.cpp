@@ -1,7 +1,7 @@
 #include "app/WatcherClient.h"
 
-#include "platform/linux/ProcessName.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/process/ProcessName.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "base/Observers.h"
 #include "base/Scheduler.h"
-#include "platform/linux/BusTypes.h"
+#include "platform/linux/bus/BusTypes.h"
 
 #include <functional>
 #include <memory>

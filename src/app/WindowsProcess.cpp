@@ -1,7 +1,7 @@
 #include "app/WindowsProcess.h"
 
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/SocketChild.h"
+#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/process/SocketChild.h"
 
 #include <utility>
 

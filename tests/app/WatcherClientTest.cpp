@@ -1,8 +1,8 @@
 #include "app/WatcherClient.h"
 
-#include "platform/linux/BusTypes.h"
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "support/LoopRunner.h"
 #include "support/PrivateBus.h"
 

@@ -1,6 +1,6 @@
 #include "app/WindowsProcess.h"
 
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "support/LoopRunner.h"
 #include "support/StoredFile.h"
 #include "support/TemporaryDirectory.h"

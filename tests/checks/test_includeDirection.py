@@ -47,7 +47,7 @@ class IncludeDirection(unittest.TestCase):
             '#include "sampling/BandwidthSampler.h"',
             '#include "connectivity/NetworkMonitor.h"',
             '#include "alerts/NotificationService.h"',
-            '#include "platform/linux/FilePath.h"',
+            '#include "platform/linux/files/FilePath.h"',
             '#include "app/StatusItem.h"',
             '#include "app/ItemState.h"',
             '#include <systemd/sd-bus.h>',
@@ -61,7 +61,7 @@ class IncludeDirection(unittest.TestCase):
         self.assertEqual(len(faults("app/A.cpp", "#include <xcb/xcb.h>")), 1)
 
     def test_lets_only_the_windows_process_see_where_preferences_lie(self):
-        text = '#include "platform/linux/PreferencesFile.h"\n#include <QObject>'
+        text = '#include "platform/linux/preferences/PreferencesFile.h"\n#include <QObject>'
         self.assertEqual(faults("ui/process/A.cpp", text), [])
         self.assertEqual(len(faults("ui/settings/A.cpp", text)), 1)
         self.assertEqual(len(faults("ui/panel/A.cpp", '#include "ui/process/A.h"')), 1)

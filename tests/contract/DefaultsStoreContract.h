@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "contract/DefaultsStoreContract.h"
-#include "platform/linux/PreferencesFile.h"
-#include "platform/linux/PreferencesStorage.h"
+#include "platform/linux/preferences/PreferencesFile.h"
+#include "platform/linux/preferences/PreferencesStorage.h"
 #include "support/FakeDefaultsStore.h"
 #include "support/TemporaryDirectory.h"
 

@@ -1,9 +1,9 @@
 #include "contract/NetworkContract.h"
-#include "platform/linux/DeviceTable.h"
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/LinuxConfigurationStore.h"
-#include "platform/linux/LinuxInterfaceCounters.h"
-#include "platform/linux/RouteSocket.h"
+#include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/network/DeviceTable.h"
+#include "platform/linux/network/LinuxConfigurationStore.h"
+#include "platform/linux/network/LinuxInterfaceCounters.h"
+#include "platform/linux/network/RouteSocket.h"
 
 #include <array>
 #include <cstdlib>

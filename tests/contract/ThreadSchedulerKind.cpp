@@ -1,6 +1,6 @@
 #include "base/ThreadScheduler.h"
 #include "contract/SchedulerContract.h"
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,6 +1,6 @@
-#include "platform/linux/AddressMessages.h"
+#include "platform/linux/network/AddressMessages.h"
 
-#include "platform/linux/LinuxInterfaceAddresses.h"
+#include "platform/linux/network/LinuxInterfaceAddresses.h"
 #include "support/NetlinkMessage.h"
 #include "support/NetworkNamespace.h"
 

@@ -1,6 +1,6 @@
-#include "platform/linux/AutostartLoginItem.h"
+#include "platform/linux/files/AutostartLoginItem.h"
 
-#include "platform/linux/DesktopEntry.h"
+#include "platform/linux/files/DesktopEntry.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

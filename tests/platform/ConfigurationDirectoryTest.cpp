@@ -1,4 +1,4 @@
-#include "platform/linux/ConfigurationDirectory.h"
+#include "platform/linux/files/ConfigurationDirectory.h"
 
 #include <gtest/gtest.h>
 

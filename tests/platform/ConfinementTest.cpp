@@ -1,4 +1,4 @@
-#include "platform/linux/Confinement.h"
+#include "platform/linux/process/Confinement.h"
 
 #include "support/TemporaryDirectory.h"
 

@@ -1,8 +1,8 @@
 #include "connectivity/ConnectionDetails.h"
 
-#include "platform/linux/LinuxConfigurationStore.h"
-#include "platform/linux/LinuxInterfaceAddresses.h"
-#include "platform/linux/RouteSocket.h"
+#include "platform/linux/network/LinuxConfigurationStore.h"
+#include "platform/linux/network/LinuxInterfaceAddresses.h"
+#include "platform/linux/network/RouteSocket.h"
 #include "support/FakeMachine.h"
 #include "support/NetworkNamespace.h"
 #include "support/TemporaryDirectory.h"

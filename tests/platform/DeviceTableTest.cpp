@@ -1,4 +1,4 @@
-#include "platform/linux/DeviceTable.h"
+#include "platform/linux/network/DeviceTable.h"
 
 #include <gtest/gtest.h>
 

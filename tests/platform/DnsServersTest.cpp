@@ -1,7 +1,7 @@
-#include "platform/linux/DnsServers.h"
+#include "platform/linux/network/DnsServers.h"
 
-#include "platform/linux/ResolvedServers.h"
-#include "platform/linux/ResolverFile.h"
+#include "platform/linux/bus/ResolvedServers.h"
+#include "platform/linux/network/ResolverFile.h"
 #include "support/FakeResolved.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include "base/ThreadScheduler.h"
 

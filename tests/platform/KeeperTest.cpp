@@ -1,6 +1,6 @@
-#include "platform/linux/Keeper.h"
+#include "platform/linux/process/Keeper.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/LinkKind.h"
+#include "platform/linux/network/LinkKind.h"
 
 #include "support/TemporaryDirectory.h"
 

@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxHttpClient.h"
+#include "platform/linux/process/LinuxHttpClient.h"
 
-#include "platform/linux/HelperProgram.h"
+#include "platform/linux/process/HelperProgram.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

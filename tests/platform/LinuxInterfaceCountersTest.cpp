@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxInterfaceCounters.h"
+#include "platform/linux/network/LinuxInterfaceCounters.h"
 
 #include <gtest/gtest.h>
 

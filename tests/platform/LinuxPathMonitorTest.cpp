@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxPathMonitor.h"
+#include "platform/linux/network/LinuxPathMonitor.h"
 
 #include "support/KernelMachine.h"
 

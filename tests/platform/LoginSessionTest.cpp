@@ -1,4 +1,4 @@
-#include "platform/linux/LoginSession.h"
+#include "platform/linux/bus/LoginSession.h"
 
 #include "support/TemporaryDirectory.h"
 

@@ -1,4 +1,4 @@
-#include "platform/linux/NetlinkMessages.h"
+#include "platform/linux/network/NetlinkMessages.h"
 
 #include <gtest/gtest.h>
 

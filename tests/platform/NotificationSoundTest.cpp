@@ -1,4 +1,4 @@
-#include "platform/linux/NotificationSound.h"
+#include "platform/linux/process/NotificationSound.h"
 
 #include "base/ThreadScheduler.h"
 #include "support/LoopRunner.h"

@@ -1,7 +1,7 @@
 // Writers that are killed, and writers that write at the same time.
 
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/PreferencesStorage.h"
+#include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/preferences/PreferencesStorage.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

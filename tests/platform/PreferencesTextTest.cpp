@@ -1,4 +1,4 @@
-#include "platform/linux/PreferencesText.h"
+#include "platform/linux/preferences/PreferencesText.h"
 
 #include <gtest/gtest.h>
 

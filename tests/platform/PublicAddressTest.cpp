@@ -1,5 +1,5 @@
-#include "platform/linux/LinuxHttpClient.h"
-#include "platform/linux/SpawnedChild.h"
+#include "platform/linux/process/LinuxHttpClient.h"
+#include "platform/linux/process/SpawnedChild.h"
 #include "support/NetworkNamespace.h"
 #include "support/TemporaryDirectory.h"
 

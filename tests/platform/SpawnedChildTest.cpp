@@ -1,6 +1,6 @@
-#include "platform/linux/SpawnedChild.h"
+#include "platform/linux/process/SpawnedChild.h"
 
-#include "platform/linux/LinuxChildProcess.h"
+#include "platform/linux/process/LinuxChildProcess.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/StartupPages.h"
+#include "platform/linux/process/StartupPages.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/SystemTools.h"
+#include "platform/linux/process/SystemTools.h"
 
 #include <gtest/gtest.h>
 

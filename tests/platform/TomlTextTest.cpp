@@ -1,6 +1,6 @@
-#include "platform/linux/TomlText.h"
+#include "platform/linux/preferences/TomlText.h"
 
-#include "platform/linux/TomlNesting.h"
+#include "platform/linux/preferences/TomlNesting.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/WifiName.h"
+#include "platform/linux/network/WifiName.h"
 
 #include "base/Utf8.h"
 #include "support/NetlinkMessage.h"

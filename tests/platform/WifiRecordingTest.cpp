@@ -1,8 +1,8 @@
 // What kernels with Wi-Fi have sent, which the machines that test this have none of. Recorded by
 // others, and published by them: the interface with strace in 2015, the network with nlmon in 2024.
 
-#include "platform/linux/WifiMessages.h"
-#include "platform/linux/WifiName.h"
+#include "platform/linux/network/WifiMessages.h"
+#include "platform/linux/network/WifiName.h"
 
 #include <gtest/gtest.h>
 

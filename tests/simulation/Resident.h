@@ -4,12 +4,12 @@
 #include "app/ResidentShell.h"
 #include "app/WindowsProcess.h"
 #include "platform/Platform.h"
-#include "platform/linux/DesktopNotifications.h"
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/LinuxChildProcess.h"
-#include "platform/linux/LinuxHttpClient.h"
-#include "platform/linux/NotificationSound.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/DesktopNotifications.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/process/LinuxChildProcess.h"
+#include "platform/linux/process/LinuxHttpClient.h"
+#include "platform/linux/process/NotificationSound.h"
 
 #include <functional>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Findings.h"
-#include "platform/linux/BusTypes.h"
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include <cstdint>
 #include <functional>

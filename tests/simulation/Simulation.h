@@ -19,7 +19,7 @@
 #include "VirtualTime.h"
 #include "WindowsProgram.h"
 #include "alerts/NotificationService.h"
-#include "platform/linux/PreferencesFile.h"
+#include "platform/linux/preferences/PreferencesFile.h"
 #include "settings/AppSettings.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"

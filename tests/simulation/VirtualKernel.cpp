@@ -2,7 +2,7 @@
 // The linker leads them here (--wrap); libraries keep the real ones.
 
 #include "VirtualProcesses.h"
-#include "platform/linux/SpawnSettings.h"
+#include "platform/linux/process/SpawnSettings.h"
 
 #include <cstring>
 #include <map>

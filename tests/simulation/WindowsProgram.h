@@ -3,7 +3,7 @@
 #include "Dice.h"
 #include "Findings.h"
 #include "VirtualProcesses.h"
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "windows/WindowRequest.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/linux/BusObject.h"
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/BusObject.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "support/LoopRunner.h"
 
 #include <cerrno>

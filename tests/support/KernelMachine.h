@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/ThreadScheduler.h"
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/LinuxPathMonitor.h"
-#include "platform/linux/RouteSocket.h"
+#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/network/LinuxPathMonitor.h"
+#include "platform/linux/network/RouteSocket.h"
 #include "support/LoopRunner.h"
 #include "support/NetworkNamespace.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/EventLoop.h"
+#include "platform/linux/loop/EventLoop.h"
 
 #include <functional>
 #include <memory>

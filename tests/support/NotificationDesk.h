@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Clock.h"
-#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/bus/DesktopNotifications.h"
 #include "support/FakeNotificationServer.h"
 #include "support/LoopRunner.h"
 #include "support/PrivateBus.h"

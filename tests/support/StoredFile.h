@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/PreferencesFile.h"
+#include "platform/linux/preferences/PreferencesFile.h"
 #include "support/TemporaryDirectory.h"
 #include "support/VirtualScheduler.h"
 

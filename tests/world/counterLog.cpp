@@ -6,7 +6,7 @@
 
 #include "RealTime.h"
 #include "base/NumberText.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>

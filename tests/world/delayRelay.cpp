@@ -5,7 +5,7 @@
 
 #include "RealTime.h"
 #include "base/NumberText.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
 #include <array>

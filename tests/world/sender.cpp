@@ -4,7 +4,7 @@
 //   sender HOST PORT BYTES_PER_SEC SECONDS [FRAME_BYTES]
 
 #include "RealTime.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
 #include <array>

@@ -5,7 +5,7 @@
 // Over TCP it waits until the other end has them all, prints, and keeps the connection for a while,
 // so that nothing more moves.
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
 #include "helpers/nettop/Privileges.h"
 
-#include "platform/linux/Confinement.h"
+#include "platform/linux/process/Confinement.h"
 
 #include <array>
 #include <csignal>

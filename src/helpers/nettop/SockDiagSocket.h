@@ -1,7 +1,7 @@
 #pragma once
 
 #include "helpers/nettop/TcpReading.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "helpers/nettop/SocketHolders.h"
 
 #include "base/TextPieces.h"
-#include "platform/linux/FileDescriptor.h"
-#include "platform/linux/ProcessName.h"
+#include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/process/ProcessName.h"
 
 #include <algorithm>
 #include <array>

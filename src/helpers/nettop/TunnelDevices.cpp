@@ -1,6 +1,6 @@
 #include "helpers/nettop/TunnelDevices.h"
 
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
 #include <bit>

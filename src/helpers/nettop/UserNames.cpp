@@ -1,7 +1,7 @@
 #include "helpers/nettop/UserNames.h"
 
 #include "base/TextPieces.h"
-#include "platform/linux/FileReading.h"
+#include "platform/linux/files/FileReading.h"
 
 #include <limits>
 

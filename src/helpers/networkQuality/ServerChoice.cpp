@@ -3,8 +3,8 @@
 #include "helpers/networkQuality/HttpsAddress.h"
 #include "helpers/networkQuality/ServerSettings.h"
 #include "helpers/networkQuality/SingleTransfer.h"
-#include "platform/linux/ConfigurationDirectory.h"
-#include "platform/linux/FileReading.h"
+#include "platform/linux/files/ConfigurationDirectory.h"
+#include "platform/linux/files/FileReading.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/TcpCounts.h"
+#include "platform/linux/network/TcpCounts.h"
 
 #include <curl/curl.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Scheduler.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstdint>
 #include <optional>

@@ -2,7 +2,7 @@
 
 #include "helpers/networkQuality/ServerChoice.h"
 #include "helpers/networkQuality/SpeedTest.h"
-#include "platform/linux/Confinement.h"
+#include "platform/linux/process/Confinement.h"
 
 #include <algorithm>
 #include <csignal>

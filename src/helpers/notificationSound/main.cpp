@@ -1,7 +1,7 @@
 // Plays the desktop's sound for a new message once and ends. A process of its own, so that the
 // resident carries neither a sound library nor its threads.
 
-#include "platform/linux/Confinement.h"
+#include "platform/linux/process/Confinement.h"
 
 #include <atomic>
 #include <chrono>

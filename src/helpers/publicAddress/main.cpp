@@ -2,7 +2,7 @@
 // trustworthy reply has come after three seconds.
 
 #include "helpers/publicAddress/HttpsFetch.h"
-#include "platform/linux/Confinement.h"
+#include "platform/linux/process/Confinement.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 #include "ui/process/Preferences.h"
 
-#include "platform/linux/ConfigurationDirectory.h"
-#include "platform/linux/FilePath.h"
+#include "platform/linux/files/ConfigurationDirectory.h"
+#include "platform/linux/files/FilePath.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/linux/AutostartLoginItem.h"
-#include "platform/linux/PreferencesFile.h"
+#include "platform/linux/files/AutostartLoginItem.h"
+#include "platform/linux/preferences/PreferencesFile.h"
 #include "settings/AppSettings.h"
 #include "ui/process/QtQueue.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Scheduler.h"
-#include "platform/linux/FileWatcher.h"
+#include "platform/linux/files/FileWatcher.h"
 
 #include <QObject>
 

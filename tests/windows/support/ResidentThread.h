@@ -2,8 +2,8 @@
 
 #include "app/ResidentShell.h"
 #include "connectivity/MonitorState.h"
-#include "platform/linux/EventLoop.h"
-#include "platform/linux/SessionBus.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"

@@ -2,7 +2,7 @@
 
 #include "base/MainQueue.h"
 #include "base/Observers.h"
-#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/loop/FileDescriptor.h"
 #include "support/VirtualScheduler.h"
 
 #include <cstdint>

@@ -1,0 +1,76 @@
+#include "platform/linux/files/FilePath.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstddef>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tidewell {
+
+namespace {
+
+// The kernel gives up after as many links (path_resolution(7)).
+constexpr std::size_t mostLinks = 40;
+
+std::string withoutTrailingSlashes(std::string path) {
+  while (path.size() > 1 && path.ends_with('/')) {
+    path.pop_back();
+  }
+  return path;
+}
+
+std::error_code makeDirectory(const std::string& path) {
+  constexpr mode_t forTheUserAlone = 0700;
+  if (::mkdir(path.c_str(), forTheUserAlone) == 0) {
+    return {};
+  }
+  const std::error_code error = lastError();
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) {
+    return S_ISDIR(status.st_mode) ? std::error_code{}
+                                   : std::make_error_code(std::errc::not_a_directory);
+  }
+  return error;
+}
+
+} // namespace
+
+std::error_code lastError() { return {errno, std::generic_category()}; }
+
+std::string directoryOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of('/');
+  if (slash == std::string::npos) {
+    return ".";
+  }
+  return slash == 0 ? "/" : withoutTrailingSlashes(path.substr(0, slash));
+}
+
+std::string nameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
+
+std::vector<std::string> linkChain(const std::string& path) {
+  std::vector<std::string> chain{path};
+  std::array<char, PATH_MAX> target{};
+  while (chain.size() <= mostLinks) {
+    const ssize_t size = ::readlink(chain.back().c_str(), target.data(), target.size());
+    if (size <= 0) {
+      break;
+    }
+    const std::string next(target.data(), static_cast<std::size_t>(size));
+    chain.push_back(next.starts_with('/') ? next : directoryOf(chain.back()) + "/" + next);
+  }
+  return chain;
+}
+
+std::error_code makeDirectories(const std::string& path) {
+  const std::error_code error = makeDirectory(path);
+  if (error != std::errc::no_such_file_or_directory || path == directoryOf(path)) {
+    return error;
+  }
+  const std::error_code errorAbove = makeDirectories(directoryOf(path));
+  return errorAbove ? errorAbove : makeDirectory(path);
+}
+
+} // namespace tidewell

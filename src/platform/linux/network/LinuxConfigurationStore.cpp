@@ -1,0 +1,38 @@
+#include "platform/linux/network/LinuxConfigurationStore.h"
+
+#include "platform/linux/network/PublicRoute.h"
+#include "platform/linux/network/RouteSocket.h"
+#include "platform/linux/network/WifiName.h"
+
+namespace tidewell {
+
+std::optional<std::string> LinuxConfigurationStore::primaryInterface() {
+  const std::scoped_lock lock(m_mutex);
+  if (auto route = publicRoute(m_socket)) {
+    m_lastIndex = route->interfaceIndex;
+    return std::move(route->interfaceName);
+  }
+  if (!m_lastIndex) {
+    return std::nullopt;
+  }
+  auto name = m_socket.interfaceName(*m_lastIndex);
+  if (!name) {
+    m_lastIndex.reset();
+  }
+  return name;
+}
+
+std::optional<std::string> LinuxConfigurationStore::wifiNetworkName() {
+  return askWifiName(publicInterface());
+}
+
+std::optional<std::vector<std::string>> LinuxConfigurationStore::dnsServers() {
+  return findDnsServers(m_dnsPlaces, publicInterface());
+}
+
+std::optional<int> LinuxConfigurationStore::publicInterface() const {
+  const auto route = publicRoute(m_socket);
+  return route ? std::optional(route->interfaceIndex) : std::nullopt;
+}
+
+} // namespace tidewell

@@ -1,0 +1,12 @@
+#include "platform/linux/process/HelperProgram.h"
+
+#include "platform/linux/files/FilePath.h"
+
+namespace tidewell {
+
+std::string helperProgram(const std::string& program, const std::string& name) {
+  const std::string prefix = directoryOf(directoryOf(program));
+  return (prefix == "/" ? "" : prefix) + "/libexec/tidewell/" + name;
+}
+
+} // namespace tidewell

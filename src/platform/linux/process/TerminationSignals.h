@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/linux/loop/FileDescriptor.h"
+
+#include <functional>
+#include <memory>
+
+namespace tidewell {
+
+class EventLoop;
+class FdWatch;
+
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, and makes the process deaf to
+/// SIGPIPE.
+///
+/// Constructed before any thread starts, so that every thread leaves the signals to the loop.
+class TerminationSignals {
+public:
+  TerminationSignals(EventLoop& loop, std::function<void()> onTermination);
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+  ~TerminationSignals();
+
+private:
+  FileDescriptor m_signals;
+  std::unique_ptr<FdWatch> m_watch;
+};
+
+} // namespace tidewell
