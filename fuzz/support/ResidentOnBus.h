@@ -7,7 +7,7 @@
 #include "connectivity/MonitorState.h"
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
@@ -39,7 +39,7 @@ struct ResidentOnBus {
     require(arrived->token.empty() || arrived->token == request.token);
   }
 
-  EventLoop loop;
+  EpollLoop loop;
   SessionBus bus;
   StandingClock clock;
   SamplerState sampler;

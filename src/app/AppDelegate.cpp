@@ -1,7 +1,6 @@
 #include "app/AppDelegate.h"
 
 #include "alerts/NotificationService.h"
-#include "base/Service.h"
 #include "connectivity/NetworkMonitor.h"
 #include "platform/DefaultsStore.h"
 #include "platform/NotificationCenter.h"
@@ -30,9 +29,9 @@ constexpr double idleMbps = 0.01;
 
 AppDelegate::AppDelegate(const Platform& platform, const AppEnvironment& environment)
     : m_environment(environment), m_networkMonitor(NetworkMonitor::make(platform)),
-      m_bandwidthSampler(makeService<BandwidthSampler>(platform.scheduler.main(), platform)),
-      m_processTracker(makeService<ProcessTracker>(platform.scheduler.main(), platform)),
-      m_speedTest(makeService<SpeedTestRunner>(platform.scheduler.main(), platform)) {}
+      m_bandwidthSampler(std::make_shared<BandwidthSampler>(platform)),
+      m_processTracker(std::make_shared<ProcessTracker>(platform)),
+      m_speedTest(std::make_shared<SpeedTestRunner>(platform)) {}
 
 AppDelegate::~AppDelegate() = default;
 

@@ -29,8 +29,6 @@ struct AppEnvironment {
 
 /// Owns the long-lived services and wires them to each other, to the preferences and to the
 /// notices.
-///
-/// Made, used and destroyed on the main thread.
 class AppDelegate {
 public:
   /// Makes the services. The connectivity monitor watches from now on, the others wait.

@@ -2,7 +2,7 @@
 #include "app/AppDelegate.h"
 #include "app/ResidentShell.h"
 #include "app/WindowsProcess.h"
-#include "base/ThreadScheduler.h"
+#include "base/TaskQueue.h"
 #include "connectivity/NetworkMonitor.h"
 #include "platform/Platform.h"
 #include "platform/linux/bus/DesktopNotifications.h"
@@ -10,7 +10,7 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/files/AutostartLoginItem.h"
 #include "platform/linux/files/ConfigurationDirectory.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/SystemClock.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
@@ -33,31 +33,24 @@
 
 #include <string>
 
-#include <malloc.h>
-
 namespace tidewell {
 namespace {
 
-// By then the first samples, lookups and notices have gone their way.
+// By now the startup samples and lookups have finished.
 constexpr Seconds settled = 9.0;
 
 /// The machine, as the services see it.
 struct Machine {
-  explicit Machine(EventLoop& loop, const std::string& program)
-      : http(helperProgram(program, "publicAddress")),
+  Machine(EventLoop& loop, const std::string& program)
+      : configuration(loop, routes), children(loop),
+        http(loop, helperProgram(program, "publicAddress")),
         paths(loop, routes, [this](bool isSatisfied) { http.setPathSatisfied(isSatisfied); }) {}
-
-  /// Ends what would keep a worker waiting.
-  void endWaits() {
-    children.endAll();
-    http.endAll();
-  }
 
   SystemClock clock;
   RouteSocket routes;
   DeviceTable devices;
   LinuxInterfaceCounters counters{devices};
-  LinuxConfigurationStore configuration{routes};
+  LinuxConfigurationStore configuration;
   LinuxInterfaceAddresses addresses;
   LinuxChildProcess children;
   LinuxHttpClient http;
@@ -65,14 +58,15 @@ struct Machine {
 };
 
 /// Runs until somebody asks the program to end. What is declared later goes first: services before
-/// the threads they post to, threads before what they use.
-void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
+/// the queues they post to, queues with their waiting tasks before what these use.
+void serve(EpollLoop& loop, AppSettings& settings, DefaultsStore& preferences,
            const std::string& program) {
   const auto quit = [&loop] { loop.quit(); };
   Machine machine(loop, program);
   SessionBus bus(loop);
-  ThreadScheduler scheduler(loop);
-  NotificationSound sound(scheduler.background(), helperProgram(program, "notificationSound"));
+  LoopScheduler scheduler(loop);
+  NotificationSound sound(loop, scheduler.background(),
+                          helperProgram(program, "notificationSound"));
   DesktopNotifications center(bus, machine.clock, [&sound] { sound.play(); });
   NotificationService& notifications = NotificationService::shared();
   notifications.attach(settings, machine.clock, center);
@@ -92,8 +86,6 @@ void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
   loop.run();
   delegate.applicationWillTerminate();
   notifications.detach();
-  machine.endWaits();
-  sound.endAll();
 }
 
 } // namespace
@@ -106,11 +98,7 @@ int main(int argumentCount, char** arguments) {
       return *status;
     }
   }
-#ifdef __GLIBC__
-  // One pool of memory for all threads: they allocate little, and each further pool costs pages.
-  mallopt(M_ARENA_MAX, 1);
-#endif
-  EventLoop loop;
+  EpollLoop loop;
   const TerminationSignals signals(loop, [&loop] { loop.quit(); });
   const std::string program = runningProgram();
   const std::string configuration = configurationDirectory();

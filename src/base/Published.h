@@ -2,20 +2,17 @@
 
 #include "base/Observers.h"
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <type_traits>
 #include <utility>
 
 namespace tidewell {
 
 /// A value that tells its observers about every write, also when the new value equals the old one.
 ///
-/// Written and observed on the main thread. A number may be read from any thread; other types on
-/// the main thread only. An observer may end itself or others, subscribe new ones, write the value
-/// again or destroy its owner while it is being notified; whoever is notified later in the same
-/// round then hears the newest value, never an older one after a newer one.
+/// Written and observed on the main queue. An observer may end itself or others, subscribe new
+/// ones, write the value again or destroy its owner while it is being notified; whoever is notified
+/// later in the same round then hears the newest value, never an older one after a newer one.
 template <class T> class Published {
 public:
   explicit Published(T initial = T{}) : m_state(std::make_shared<State>(std::move(initial))) {}
@@ -23,18 +20,16 @@ public:
   Published& operator=(const Published&) = delete;
   ~Published() = default;
 
-  /// The current value: a copy of a number, a reference to anything else.
-  [[nodiscard]] decltype(auto) get() const { return m_state->read(); }
+  [[nodiscard]] const T& get() const { return m_state->value; }
 
   /// Stores the value and notifies every observer.
   void set(T value) {
-    m_state->write(std::move(value));
+    m_state->value = std::move(value);
     notify();
   }
 
-  /// Changes the value in place and notifies once. Not for numbers, which have `set`.
+  /// Changes the value in place and notifies once.
   template <class F> void mutate(F&& change) {
-    static_assert(!isNumber);
     std::forward<F>(change)(m_state->value);
     notify();
   }
@@ -45,35 +40,18 @@ public:
     auto subscription = state->observers.add(
         [source = std::weak_ptr<State>(state), observer](const State& current) {
           if (const auto alive = source.lock()) {
-            observer(current.read());
+            observer(current.value);
           }
         });
-    observer(state->read());
+    observer(state->value);
     return subscription;
   }
 
 private:
-  static constexpr bool isNumber = std::is_arithmetic_v<T>;
-
   struct State {
     explicit State(T initial) : value(std::move(initial)) {}
 
-    [[nodiscard]] decltype(auto) read() const {
-      if constexpr (isNumber) {
-        return value.load(std::memory_order_relaxed);
-      } else {
-        return static_cast<const T&>(value);
-      }
-    }
-    void write(T next) {
-      if constexpr (isNumber) {
-        value.store(next, std::memory_order_relaxed);
-      } else {
-        value = std::move(next);
-      }
-    }
-
-    std::conditional_t<isNumber, std::atomic<T>, T> value;
+    T value;
     Observers<const State&> observers;
   };
 

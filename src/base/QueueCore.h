@@ -14,7 +14,7 @@
 namespace tidewell {
 
 /// The order of work in a queue: what is ready, what falls due when. Pure: the time is handed in,
-/// running the work is the owner's business. Not synchronised.
+/// running the work is the owner's business.
 ///
 /// Tasks become ready in the order in which they were posted or fell due. A timer that falls due
 /// while its last firing still waits, or several times over, becomes ready once; its next firing

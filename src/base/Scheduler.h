@@ -1,19 +1,47 @@
 #pragma once
 
+#include "base/Async.h"
+
 #include <functional>
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 namespace tidewell {
 
 /// A span of time in seconds.
 using Seconds = double;
 
-/// One piece of work handed to a queue.
-using Task = std::function<void()>;
+/// One piece of work handed to a queue: a function, or a coroutine that may wait.
+class Task {
+public:
+  template <class Function>
+  requires(!std::is_same_v<std::remove_cvref_t<Function>, Task>) Task(Function function)
+      : m_begin(beginning(std::move(function))) {}
 
-/// A running timer. Destroying it cancels it: no firing begins afterwards on its own queue; a
-/// firing that is already running on another thread runs to its end.
+  /// Runs the function, or gives the coroutine, which has not begun.
+  Async<> operator()() const { return m_begin(); }
+
+private:
+  template <class Function> static std::function<Async<>()> beginning(Function function) {
+    if constexpr (std::is_same_v<std::invoke_result_t<Function&>, Async<>>) {
+      return function;
+    } else {
+      return [function = std::move(function)]() mutable {
+        function();
+        return Async<>();
+      };
+    }
+  }
+
+  std::function<Async<>()> m_begin;
+};
+
+/// Runs a task that must not wait; aborts when it does.
+void runAtOnce(const Task& task);
+
+/// A running timer. Destroying it cancels it: no firing begins afterwards.
 class Timer {
 public:
   Timer() = default;
@@ -22,9 +50,10 @@ public:
   virtual ~Timer() = default;
 };
 
-/// Runs tasks. Any thread may call any member.
+/// Runs tasks on the program's one thread.
 ///
 /// A serial queue runs one task at a time, in the order in which they were posted or fell due.
+/// While a coroutine of the queue waits, the queue is busy.
 class WorkQueue {
 public:
   WorkQueue() = default;
@@ -43,9 +72,6 @@ public:
   /// by a single one, and the later ones keep to the original grid. A `period` that is not above
   /// zero is taken as one that never ends, so the timer fires once.
   [[nodiscard]] virtual std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) = 0;
-
-  /// Whether the caller is running as a task of this queue.
-  [[nodiscard]] virtual bool isCurrent() const = 0;
 };
 
 /// The queues of the process.
@@ -56,15 +82,15 @@ public:
   Scheduler& operator=(const Scheduler&) = delete;
   virtual ~Scheduler() = default;
 
-  /// The serial queue on which every published value is written and observed: the "main thread".
+  /// The serial queue on which every published value is written and observed. Its tasks never wait.
   [[nodiscard]] virtual WorkQueue& main() = 0;
 
-  /// A concurrent queue for work that belongs to no service's own queue.
+  /// A concurrent queue for work that belongs to no service's own queue: its tasks wait beside each
+  /// other.
   [[nodiscard]] virtual WorkQueue& background() = 0;
 
-  /// A new serial queue for blocking work, at utility priority. `label` names its thread.
-  /// Tasks still waiting when the queue is destroyed are dropped; the scheduler outlives its
-  /// queues.
+  /// A new serial queue for tasks that wait, named `label`. Destroying the queue ends its tasks
+  /// where they wait and drops those that have not begun. The scheduler outlives its queues.
   [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeSerialQueue(std::string label) = 0;
 };
 

@@ -11,7 +11,9 @@
 #include "platform/Platform.h"
 #include "sampling/BandwidthSampler.h"
 
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace tidewell {
 
@@ -30,17 +32,17 @@ ConnectionDetails::ConnectionDetails(const Platform& platform)
     : m_configuration(platform.configuration), m_addresses(platform.addresses),
       m_http(platform.http) {}
 
-ConnectionInfo ConnectionDetails::fetchConnectionInfo(InterfaceType type) {
+Async<ConnectionInfo> ConnectionDetails::fetchConnectionInfo(InterfaceType type) {
   const std::string device = BandwidthSampler::detectPrimaryInterface(m_configuration);
   ConnectionInfo info;
   // The kernel takes nearly any bytes for a name; a bus takes text alone.
   info.interfaceName = std::string(rawValue(type)) + " (" + displayText(device) + ")";
   info.networkName = networkName(type);
   info.ipAddress = ipAddress(device);
-  info.publicIP = publicIP();
-  info.dns = dnsServer();
+  info.publicIP = co_await publicIP();
+  info.dns = co_await dnsServer();
   info.interfaceType = type;
-  return info;
+  co_return info;
 }
 
 std::string ConnectionDetails::networkName(InterfaceType type) {
@@ -55,20 +57,20 @@ std::string ConnectionDetails::ipAddress(const std::string& interface) {
   return m_addresses.firstIPv4(interface).value_or(unknown);
 }
 
-std::string ConnectionDetails::publicIP() {
-  const auto body = m_http.get(echoEndpoint, publicAddressWait);
+Async<std::string> ConnectionDetails::publicIP() {
+  const std::optional<std::string> body = co_await m_http.get(echoEndpoint, publicAddressWait);
   std::string address = unknown;
   const bool isRead = ifMemoryAllows([&] {
     if (body && isUtf8(*body)) {
       address = trim(*body, blanks);
     }
   });
-  return isRead ? address : unknown;
+  co_return isRead ? address : unknown;
 }
 
-std::string ConnectionDetails::dnsServer() {
-  const auto servers = m_configuration.dnsServers();
-  return servers && !servers->empty() ? servers->front() : unknown;
+Async<std::string> ConnectionDetails::dnsServer() {
+  const std::optional<std::vector<std::string>> servers = co_await m_configuration.dnsServers();
+  co_return servers && !servers->empty() ? servers->front() : unknown;
 }
 
 } // namespace tidewell

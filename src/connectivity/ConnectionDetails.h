@@ -2,7 +2,8 @@
 
 #include "connectivity/ConnectionInfo.h"
 
-#include <optional>
+#include "base/Async.h"
+
 #include <string>
 
 namespace tidewell {
@@ -13,7 +14,7 @@ class InterfaceAddresses;
 struct Platform;
 
 /// Gathers the details of the current connection. Every lookup that fails gives its fallback text.
-/// The lookups block, the one of the public address for up to three seconds. Any thread but main.
+/// The lookup of the public address waits for up to three seconds.
 class ConnectionDetails {
 public:
   /// Answers a GET with the caller's address as plain text, over IPv4 and without a log-in.
@@ -23,13 +24,13 @@ public:
   explicit ConnectionDetails(const Platform& platform);
 
   /// All details of the primary interface, whose link is of this kind.
-  [[nodiscard]] ConnectionInfo fetchConnectionInfo(ConnectionInfo::InterfaceType type);
+  [[nodiscard]] Async<ConnectionInfo> fetchConnectionInfo(ConnectionInfo::InterfaceType type);
 
 private:
   [[nodiscard]] std::string networkName(ConnectionInfo::InterfaceType type);
   [[nodiscard]] std::string ipAddress(const std::string& interface);
-  [[nodiscard]] std::string publicIP();
-  [[nodiscard]] std::string dnsServer();
+  [[nodiscard]] Async<std::string> publicIP();
+  [[nodiscard]] Async<std::string> dnsServer();
 
   ConfigurationStore& m_configuration;
   InterfaceAddresses& m_addresses;

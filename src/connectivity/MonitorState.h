@@ -5,7 +5,7 @@
 
 namespace tidewell {
 
-/// What the connectivity monitor publishes. Written and observed on the main thread.
+/// What the connectivity monitor publishes.
 struct MonitorState {
   /// Whether the machine is online. Optimistic until the first report.
   Published<bool> isConnected{true};

@@ -1,9 +1,6 @@
 #include "connectivity/NetworkMonitor.h"
 
-#include "base/Service.h"
 #include "platform/Platform.h"
-
-#include <utility>
 
 namespace tidewell {
 
@@ -26,7 +23,7 @@ InterfaceType linkKind(const PathReport& report) {
 } // namespace
 
 std::shared_ptr<NetworkMonitor> NetworkMonitor::make(const Platform& platform) {
-  auto monitor = makeService<NetworkMonitor>(platform.scheduler.main(), platform);
+  auto monitor = std::make_shared<NetworkMonitor>(platform);
   monitor->begin(platform.paths);
   return monitor;
 }
@@ -36,38 +33,30 @@ NetworkMonitor::NetworkMonitor(const Platform& platform)
       m_queue(platform.scheduler.makeSerialQueue(queueLabel)) {}
 
 void NetworkMonitor::begin(PathMonitor& paths) {
-  // Before the first report the details are those of a Wi-Fi link, whatever the real one is. It is
-  // queued first: the first report may be handled before watch() returns, and has the last word.
-  m_queue->post([weak = weak_from_this()] {
-    const auto self = weak.lock();
-    if (!self) {
-      return;
-    }
-    auto info = self->m_details.fetchConnectionInfo(InterfaceType::wifi);
-    self->m_main.post([weak, info = std::move(info)] {
-      if (const auto alive = weak.lock()) {
-        alive->connectionInfo.set(info);
-      }
-    });
-  });
-  m_watch = paths.watch(*m_queue, [weak = weak_from_this()](const PathReport& report) {
-    if (const auto self = weak.lock()) {
-      self->pathChanged(report);
-    }
-  });
+  // Queued before the watch begins, so that the first report has the last word.
+  m_queue->post([this] { return fetchAtStart(); });
+  m_watch = paths.watch(*m_queue, [this](const PathReport& report) { pathChanged(report); });
 }
 
 void NetworkMonitor::pathChanged(const PathReport& report) {
-  m_queue->post([weak = weak_from_this(), connected = report.isSatisfied, type = linkKind(report)] {
+  m_queue->post([this, connected = report.isSatisfied, type = linkKind(report)] {
+    return fetchAndPublish(connected, type);
+  });
+}
+
+Async<> NetworkMonitor::fetchAtStart() {
+  // Before the first report the details are those of a Wi-Fi link, whatever the real one is.
+  const ConnectionInfo info = co_await m_details.fetchConnectionInfo(InterfaceType::wifi);
+  m_main.post([weak = weak_from_this(), info] {
     if (const auto self = weak.lock()) {
-      self->fetchAndPublish(connected, type);
+      self->connectionInfo.set(info);
     }
   });
 }
 
-void NetworkMonitor::fetchAndPublish(bool connected, InterfaceType type) {
-  auto info = m_details.fetchConnectionInfo(type);
-  m_main.post([weak = weak_from_this(), connected, type, info = std::move(info)] {
+Async<> NetworkMonitor::fetchAndPublish(bool connected, InterfaceType type) {
+  const ConnectionInfo info = co_await m_details.fetchConnectionInfo(type);
+  m_main.post([weak = weak_from_this(), connected, type, info] {
     if (const auto self = weak.lock()) {
       self->isConnected.set(connected);
       self->interfaceType.set(type);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Async.h"
 #include "base/Scheduler.h"
 
 #include <optional>
@@ -15,9 +16,9 @@ public:
   HttpClient& operator=(const HttpClient&) = delete;
   virtual ~HttpClient() = default;
 
-  /// The body of the reply to a GET, whatever its status; none when none has come after `wait`
-  /// seconds or none can come. What comes later is dropped. Blocks. Any thread.
-  [[nodiscard]] virtual std::optional<std::string> get(const std::string& url, Seconds wait) = 0;
+  /// The body of the reply to a GET, whatever its status; nullopt when no reply has come after
+  /// `wait` seconds or none can come. What comes later is dropped.
+  [[nodiscard]] virtual Async<std::optional<std::string>> get(std::string url, Seconds wait) = 0;
 };
 
 } // namespace tidewell

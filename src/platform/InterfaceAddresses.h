@@ -14,7 +14,7 @@ public:
   virtual ~InterfaceAddresses() = default;
 
   /// The first IPv4 address, in the system's order, of the interface of exactly this name as
-  /// dotted decimals; none when it has none. Any thread.
+  /// dotted decimals; none when it has none.
   [[nodiscard]] virtual std::optional<std::string> firstIPv4(const std::string& interface) = 0;
 };
 

@@ -23,7 +23,7 @@ public:
   virtual ~InterfaceCounters() = default;
 
   /// The counters of the interface of exactly this name, counted from an origin of the platform's
-  /// choice; none when there is no such interface or it cannot be read. Any thread.
+  /// choice; none when there is no such interface or it cannot be read.
   [[nodiscard]] virtual std::optional<ByteCounts> read(const std::string& interface) = 0;
 };
 

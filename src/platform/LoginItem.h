@@ -13,10 +13,10 @@ public:
   LoginItem& operator=(const LoginItem&) = delete;
   virtual ~LoginItem() = default;
 
-  /// Makes the program start at login; a description of the error when that fails. Any thread.
+  /// Makes the program start at login; a description of the error when that fails.
   [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
 
-  /// Undoes `registerItem`; succeeds when there is nothing to undo. Any thread.
+  /// Undoes `registerItem`; succeeds when there is nothing to undo.
   [[nodiscard]] virtual std::optional<std::string> unregisterItem() = 0;
 };
 

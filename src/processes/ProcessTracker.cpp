@@ -6,7 +6,9 @@
 #include "platform/Platform.h"
 #include "processes/NettopOutput.h"
 
-#include <string_view>
+#include <functional>
+#include <optional>
+#include <string>
 #include <utility>
 
 namespace tidewell {
@@ -30,39 +32,36 @@ void ProcessTracker::start(Seconds interval) {
   if (m_timer) {
     m_earlierTimers.push_back(std::move(m_timer));
   }
-  m_timer = m_workQueue->repeat(firstRefresh, interval, [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) {
-      self->refresh();
-    }
-  });
+  m_timer = m_workQueue->repeat(firstRefresh, interval, [this] { return refresh(); });
 }
 
 void ProcessTracker::stop() { m_timer.reset(); }
 
-void ProcessTracker::refresh() {
-  m_main.post([weak = weak_from_this(), rows = parseNettop()] {
+Async<> ProcessTracker::refresh() {
+  const std::vector<ProcessUsage> rows = co_await parseNettop();
+  m_main.post([weak = weak_from_this(), rows] {
     if (const auto self = weak.lock()) {
       self->processes.set(rows);
     }
   });
 }
 
-std::vector<ProcessUsage> ProcessTracker::parseNettop() {
+Async<std::vector<ProcessUsage>> ProcessTracker::parseNettop() {
   // Unconditional: whether the child is still there when the watchdog fires is not asked.
-  const auto startWatchdog = [this](ChildProcess::Id child) {
+  const std::function<void(ChildProcess::Id)> startWatchdog = [this](ChildProcess::Id child) {
     m_background.postAfter(watchdog,
                            [&children = m_children, child] { children.terminate(child); });
   };
+  const ToolCall traffic{Tool::processTraffic, {}, 0.0};
+  const std::optional<std::string> output = co_await m_children.run(traffic, startWatchdog);
   std::vector<ProcessUsage> rows;
-  const auto output = m_children.run(
-      "/usr/bin/nettop", {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"}, startWatchdog);
   // Lists that memory does not suffice for count as none.
   const bool isParsed = ifMemoryAllows([&] {
     if (output && isUtf8(*output)) {
       rows = parseNettopOutput(*output);
     }
   });
-  return isParsed ? rows : std::vector<ProcessUsage>();
+  co_return isParsed ? rows : std::vector<ProcessUsage>();
 }
 
 } // namespace tidewell

@@ -15,8 +15,7 @@ struct Platform;
 /// Runs the per-process statistics tool at an interval and publishes which programs use the
 /// network.
 ///
-/// Made with `makeService`. `start`, `stop` and the published value belong to the main thread; the
-/// tool runs on a serial queue of the tracker's own.
+/// Owned by a shared_ptr. A serial queue of the tracker's own waits for the tool.
 class ProcessTracker : public TrackerState, public std::enable_shared_from_this<ProcessTracker> {
 public:
   /// Does not start anything. Borrows the platform.
@@ -30,14 +29,14 @@ public:
   void stop();
 
 private:
-  void refresh();
-  [[nodiscard]] std::vector<ProcessUsage> parseNettop();
+  [[nodiscard]] Async<> refresh();
+  [[nodiscard]] Async<std::vector<ProcessUsage>> parseNettop();
 
   WorkQueue& m_main;
   WorkQueue& m_background;
   ChildProcess& m_children;
-  std::unique_ptr<WorkQueue> m_workQueue;
-  std::unique_ptr<Timer> m_timer; // main thread; after the queue, so that it is cancelled first
+  std::unique_ptr<WorkQueue> m_workQueue; // last but the timers: its tasks use all that is above
+  std::unique_ptr<Timer> m_timer;
   std::vector<std::unique_ptr<Timer>> m_earlierTimers;
 };
 

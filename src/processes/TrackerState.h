@@ -7,7 +7,7 @@
 
 namespace tidewell {
 
-/// What the process tracker publishes. Written and observed on the main thread.
+/// What the process tracker publishes.
 struct TrackerState {
   /// The heaviest programs, heaviest first, ten at the most.
   Published<std::vector<ProcessUsage>> processes;

@@ -29,16 +29,8 @@ BandwidthSampler::BandwidthSampler(const Platform& platform)
       m_workQueue(platform.scheduler.makeSerialQueue(workQueueLabel)) {}
 
 void BandwidthSampler::start(Seconds interval) {
-  m_workQueue->post([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) {
-      self->prime();
-    }
-  });
-  m_timer = m_workQueue->repeat(interval, interval, [weak = weak_from_this()] {
-    if (const auto self = weak.lock()) {
-      self->sample();
-    }
-  });
+  m_workQueue->post([this] { prime(); });
+  m_timer = m_workQueue->repeat(interval, interval, [this] { return sample(); });
 }
 
 void BandwidthSampler::stop() { m_timer.reset(); }
@@ -57,7 +49,7 @@ void BandwidthSampler::prime() {
   m_previousTimestamp = m_clock.now();
 }
 
-void BandwidthSampler::sample() {
+Async<> BandwidthSampler::sample() {
   const double now = m_clock.now();
   const ByteCounts counts = readPrimaryInterface();
   const double elapsed = now - m_previousTimestamp;
@@ -65,7 +57,7 @@ void BandwidthSampler::sample() {
   const ByteCounts before = std::exchange(m_previous, counts);
   m_previousTimestamp = now;
   if (!hasBaseline) {
-    return;
+    co_return;
   }
   const std::int64_t download = rateOf(before.bytesIn, counts.bytesIn, elapsed);
   const std::int64_t upload = rateOf(before.bytesOut, counts.bytesOut, elapsed);
@@ -73,7 +65,7 @@ void BandwidthSampler::sample() {
   m_sampleCount = checkedAdd(m_sampleCount, 1);
   LineQuality quality{latencyMs.get(), jitterMs.get(), packetLossPercent.get()};
   if (m_sampleCount % samplesPerProbe == 0) {
-    quality = m_probe.probe(quality);
+    quality = co_await m_probe.probe(quality);
   }
   auto snapshot = std::make_shared<const NetworkSnapshot>(
       now, download, upload, quality.latencyMs, quality.jitterMs, quality.packetLossPercent);

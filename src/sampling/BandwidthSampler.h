@@ -19,8 +19,8 @@ struct Platform;
 /// Turns the primary interface's byte counters into rates, one sample per interval, and runs the
 /// latency probe with every fifth of them.
 ///
-/// Made with `makeService`. `start`, `stop` and every published value belong to the main thread;
-/// the measuring runs on a serial queue of its own and holds the sampler weakly between samples.
+/// Owned by a shared_ptr. The measuring runs on a serial queue of its own, which waits for the
+/// probe.
 class BandwidthSampler : public SamplerState,
                          public std::enable_shared_from_this<BandwidthSampler> {
 public:
@@ -38,16 +38,16 @@ public:
   void stop();
 
   /// Name of the interface that carries the traffic, asked anew at every call; "en0" when the
-  /// system does not know. Any thread.
+  /// system does not know.
   [[nodiscard]] static std::string detectPrimaryInterface(ConfigurationStore& configuration);
 
-  /// The interface's byte counters; zeros when it cannot be read. Any thread.
+  /// The interface's byte counters; zeros when it cannot be read.
   [[nodiscard]] static ByteCounts readInterfaceBytes(InterfaceCounters& counters,
                                                      const std::string& interface);
 
 private:
   void prime();
-  void sample();
+  [[nodiscard]] Async<> sample();
   [[nodiscard]] ByteCounts readPrimaryInterface();
   void publish(const std::shared_ptr<const NetworkSnapshot>& snapshot);
 
@@ -56,14 +56,13 @@ private:
   InterfaceCounters& m_counters;
   ConfigurationStore& m_configuration;
 
-  // Touched on m_workQueue alone.
   LatencyProbe m_probe;
   ByteCounts m_previous;
   double m_previousTimestamp = 0.0; // seconds since 1970; 0 while there is no baseline
   std::int64_t m_sampleCount = 0;   // samples that gave rates since construction
 
-  std::unique_ptr<WorkQueue> m_workQueue;
-  std::unique_ptr<Timer> m_timer; // main thread; after the queue, so that it is cancelled first
+  std::unique_ptr<WorkQueue> m_workQueue; // last but the timer: its tasks use all that is above
+  std::unique_ptr<Timer> m_timer;
 };
 
 } // namespace tidewell

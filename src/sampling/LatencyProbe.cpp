@@ -12,6 +12,7 @@ namespace tidewell {
 
 namespace {
 
+constexpr Seconds replyWait = 2.0;
 constexpr std::size_t windowSize = 10;
 constexpr double lossPerFailure = 10.0;
 constexpr double recoveryPerSuccess = 5.0;
@@ -28,13 +29,13 @@ double jitterOf(const std::deque<double>& samples) {
 
 } // namespace
 
-LineQuality LatencyProbe::probe(const LineQuality& carried) {
+Async<LineQuality> LatencyProbe::probe(LineQuality carried) {
   LineQuality quality = carried;
-  const std::optional<double> latency = measureLatency();
+  const std::optional<double> latency = co_await measureLatency();
   quality.latencyMs = latency.value_or(0.0);
   if (!latency) {
     quality.packetLossPercent = std::min(carried.packetLossPercent + lossPerFailure, 100.0);
-    return quality;
+    co_return quality;
   }
   m_latencySamples.push_back(*latency);
   if (m_latencySamples.size() > windowSize) {
@@ -44,7 +45,7 @@ LineQuality LatencyProbe::probe(const LineQuality& carried) {
     quality.jitterMs = jitterOf(m_latencySamples);
   }
   quality.packetLossPercent = std::max(carried.packetLossPercent - recoveryPerSuccess, 0.0);
-  return quality;
+  co_return quality;
 }
 
 std::optional<double> LatencyProbe::parseOutput(std::string_view output) {
@@ -63,9 +64,10 @@ std::optional<double> LatencyProbe::parseOutput(std::string_view output) {
   return parseDouble(output.substr(begin, end - begin)).value_or(0.0);
 }
 
-std::optional<double> LatencyProbe::measureLatency() {
-  const auto output = m_children.run("/sbin/ping", {"-c", "1", "-W", "2000", target});
-  return output ? parseOutput(*output) : std::nullopt;
+Async<std::optional<double>> LatencyProbe::measureLatency() {
+  const ToolCall ping{Tool::ping, target, replyWait};
+  const std::optional<std::string> output = co_await m_children.run(ping);
+  co_return output ? parseOutput(*output) : std::nullopt;
 }
 
 } // namespace tidewell

@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-/// What the sampler publishes. Written and observed on the main thread.
+/// What the sampler publishes.
 struct SamplerState {
   Published<std::int64_t> currentDownloadBytesPerSec{0};
   Published<std::int64_t> currentUploadBytesPerSec{0};
@@ -22,7 +22,7 @@ struct SamplerState {
   /// Whether the machine is online; written by the application from the connectivity monitor.
   bool isConnected = true;
 
-  /// The connection's quality by the values published last. Main thread.
+  /// The connection's quality by the values published last.
   [[nodiscard]] NetworkStatus currentStatus() const;
 };
 

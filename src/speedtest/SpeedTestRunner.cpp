@@ -7,6 +7,7 @@
 #include "platform/Platform.h"
 #include "speedtest/NetworkQualityOutput.h"
 
+#include <string>
 #include <string_view>
 
 namespace tidewell {
@@ -20,29 +21,30 @@ void SpeedTestRunner::run() {
     return;
   }
   isRunning.set(true);
-  m_background.post([weak = weak_from_this(), &main = m_main] {
-    const auto runner = weak.lock();
-    const auto result = runner ? runner->executeTest() : std::nullopt;
-    main.post([weak, result] {
-      if (const auto self = weak.lock()) {
-        self->lastResult.set(result);
-        self->isRunning.set(false);
-      }
-    });
-  });
+  m_background.post([weak = weak_from_this(), &children = m_children, &main = m_main,
+                     &clock = m_clock] { return execute(weak, children, main, clock); });
 }
 
-std::optional<SpeedTestResult> SpeedTestRunner::executeTest() {
-  const auto output = m_children.run("/usr/bin/networkQuality", {"-s", "-v"});
-  if (!output) {
-    return std::nullopt;
-  }
+Async<> SpeedTestRunner::execute(std::weak_ptr<SpeedTestRunner> runner, ChildProcess& children,
+                                 WorkQueue& main, Clock& clock) {
+  const ToolCall test{Tool::lineTest, {}, 0.0};
+  const std::optional<std::string> output = co_await children.run(test);
   std::optional<SpeedTestResult> result;
   const bool isParsed = ifMemoryAllows([&] {
-    result = parseNetworkQualityOutput(
-        isUtf8(*output) ? std::string_view(*output) : std::string_view(), m_clock.now());
+    if (output) {
+      result = parseNetworkQualityOutput(
+          isUtf8(*output) ? std::string_view(*output) : std::string_view(), clock.now());
+    }
   });
-  return isParsed ? result : std::nullopt;
+  if (!isParsed) {
+    result.reset();
+  }
+  main.post([runner, result] {
+    if (const auto self = runner.lock()) {
+      self->lastResult.set(result);
+      self->isRunning.set(false);
+    }
+  });
 }
 
 } // namespace tidewell

@@ -14,8 +14,8 @@ struct Platform;
 
 /// Measures the line's capacity on demand with the network-quality tool.
 ///
-/// Made with `makeService`. Everything public belongs to the main thread; the tool runs on the
-/// background queue.
+/// Owned by a shared_ptr. A task of the background queue waits for the tool, and publishes nothing
+/// when the runner is gone by then.
 class SpeedTestRunner : public SpeedTestState,
                         public std::enable_shared_from_this<SpeedTestRunner> {
 public:
@@ -26,7 +26,8 @@ public:
   void run();
 
 private:
-  [[nodiscard]] std::optional<SpeedTestResult> executeTest();
+  [[nodiscard]] static Async<> execute(std::weak_ptr<SpeedTestRunner> runner,
+                                       ChildProcess& children, WorkQueue& main, Clock& clock);
 
   WorkQueue& m_main;
   WorkQueue& m_background;

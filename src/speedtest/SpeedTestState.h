@@ -20,7 +20,7 @@ struct SpeedTestResult {
   friend bool operator==(const SpeedTestResult&, const SpeedTestResult&) = default;
 };
 
-/// What the speed test publishes. Written and observed on the main thread.
+/// What the speed test publishes.
 struct SpeedTestState {
   Published<bool> isRunning{false};
   /// The last finished run; none before the first and after one that could not start.

@@ -52,9 +52,9 @@ protected:
   void publishLatency(double milliseconds) {
     delegate->bandwidthSampler().latencyMs.set(milliseconds);
   }
-  std::size_t runsOf(const std::string& tool) const {
+  std::size_t runsOf(Tool tool) const {
     return static_cast<std::size_t>(
-        std::ranges::count(machine.children.runs, tool, &FakeChildren::Run::path));
+        std::ranges::count(machine.children.runs, tool, &ToolCall::tool));
   }
 };
 
@@ -211,7 +211,7 @@ TEST_F(AppDelegateTest, TracksProcessesEveryTenSecondsWhateverTheRefreshInterval
   settings.setRefreshInterval(1.0);
   launch();
   machine.scheduler.advance(25.0);
-  EXPECT_EQ(runsOf("/usr/bin/nettop"), 3U);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 3U);
 }
 
 TEST_F(AppDelegateTest, StopsAndStartsTrackingWithTheSetting) {
@@ -219,13 +219,13 @@ TEST_F(AppDelegateTest, StopsAndStartsTrackingWithTheSetting) {
   machine.scheduler.settle();
   launch();
   machine.scheduler.advance(30.0);
-  EXPECT_EQ(runsOf("/usr/bin/nettop"), 0U);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 0U);
   settings.setTrackPerProcess(true);
   machine.scheduler.advance(3.0);
-  EXPECT_EQ(runsOf("/usr/bin/nettop"), 1U);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 1U);
   settings.setTrackPerProcess(false);
   machine.scheduler.advance(60.0);
-  EXPECT_EQ(runsOf("/usr/bin/nettop"), 1U);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 1U);
 }
 
 TEST_F(AppDelegateTest, StopsBothTimersAndNothingElseAtTheEnd) {

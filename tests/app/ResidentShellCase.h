@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ResidentShell.h"
+#include "platform/linux/loop/EpollLoop.h"
 
 #include "connectivity/MonitorState.h"
 #include "processes/TrackerState.h"
@@ -99,7 +100,7 @@ protected:
   }
 
   PrivateBus daemon;
-  EventLoop loop;
+  EpollLoop loop;
   SessionBus bus{loop, daemon.address()};
   SamplerState sampler;
   MonitorState monitor;

@@ -2,7 +2,7 @@
 
 #include "platform/linux/bus/BusTypes.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "support/LoopRunner.h"
 #include "support/PrivateBus.h"
 
@@ -55,7 +55,7 @@ protected:
   }
 
   PrivateBus daemon;
-  EventLoop loop;
+  EpollLoop loop;
   SessionBus bus{loop, daemon.address()};
   std::vector<bool> told;
   WatcherClient client{

@@ -1,6 +1,6 @@
 #include "app/WindowsProcess.h"
 
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "support/LoopRunner.h"
 #include "support/StoredFile.h"
 #include "support/TemporaryDirectory.h"
@@ -44,7 +44,7 @@ protected:
 
   TemporaryDirectory directory;
   std::string log = (directory.path() / "log").string();
-  EventLoop loop;
+  EpollLoop loop;
   std::unique_ptr<WindowsProcess> windows =
       std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS);
 };

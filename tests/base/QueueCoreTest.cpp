@@ -21,7 +21,7 @@ protected:
   std::string runAll(Ticks now) {
     order.clear();
     while (const auto work = core.take(now)) {
-      (*work)();
+      runAtOnce(*work);
     }
     return order;
   }

@@ -1,5 +1,6 @@
 #include "connectivity/ConnectionDetails.h"
 
+#include "support/Awaiting.h"
 #include "support/FakeMachine.h"
 
 #include <gtest/gtest.h>
@@ -14,13 +15,8 @@ protected:
   FakeMachine machine;
   ConnectionDetails details{machine.platform};
 
-  /// The details as a task gathers them, since their lookups block.
   ConnectionInfo fetch(InterfaceType type) {
-    ConnectionInfo info;
-    const auto queue = machine.scheduler.makeSerialQueue("fetch");
-    queue->post([&] { info = details.fetchConnectionInfo(type); });
-    machine.scheduler.advance(60.0);
-    return info;
+    return awaited(details.fetchConnectionInfo(type), [this] { machine.scheduler.advance(60.0); });
   }
 };
 

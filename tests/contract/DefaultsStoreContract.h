@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/DefaultsStore.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ struct StoreKind {
 
 class DefaultsStoreContract : public testing::TestWithParam<StoreKind> {
 protected:
-  EventLoop loop;
+  EpollLoop loop;
   std::unique_ptr<StoreUnderTest> world = GetParam().make(loop);
   DefaultsStore& store = world->store();
 };

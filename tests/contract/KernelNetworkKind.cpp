@@ -1,4 +1,5 @@
 #include "contract/NetworkContract.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
@@ -78,7 +79,8 @@ private:
   RouteSocket m_socket; // opened on first use, inside the namespace
   DeviceTable m_table;  // as well
   LinuxInterfaceCounters m_counters{m_table};
-  LinuxConfigurationStore m_configuration{m_socket};
+  EpollLoop m_loop;
+  LinuxConfigurationStore m_configuration{m_loop, m_socket};
 };
 
 INSTANTIATE_TEST_SUITE_P(Kernel, NetworkContract,

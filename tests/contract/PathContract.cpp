@@ -1,6 +1,5 @@
 #include "contract/PathContract.h"
 
-#include <mutex>
 #include <vector>
 
 namespace tidewell::test {
@@ -9,74 +8,52 @@ namespace {
 constexpr PathReport wired{true, false, true, false};
 constexpr PathReport none{false, false, false, false};
 
-/// Keeps the reports that come, on whatever thread.
-class Reports {
-public:
-  explicit Reports(WorkQueue& queue) : m_queue(queue) {}
+using Reports = std::vector<PathReport>;
 
-  PathMonitor::Handler handler() {
-    return [this](const PathReport& report) {
-      const std::scoped_lock lock(m_mutex);
-      m_heard.push_back(report);
-      m_allOnQueue = m_allOnQueue && m_queue.isCurrent();
-    };
-  }
-  std::vector<PathReport> heard() {
-    const std::scoped_lock lock(m_mutex);
-    return m_heard;
-  }
-  bool allOnQueue() {
-    const std::scoped_lock lock(m_mutex);
-    return m_allOnQueue;
-  }
-
-private:
-  WorkQueue& m_queue;
-  std::mutex m_mutex;
-  std::vector<PathReport> m_heard;
-  bool m_allOnQueue = true;
-};
+PathMonitor::Handler keeping(Reports& reports) {
+  return [&reports](const PathReport& report) { reports.push_back(report); };
+}
 
 TEST_P(PathContract, ReportsThePathAsItIsAtTheStart) {
   path->connect();
-  Reports reports(path->queue());
-  const auto watch = path->monitor().watch(path->queue(), reports.handler());
+  Reports reports;
+  const auto watch = path->monitor().watch(path->queue(), keeping(reports));
+  EXPECT_TRUE(reports.empty()) << "reports come on the queue";
   path->settle();
-  EXPECT_EQ(reports.heard(), std::vector{wired});
+  EXPECT_EQ(reports, std::vector{wired});
 }
 
-TEST_P(PathContract, ReportsEachChangeOnceInOrderOnTheQueue) {
+TEST_P(PathContract, ReportsEachChangeOnceInOrder) {
   path->connect();
-  Reports reports(path->queue());
-  const auto watch = path->monitor().watch(path->queue(), reports.handler());
+  Reports reports;
+  const auto watch = path->monitor().watch(path->queue(), keeping(reports));
   path->settle();
   path->disconnect();
   path->settle();
   path->connect();
   path->settle();
-  EXPECT_EQ(reports.heard(), (std::vector{wired, none, wired}));
-  EXPECT_TRUE(reports.allOnQueue());
+  EXPECT_EQ(reports, (std::vector{wired, none, wired}));
 }
 
 TEST_P(PathContract, ReportsNothingWhenThePathIsTheSame) {
   path->connect();
-  Reports reports(path->queue());
-  const auto watch = path->monitor().watch(path->queue(), reports.handler());
+  Reports reports;
+  const auto watch = path->monitor().watch(path->queue(), keeping(reports));
   path->settle();
   path->stir();
   path->settle();
-  EXPECT_EQ(reports.heard().size(), 1U);
+  EXPECT_EQ(reports.size(), 1U);
 }
 
 TEST_P(PathContract, ReportsNothingOnceItsWatchHasEnded) {
   path->connect();
-  Reports reports(path->queue());
-  auto watch = path->monitor().watch(path->queue(), reports.handler());
+  Reports reports;
+  auto watch = path->monitor().watch(path->queue(), keeping(reports));
   path->settle();
   watch.reset();
   path->disconnect();
   path->settle();
-  EXPECT_EQ(reports.heard().size(), 1U);
+  EXPECT_EQ(reports.size(), 1U);
 }
 
 } // namespace

@@ -22,8 +22,8 @@ public:
   [[nodiscard]] virtual Scheduler& scheduler() = 0;
   /// Serves the main queue for that long.
   virtual void run(Seconds span) = 0;
-  /// Blocks the calling task.
-  virtual void block(Seconds span) = 0;
+  /// Lets the awaiting task wait.
+  [[nodiscard]] virtual Async<> sleep(Seconds span) = 0;
 };
 
 /// One way to make a scheduler; the contract holds for all of them.

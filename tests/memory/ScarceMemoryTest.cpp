@@ -1,7 +1,6 @@
 #include "ScarceMemory.h"
 
 #include "base/IfMemoryAllows.h"
-#include "base/Service.h"
 #include "connectivity/ConnectionDetails.h"
 #include "platform/Platform.h"
 #include "platform/linux/process/LinuxChildProcess.h"
@@ -9,7 +8,9 @@
 #include "platform/linux/process/SpawnedChild.h"
 #include "processes/ProcessTracker.h"
 #include "speedtest/SpeedTestRunner.h"
+#include "support/ChildExit.h"
 #include "support/FakeMachine.h"
+#include "support/LoopRunner.h"
 
 #include <gtest/gtest.h>
 
@@ -17,12 +18,12 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include <sys/eventfd.h>
 #include <sys/wait.h>
 
 namespace tidewell::test {
@@ -64,50 +65,64 @@ TEST(ScarceMemoryTest, TellsWhetherThereWasEnough) {
   EXPECT_FALSE(ifMemoryAllows([] { static_cast<void>(std::string(longText)); }));
 }
 
-TEST(ScarceMemoryTest, AChildThatCannotBeStartedOrHeardIsNone) {
-  const FileDescriptor never(::eventfd(0, EFD_CLOEXEC));
+TEST(ScarceMemoryTest, AChildThatCannotBeStartedIsNone) {
+  EpollLoop loop;
   const std::vector<std::string> arguments = {"-c", "printf '%s' " + longText};
   const std::string shell = "/bin/sh";
-  std::optional<std::string> output;
   const long before = openDescriptors();
-  const auto run = [&] {
-    output.reset();
-    if (auto child = SpawnedChild::start(shell, arguments)) {
-      child->wait(20.0, never);
-      child->reap();
-      output = child->output();
-    }
-  };
+  std::unique_ptr<SpawnedChild> child;
+  const auto start = [&] { child = SpawnedChild::start(loop, shell, arguments, 15.0); };
   const auto check = [&](bool isShort) {
-    EXPECT_EQ(output, isShort ? std::nullopt : std::optional(longText));
+    EXPECT_EQ(child == nullptr, isShort);
+    child.reset();
     expectNoChildLeft();
     EXPECT_EQ(openDescriptors(), before);
   };
-  EXPECT_GT(shortages(check, run), 5);
+  EXPECT_GT(shortages(check, start), 5);
+}
+
+TEST(ScarceMemoryTest, OutputThatMemoryDoesNotSufficeForIsNone) {
+  EpollLoop loop;
+  const auto child = SpawnedChild::start(loop, "/bin/echo", {longText}, 15.0);
+  EXPECT_TRUE(awaited(loop, exitOf(*child)));
+  const ScarceMemory scarcity(1);
+  EXPECT_EQ(child->output(), std::nullopt);
 }
 
 TEST(ScarceMemoryTest, AToolThatMemoryDoesNotSufficeForIsReapedAllTheSame) {
-  LinuxChildProcess children;
-  const std::string ping = "/sbin/ping";
-  const std::vector<std::string> arguments = {"-h"};
+  EpollLoop loop;
+  LinuxChildProcess children(loop);
   const std::function<void(ChildProcess::Id)> launched = [](ChildProcess::Id) {
     throw std::bad_alloc(); // as a watchdog that cannot be posted does
   };
   const long before = openDescriptors();
-  static_cast<void>(children.run(ping, arguments, launched));
+  static_cast<void>(awaited(loop, children.run({Tool::ping, "-h", 1.0}, launched)));
   expectNoChildLeft();
   EXPECT_EQ(openDescriptors(), before);
 }
 
 TEST(ScarceMemoryTest, ALookupThatMemoryDoesNotSufficeForHasNoAnswer) {
-  LinuxHttpClient http("/bin/echo");
-  std::optional<std::string> body;
-  const auto get = [&] { body = http.get(longText, 20.0); };
-  const auto check = [&](bool isShort) {
-    EXPECT_EQ(body, isShort ? std::nullopt : std::optional(longText + "\n"));
+  EpollLoop loop;
+  LinuxHttpClient http(loop, "/bin/echo");
+  for (long first = 1;; ++first) {
+    std::optional<std::optional<std::string>> body;
+    Async<> work = store(http.get(longText, 15.0), &body);
+    {
+      const ScarceMemory scarcity(first);
+      work.start(nullptr);
+    }
+    if (!ScarceMemory::hasRefused()) {
+      EXPECT_TRUE(runUntil(loop, [&] { return work.isDone(); }));
+      ASSERT_TRUE(body);
+      EXPECT_EQ(*body, longText + "\n");
+      EXPECT_GT(first, 5);
+      break;
+    }
+    ASSERT_TRUE(work.isDone());
+    ASSERT_TRUE(body);
+    EXPECT_EQ(*body, std::nullopt);
     expectNoChildLeft();
-  };
-  EXPECT_GT(shortages(check, get), 5);
+  }
 }
 
 // Little for a text, much for what is made of its lines.
@@ -117,7 +132,7 @@ constexpr std::size_t largest = 8192;
 TEST(ScarceMemoryTest, AListOfProgramsThatMemoryDoesNotSufficeForIsEmpty) {
   FakeMachine machine;
   machine.children.usual = {"header\nbrowser.812,5,6,\n" + manyLines, 0.0};
-  const auto tracker = makeService<ProcessTracker>(machine.scheduler.main(), machine.platform);
+  const auto tracker = std::make_shared<ProcessTracker>(machine.platform);
   tracker->start(10.0);
   machine.scheduler.advance(3.0);
   EXPECT_EQ(tracker->processes.get().size(), 1U);
@@ -133,7 +148,7 @@ TEST(ScarceMemoryTest, AListOfProgramsThatMemoryDoesNotSufficeForIsEmpty) {
 TEST(ScarceMemoryTest, ASpeedTestThatMemoryDoesNotSufficeForHasNoResult) {
   FakeMachine machine;
   machine.children.usual = {"Downlink capacity: 9 Mbps\n" + manyLines, 0.0};
-  const auto test = makeService<SpeedTestRunner>(machine.scheduler.main(), machine.platform);
+  const auto test = std::make_shared<SpeedTestRunner>(machine.platform);
   test->run();
   machine.scheduler.settle();
   EXPECT_TRUE(test->lastResult.get());
@@ -149,13 +164,13 @@ TEST(ScarceMemoryTest, ASpeedTestThatMemoryDoesNotSufficeForHasNoResult) {
 /// Answers with what there is just memory enough for.
 class LastPiece final : public HttpClient {
 public:
-  [[nodiscard]] std::optional<std::string> get(const std::string& /*url*/,
-                                               Seconds /*wait*/) override {
+  [[nodiscard]] Async<std::optional<std::string>> get(std::string /*url*/,
+                                                      Seconds /*wait*/) override {
     std::string body(largest + 1, '1');
     if (isLast) {
       scarcity.emplace(largest);
     }
-    return body;
+    co_return body;
   }
 
   bool isLast = false;
@@ -170,7 +185,8 @@ TEST(ScarceMemoryTest, AnAddressThatMemoryDoesNotSufficeForIsNotKnown) {
       machine.paths,     http,          machine.children};
   ConnectionDetails details(platform);
   const auto address = [&] {
-    auto info = details.fetchConnectionInfo(ConnectionInfo::InterfaceType::wifi);
+    auto info = awaited(details.fetchConnectionInfo(ConnectionInfo::InterfaceType::wifi),
+                        [&] { machine.scheduler.settle(); });
     http.scarcity.reset();
     return info.publicIP;
   };

@@ -4,6 +4,7 @@
 #include "platform/linux/network/LinuxInterfaceAddresses.h"
 #include "platform/linux/network/RouteSocket.h"
 #include "support/FakeMachine.h"
+#include "support/LoopRunner.h"
 #include "support/NetworkNamespace.h"
 #include "support/TemporaryDirectory.h"
 
@@ -35,15 +36,17 @@ protected:
   ConnectionInfo fetch(InterfaceType type) {
     const Platform platform{machine.scheduler, machine.clock, machine.counters, configuration,
                             addresses,         machine.paths, machine.http,     machine.children};
-    return ConnectionDetails(platform).fetchConnectionInfo(type);
+    ConnectionDetails details(platform);
+    return awaited(loop, details.fetchConnectionInfo(type));
   }
 
   std::unique_ptr<NetworkNamespace> network;
   TemporaryDirectory directory;
   FakeMachine machine;
   RouteSocket socket;
+  EpollLoop loop;
   LinuxConfigurationStore configuration{
-      socket, {(directory / "resolve").string(), (directory / "resolv.conf").string()}};
+      loop, socket, {(directory / "resolve").string(), (directory / "resolv.conf").string()}};
   LinuxInterfaceAddresses addresses;
 };
 

@@ -3,6 +3,7 @@
 #include "platform/linux/bus/ResolvedServers.h"
 #include "platform/linux/network/ResolverFile.h"
 #include "support/FakeResolved.h"
+#include "support/LoopRunner.h"
 
 #include <gtest/gtest.h>
 
@@ -50,22 +51,24 @@ TEST(ResolverFile, SurvivesRandomDamage) {
   EXPECT_GT(understood, 0U);
 }
 
-TEST(DnsServers, AreThoseOfTheFirstSourceThatKnowsAny) {
-  const DnsSource none = [] { return Servers{}; };
-  const DnsSource some = [] { return Servers{"192.168.1.1", "192.0.2.53"}; };
-  const DnsSource never = []() -> Servers { throw std::logic_error("asked without need"); };
-  EXPECT_EQ(firstServers({none, some, never}), (Found{{"192.168.1.1", "192.0.2.53"}}));
-  EXPECT_EQ(firstServers({none, none}), std::nullopt);
+TEST(DnsChoice, TakesTheFirstListThatHoldsAServer) {
+  DnsChoice choice;
+  EXPECT_FALSE(choice.offer({}));
+  EXPECT_EQ(choice.servers(), std::nullopt);
+  EXPECT_TRUE(choice.offer({"192.168.1.1", "192.0.2.53"}));
+  EXPECT_TRUE(choice.offer({"9.9.9.9"}));
+  EXPECT_EQ(choice.servers(), (Found{{"192.168.1.1", "192.0.2.53"}}));
 }
 
-TEST(DnsServers, HoldTheStubOnlyWhenNothingElseIsKnown) {
-  const DnsSource stub = [] { return Servers{"127.0.0.53"}; };
-  const DnsSource both = [] { return Servers{"127.0.0.54", "192.168.1.1"}; };
-  const DnsSource none = [] { return Servers{}; };
-  EXPECT_EQ(firstServers({stub, both}), (Found{{"192.168.1.1"}}));
-  EXPECT_EQ(firstServers({none, stub}), (Found{{"127.0.0.53"}}));
-  const DnsSource ownServer = [] { return Servers{"127.0.0.1"}; };
-  EXPECT_EQ(firstServers({ownServer}), (Found{{"127.0.0.1"}}));
+TEST(DnsChoice, TakesTheStubOnlyWhenNothingElseIsKnown) {
+  DnsChoice choice;
+  EXPECT_FALSE(choice.offer({"127.0.0.53"}));
+  EXPECT_EQ(choice.servers(), (Found{{"127.0.0.53"}}));
+  EXPECT_TRUE(choice.offer({"127.0.0.54", "192.168.1.1"}));
+  EXPECT_EQ(choice.servers(), (Found{{"192.168.1.1"}}));
+  DnsChoice own;
+  EXPECT_TRUE(own.offer({"127.0.0.1"}));
+  EXPECT_EQ(own.servers(), (Found{{"127.0.0.1"}}));
 }
 
 TEST(ResolvedServers, ComeInOrderOfChoice) {
@@ -79,11 +82,12 @@ TEST(ResolvedServers, ComeInOrderOfChoice) {
 
 class DnsOnThisMachine : public testing::Test {
 protected:
+  EpollLoop loop;
   TemporaryDirectory root;
   DnsPlaces places{(root / "resolve").string(), (root / "resolv.conf").string()};
 
   Found find(std::optional<int> primaryIndex = std::nullopt) {
-    return findDnsServers(places, primaryIndex);
+    return awaited(loop, findDnsServers(loop, places, primaryIndex));
   }
   void addResolved() const { std::filesystem::create_directory(places.resolvedDirectory); }
 };

@@ -31,12 +31,13 @@ protected:
 };
 
 TEST_F(LinkLoss, IsPublishedWithinASecondThoughTheDetailsAreFetchedFirst) {
-  LinuxHttpClient http(directory / "helper");
+  LinuxHttpClient http(machine->loop, directory / "helper");
   LinuxPathMonitor paths(
       machine->loop, machine->socket, [&](bool isSatisfied) { http.setPathSatisfied(isSatisfied); },
       machine->network->sysfsRoot());
   LinuxConfigurationStore configuration(
-      machine->socket, {(directory / "resolve").string(), (directory / "resolv.conf").string()});
+      machine->loop, machine->socket,
+      {(directory / "resolve").string(), (directory / "resolv.conf").string()});
   LinuxInterfaceAddresses addresses;
   FakeMachine fakes;
   machine->connect();
@@ -52,8 +53,6 @@ TEST_F(LinkLoss, IsPublishedWithinASecondThoughTheDetailsAreFetchedFirst) {
   EXPECT_LT(std::chrono::steady_clock::now() - lost, std::chrono::seconds(1));
   EXPECT_EQ(monitor->connectionInfo.get().interfaceName, "Other (wan0)");
   EXPECT_EQ(monitor->connectionInfo.get().publicIP, "--");
-  monitor.reset();
-  http.endAll();
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/linux/bus/LoginSession.h"
+#include "platform/linux/loop/EpollLoop.h"
 
 #include "support/TemporaryDirectory.h"
 
@@ -29,7 +30,7 @@ protected:
   }
 
   TemporaryDirectory directory;
-  EventLoop loop;
+  EpollLoop loop;
   int ends = 0;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/linux/process/NotificationSound.h"
 
-#include "base/ThreadScheduler.h"
+#include "base/TaskQueue.h"
 #include "support/LoopRunner.h"
 #include "support/TemporaryDirectory.h"
 
@@ -30,12 +30,12 @@ protected:
 
   TemporaryDirectory directory;
   std::filesystem::path played = directory / "played";
-  EventLoop loop;
+  EpollLoop loop;
 };
 
 TEST_F(NotificationSoundTest, IsPlayedOncePerCall) {
-  ThreadScheduler scheduler(loop);
-  NotificationSound sound(scheduler.background(), helper());
+  LoopScheduler scheduler(loop);
+  NotificationSound sound(loop, scheduler.background(), helper());
   sound.play();
   EXPECT_TRUE(waitForText("played\n"));
   sound.play();
@@ -43,10 +43,10 @@ TEST_F(NotificationSoundTest, IsPlayedOncePerCall) {
 }
 
 TEST_F(NotificationSoundTest, IsSilentWithoutAHelper) {
-  ThreadScheduler scheduler(loop);
-  NotificationSound missing(scheduler.background(), directory / "missing");
+  LoopScheduler scheduler(loop);
+  NotificationSound missing(loop, scheduler.background(), directory / "missing");
   missing.play();
-  NotificationSound sound(scheduler.background(), helper());
+  NotificationSound sound(loop, scheduler.background(), helper());
   sound.play();
   EXPECT_TRUE(waitForText("played\n"));
 }
@@ -54,12 +54,11 @@ TEST_F(NotificationSoundTest, IsSilentWithoutAHelper) {
 TEST_F(NotificationSoundTest, DoesNotHinderTheEnd) {
   const auto begin = std::chrono::steady_clock::now();
   {
-    ThreadScheduler scheduler(loop);
-    NotificationSound sound(scheduler.background(), helper("exec sleep 7"));
+    LoopScheduler scheduler(loop);
+    NotificationSound sound(loop, scheduler.background(), helper("exec sleep 7"));
     sound.play();
     EXPECT_TRUE(waitForText("played\n"));
     sound.play();
-    sound.endAll();
   }
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
 }

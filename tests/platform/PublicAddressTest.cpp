@@ -1,5 +1,6 @@
 #include "platform/linux/process/LinuxHttpClient.h"
 #include "platform/linux/process/SpawnedChild.h"
+#include "support/LoopRunner.h"
 #include "support/NetworkNamespace.h"
 #include "support/TemporaryDirectory.h"
 
@@ -36,10 +37,7 @@ protected:
     }
   }
   void TearDown() override {
-    if (server) {
-      server->terminate();
-      server->reap();
-    }
+    server.reset();
     ::unsetenv("SSL_CERT_FILE");
   }
 
@@ -51,15 +49,17 @@ protected:
                  address);
   }
   void serve(const std::string& mode) {
-    server = SpawnedChild::start("/usr/bin/env", {"python3", TIDEWELL_TESTS "/support/tlsServer.py",
-                                                  directory / "cert.pem", directory / "key.pem",
-                                                  mode, directory / "ready"});
+    server = SpawnedChild::start(loop, "/usr/bin/env",
+                                 {"python3", TIDEWELL_TESTS "/support/tlsServer.py",
+                                  directory / "cert.pem", directory / "key.pem", mode,
+                                  directory / "ready"},
+                                 100.0);
     for (int wait = 0; wait < 1000 && !std::filesystem::exists(directory / "ready"); ++wait) {
       ::poll(nullptr, 0, 10);
     }
   }
-  std::optional<std::string> get(const std::string& address = url) {
-    return client.get(address, 20.0);
+  std::optional<std::string> get(const std::string& address = url, Seconds wait = 15.0) {
+    return awaited(loop, client.get(address, wait));
   }
   double secondsOf(const auto& work) {
     const auto begin = std::chrono::steady_clock::now();
@@ -69,8 +69,9 @@ protected:
 
   std::unique_ptr<NetworkNamespace> network;
   TemporaryDirectory directory;
-  std::optional<SpawnedChild> server;
-  LinuxHttpClient client{TIDEWELL_PUBLIC_ADDRESS};
+  EpollLoop loop;
+  std::unique_ptr<SpawnedChild> server;
+  LinuxHttpClient client{loop, TIDEWELL_PUBLIC_ADDRESS};
 };
 
 TEST_F(PublicAddressTest, PrintsTheBody) {
@@ -127,7 +128,7 @@ TEST_F(PublicAddressTest, GivesUpAfterThreeSecondsOfDribble) {
 
 TEST_F(PublicAddressTest, IsEndedWhenItsTimeIsOver) {
   serve("silent");
-  const double seconds = secondsOf([&] { EXPECT_EQ(client.get(url, 0.5), std::nullopt); });
+  const double seconds = secondsOf([&] { EXPECT_EQ(get(url, 0.5), std::nullopt); });
   EXPECT_GE(seconds, 0.5);
   EXPECT_LT(seconds, 1.5);
 }

@@ -1,6 +1,9 @@
 #include "platform/linux/process/SpawnedChild.h"
 
 #include "platform/linux/process/LinuxChildProcess.h"
+#include "platform/linux/process/SystemTools.h"
+#include "support/ChildExit.h"
+#include "support/LoopRunner.h"
 
 #include <gtest/gtest.h>
 
@@ -8,11 +11,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <thread>
+#include <memory>
+#include <vector>
 
-#include <poll.h>
 #include <signal.h>
-#include <sys/eventfd.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 
 namespace tidewell::test {
@@ -20,15 +23,20 @@ namespace {
 
 class SpawnedChildTest : public testing::Test {
 protected:
-  FileDescriptor never{::eventfd(0, EFD_CLOEXEC)};
+  EpollLoop loop;
 
-  std::string shell(const std::string& script, Seconds limit = 20.0) {
-    auto child = SpawnedChild::start("/bin/sh", {"-c", script});
+  std::unique_ptr<SpawnedChild> start(const std::string& executable,
+                                      const std::vector<std::string>& arguments = {},
+                                      Seconds limit = 15.0) {
+    return SpawnedChild::start(loop, executable, arguments, limit);
+  }
+  std::string shell(const std::string& script, Seconds limit = 15.0) {
+    const auto child = start("/bin/sh", {"-c", script}, limit);
     EXPECT_TRUE(child);
-    child->wait(limit, never);
-    child->reap();
+    wait(*child);
     return child->output().value_or("(no memory)");
   }
+  void wait(SpawnedChild& child) { EXPECT_TRUE(awaited(loop, exitOf(child))); }
 };
 
 double secondsOf(const auto& work) {
@@ -64,13 +72,13 @@ TEST_F(SpawnedChildTest, HandsDownNoDescriptorsAndNoBlockedSignals) {
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   EXPECT_EQ(mask, "SigBlk:\t0000000000000000\n");
   EXPECT_EQ(shell("for fd in /proc/self/fd/*; do case ${fd##*/} in 0|1|2) ;; *) readlink $fd | "
-                  "grep eventfd ;; esac; done"),
+                  "grep -E 'eventpoll|timerfd|pidfd' ;; esac; done"),
             "");
 }
 
 TEST_F(SpawnedChildTest, CannotStartWhatIsNotThere) {
-  EXPECT_FALSE(SpawnedChild::start("/nonexistent/tool", {}));
-  EXPECT_FALSE(SpawnedChild::start("/etc/passwd", {}));
+  EXPECT_FALSE(start("/nonexistent/tool"));
+  EXPECT_FALSE(start("/etc/passwd"));
 }
 
 TEST_F(SpawnedChildTest, EndsAChildThatOutlivesItsLimit) {
@@ -106,35 +114,128 @@ TEST_F(SpawnedChildTest, LeavesNoDescriptorsAndNoChildrenBehind) {
   const auto before = openFiles();
   for (int count = 0; count < 20; ++count) {
     shell("true");
-    EXPECT_FALSE(SpawnedChild::start("/nonexistent/tool", {}));
+    EXPECT_FALSE(start("/nonexistent/tool"));
   }
   EXPECT_EQ(openFiles(), before);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no child is left to wait for";
 }
 
-TEST(LinuxChildProcess, StartsNothingThatIsNoTool) {
-  LinuxChildProcess children;
-  EXPECT_EQ(children.run("/bin/echo", {"hello"}), std::nullopt);
-}
-
-TEST(LinuxChildProcess, StartsNothingMoreOnceTheProgramEnds) {
-  LinuxChildProcess children;
-  children.endAll();
-  EXPECT_EQ(children.run("/sbin/ping", {"-c", "1", "-W", "2000", "127.0.0.1"}), std::nullopt);
-}
-
-TEST_F(SpawnedChildTest, EndsAChildAsSoonAsTheProgramEnds) {
-  const FileDescriptor ending(::eventfd(0, EFD_CLOEXEC));
-  std::thread ender([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    const std::uint64_t one = 1;
-    EXPECT_EQ(::write(ending.get(), &one, sizeof one), ssize_t{sizeof one});
-  });
-  auto child = SpawnedChild::start("/bin/sleep", {"100"});
+TEST_F(SpawnedChildTest, EndsAChildWhoseOwnerIsGone) {
+  auto child = start("/bin/sh", {"-c", "trap '' TERM; while :; do sleep 1; done"});
   ASSERT_TRUE(child);
-  EXPECT_LT(secondsOf([&] { child->wait(100.0, ending); }), 10.0);
-  child->reap();
-  ender.join();
+  const pid_t pid = child->id();
+  EXPECT_LT(secondsOf([&] { child.reset(); }), 5.0);
+  EXPECT_EQ(::kill(pid, 0), -1);
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "no child is left to wait for";
+}
+
+TEST_F(SpawnedChildTest, YieldsToOthersWhenNobodyWaitsForIt) {
+  const auto nice = [this](ChildPriority priority) {
+    const auto child =
+        SpawnedChild::start(loop, "/bin/sh", {"-c", "sleep 0.1; nice"}, 15.0, priority);
+    wait(*child);
+    return std::stoi(child->output().value_or("-1"));
+  };
+  EXPECT_EQ(nice(ChildPriority::utility), nice(ChildPriority::normal) + 5);
+}
+
+/// Lets no descriptor be opened any more.
+class NoDescriptors {
+public:
+  NoDescriptors() {
+    ::getrlimit(RLIMIT_NOFILE, &m_before);
+    const int next = ::dup(0);
+    ::close(next);
+    const rlimit none{static_cast<rlim_t>(next), m_before.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+  }
+  NoDescriptors(const NoDescriptors&) = delete;
+  NoDescriptors& operator=(const NoDescriptors&) = delete;
+  ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+
+private:
+  rlimit m_before{};
+};
+
+TEST_F(SpawnedChildTest, StartsNothingWithoutDescriptorsAndSomethingAfterwards) {
+  {
+    const NoDescriptors none;
+    EXPECT_FALSE(start("/bin/true"));
+  }
+  EXPECT_EQ(shell("echo again"), "again\n");
+}
+
+/// A loop that can watch nothing more.
+class BlindLoop final : public EventLoop {
+public:
+  explicit BlindLoop(EpollLoop& loop) : m_loop(loop) {}
+  void post(Task task) override { m_loop.post(std::move(task)); }
+  void postAfter(Seconds delay, Task task) override { m_loop.postAfter(delay, std::move(task)); }
+  std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) override {
+    return m_loop.repeat(first, period, std::move(task));
+  }
+  std::unique_ptr<FdWatch> watch(int, std::uint32_t, FdHandler) override { return nullptr; }
+  Subscription beforeSleep(std::function<void()> function) override {
+    return m_loop.beforeSleep(std::move(function));
+  }
+
+private:
+  EpollLoop& m_loop;
+};
+
+TEST_F(SpawnedChildTest, EndsAChildAtItsLimitWhereItCannotBeWatched) {
+  BlindLoop blind(loop);
+  for (const char* script : {"echo done", "echo done; exec sleep 100"}) {
+    const auto child = SpawnedChild::start(blind, "/bin/sh", {"-c", script}, 0.2);
+    EXPECT_LT(secondsOf([&] { wait(*child); }), 10.0);
+    EXPECT_EQ(child->output(), "done\n");
+  }
+}
+
+class LinuxChildProcessTest : public SpawnedChildTest {
+protected:
+  LinuxChildProcess children{loop};
+};
+
+TEST_F(LinuxChildProcessTest, RunsPing) {
+  const ToolCall ping{Tool::ping, "127.0.0.1", 1.0};
+  if (!commandOf(ping)) {
+    GTEST_SKIP() << "no ping is installed here";
+  }
+  ChildProcess::Id launched = 0;
+  const auto output =
+      awaited(loop, children.run(ping, [&](ChildProcess::Id child) { launched = child; }));
+  EXPECT_NE(output.value_or("").find("127.0.0.1"), std::string::npos);
+  EXPECT_GT(launched, 0);
+  children.terminate(launched); // long gone
+}
+
+TEST_F(LinuxChildProcessTest, TerminatesAToolOnRequest) {
+  std::optional<std::string> output;
+  const auto run = [&] {
+    output = awaited(loop, children.run({Tool::lineTest, {}, 0.0}, [&](ChildProcess::Id child) {
+      loop.post([this, child] { children.terminate(child); });
+    }));
+  };
+  EXPECT_LT(secondsOf(run), 10.0);
+  EXPECT_TRUE(output);
+}
+
+TEST_F(LinuxChildProcessTest, EndsAToolWhoseWaiterIsGone) {
+  pid_t pid = 0;
+  std::optional<std::optional<std::string>> output;
+  {
+    Async<> run =
+        store(children.run({Tool::lineTest, {}, 0.0},
+                           [&](ChildProcess::Id child) { pid = static_cast<pid_t>(child); }),
+              &output);
+    run.start([] {});
+    ASSERT_GT(pid, 0);
+    EXPECT_EQ(::kill(pid, 0), 0);
+  }
+  EXPECT_EQ(::kill(pid, 0), -1);
+  EXPECT_FALSE(output);
+  children.terminate(pid);
 }
 
 } // namespace

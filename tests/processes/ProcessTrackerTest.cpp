@@ -1,6 +1,5 @@
 #include "processes/ProcessTracker.h"
 
-#include "base/Service.h"
 #include "support/FakeMachine.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +14,7 @@ protected:
   ProcessTrackerTest() { machine.children.usual = {"header\nbrowser.812,5,6,\n", 1.0}; }
 
   FakeMachine machine;
-  std::shared_ptr<ProcessTracker> tracker =
-      makeService<ProcessTracker>(machine.scheduler.main(), machine.platform);
+  std::shared_ptr<ProcessTracker> tracker = std::make_shared<ProcessTracker>(machine.platform);
 
   const std::vector<ProcessUsage>& rows() const { return tracker->processes.get(); }
 };
@@ -26,10 +24,7 @@ TEST_F(ProcessTrackerTest, RunsTheToolAfterTwoSecondsAndThenAtTheInterval) {
   machine.scheduler.advance(1.9);
   EXPECT_TRUE(machine.children.runs.empty());
   machine.scheduler.advance(0.2);
-  ASSERT_EQ(machine.children.runs.size(), 1U);
-  EXPECT_EQ(machine.children.runs[0].path, "/usr/bin/nettop");
-  EXPECT_EQ(machine.children.runs[0].arguments,
-            (std::vector<std::string>{"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"}));
+  EXPECT_EQ(machine.children.runs, (std::vector<ToolCall>{{Tool::processTraffic, {}, 0.0}}));
   EXPECT_TRUE(rows().empty());
   machine.scheduler.advance(1.0);
   ASSERT_EQ(rows().size(), 1U);

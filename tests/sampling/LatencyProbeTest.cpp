@@ -1,5 +1,6 @@
 #include "sampling/LatencyProbe.h"
 
+#include "support/Awaiting.h"
 #include "support/FakeMachine.h"
 
 #include <gtest/gtest.h>
@@ -55,20 +56,20 @@ protected:
 
   void succeed(const std::string& milliseconds) {
     machine.children.usual.output = FakeChildren::reply(milliseconds);
-    quality = prober.probe(quality);
+    run();
   }
   void fail() {
     machine.children.usual.output = "no answer";
-    quality = prober.probe(quality);
+    run();
+  }
+  void run() {
+    quality = awaited(prober.probe(quality), [this] { machine.scheduler.advance(10.0); });
   }
 };
 
 TEST_F(LatencyProbeTest, AsksPingForOneEchoOfAFixedAddress) {
   succeed("10");
-  ASSERT_EQ(machine.children.runs.size(), 1U);
-  EXPECT_EQ(machine.children.runs[0].path, "/sbin/ping");
-  EXPECT_EQ(machine.children.runs[0].arguments,
-            (std::vector<std::string>{"-c", "1", "-W", "2000", "1.1.1.1"}));
+  EXPECT_EQ(machine.children.runs, (std::vector<ToolCall>{{Tool::ping, "1.1.1.1", 2.0}}));
 }
 
 TEST_F(LatencyProbeTest, NeedsTwoLatenciesForAJitter) {
@@ -139,7 +140,7 @@ TEST_F(LatencyProbeTest, PublishesZeroLatencyAndKeepsTheJitterAfterAFailure) {
 
 TEST_F(LatencyProbeTest, CountsAToolThatIsMissingAsAFailure) {
   machine.children.usual.output = std::nullopt;
-  quality = prober.probe(quality);
+  run();
   EXPECT_EQ(quality.packetLossPercent, 10.0);
   EXPECT_EQ(quality.latencyMs, 0.0);
 }

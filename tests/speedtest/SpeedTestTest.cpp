@@ -1,7 +1,6 @@
 #include "speedtest/NetworkQualityOutput.h"
 #include "speedtest/SpeedTestRunner.h"
 
-#include "base/Service.h"
 #include "support/FakeMachine.h"
 
 #include <gtest/gtest.h>
@@ -68,8 +67,7 @@ protected:
   SpeedTestRunnerTest() { machine.children.usual = {"Downlink capacity: 100 Mbps", 20.0}; }
 
   FakeMachine machine;
-  std::shared_ptr<SpeedTestRunner> runner =
-      makeService<SpeedTestRunner>(machine.scheduler.main(), machine.platform);
+  std::shared_ptr<SpeedTestRunner> runner = std::make_shared<SpeedTestRunner>(machine.platform);
 };
 
 TEST_F(SpeedTestRunnerTest, PublishesTheResultWhenTheToolIsDone) {
@@ -83,8 +81,7 @@ TEST_F(SpeedTestRunnerTest, PublishesTheResultWhenTheToolIsDone) {
   ASSERT_TRUE(runner->lastResult.get());
   EXPECT_EQ(runner->lastResult.get()->downloadMbps, 100.0);
   EXPECT_EQ(runner->lastResult.get()->timestamp, machine.clock.now() - 1.0);
-  EXPECT_EQ(machine.children.runs.at(0).path, "/usr/bin/networkQuality");
-  EXPECT_EQ(machine.children.runs.at(0).arguments, (std::vector<std::string>{"-s", "-v"}));
+  EXPECT_EQ(machine.children.runs, (std::vector<ToolCall>{{Tool::lineTest, {}, 0.0}}));
 }
 
 TEST_F(SpeedTestRunnerTest, PublishesTheResultBeforeItSaysThatItIsDone) {

@@ -41,7 +41,9 @@ public:
     ++wifiLookups;
     return wifiName;
   }
-  [[nodiscard]] std::optional<std::vector<std::string>> dnsServers() override { return servers; }
+  [[nodiscard]] Async<std::optional<std::vector<std::string>>> dnsServers() override {
+    co_return servers;
+  }
 
   std::optional<std::string> primary = "eth0";
   std::optional<std::string> wifiName;
@@ -62,10 +64,6 @@ public:
 /// A child process that takes virtual time and answers from a script.
 class FakeChildren final : public ChildProcess {
 public:
-  struct Run {
-    std::string path;
-    std::vector<std::string> arguments;
-  };
   struct Answer {
     std::optional<std::string> output;
     Seconds takes = 0.0;
@@ -73,10 +71,10 @@ public:
 
   explicit FakeChildren(VirtualScheduler& scheduler) : m_scheduler(scheduler) {}
 
-  [[nodiscard]] std::optional<std::string>
-  run(const std::string& path, const std::vector<std::string>& arguments,
-      const std::function<void(Id child)>& launched = {}) override {
-    runs.push_back({path, arguments});
+  using ChildProcess::run;
+  [[nodiscard]] Async<std::optional<std::string>>
+  run(ToolCall call, std::function<void(Id child)> launched) override {
+    runs.push_back(std::move(call));
     Answer answer = usual;
     if (!next.empty()) {
       answer = std::move(next.front());
@@ -86,9 +84,9 @@ public:
       launched(static_cast<Id>(runs.size()));
     }
     if (answer.takes > 0.0) {
-      m_scheduler.block(answer.takes);
+      co_await m_scheduler.sleep(answer.takes);
     }
-    return answer.output;
+    co_return answer.output;
   }
   void terminate(Id child) override { terminated.emplace_back(child, m_scheduler.now()); }
 
@@ -101,7 +99,7 @@ public:
 
   std::deque<Answer> next; // before `usual`
   Answer usual{reply("10.0"), 0.0};
-  std::vector<Run> runs;
+  std::vector<ToolCall> runs;
   std::vector<std::pair<Id, Ticks>> terminated;
 
 private:
@@ -113,12 +111,13 @@ class FakeHttp final : public HttpClient {
 public:
   explicit FakeHttp(VirtualScheduler& scheduler) : m_scheduler(scheduler) {}
 
-  [[nodiscard]] std::optional<std::string> get(const std::string& url, Seconds wait) override {
+  [[nodiscard]] Async<std::optional<std::string>> get(std::string url, Seconds wait) override {
     requests.push_back(url);
+    const bool isInTime = takes <= wait;
     if (takes > 0.0) {
-      m_scheduler.block(std::min(takes, wait));
+      co_await m_scheduler.sleep(std::min(takes, wait));
     }
-    return takes > wait ? std::nullopt : body;
+    co_return isInTime ? body : std::nullopt;
   }
 
   std::optional<std::string> body = "203.0.113.7\n";

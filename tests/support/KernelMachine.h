@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/ThreadScheduler.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "base/TaskQueue.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/network/LinuxPathMonitor.h"
 #include "platform/linux/network/RouteSocket.h"
 #include "support/LoopRunner.h"
@@ -13,7 +13,7 @@
 namespace tidewell::test {
 
 /// A network namespace with an Ethernet interface "wan0", without routes, and the path monitor that
-/// watches it on real threads. "far0" is the other end of the interface's cable.
+/// watches it in real time. "far0" is the other end of the interface's cable.
 class KernelMachine {
 public:
   /// Null where the machine does not allow network namespaces.
@@ -43,8 +43,8 @@ private:
 
 public:
   std::unique_ptr<NetworkNamespace> network;
-  EventLoop loop;
-  ThreadScheduler scheduler{loop};
+  EpollLoop loop;
+  LoopScheduler scheduler{loop};
   std::unique_ptr<WorkQueue> queue = scheduler.makeSerialQueue("com.halden.tidewell.test");
   RouteSocket socket;
   LinuxPathMonitor monitor{loop, socket, {}, network->sysfsRoot()};

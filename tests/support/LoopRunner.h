@@ -1,14 +1,19 @@
 #pragma once
 
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
+#include "support/Awaiting.h"
+
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace tidewell::test {
 
-/// Serves the loop until the condition holds. False when it does not come to hold in ten seconds.
-inline bool runUntil(EventLoop& loop, const std::function<bool()>& condition) {
+/// Serves the loop until the condition holds. False when it does not come to hold in 20 s.
+inline bool runUntil(EpollLoop& loop, const std::function<bool()>& condition) {
   bool isReached = false;
   const Subscription check = loop.beforeSleep([&] {
     if (!isReached && condition()) {
@@ -16,9 +21,18 @@ inline bool runUntil(EventLoop& loop, const std::function<bool()>& condition) {
       loop.quit();
     }
   });
-  const std::unique_ptr<Timer> limit = loop.repeat(10.0, 0.0, [&] { loop.quit(); });
+  const std::unique_ptr<Timer> limit = loop.repeat(20.0, 0.0, [&] { loop.quit(); });
   loop.run();
   return isReached;
+}
+
+/// What the work gives, served by the loop.
+template <class T> T awaited(EpollLoop& loop, Async<T> work) {
+  std::optional<T> result;
+  Async<> storing = store(std::move(work), &result);
+  storing.start([] {});
+  EXPECT_TRUE(storing.isDone() || runUntil(loop, [&] { return storing.isDone(); }));
+  return std::move(result).value_or(T());
 }
 
 } // namespace tidewell::test

@@ -93,7 +93,7 @@ private:
 
 protected:
   PrivateBus daemon;
-  EventLoop loop;
+  EpollLoop loop;
   ManualClock clock;
   int sounds = 0;
   std::unique_ptr<FakeNotificationServer> server;

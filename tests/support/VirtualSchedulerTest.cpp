@@ -1,9 +1,8 @@
 #include "support/VirtualScheduler.h"
 
-#include "base/Service.h"
-
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 #include <string>
 
@@ -39,68 +38,30 @@ TEST(VirtualScheduler, PassesAnHourInNoTime) {
   EXPECT_EQ(fired, 36'000);
 }
 
-TEST(VirtualScheduler, LetsOthersRunWhileATaskBlocks) {
+/// A task that waits for so long and then does something.
+Async<> after(VirtualScheduler& scheduler, Seconds span, std::function<void()> then) {
+  co_await scheduler.sleep(span);
+  then();
+}
+
+TEST(VirtualScheduler, LetsOthersRunWhileATaskWaits) {
   VirtualScheduler scheduler;
   const auto slow = scheduler.makeSerialQueue("slow");
   const auto other = scheduler.makeSerialQueue("other");
   std::vector<std::pair<std::string, Ticks>> events;
-  const auto note = [&](const char* what) { events.emplace_back(what, scheduler.now()); };
-  slow->post([&] {
-    scheduler.block(2.0);
-    note("slow done");
-  });
-  slow->post([&] { note("slow next"); });
-  other->postAfter(0.5, [&] {
-    scheduler.block(5.0);
-    note("other done");
-  });
-  scheduler.main().postAfter(1.0, [&] { note("main"); });
-  scheduler.advance(10.0);
+  const auto note = [&](const char* what) {
+    return [&events, &scheduler, what] { events.emplace_back(what, scheduler.now()); };
+  };
+  slow->post([&] { return after(scheduler, 2.0, note("slow done")); });
+  slow->post(note("slow next"));
+  other->postAfter(0.5, [&] { return after(scheduler, 5.0, note("other done")); });
+  scheduler.main().postAfter(1.0, note("main"));
+  scheduler.advance(1.5);
+  EXPECT_EQ(events.size(), 1U);
+  scheduler.advance(8.5);
   const std::vector<std::pair<std::string, Ticks>> expected{
       {"main", 1s}, {"slow done", 2s}, {"slow next", 2s}, {"other done", 5500ms}};
   EXPECT_EQ(events, expected);
-}
-
-TEST(VirtualScheduler, LetsBlockedTasksSpanSeveralAdvances) {
-  VirtualScheduler scheduler;
-  const auto queue = scheduler.makeSerialQueue("queue");
-  bool done = false;
-  queue->post([&] {
-    scheduler.block(3.0);
-    done = true;
-  });
-  scheduler.advance(1.0);
-  EXPECT_FALSE(done);
-  scheduler.advance(2.0);
-  EXPECT_TRUE(done);
-}
-
-TEST(VirtualScheduler, EndsBlockedTasksWithItself) {
-  bool done = false;
-  {
-    VirtualScheduler scheduler;
-    const auto queue = scheduler.makeSerialQueue("queue");
-    queue->post([&] {
-      scheduler.block(1000.0);
-      done = true;
-    });
-    scheduler.advance(1.0);
-  }
-  EXPECT_TRUE(done);
-}
-
-TEST(VirtualScheduler, KnowsWhoseTaskRuns) {
-  VirtualScheduler scheduler;
-  const auto queue = scheduler.makeSerialQueue("queue");
-  EXPECT_TRUE(scheduler.main().isCurrent()) << "the test itself";
-  queue->post([&] {
-    EXPECT_TRUE(queue->isCurrent());
-    EXPECT_FALSE(scheduler.main().isCurrent());
-    scheduler.block(1.0);
-    EXPECT_TRUE(queue->isCurrent());
-  });
-  scheduler.main().postAfter(0.5, [&] { EXPECT_FALSE(queue->isCurrent()); });
-  scheduler.advance(2.0);
 }
 
 TEST(VirtualScheduler, DropsWhatWaitsInADestroyedQueue) {
@@ -117,10 +78,7 @@ TEST(VirtualScheduler, RunsBackgroundTasksBesideEachOther) {
   VirtualScheduler scheduler;
   int done = 0;
   for (int count = 0; count < 3; ++count) {
-    scheduler.background().post([&] {
-      scheduler.block(1.0);
-      ++done;
-    });
+    scheduler.background().post([&] { return after(scheduler, 1.0, [&] { ++done; }); });
   }
   scheduler.advance(1.0);
   EXPECT_EQ(done, 3);
@@ -156,33 +114,6 @@ TEST(VirtualClock, JumpsApartFromTicks) {
   scheduler.advance(2.0);
   EXPECT_EQ(clock.now(), 502.0);
   EXPECT_EQ(scheduler.now(), 2s);
-}
-
-struct Mortal {
-  explicit Mortal(std::function<void()> onDeath) : m_onDeath(std::move(onDeath)) {}
-  Mortal(const Mortal&) = delete;
-  Mortal& operator=(const Mortal&) = delete;
-  ~Mortal() { m_onDeath(); }
-
-private:
-  std::function<void()> m_onDeath;
-};
-
-TEST(Service, DiesOnTheMainQueueWhereverItsLastOwnerLetsGo) {
-  VirtualScheduler scheduler;
-  const auto queue = scheduler.makeSerialQueue("queue");
-  int deaths = 0;
-  auto service = makeService<Mortal>(scheduler.main(), [&] {
-    EXPECT_TRUE(scheduler.main().isCurrent());
-    ++deaths;
-  });
-  queue->post([held = service]() mutable { held.reset(); });
-  queue->post([owner = std::move(service), &deaths]() mutable {
-    owner.reset();
-    EXPECT_EQ(deaths, 0);
-  });
-  scheduler.settle();
-  EXPECT_EQ(deaths, 1);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QSocketNotifier>
-#include <QThread>
 #include <QTimer>
 
 #include <chrono>
@@ -27,7 +26,7 @@ class TaskEvent final : public QEvent {
 public:
   explicit TaskEvent(Task task) : QEvent(taskEvent), m_task(std::move(task)) {}
 
-  void run() const { m_task(); }
+  void run() const { runAtOnce(m_task); }
 
 private:
   Task m_task;
@@ -42,7 +41,7 @@ public:
         m_timer.start(milliseconds(period));
       }
       const Task fire = m_task; // a copy: it may destroy this timer
-      fire();
+      runAtOnce(fire);
     });
     m_timer.start(milliseconds(first));
   }
@@ -88,7 +87,7 @@ void QtQueue::postAfter(Seconds delay, Task task) {
     timer->setSingleShot(true);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, task] {
       timer->deleteLater();
-      task();
+      runAtOnce(task);
     });
     timer->start(milliseconds(delay));
   });
@@ -97,8 +96,6 @@ void QtQueue::postAfter(Seconds delay, Task task) {
 std::unique_ptr<Timer> QtQueue::repeat(Seconds first, Seconds period, Task task) {
   return std::make_unique<QtTimer>(first, period, std::move(task));
 }
-
-bool QtQueue::isCurrent() const { return QThread::currentThread() == m_context.thread(); }
 
 WatchDescriptor qtWatch() {
   return [](int descriptor, std::uint32_t /*events*/, EventLoop::FdHandler handler) {

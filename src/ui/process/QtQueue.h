@@ -7,14 +7,13 @@
 
 namespace tidewell {
 
-/// The application's event loop as the main queue. Main thread, except that any thread may post.
+/// The application's event loop as the main queue.
 /// Timers repeat from their last firing, which is good enough for windows.
 class QtQueue final : public WorkQueue {
 public:
   void post(Task task) override;
   void postAfter(Seconds delay, Task task) override;
   [[nodiscard]] std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) override;
-  [[nodiscard]] bool isCurrent() const override;
 
 private:
   class Context final : public QObject {

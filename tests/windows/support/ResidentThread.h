@@ -3,7 +3,7 @@
 #include "app/ResidentShell.h"
 #include "connectivity/MonitorState.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
@@ -51,7 +51,7 @@ public:
 
 private:
   void run(const std::string& address) {
-    EventLoop loop;
+    EpollLoop loop;
     SessionBus bus(loop, address);
     FakeDefaultsStore defaults(loop);
     FakeLoginItem loginItem;

@@ -1,8 +1,9 @@
 #include "platform/linux/bus/ResolvedServers.h"
 
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "platform/linux/network/AddressText.h"
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -11,8 +12,6 @@
 namespace tidewell {
 
 namespace {
-
-using SteadyClock = std::chrono::steady_clock;
 
 // Nobody uses more; a hostile reply may hold millions.
 constexpr std::size_t mostServers = 64;
@@ -24,33 +23,83 @@ struct Release {
 using Bus = std::unique_ptr<sd_bus, Release>;
 using Message = std::unique_ptr<sd_bus_message, Release>;
 
-/// What has come of a question.
-struct Answer {
-  bool isThere = false;
-  std::vector<ResolvedServer> servers;
+/// A question to systemd-resolved on a connection of its own.
+class Question {
+public:
+  Question(EventLoop& loop, Seconds limit) : m_loop(loop) {
+    if (begin()) {
+      m_limit = loop.repeat(limit, 0.0, [this] { m_waiter.resume(); });
+    }
+  }
+
+  /// Waits for the reply or the limit; empty without a reply.
+  Async<std::vector<ResolvedServer>> answer() {
+    if (m_limit) {
+      co_await m_waiter;
+    }
+    co_return std::move(m_servers);
+  }
+
+private:
+  static int takeReply(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
+    auto& question = *static_cast<Question*>(self);
+    question.m_isOver = true;
+    if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
+      question.m_servers = readResolvedServers(reply);
+    }
+    return 0;
+  }
+
+  bool begin() {
+    sd_bus* opened = nullptr;
+    if (sd_bus_open_system(&opened) < 0) {
+      return false;
+    }
+    m_bus.reset(opened);
+    sd_bus_message* made = nullptr;
+    if (sd_bus_message_new_method_call(opened, &made, "org.freedesktop.resolve1",
+                                       "/org/freedesktop/resolve1",
+                                       "org.freedesktop.DBus.Properties", "Get") < 0) {
+      return false;
+    }
+    const Message call(made);
+    if (sd_bus_message_append(made, "ss", "org.freedesktop.resolve1.Manager", "DNS") < 0 ||
+        sd_bus_message_set_auto_start(made, 0) < 0 ||
+        sd_bus_call_async(opened, nullptr, made, &takeReply, this, UINT64_MAX) < 0) {
+      return false;
+    }
+    m_watch = m_loop.watch(sd_bus_get_fd(opened), 0, [this](std::uint32_t) { process(); });
+    return m_watch && listen();
+  }
+
+  /// Has the loop wait for what the connection waits for.
+  bool listen() {
+    const int wanted = sd_bus_get_events(m_bus.get());
+    if (wanted >= 0) {
+      m_watch->setEvents(epollEvents(wanted));
+    }
+    return wanted >= 0;
+  }
+
+  void process() {
+    int result = 1;
+    while (result > 0 && !m_isOver) {
+      result = sd_bus_process(m_bus.get(), nullptr);
+    }
+    if (m_isOver || result < 0 || !listen()) {
+      m_watch.reset();
+      m_waiter.resume(); // may destroy this question
+    }
+  }
+
+  EventLoop& m_loop;
+  Bus m_bus;
+  std::unique_ptr<FdWatch> m_watch; // after the connection, whose descriptor it watches
+  std::unique_ptr<Timer> m_limit;
+  bool m_isOver = false;
+  std::vector<ResolvedServer> m_servers;
+  Waiter m_waiter;
 };
-
-int takeReply(sd_bus_message* reply, void* userData, sd_bus_error* /*error*/) {
-  auto& answer = *static_cast<Answer*>(userData);
-  answer.isThere = true;
-  if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
-    answer.servers = readResolvedServers(reply);
-  }
-  return 0;
-}
-
-bool ask(const Bus& bus, Answer& answer) {
-  sd_bus_message* made = nullptr;
-  if (sd_bus_message_new_method_call(bus.get(), &made, "org.freedesktop.resolve1",
-                                     "/org/freedesktop/resolve1", "org.freedesktop.DBus.Properties",
-                                     "Get") < 0) {
-    return false;
-  }
-  const Message question(made);
-  return sd_bus_message_append(made, "ss", "org.freedesktop.resolve1.Manager", "DNS") >= 0 &&
-         sd_bus_message_set_auto_start(made, 0) >= 0 &&
-         sd_bus_call_async(bus.get(), nullptr, made, &takeReply, &answer, UINT64_MAX) >= 0;
-}
 
 } // namespace
 
@@ -97,30 +146,9 @@ std::vector<std::string> inOrderOfChoice(const std::vector<ResolvedServer>& serv
   return addresses;
 }
 
-// The calls of sd-bus that wait know no limit while the connection is being made, hence this loop.
-std::vector<ResolvedServer> askResolved(Seconds limit) {
-  sd_bus* opened = nullptr;
-  if (sd_bus_open_system(&opened) < 0) {
-    return {};
-  }
-  const Bus bus(opened);
-  Answer answer;
-  if (!ask(bus, answer)) {
-    return {};
-  }
-  const auto deadline = SteadyClock::now() + std::chrono::duration<double>(limit);
-  while (!answer.isThere) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::microseconds>(deadline - SteadyClock::now());
-    const int processed = sd_bus_process(bus.get(), nullptr);
-    if (processed < 0 || left.count() <= 0) {
-      break;
-    }
-    if (processed == 0 && sd_bus_wait(bus.get(), static_cast<std::uint64_t>(left.count())) < 0) {
-      break;
-    }
-  }
-  return answer.servers;
+Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, Seconds limit) {
+  Question question(loop, limit);
+  co_return co_await question.answer();
 }
 
 } // namespace tidewell

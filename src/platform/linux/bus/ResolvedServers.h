@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Async.h"
 #include "base/Scheduler.h"
 
 #include <optional>
@@ -9,6 +10,8 @@
 struct sd_bus_message;
 
 namespace tidewell {
+
+class EventLoop;
 
 /// A DNS server that systemd-resolved uses.
 struct ResolvedServer {
@@ -28,7 +31,7 @@ struct ResolvedServer {
                                                        std::optional<int> primaryIndex);
 
 /// Asks systemd-resolved over the system's bus, on a connection that is closed again; never starts
-/// it. Empty when no answer has come after `limit` seconds. Any thread.
-[[nodiscard]] std::vector<ResolvedServer> askResolved(Seconds limit);
+/// it. Empty when no answer has come after `limit` seconds.
+[[nodiscard]] Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, Seconds limit);
 
 } // namespace tidewell

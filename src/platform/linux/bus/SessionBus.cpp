@@ -18,6 +18,16 @@ constexpr Seconds firstDelay = 1.0;
 constexpr Seconds longestDelay = 60.0;
 constexpr std::uint64_t noTimeout = UINT64_MAX;
 
+/// Seconds from now until the library's clock, which counts whole microseconds, is past a point.
+/// Not less by any fraction: the library would find nothing due and ask for the same point again.
+Seconds secondsUntil(std::uint64_t point) {
+  const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
+  const std::chrono::microseconds past(point + 1);
+  return std::chrono::duration<double>(past - now).count();
+}
+
+} // namespace
+
 std::uint32_t epollEvents(int pollEvents) {
   std::uint32_t events = 0;
   if ((pollEvents & POLLIN) != 0) {
@@ -28,16 +38,6 @@ std::uint32_t epollEvents(int pollEvents) {
   }
   return events;
 }
-
-/// Seconds from now until the library's clock, which counts whole microseconds, is past a point.
-/// Not less by any fraction: the library would find nothing due and ask for the same point again.
-Seconds secondsUntil(std::uint64_t point) {
-  const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
-  const std::chrono::microseconds past(point + 1);
-  return std::chrono::duration<double>(past - now).count();
-}
-
-} // namespace
 
 SessionBus::SessionBus(EventLoop& loop) : SessionBus(loop, environmentAddress()) {}
 

@@ -67,4 +67,7 @@ private:
   Subscription m_beforeSleep;
 };
 
+/// The events of epoll(7) for those of poll(2) that sd-bus asks for.
+[[nodiscard]] std::uint32_t epollEvents(int pollEvents);
+
 } // namespace tidewell

@@ -29,28 +29,34 @@ std::vector<std::string> serversOf(const std::string& path) {
 
 } // namespace
 
-std::optional<std::vector<std::string>> firstServers(const std::vector<DnsSource>& sources) {
-  std::vector<std::string> stubs;
-  for (const DnsSource& source : sources) {
-    std::vector<std::string> servers = source();
-    std::ranges::copy_if(servers, std::back_inserter(stubs), isStub);
-    std::erase_if(servers, isStub);
-    if (!servers.empty()) {
-      return servers;
-    }
+bool DnsChoice::offer(const std::vector<std::string>& servers) {
+  if (m_servers.empty()) {
+    std::ranges::copy_if(servers, std::back_inserter(m_stubs), isStub);
+    std::ranges::remove_copy_if(servers, std::back_inserter(m_servers), isStub);
   }
-  return stubs.empty() ? std::nullopt : std::optional(stubs);
+  return !m_servers.empty();
 }
 
-std::optional<std::vector<std::string>> findDnsServers(const DnsPlaces& places,
-                                                       std::optional<int> primaryIndex) {
-  std::vector<DnsSource> sources;
-  if (::access(places.resolvedDirectory.c_str(), F_OK) == 0) {
-    sources.emplace_back([&] { return inOrderOfChoice(askResolved(busLimit), primaryIndex); });
-    sources.emplace_back([&] { return serversOf(places.resolvedDirectory + "/resolv.conf"); });
+std::optional<std::vector<std::string>> DnsChoice::servers() const {
+  if (!m_servers.empty()) {
+    return m_servers;
   }
-  sources.emplace_back([&] { return serversOf(places.resolverFile); });
-  return firstServers(sources);
+  return m_stubs.empty() ? std::nullopt : std::optional(m_stubs);
+}
+
+Async<std::optional<std::vector<std::string>>> findDnsServers(EventLoop& loop, DnsPlaces places,
+                                                              std::optional<int> primaryIndex) {
+  DnsChoice choice;
+  bool isFound = false;
+  if (::access(places.resolvedDirectory.c_str(), F_OK) == 0) {
+    const std::vector<ResolvedServer> servers = co_await askResolved(loop, busLimit);
+    isFound = choice.offer(inOrderOfChoice(servers, primaryIndex)) ||
+              choice.offer(serversOf(places.resolvedDirectory + "/resolv.conf"));
+  }
+  if (!isFound) {
+    choice.offer(serversOf(places.resolverFile));
+  }
+  co_return choice.servers();
 }
 
 } // namespace tidewell

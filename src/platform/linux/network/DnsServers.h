@@ -1,11 +1,14 @@
 #pragma once
 
-#include <functional>
+#include "base/Async.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace tidewell {
+
+class EventLoop;
 
 /// Where the system keeps its DNS servers.
 struct DnsPlaces {
@@ -14,19 +17,26 @@ struct DnsPlaces {
   std::string resolverFile = "/etc/resolv.conf";
 };
 
-/// One place that may know DNS servers, first choice first.
-using DnsSource = std::function<std::vector<std::string>()>;
+/// Picks the DNS servers from lists that are offered in order of preference.
+///
+/// systemd-resolved's own address on this machine, which only forwards questions, counts when no
+/// list holds another server.
+class DnsChoice {
+public:
+  /// Takes the list unless an earlier one was taken. True once a list with a real server was taken.
+  bool offer(const std::vector<std::string>& servers);
 
-/// The servers of the first source that knows any besides systemd-resolved's own address on this
-/// machine, which only hands questions on; this address when nothing else is known; none without
-/// it. Later sources are not asked. Pure.
-[[nodiscard]] std::optional<std::vector<std::string>>
-firstServers(const std::vector<DnsSource>& sources);
+  /// The servers of the list that was taken, else the stubs; nullopt without either.
+  [[nodiscard]] std::optional<std::vector<std::string>> servers() const;
+
+private:
+  std::vector<std::string> m_servers;
+  std::vector<std::string> m_stubs;
+};
 
 /// The DNS servers in use: systemd-resolved's, those of the interface with this index first, those
-/// of its file, those of resolv.conf. Blocks for a quarter of a second at the most. Any thread but
-/// main.
-[[nodiscard]] std::optional<std::vector<std::string>>
-findDnsServers(const DnsPlaces& places, std::optional<int> primaryIndex);
+/// of its file, those of resolv.conf. Waits a quarter of a second at the most.
+[[nodiscard]] Async<std::optional<std::vector<std::string>>>
+findDnsServers(EventLoop& loop, DnsPlaces places, std::optional<int> primaryIndex);
 
 } // namespace tidewell

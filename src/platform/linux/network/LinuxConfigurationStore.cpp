@@ -7,7 +7,6 @@
 namespace tidewell {
 
 std::optional<std::string> LinuxConfigurationStore::primaryInterface() {
-  const std::scoped_lock lock(m_mutex);
   if (auto route = publicRoute(m_socket)) {
     m_lastIndex = route->interfaceIndex;
     return std::move(route->interfaceName);
@@ -26,8 +25,8 @@ std::optional<std::string> LinuxConfigurationStore::wifiNetworkName() {
   return askWifiName(publicInterface());
 }
 
-std::optional<std::vector<std::string>> LinuxConfigurationStore::dnsServers() {
-  return findDnsServers(m_dnsPlaces, publicInterface());
+Async<std::optional<std::vector<std::string>>> LinuxConfigurationStore::dnsServers() {
+  return findDnsServers(m_loop, m_dnsPlaces, publicInterface());
 }
 
 std::optional<int> LinuxConfigurationStore::publicInterface() const {

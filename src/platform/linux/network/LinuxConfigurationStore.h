@@ -3,7 +3,6 @@
 #include "platform/ConfigurationStore.h"
 #include "platform/linux/network/DnsServers.h"
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,14 +10,15 @@
 
 namespace tidewell {
 
+class EventLoop;
 class RouteSocket;
 
 /// The kernel's own view of the network configuration, and the resolver's.
 class LinuxConfigurationStore final : public ConfigurationStore {
 public:
-  /// Borrows the socket.
-  explicit LinuxConfigurationStore(RouteSocket& socket, DnsPlaces dnsPlaces = {})
-      : m_socket(socket), m_dnsPlaces(std::move(dnsPlaces)) {}
+  /// Borrows the loop and the socket.
+  LinuxConfigurationStore(EventLoop& loop, RouteSocket& socket, DnsPlaces dnsPlaces = {})
+      : m_loop(loop), m_socket(socket), m_dnsPlaces(std::move(dnsPlaces)) {}
 
   /// The interface of the public route. While there is no route, the last answer stands as long as
   /// its device exists.
@@ -29,15 +29,15 @@ public:
   /// whatever its owner pleased.
   [[nodiscard]] std::optional<std::string> wifiNetworkName() override;
 
-  [[nodiscard]] std::optional<std::vector<std::string>> dnsServers() override;
+  [[nodiscard]] Async<std::optional<std::vector<std::string>>> dnsServers() override;
 
 private:
   [[nodiscard]] std::optional<int> publicInterface() const;
 
+  EventLoop& m_loop;
   RouteSocket& m_socket;
   DnsPlaces m_dnsPlaces;
-  std::mutex m_mutex;
-  std::optional<int> m_lastIndex; // guarded by m_mutex
+  std::optional<int> m_lastIndex;
 };
 
 } // namespace tidewell

@@ -3,7 +3,6 @@
 #include "platform/linux/network/LinkKind.h"
 #include "platform/linux/network/PublicRoute.h"
 
-#include <atomic>
 #include <utility>
 
 namespace tidewell {
@@ -32,7 +31,7 @@ struct LinuxPathMonitor::Watching {
 
   WorkQueue& queue;
   Handler handler;
-  std::atomic<bool> isActive = true;
+  bool isActive = true;
 };
 
 class LinuxPathMonitor::Watch final : public PathWatch {

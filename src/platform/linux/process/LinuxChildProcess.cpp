@@ -4,69 +4,55 @@
 #include "platform/linux/process/SpawnedChild.h"
 #include "platform/linux/process/SystemTools.h"
 
-#include <cstdint>
-
-#include <poll.h>
-#include <sys/eventfd.h>
+#include <memory>
 
 namespace tidewell {
 
-namespace {
-
-bool isReadable(const FileDescriptor& descriptor) {
-  pollfd query{descriptor.get(), POLLIN, 0};
-  return ::poll(&query, 1, 0) > 0;
-}
-
-} // namespace
-
-LinuxChildProcess::LinuxChildProcess() : m_ending(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-
-std::optional<std::string> LinuxChildProcess::run(const std::string& path,
-                                                  const std::vector<std::string>& arguments,
-                                                  const std::function<void(Id child)>& launched) {
-  std::optional<ToolCall> call;
-  if (!ifMemoryAllows([&] { call = systemTool(path, arguments); }) || !call ||
-      isReadable(m_ending)) {
-    return std::nullopt;
+/// Keeps a child in the list of those that can be terminated.
+class LinuxChildProcess::Listing {
+public:
+  Listing(std::map<Id, SpawnedChild*>& running, SpawnedChild& child)
+      : m_running(running), m_id(child.id()) {
+    m_running.emplace(m_id, &child);
   }
-  auto child = SpawnedChild::start(call->executable, call->arguments);
-  if (!child) {
-    return std::nullopt;
-  }
-  const Id id = child->id();
-  // Without memory for them nobody terminates the child before its limit does.
-  [[maybe_unused]] const bool isTold = ifMemoryAllows([&] {
-    list(id, *child);
-    if (launched) {
-      launched(id);
+  Listing(const Listing&) = delete;
+  Listing& operator=(const Listing&) = delete;
+  ~Listing() { m_running.erase(m_id); }
+
+private:
+  std::map<Id, SpawnedChild*>& m_running;
+  Id m_id;
+};
+
+Async<std::optional<std::string>> LinuxChildProcess::run(ToolCall call,
+                                                         std::function<void(Id child)> launched) {
+  std::unique_ptr<SpawnedChild> child;
+  std::optional<Listing> listing;
+  const bool hasMemory = ifMemoryAllows([&] {
+    if (const auto command = commandOf(call)) {
+      child = SpawnedChild::start(m_loop, command->executable, command->arguments, command->limit,
+                                  command->priority);
     }
   });
-  child->wait(call->limit, m_ending);
-  {
-    // Until here the child is not reaped, so its identifier cannot have passed to another process.
-    const std::scoped_lock lock(m_mutex);
-    m_running.erase(id);
+  if (!hasMemory || !child) {
+    co_return std::nullopt;
   }
-  child->reap();
-  return child->output();
-}
-
-void LinuxChildProcess::list(Id id, SpawnedChild& child) {
-  const std::scoped_lock lock(m_mutex);
-  m_running.emplace(id, &child);
+  // Without memory for this, the limit alone ends a child that hangs.
+  [[maybe_unused]] const bool isListed = ifMemoryAllows([&] {
+    listing.emplace(m_running, *child);
+    if (launched) {
+      launched(child->id());
+    }
+  });
+  co_await child->exit();
+  listing.reset();
+  co_return child->output();
 }
 
 void LinuxChildProcess::terminate(Id child) {
-  const std::scoped_lock lock(m_mutex);
   if (const auto found = m_running.find(child); found != m_running.end()) {
     found->second->terminate();
   }
-}
-
-void LinuxChildProcess::endAll() {
-  const std::uint64_t one = 1;
-  [[maybe_unused]] const auto size = ::write(m_ending.get(), &one, sizeof one);
 }
 
 } // namespace tidewell

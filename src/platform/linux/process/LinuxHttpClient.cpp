@@ -3,57 +3,57 @@
 #include "base/IfMemoryAllows.h"
 #include "platform/linux/process/SpawnedChild.h"
 
-#include <cstdint>
+#include <memory>
 #include <utility>
-
-#include <poll.h>
-#include <sys/eventfd.h>
 
 namespace tidewell {
 
-namespace {
-
-bool isReadable(const FileDescriptor& descriptor) {
-  pollfd query{descriptor.get(), POLLIN, 0};
-  return ::poll(&query, 1, 0) > 0;
-}
-
-} // namespace
-
-LinuxHttpClient::LinuxHttpClient(std::string helper)
-    : m_helper(std::move(helper)), m_stop(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-
-std::optional<std::string> LinuxHttpClient::get(const std::string& url, Seconds wait) {
-  if (isReadable(m_stop)) {
-    return std::nullopt;
+/// The helper that serves one request, listed among those that run.
+class LinuxHttpClient::Request {
+public:
+  Request(LinuxHttpClient& client, const std::string& url, Seconds wait)
+      : m_running(client.m_running),
+        m_child(SpawnedChild::start(client.m_loop, client.m_helper, {url}, wait,
+                                    ChildPriority::utility)) {
+    m_running.insert(m_child.get());
   }
-  std::optional<SpawnedChild> child;
-  if (!ifMemoryAllows([&] { child = SpawnedChild::start(m_helper, {url}); }) || !child) {
-    return std::nullopt;
+  Request(const Request&) = delete;
+  Request& operator=(const Request&) = delete;
+  ~Request() { m_running.erase(m_child.get()); }
+
+  [[nodiscard]] SpawnedChild* child() const { return m_child.get(); }
+
+private:
+  std::set<SpawnedChild*>& m_running;
+  std::unique_ptr<SpawnedChild> m_child;
+};
+
+LinuxHttpClient::LinuxHttpClient(EventLoop& loop, std::string helper)
+    : m_loop(loop), m_helper(std::move(helper)) {}
+
+LinuxHttpClient::~LinuxHttpClient() = default;
+
+Async<std::optional<std::string>> LinuxHttpClient::get(std::string url, Seconds wait) {
+  if (!m_isSatisfied) {
+    co_return std::nullopt;
   }
-  child->wait(wait, m_stop);
-  const auto status = child->reap();
-  return status == 0 ? child->output() : std::nullopt;
+  std::optional<Request> request;
+  if (!ifMemoryAllows([&] { request.emplace(*this, url, wait); }) || request->child() == nullptr) {
+    co_return std::nullopt;
+  }
+  co_await request->child()->exit();
+  if (request->child()->status() != 0) {
+    co_return std::nullopt;
+  }
+  co_return request->child()->output();
 }
 
 void LinuxHttpClient::setPathSatisfied(bool isSatisfied) {
-  const std::scoped_lock lock(m_mutex);
   m_isSatisfied = isSatisfied;
-  update();
-}
-
-void LinuxHttpClient::endAll() {
-  const std::scoped_lock lock(m_mutex);
-  m_isEnding = true;
-  update();
-}
-
-void LinuxHttpClient::update() {
-  std::uint64_t count = 1;
-  if (!m_isSatisfied || m_isEnding) {
-    [[maybe_unused]] const auto written = ::write(m_stop.get(), &count, sizeof count);
-  } else {
-    [[maybe_unused]] const auto read = ::read(m_stop.get(), &count, sizeof count);
+  for (SpawnedChild* child : m_running) {
+    if (child != nullptr && !isSatisfied) {
+      child->stop();
+    }
   }
 }
 

@@ -2,12 +2,16 @@
 
 #include <csignal>
 
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 namespace tidewell {
 
 namespace {
+
+// Work that nobody waits for yields to what the user looks at.
+constexpr int utilityNice = 5;
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -46,12 +50,18 @@ void SpawnSettings::duplicate(int descriptor, int target) {
 }
 
 pid_t SpawnSettings::spawn(const std::string& executable, std::vector<std::string> arguments,
-                           std::vector<std::string> environment) const {
+                           std::vector<std::string> environment, bool yields) const {
   arguments.insert(arguments.begin(), executable);
   pid_t pid = 0;
   const int failure = ::posix_spawn(&pid, executable.c_str(), &m_actions, &m_attributes,
                                     pointersTo(arguments).data(), pointersTo(environment).data());
-  return failure == 0 ? pid : -1;
+  if (failure != 0) {
+    return -1;
+  }
+  if (yields) {
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(pid), utilityNice);
+  }
+  return pid;
 }
 
 int openProcess(pid_t pid) { return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)); }

@@ -20,9 +20,10 @@ public:
   /// In the child, `target` is what `descriptor` is here.
   void duplicate(int descriptor, int target);
 
-  /// Starts a program; negative when it cannot be started.
+  /// Starts a program; negative when it cannot be started. One that yields runs at a lower
+  /// priority than the rest of the session.
   [[nodiscard]] pid_t spawn(const std::string& executable, std::vector<std::string> arguments,
-                            std::vector<std::string> environment) const;
+                            std::vector<std::string> environment, bool yields = false) const;
 
 private:
   posix_spawn_file_actions_t m_actions{};

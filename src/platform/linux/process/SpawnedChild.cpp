@@ -1,34 +1,33 @@
 #include "platform/linux/process/SpawnedChild.h"
 
 #include "base/IfMemoryAllows.h"
+#include "platform/linux/loop/EventLoop.h"
 #include "platform/linux/process/SpawnSettings.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <utility>
 
 #include <fcntl.h>
-#include <poll.h>
+#include <sys/epoll.h>
 #include <sys/wait.h>
 
 namespace tidewell {
 
 namespace {
 
-// A child that was told to terminate has this long until it is killed.
-constexpr int graceMilliseconds = 300;
+// A child that was asked to terminate has this long until it is killed.
+constexpr Seconds grace = 0.3;
+
+// How often a child is looked at whose exit the kernel does not signal.
+constexpr Seconds lookInterval = 0.05;
 
 // Far above what a pipe holds when its only writer has exited: a bound for a descendant that goes
 // on writing.
 constexpr std::size_t mostOutput = 1U << 20U;
-
-constexpr int longestWaitMilliseconds = 24 * 3600 * 1000;
 
 struct Pipe {
   FileDescriptor readEnd;
@@ -56,75 +55,95 @@ std::vector<std::string> untranslatedEnvironment() {
   return variables;
 }
 
-} // namespace
-
-std::optional<SpawnedChild> SpawnedChild::start(const std::string& executable,
-                                                const std::vector<std::string>& arguments) {
-  auto output = makePipe();
-  auto errors = makePipe();
-  if (!output || !errors) {
-    return std::nullopt;
-  }
-  pid_t pid = -1;
-  const bool hasMemory = ifMemoryAllows(
-      [&] { pid = spawn(executable, arguments, output->writeEnd.get(), errors->writeEnd.get()); });
-  if (!hasMemory || pid < 0) {
-    return std::nullopt;
-  }
-  return SpawnedChild(pid, std::move(output->readEnd), std::move(errors->readEnd));
+/// Collects the exit of a child. False while it runs, unless `options` lets waitpid wait.
+bool reap(pid_t pid, int options, int& status) {
+  pid_t reaped = 0;
+  do {
+    reaped = ::waitpid(pid, &status, options);
+  } while (reaped < 0 && errno == EINTR);
+  return reaped != 0;
 }
 
-pid_t SpawnedChild::spawn(const std::string& executable, const std::vector<std::string>& arguments,
-                          int output, int errors) {
+pid_t spawn(const std::string& executable, const std::vector<std::string>& arguments,
+            ChildPriority priority, int output, int errors) {
   SpawnSettings settings;
   settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
   settings.duplicate(output, STDOUT_FILENO);
   settings.duplicate(errors, STDERR_FILENO);
-  return settings.spawn(executable, arguments, untranslatedEnvironment());
+  return settings.spawn(executable, arguments, untranslatedEnvironment(),
+                        priority == ChildPriority::utility);
 }
 
-SpawnedChild::SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors)
-    : m_pid(pid), m_process(openProcess(pid)), m_output(std::move(output)),
-      m_errors(std::move(errors)) {}
+} // namespace
 
-void SpawnedChild::terminate() const { ::kill(m_pid, SIGTERM); }
+std::unique_ptr<SpawnedChild> SpawnedChild::start(EventLoop& loop, const std::string& executable,
+                                                  const std::vector<std::string>& arguments,
+                                                  Seconds limit, ChildPriority priority) {
+  auto output = makePipe();
+  auto errors = makePipe();
+  if (!output || !errors) {
+    return nullptr;
+  }
+  std::unique_ptr<SpawnedChild> child;
+  const bool hasMemory = ifMemoryAllows([&] {
+    child.reset(new SpawnedChild(loop, std::move(output->readEnd), std::move(errors->readEnd)));
+    child->m_pid =
+        spawn(executable, arguments, priority, output->writeEnd.get(), errors->writeEnd.get());
+    child->watch(limit);
+  });
+  return hasMemory && child->m_pid > 0 ? std::move(child) : nullptr;
+}
 
-void SpawnedChild::wait(Seconds limit, const FileDescriptor& ending) const {
-  const double milliseconds = std::clamp(limit * 1e3, 0.0, double{longestWaitMilliseconds});
-  if (waitFor(static_cast<int>(milliseconds), ending.get())) {
+SpawnedChild::SpawnedChild(EventLoop& loop, FileDescriptor output, FileDescriptor errors)
+    : m_loop(loop), m_output(std::move(output)), m_errors(std::move(errors)) {}
+
+SpawnedChild::~SpawnedChild() {
+  if (isRunning()) {
+    ::kill(m_pid, SIGKILL);
+    int status = 0;
+    reap(m_pid, 0, status);
+  }
+}
+
+void SpawnedChild::watch(Seconds limit) {
+  if (!isRunning()) {
     return;
   }
-  terminate();
-  if (!waitFor(graceMilliseconds, -1)) {
-    ::kill(m_pid, SIGKILL);
-    static_cast<void>(waitFor(longestWaitMilliseconds, -1));
+  m_process = FileDescriptor(openProcess(m_pid));
+  if (m_process.isOpen()) {
+    m_watch = m_loop.watch(m_process.get(), EPOLLIN, [this](std::uint32_t) { look(); });
   }
+  if (!m_watch) { // an old kernel, or no descriptors left
+    m_looks = m_loop.repeat(lookInterval, lookInterval, [this] { look(); });
+  }
+  m_limit = m_loop.repeat(limit, 0.0, [this] { stop(); });
 }
 
-// Not const: the child is gone afterwards.
-std::optional<int> SpawnedChild::reap() { // NOLINT(readability-make-member-function-const)
+void SpawnedChild::look() {
   int status = 0;
-  pid_t reaped = 0;
-  do {
-    reaped = ::waitpid(m_pid, &status, 0);
-  } while (reaped < 0 && errno == EINTR);
-  return reaped == m_pid && WIFEXITED(status) ? std::optional(WEXITSTATUS(status)) : std::nullopt;
+  if (!reap(m_pid, WNOHANG, status)) {
+    return;
+  }
+  m_hasExited = true;
+  if (WIFEXITED(status)) {
+    m_status = WEXITSTATUS(status);
+  }
+  m_watch.reset();
+  m_looks.reset();
+  m_limit.reset();
+  m_waiter.resume();
 }
 
-bool SpawnedChild::waitFor(int milliseconds, int ending) const {
-  if (!m_process.isOpen()) {
-    return true; // a kernel without process descriptors: only the plain wait is left
+void SpawnedChild::terminate() const {
+  if (isRunning()) {
+    ::kill(m_pid, SIGTERM);
   }
-  std::array<pollfd, 2> queries{pollfd{m_process.get(), POLLIN, 0}, pollfd{ending, POLLIN, 0}};
-  const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-  while (true) {
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
-    const int ready = ::poll(queries.data(), queries.size(),
-                             static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
-    if (ready >= 0 || errno != EINTR) {
-      return queries[0].revents != 0;
-    }
+}
+
+void SpawnedChild::stop() {
+  if (isRunning()) {
+    terminate();
+    m_limit = m_loop.repeat(grace, 0.0, [this] { ::kill(m_pid, SIGKILL); });
   }
 }
 
@@ -134,7 +153,7 @@ std::optional<std::string> SpawnedChild::output() const {
 }
 
 void SpawnedChild::readOutput(std::string& text) const {
-  // Whatever the child wrote is in the pipe by now; no end of file is needed to know that.
+  // Whatever the child wrote is in the pipe by now; there is no need to wait for the end of file.
   ::fcntl(m_output.get(), F_SETFL, O_NONBLOCK);
   std::array<char, 4096> piece{};
   while (text.size() < mostOutput) {

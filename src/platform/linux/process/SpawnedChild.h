@@ -1,8 +1,10 @@
 #pragma once
 
+#include "base/Async.h"
 #include "base/Scheduler.h"
 #include "platform/linux/loop/FileDescriptor.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,44 +13,76 @@
 
 namespace tidewell {
 
-/// One child process with its two pipes. Used by one thread.
+class EventLoop;
+class FdWatch;
+
+/// How urgent a child's work is for the machine.
+enum class ChildPriority {
+  normal, // the user waits for it
+  utility // nobody waits: it yields to what the user looks at
+};
+
+/// One child process with its two pipes, served by the loop. Destroying it kills and reaps the
+/// child.
 class SpawnedChild {
 public:
-  /// Starts a program; none when it cannot be started, for want of memory too. Its standard input
-  /// is empty, its locale is "C", and it inherits no other descriptor and no blocked signal.
-  [[nodiscard]] static std::optional<SpawnedChild> start(const std::string& executable,
-                                                         const std::vector<std::string>& arguments);
+  /// Starts a program; null when it cannot be started, for want of memory too. Its standard input
+  /// is empty, its locale is "C", and it inherits no other descriptor and no blocked signal. It is
+  /// stopped after `limit` seconds.
+  [[nodiscard]] static std::unique_ptr<SpawnedChild>
+  start(EventLoop& loop, const std::string& executable, const std::vector<std::string>& arguments,
+        Seconds limit, ChildPriority priority = ChildPriority::normal);
+  SpawnedChild(const SpawnedChild&) = delete;
+  SpawnedChild& operator=(const SpawnedChild&) = delete;
+  ~SpawnedChild();
 
   [[nodiscard]] pid_t id() const { return m_pid; }
 
-  /// Tells the child to terminate. Any thread, until `reap`.
+  /// Asks the child to terminate. Does nothing when it has exited.
   void terminate() const;
 
-  /// Waits until the child has exited. Terminates it when it is still there after `limit` seconds
-  /// or as soon as `ending` is readable.
-  void wait(Seconds limit, const FileDescriptor& ending) const;
+  /// Terminates the child, and kills it if it is still there 0.3 s later.
+  void stop();
 
-  /// Lets the kernel forget the child; its exit status, none when a signal ended it. Call once,
-  /// after `wait`.
-  std::optional<int> reap();
+  /// Awaitable; the child has exited afterwards.
+  [[nodiscard]] auto exit() { return Exit{*this}; }
 
-  /// What the child has written to its standard output; none when there is no memory for it. Call
-  /// after `wait`. A descendant that still holds the pipe open is not waited for.
+  /// Exit status of a child that has exited; nullopt when a signal ended it.
+  [[nodiscard]] std::optional<int> status() const { return m_status; }
+
+  /// What the child has written to its standard output; nullopt when there is no memory for it.
+  /// Call it after `exit`. A descendant that still holds the pipe open is not waited for.
   [[nodiscard]] std::optional<std::string> output() const;
 
 private:
-  SpawnedChild(pid_t pid, FileDescriptor output, FileDescriptor errors);
+  struct Exit {
+    [[nodiscard]] bool await_ready() const { return !child.isRunning(); }
+    void await_suspend(std::coroutine_handle<> waiter) const {
+      child.m_waiter.await_suspend(waiter);
+    }
+    static void await_resume() {}
 
-  [[nodiscard]] static pid_t spawn(const std::string& executable,
-                                   const std::vector<std::string>& arguments, int output,
-                                   int errors);
-  [[nodiscard]] bool waitFor(int milliseconds, int ending) const;
+    SpawnedChild& child;
+  };
+
+  SpawnedChild(EventLoop& loop, FileDescriptor output, FileDescriptor errors);
+
+  [[nodiscard]] bool isRunning() const { return m_pid > 0 && !m_hasExited; }
+  void watch(Seconds limit);
+  void look();
   void readOutput(std::string& text) const;
 
-  pid_t m_pid;
+  EventLoop& m_loop;
+  pid_t m_pid = -1;
+  bool m_hasExited = false;
+  std::optional<int> m_status;
   FileDescriptor m_process; // pidfd; readable once the child has exited
   FileDescriptor m_output;
   FileDescriptor m_errors; // held open, never read
+  std::unique_ptr<FdWatch> m_watch;
+  std::unique_ptr<Timer> m_looks; // in place of the watch where there is none
+  std::unique_ptr<Timer> m_limit;
+  Waiter m_waiter;
 };
 
 } // namespace tidewell

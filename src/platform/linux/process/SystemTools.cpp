@@ -13,7 +13,6 @@ namespace tidewell {
 
 namespace {
 
-constexpr const char* pingPath = "/sbin/ping";
 constexpr std::array<const char*, 5> pingPlaces = {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping",
                                                    "/sbin/ping", "/app/bin/ping"}; // Flatpak's
 
@@ -21,66 +20,48 @@ constexpr std::array<const char*, 5> pingPlaces = {"/usr/bin/ping", "/bin/ping",
 // machine.
 constexpr Seconds pingLimit = 5.0;
 
-/// A tool that Linux lacks, and our helper in its place.
-struct Helper {
-  const char* path;
-  const char* name;
-  Seconds limit;
-};
-constexpr std::array<Helper, 2> helpers = {{
-    {"/usr/bin/nettop", "nettop", 5.0},                  // measures for one second
-    {"/usr/bin/networkQuality", "networkQuality", 45.0}, // ends by itself after 40 s
-}};
+// The helper measures for one second.
+constexpr Seconds trafficLimit = 5.0;
 
-std::optional<std::string> firstExecutable(const auto& places) {
-  for (const char* place : places) {
-    if (::access(place, X_OK) == 0) {
-      return place;
+// The helper gives up after 40 s.
+constexpr Seconds lineTestLimit = 45.0;
+
+bool isExecutable(const std::string& path) { return ::access(path.c_str(), X_OK) == 0; }
+
+std::optional<ToolCommand> pingCommand(const ToolCall& call) {
+  for (const char* place : pingPlaces) {
+    if (isExecutable(place)) {
+      // Whole seconds, rounded up: busybox's ping takes no fractions.
+      const std::string wait = fixedText(std::ceil(call.wait), 0);
+      return ToolCommand{
+          place, {"-c", "1", "-W", wait, call.target}, pingLimit, ChildPriority::utility};
     }
   }
   return std::nullopt;
 }
 
-/// Milliseconds as whole seconds, rounded up: busybox's ping takes no fractions.
-std::string inSeconds(const std::string& milliseconds) {
-  const auto value = parseDouble(milliseconds);
-  return value ? fixedText(std::ceil(*value / 1e3), 0) : milliseconds;
-}
-
-std::vector<std::string> pingArguments(std::vector<std::string> arguments) {
-  for (std::size_t index = 1; index < arguments.size(); ++index) {
-    if (arguments[index - 1] == "-W") {
-      arguments[index] = inSeconds(arguments[index]);
-    }
-  }
-  return arguments;
-}
-
-std::optional<ToolCall> callOf(const Helper& helper, const std::vector<std::string>& arguments) {
-  const std::string executable = helperProgram(runningProgram(), helper.name);
-  if (::access(executable.c_str(), X_OK) != 0) {
+std::optional<ToolCommand> helperCommand(const char* name, std::vector<std::string> arguments,
+                                         Seconds limit, ChildPriority priority) {
+  std::string executable = helperProgram(runningProgram(), name);
+  if (!isExecutable(executable)) {
     return std::nullopt;
   }
-  return ToolCall{executable, arguments, helper.limit};
+  return ToolCommand{std::move(executable), std::move(arguments), limit, priority};
 }
 
 } // namespace
 
-std::optional<ToolCall> systemTool(const std::string& path,
-                                   const std::vector<std::string>& arguments) {
-  for (const Helper& helper : helpers) {
-    if (path == helper.path) {
-      return callOf(helper, arguments);
-    }
+std::optional<ToolCommand> commandOf(const ToolCall& call) {
+  switch (call.tool) {
+  case Tool::ping:
+    return pingCommand(call);
+  case Tool::processTraffic:
+    return helperCommand("nettop", {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"},
+                         trafficLimit, ChildPriority::utility);
+  case Tool::lineTest:
+    return helperCommand("networkQuality", {"-s", "-v"}, lineTestLimit, ChildPriority::normal);
   }
-  if (path != pingPath) {
-    return std::nullopt;
-  }
-  const auto executable = firstExecutable(pingPlaces);
-  if (!executable) {
-    return std::nullopt;
-  }
-  return ToolCall{*executable, pingArguments(arguments), pingLimit};
+  return std::nullopt;
 }
 
 } // namespace tidewell

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "base/Scheduler.h"
+#include "platform/ChildProcess.h"
+#include "platform/linux/process/SpawnedChild.h"
 
 #include <optional>
 #include <string>
@@ -8,19 +10,17 @@
 
 namespace tidewell {
 
-/// How a tool that services name by a fixed path is called on Linux.
-struct ToolCall {
+/// The program that answers a call of a tool on Linux.
+struct ToolCommand {
   std::string executable;
   std::vector<std::string> arguments;
-  /// The tool is ended when it has run for longer: a tool that hangs must not stop its queue.
+  /// Seconds after which the program is stopped: one that hangs must not block its queue.
   Seconds limit = 0.0;
+  ChildPriority priority = ChildPriority::utility;
 };
 
-/// The call that answers for this path and these arguments; none when the tool is not installed.
-/// Ping's waiting time, given in milliseconds, is turned into the seconds of Linux's ping. The
-/// tools for statistics per process and for the quality of the line, which Linux lacks, are helpers
-/// that belong to this program.
-[[nodiscard]] std::optional<ToolCall> systemTool(const std::string& path,
-                                                 const std::vector<std::string>& arguments);
+/// The command for this call; nullopt when its program is not installed. Ping is the system's;
+/// the other two are helpers that belong to this program.
+[[nodiscard]] std::optional<ToolCommand> commandOf(const ToolCall& call);
 
 } // namespace tidewell

@@ -1,16 +1,12 @@
-#include "platform/linux/loop/EventLoop.h"
-
-#include "base/ThreadScheduler.h"
+#include "platform/linux/loop/EpollLoop.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <atomic>
-#include <thread>
+#include <string>
 #include <vector>
 
 #include <sys/epoll.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace tidewell::test {
@@ -34,8 +30,8 @@ struct PipePair {
   FileDescriptor writeEnd;
 };
 
-TEST(EventLoop, CallsTheHandlerOfAReadableDescriptor) {
-  EventLoop loop;
+TEST(EpollLoop, CallsTheHandlerOfAReadableDescriptor) {
+  EpollLoop loop;
   const PipePair pipe;
   std::string heard;
   const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t events) {
@@ -52,8 +48,8 @@ TEST(EventLoop, CallsTheHandlerOfAReadableDescriptor) {
   EXPECT_EQ(heard, "ab");
 }
 
-TEST(EventLoop, LetsAHandlerEndItsOwnWatchAndAnothers) {
-  EventLoop loop;
+TEST(EpollLoop, LetsAHandlerEndItsOwnWatchAndAnothers) {
+  EpollLoop loop;
   const PipePair first;
   const PipePair second;
   int calls = 0;
@@ -71,8 +67,8 @@ TEST(EventLoop, LetsAHandlerEndItsOwnWatchAndAnothers) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(EventLoop, ListensForWhatItIsToldTo) {
-  EventLoop loop;
+TEST(EpollLoop, ListensForWhatItIsToldTo) {
+  EpollLoop loop;
   const PipePair pipe;
   int calls = 0;
   const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t) { ++calls; });
@@ -83,13 +79,13 @@ TEST(EventLoop, ListensForWhatItIsToldTo) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST(EventLoop, SaysWhenADescriptorCannotBeWatched) {
-  EventLoop loop;
+TEST(EpollLoop, SaysWhenADescriptorCannotBeWatched) {
+  EpollLoop loop;
   EXPECT_EQ(loop.watch(-1, EPOLLIN, [](std::uint32_t) {}), nullptr);
 }
 
-TEST(EventLoop, CallsBeforeSleepAfterTheTasksOfATurn) {
-  EventLoop loop;
+TEST(EpollLoop, CallsBeforeSleepAfterTheTasksOfATurn) {
+  EpollLoop loop;
   std::vector<std::string> order;
   const auto hook = loop.beforeSleep([&] {
     order.emplace_back("before sleep");
@@ -104,8 +100,8 @@ TEST(EventLoop, CallsBeforeSleepAfterTheTasksOfATurn) {
   EXPECT_EQ(order[2], "before sleep");
 }
 
-TEST(EventLoop, RunsWhatBeforeSleepPosted) {
-  EventLoop loop;
+TEST(EpollLoop, RunsWhatBeforeSleepPosted) {
+  EpollLoop loop;
   bool posted = false;
   const auto hook = loop.beforeSleep([&] {
     if (!posted) {
@@ -117,52 +113,14 @@ TEST(EventLoop, RunsWhatBeforeSleepPosted) {
   EXPECT_TRUE(posted);
 }
 
-TEST(EventLoop, HoldsTheTurnBeforeAndAfterItRuns) {
-  EventLoop loop;
-  EXPECT_TRUE(loop.isCurrent());
-  loop.post([&] { loop.quit(); });
-  loop.run();
-  EXPECT_TRUE(loop.isCurrent());
-  std::thread([&] { EXPECT_FALSE(loop.isCurrent()); }).join();
-}
-
-TEST(EventLoop, GivesDescriptorsTheirChanceBesideTasksThatNeverEnd) {
-  EventLoop loop;
+TEST(EpollLoop, GivesDescriptorsTheirChanceBesideTasksThatNeverEnd) {
+  EpollLoop loop;
   const PipePair pipe;
   std::function<void()> forever = [&] { loop.post(forever); };
   loop.post(forever);
   const auto watch = loop.watch(pipe.readEnd.get(), EPOLLIN, [&](std::uint32_t) { loop.quit(); });
   pipe.write('a');
   loop.run();
-}
-
-TEST(EventLoop, HearsPostsFromThreadsThatDoNotHelp) {
-  EventLoop loop;
-  std::thread outsider([&] { loop.post([&] { loop.quit(); }); });
-  loop.run();
-  outsider.join();
-}
-
-/// Voluntary context switches of the calling thread.
-long sleepsOfThisThread() {
-  rusage usage{};
-  getrusage(RUSAGE_THREAD, &usage);
-  return usage.ru_nvcsw;
-}
-
-TEST(EventLoop, IsNotWokenForAResultThatItsWorkerDelivers) {
-  EventLoop loop;
-  int delivered = 0;
-  {
-    ThreadScheduler scheduler(loop);
-    const auto queue = scheduler.makeSerialQueue("com.halden.tidewell.test");
-    const auto timer = queue->repeat(0.01, 0.01, [&] { loop.post([&] { ++delivered; }); });
-    loop.postAfter(0.5, [&] { loop.quit(); });
-    const long before = sleepsOfThisThread();
-    loop.run();
-    EXPECT_GT(delivered, 20);
-    EXPECT_LT(sleepsOfThisThread() - before, delivered / 4);
-  }
 }
 
 } // namespace

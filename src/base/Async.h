@@ -1,0 +1,144 @@
+#pragma once
+
+#include <coroutine>
+#include <functional>
+#include <optional>
+#include <type_traits>
+#include <utility>
+
+namespace tidewell {
+
+template <class T> class Async;
+
+/// What the coroutines of `Async` have in common.
+class AsyncPromise {
+public:
+  struct FinalAwaiter {
+    [[nodiscard]] static bool await_ready() noexcept { return false; }
+    template <class Promise>
+    [[nodiscard]] std::coroutine_handle<>
+    await_suspend(std::coroutine_handle<Promise> ended) const noexcept {
+      return ended.promise().leave();
+    }
+    static void await_resume() noexcept {}
+  };
+
+  [[nodiscard]] static std::suspend_always initial_suspend() noexcept { return {}; }
+  [[nodiscard]] static FinalAwaiter final_suspend() noexcept { return {}; }
+  /// Leaves through whoever resumed the coroutine: the program handles no exception but a lack of
+  /// memory, and that one where it occurs.
+  static void unhandled_exception() { throw; }
+
+  void resumeAfterwards(std::coroutine_handle<> waiter) { m_waiter = waiter; }
+  void callAfterwards(std::function<void()> finished) { m_finished = std::move(finished); }
+
+private:
+  [[nodiscard]] std::coroutine_handle<> leave() const {
+    if (m_finished) {
+      m_finished();
+    }
+    return m_waiter;
+  }
+
+  std::coroutine_handle<> m_waiter = std::noop_coroutine();
+  std::function<void()> m_finished;
+};
+
+template <class T> class AsyncValuePromise : public AsyncPromise {
+public:
+  void return_value(T value) { m_value.emplace(std::move(value)); }
+  [[nodiscard]] T take() { return std::move(*m_value); }
+
+private:
+  std::optional<T> m_value;
+};
+
+template <> class AsyncValuePromise<void> : public AsyncPromise {
+public:
+  static void return_void() {}
+};
+
+/// A coroutine that gives a T. It begins when it is awaited or started, and ends where it waits
+/// when this object is destroyed.
+///
+/// Parameters are copied into the coroutine's frame, references and `this` are not: take values, or
+/// let the owner of what you refer to own the coroutine, too. A lambda that is a coroutine must not
+/// capture anything.
+template <class T = void> class [[nodiscard]] Async {
+public:
+  struct promise_type : AsyncValuePromise<T> {
+    [[nodiscard]] Async get_return_object() {
+      return Async(std::coroutine_handle<promise_type>::from_promise(*this));
+    }
+  };
+
+  /// Work that is done.
+  Async() = default;
+  Async(Async&& other) noexcept : m_frame(std::exchange(other.m_frame, {})) {}
+  Async& operator=(Async&& other) noexcept {
+    std::swap(m_frame, other.m_frame);
+    return *this;
+  }
+  Async(const Async&) = delete;
+  Async& operator=(const Async&) = delete;
+  ~Async() {
+    if (m_frame) {
+      m_frame.destroy();
+    }
+  }
+
+  [[nodiscard]] bool isDone() const { return !m_frame || m_frame.done(); }
+
+  /// Runs until the first wait. `finished` is called at the end, before the frame is destroyed.
+  void start(std::function<void()> finished) {
+    m_frame.promise().callAfterwards(std::move(finished));
+    m_frame.resume();
+  }
+
+  [[nodiscard]] auto operator co_await() && noexcept { return Awaiter{m_frame}; }
+
+private:
+  struct Awaiter {
+    [[nodiscard]] bool await_ready() const noexcept { return !frame; }
+    [[nodiscard]] std::coroutine_handle<> await_suspend(std::coroutine_handle<> waiter) const {
+      frame.promise().resumeAfterwards(waiter);
+      return frame;
+    }
+    T await_resume() const {
+      if constexpr (!std::is_void_v<T>) {
+        return frame.promise().take();
+      }
+    }
+
+    std::coroutine_handle<promise_type> frame;
+  };
+
+  explicit Async(std::coroutine_handle<promise_type> frame) : m_frame(frame) {}
+
+  std::coroutine_handle<promise_type> m_frame;
+};
+
+/// Somebody who waits for one event, at most one coroutine at a time.
+class Waiter {
+public:
+  Waiter() = default;
+  Waiter(const Waiter&) = delete;
+  Waiter& operator=(const Waiter&) = delete;
+  ~Waiter() = default;
+
+  [[nodiscard]] static bool await_ready() noexcept { return false; }
+  void await_suspend(std::coroutine_handle<> waiter) noexcept { m_waiter = waiter; }
+  static void await_resume() noexcept {}
+
+  /// Lets the coroutine go on, if one waits. It may destroy this object.
+  void resume() {
+    if (const auto waiter = std::exchange(m_waiter, {})) {
+      waiter.resume();
+    }
+  }
+
+private:
+  std::coroutine_handle<> m_waiter;
+};
+
+} // namespace tidewell

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/linux/process/SpawnedChild.h"
+
+namespace tidewell::test {
+
+/// True when the child has exited.
+inline Async<bool> exitOf(SpawnedChild& child) {
+  co_await child.exit();
+  co_return true;
+}
+
+} // namespace tidewell::test
