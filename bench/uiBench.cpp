@@ -1,7 +1,7 @@
 #include "FilledDetails.h"
 #include "FilledPanel.h"
-#include "ui/detail/BandwidthChart.h"
-#include "ui/panel/MiniGraphView.h"
+#include "ui/charts/AxisCharts.h"
+#include "ui/charts/MiniGraphView.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,9 +5,9 @@
 #include "support/PrivateBus.h"
 #include "support/Require.h"
 #include "support/ShownText.h"
+#include "ui/charts/Curves.h"
+#include "ui/charts/ThroughputFigures.h"
 #include "ui/components/ShownText.h"
-#include "ui/panel/GraphCurves.h"
-#include "ui/panel/GraphSummary.h"
 #include "ui/processes/ProcessTexts.h"
 
 #include <QCoreApplication>

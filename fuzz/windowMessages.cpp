@@ -2,7 +2,7 @@
 // again in words that mean the same.
 
 #include "support/Require.h"
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include "base/Observers.h"
 #include "platform/linux/bus/BusObject.h"
 #include "sampling/NetworkSnapshot.h"
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <functional>
 

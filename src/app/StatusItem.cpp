@@ -2,7 +2,7 @@
 
 #include "platform/linux/bus/SessionBus.h"
 #include "tile/TextTile.h"
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Scheduler.h"
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <deque>
 #include <map>

@@ -25,14 +25,14 @@ ROOMS = {
     "speedtest": ["base", "platform"],
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
-    "windows": ["base"],
+    "windowRequests": ["base"],
     "tile": ["base"],
     "helpers": ["base", "platform/linux"],
     # The process knows where the preferences lie; its windows do not.
-    "ui/process": ["base", "platform", "platform/linux", "format", "windows", "tile", "settings",
-                   "ui"],
-    "ui": ["base", "platform", "format", "windows", "tile", "settings"],
-    "app": ["base", "platform", "platform/linux", "format", "windows", "tile", *SERVICES],
+    "ui/application": ["base", "platform", "platform/linux", "format", "windowRequests", "tile",
+                       "settings", "ui"],
+    "ui": ["base", "platform", "format", "windowRequests", "tile", "settings"],
+    "app": ["base", "platform", "platform/linux", "format", "windowRequests", "tile", *SERVICES],
 }
 
 # Single files beyond that, room -> files. Views show what services publish and start none: they see
@@ -40,13 +40,13 @@ ROOMS = {
 _STATES = re.compile(
     r"[a-z]+/([A-Za-z]+State|NetworkSnapshot|NetworkStatus|ConnectionInfo|ProcessUsage)\.h"
 )
-VALUES = {"ui": _STATES, "ui/process": _STATES}
+VALUES = {"ui": _STATES, "ui/application": _STATES}
 
 # What only some rooms may include of the world outside.
 OUTSIDE = {
     re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app", "helpers"],
     re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
-    re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/process"],
+    re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/application"],
 }
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', re.MULTILINE)

@@ -62,9 +62,9 @@ class IncludeDirection(unittest.TestCase):
 
     def test_lets_only_the_windows_process_see_where_preferences_lie(self):
         text = '#include "platform/linux/preferences/PreferencesFile.h"\n#include <QObject>'
-        self.assertEqual(faults("ui/process/A.cpp", text), [])
+        self.assertEqual(faults("ui/application/A.cpp", text), [])
         self.assertEqual(len(faults("ui/settings/A.cpp", text)), 1)
-        self.assertEqual(len(faults("ui/panel/A.cpp", '#include "ui/process/A.h"')), 1)
+        self.assertEqual(len(faults("ui/panel/A.cpp", '#include "ui/application/A.h"')), 1)
 
     def test_finds_files_outside_of_every_room(self):
         self.assertEqual(len(faults("misc/A.cpp", "")), 1)

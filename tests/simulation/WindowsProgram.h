@@ -4,7 +4,7 @@
 #include "Findings.h"
 #include "VirtualProcesses.h"
 #include "platform/linux/loop/EventLoop.h"
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <memory>
 #include <optional>

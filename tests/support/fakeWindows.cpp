@@ -1,7 +1,7 @@
 // Stands in for the windows' process: writes down what it is asked, and does what the text of a
 // copy request says.
 
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <array>
 #include <cstdlib>

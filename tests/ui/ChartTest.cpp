@@ -1,10 +1,9 @@
 #include "support/ImageComparison.h"
 #include "support/Panel.h"
-#include "ui/detail/BandwidthChart.h"
-#include "ui/detail/ChartCurve.h"
-#include "ui/detail/LatencyChart.h"
-#include "ui/detail/ThroughputTotals.h"
-#include "ui/detail/ValueAxis.h"
+#include "ui/charts/AxisCharts.h"
+#include "ui/charts/Curves.h"
+#include "ui/charts/ThroughputFigures.h"
+#include "ui/charts/ValueAxis.h"
 #include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>

@@ -121,24 +121,24 @@ TEST(SpinnerTest, RestsWhileHidden) {
   EXPECT_FALSE(spinner.isTicking());
 }
 
-TEST(PanelRowTest, CutsLongValuesAndTellsThemInFull) {
-  PanelRow row("Network", nullptr);
+TEST(ValueRowTest, CutsLongValuesAndTellsThemInFull) {
+  ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue("Riverside");
+  row.setValue("Riverside", TWColor::text());
   EXPECT_EQ(row.toolTip(), "");
   const QString name = QString(200, u'W') + "end";
-  row.setValue(name);
+  row.setValue(name, TWColor::text());
   EXPECT_EQ(row.toolTip(), name);
   EXPECT_EQ(row.accessibleName(), "Network " + name);
   row.resize(4000, 29);
-  row.setValue("short");
+  row.setValue("short", TWColor::text());
   EXPECT_EQ(row.toolTip(), "");
 }
 
-TEST(PanelRowTest, LeavesRoomBetweenKeyAndValue) {
-  PanelRow row("Network", nullptr);
+TEST(ValueRowTest, LeavesRoomBetweenKeyAndValue) {
+  ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue(QString(200, u'W'));
+  row.setValue(QString(200, u'W'), TWColor::text());
   const QImage image = picture(row);
   const int keyEnd = static_cast<int>(QFontMetricsF(TWFont::body()).horizontalAdvance("Network"));
   for (int x = keyEnd + 2; x < keyEnd + 12; ++x) {

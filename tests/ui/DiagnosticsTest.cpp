@@ -1,8 +1,8 @@
 #include "support/Details.h"
+#include "ui/components/Buttons.h"
 #include "ui/components/Spinner.h"
-#include "ui/components/TextButton.h"
 #include "ui/components/TextLine.h"
-#include "ui/detail/DiagnosticRow.h"
+#include "ui/components/ValueRow.h"
 #include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>
@@ -23,8 +23,8 @@ class DiagnosticsTest : public testing::Test, protected Details {
 protected:
   void SetUp() override { open(diagnostics); }
 
-  [[nodiscard]] const DiagnosticRow& row(std::size_t index) const {
-    return *all<DiagnosticRow>(diagnostics).at(index);
+  [[nodiscard]] const ValueRow& row(std::size_t index) const {
+    return *all<ValueRow>(diagnostics).at(index);
   }
   [[nodiscard]] std::vector<std::string> shown(std::size_t first, std::size_t count) const {
     std::vector<std::string> texts;

@@ -1,8 +1,7 @@
 #include "support/ImageComparison.h"
 #include "support/Panel.h"
-#include "ui/panel/CurvePainting.h"
-#include "ui/panel/GraphCurves.h"
-#include "ui/panel/GraphSummary.h"
+#include "ui/charts/Curves.h"
+#include "ui/charts/ThroughputFigures.h"
 #include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>

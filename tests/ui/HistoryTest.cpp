@@ -1,8 +1,8 @@
 #include "support/Details.h"
 #include "support/Evening.h"
+#include "ui/charts/AxisCharts.h"
 #include "ui/components/TextLine.h"
-#include "ui/detail/LatencyChart.h"
-#include "ui/detail/ReadingRow.h"
+#include "ui/detail/RecentReadings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "support/Panel.h"
-#include "ui/components/Divider.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
 

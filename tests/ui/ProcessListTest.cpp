@@ -1,8 +1,6 @@
 #include "support/Details.h"
 #include "support/ImageComparison.h"
 #include "ui/components/TextLine.h"
-#include "ui/processes/ProcessColumns.h"
-#include "ui/processes/ProcessListHeader.h"
 #include "ui/processes/ProcessListView.h"
 #include "ui/processes/ProcessRow.h"
 #include "ui/processes/ProcessTexts.h"

@@ -1,6 +1,6 @@
 #include "support/FakeTime.h"
 #include "support/Panel.h"
-#include "ui/components/PulseDot.h"
+#include "ui/components/PulseAnimation.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "support/PaintLog.h"
 #include "support/Panel.h"
-#include "ui/components/PulseDot.h"
+#include "ui/components/PulseAnimation.h"
 #include "ui/components/Spinner.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 #include "ui/components/FittedText.h"
 #include "ui/components/ShownText.h"
-#include "ui/components/TabularText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 

@@ -3,12 +3,12 @@
 #include "support/PaintLog.h"
 #include "support/Preferences.h"
 #include "support/ReadAloud.h"
+#include "ui/charts/AxisCharts.h"
+#include "ui/charts/RangeSelector.h"
 #include "ui/components/ScrollPane.h"
 #include "ui/components/StatCell.h"
 #include "ui/components/TextLine.h"
-#include "ui/detail/BandwidthChart.h"
-#include "ui/detail/DiagnosticRow.h"
-#include "ui/detail/RangeButton.h"
+#include "ui/components/ValueRow.h"
 #include "ui/processes/ProcessListView.h"
 #include "ui/processes/ProcessRow.h"
 
@@ -203,7 +203,7 @@ TEST_F(DetailRepaintTest, PaintsOnlyTheDiagnosticThatChanged) {
   watch(3);
   sampler.jitterMs.set(7.0);
   Panel::settle();
-  for (const DiagnosticRow* row : all<DiagnosticRow>(3)) {
+  for (const ValueRow* row : all<ValueRow>(3)) {
     EXPECT_EQ(isPainted(*row), row->key() == "Jitter") << row->key().toStdString();
   }
 }

@@ -1,7 +1,7 @@
 #include "support/Details.h"
 #include "support/Preferences.h"
 #include "support/ReadAloud.h"
-#include "ui/components/TextButton.h"
+#include "ui/components/Buttons.h"
 
 #include <gtest/gtest.h>
 

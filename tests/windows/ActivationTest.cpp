@@ -1,5 +1,5 @@
-#include "ui/process/PanelController.h"
-#include "ui/process/SingleWindow.h"
+#include "ui/application/PanelController.h"
+#include "ui/application/SingleWindow.h"
 
 #include "ui/mirror/ResidentState.h"
 
@@ -47,7 +47,7 @@ TEST_F(PanelActivation, GivesNoButtonTheFocusBeforeTheUserDoes) {
   panel.open(std::nullopt);
   const auto windows = QApplication::topLevelWidgets();
   const auto host = std::ranges::find_if(
-      windows, [](const QWidget* window) { return qobject_cast<const PanelHost*>(window); });
+      windows, [](const QWidget* window) { return qobject_cast<const PanelWindow*>(window); });
   ASSERT_NE(host, windows.end());
   EXPECT_TRUE(QTest::qWaitFor([&] { return (*host)->focusWidget() != nullptr; }));
   EXPECT_EQ(qobject_cast<QAbstractButton*>((*host)->focusWidget()), nullptr);

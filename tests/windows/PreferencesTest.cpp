@@ -1,4 +1,4 @@
-#include "ui/process/Preferences.h"
+#include "ui/application/Preferences.h"
 
 #include "settings/SettingsKeys.h"
 #include "support/TemporaryDirectory.h"

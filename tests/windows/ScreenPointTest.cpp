@@ -1,4 +1,4 @@
-#include "ui/placement/ScreenPoint.h"
+#include "ui/placement/PanelPlacement.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
-#include "ui/process/WindowIcon.h"
+#include "ui/application/SingleWindow.h"
 
 #include "support/TemporaryDirectory.h"
-#include "ui/process/SingleWindow.h"
 
 #include <gtest/gtest.h>
 

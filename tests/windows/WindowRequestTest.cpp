@@ -1,4 +1,4 @@
-#include "windows/WindowRequest.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <gtest/gtest.h>
 

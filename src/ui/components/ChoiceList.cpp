@@ -1,8 +1,7 @@
 #include "ui/components/ChoiceList.h"
 
-#include "ui/components/ChoiceListItem.h"
 #include "ui/components/FittedText.h"
-#include "ui/components/FocusRing.h"
+#include "ui/components/Painting.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -14,6 +13,13 @@
 namespace tidewell {
 
 namespace {
+
+constexpr int itemPadding = 5;
+
+bool isChosen(const QModelIndex& index, const QObject* list) {
+  const auto* const choices = qobject_cast<const QComboBox*>(list);
+  return choices != nullptr && choices->currentIndex() == index.row();
+}
 
 constexpr int edgePadding = 6;
 constexpr int sidePadding = 10;
@@ -50,6 +56,24 @@ QPalette listPalette() {
 }
 
 } // namespace
+
+ChoiceListItem::ChoiceListItem(QObject* parent) : QStyledItemDelegate(parent) {}
+
+void ChoiceListItem::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+  const bool isPointedAt = option.state.testFlag(QStyle::State_Selected) ||
+                           option.state.testFlag(QStyle::State_MouseOver);
+  painter->fillRect(option.rect, isPointedAt ? TWColor::accentDim() : TWColor::surface2());
+  TextStyle style{option.font, isChosen(index, parent()) ? TWColor::accent() : TWColor::text()};
+  style.smallestPixelSize = 10;
+  drawLine(*painter, option.rect.adjusted(sidePadding, itemPadding, -sidePadding, -itemPadding),
+           index.data().toString(), style);
+}
+
+QSize ChoiceListItem::sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& /*index*/) const {
+  return {0, option.fontMetrics.height() + 2 * itemPadding};
+}
 
 ChoiceList::ChoiceList(const QStringList& choices, QWidget* parent) : QComboBox(parent) {
   setFocusPolicy(Qt::TabFocus);

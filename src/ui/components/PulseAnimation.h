@@ -1,7 +1,8 @@
 #pragma once
 
-#include "ui/components/ShownTicker.h"
+#include "ui/components/ViewTime.h"
 
+#include <QColor>
 #include <QWidget>
 
 #include <functional>
@@ -39,6 +40,28 @@ private:
   double m_opacity = 1.0;
   bool m_isPulsing = false;
   ShownTicker* m_ticker; // the widget's
+};
+
+/// A round dot of 6 by 6 pixels that pulses on a plain ground. It fills all of itself, so that a
+/// beat repaints nothing below it. Main thread.
+class PulseDot final : public QWidget {
+  Q_OBJECT
+
+public:
+  static constexpr int edge = 6;
+
+  PulseDot(std::function<double()> now, QWidget* parent);
+
+  void setColors(const QColor& dot, const QColor& ground);
+  [[nodiscard]] PulseAnimation& pulse() { return m_pulse; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  QColor m_dot;
+  QColor m_ground;
+  PulseAnimation m_pulse;
 };
 
 } // namespace tidewell

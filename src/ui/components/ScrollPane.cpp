@@ -1,6 +1,6 @@
 #include "ui/components/ScrollPane.h"
 
-#include "ui/components/FocusRing.h"
+#include "ui/components/Painting.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QAccessibleWidget>

@@ -1,6 +1,6 @@
 #include "ui/components/Spinner.h"
 
-#include "ui/components/ShownTicker.h"
+#include "ui/components/ViewTime.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QPainter>

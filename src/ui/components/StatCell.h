@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/components/PaintedWidget.h"
+#include "ui/components/AccessibleWidgets.h"
 
 #include <QColor>
 #include <QPainterPath>

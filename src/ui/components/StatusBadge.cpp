@@ -1,7 +1,7 @@
 #include "ui/components/StatusBadge.h"
 
 #include "ui/components/FittedText.h"
-#include "ui/components/PulseDot.h"
+#include "ui/components/PulseAnimation.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 

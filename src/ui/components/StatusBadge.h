@@ -1,7 +1,7 @@
 #pragma once
 
 #include "sampling/NetworkStatus.h"
-#include "ui/components/PaintedWidget.h"
+#include "ui/components/AccessibleWidgets.h"
 
 #include <functional>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/components/FittedText.h"
-#include "ui/components/PaintedWidget.h"
 
 namespace tidewell {
 

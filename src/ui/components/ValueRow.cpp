@@ -37,7 +37,7 @@ ValueRow::ValueRow(QString key, Frame frame, QWidget* parent)
   setSpoken(m_key);
 }
 
-void ValueRow::show(const QString& value, const QColor& color) {
+void ValueRow::setValue(const QString& value, const QColor& color) {
   if (value == m_value && color == m_color) {
     return;
   }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/components/PaintedWidget.h"
+#include "ui/components/AccessibleWidgets.h"
 
 #include <QColor>
 #include <QString>
@@ -9,7 +9,7 @@ namespace tidewell {
 
 /// A key at the left and its value at the right, on one baseline. A value that is too long is cut
 /// in its middle and stands in full in the tool tip and in what is read aloud. Main thread.
-class ValueRow : public PaintedWidget {
+class ValueRow final : public PaintedWidget {
   Q_OBJECT
 
 public:
@@ -21,6 +21,8 @@ public:
 
   ValueRow(QString key, Frame frame, QWidget* parent);
 
+  void setValue(const QString& value, const QColor& color);
+
   [[nodiscard]] QString key() const { return m_key; }
   [[nodiscard]] QString value() const { return m_value; }
   [[nodiscard]] QColor color() const { return m_color; }
@@ -28,7 +30,6 @@ public:
   [[nodiscard]] QSize sizeHint() const override;
 
 protected:
-  void show(const QString& value, const QColor& color);
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "ui/components/SpokenGroup.h"
+#include "ui/charts/RangeSelector.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/components/ViewTime.h"
-#include "ui/detail/DetailSources.h"
-#include "ui/detail/TimeRange.h"
+
+#include <QTabBar>
 
 #include <functional>
 
@@ -11,8 +12,38 @@ class QStackedWidget;
 
 namespace tidewell {
 
-class DetailTabBar;
 class OverviewTab;
+struct MonitorState;
+struct SamplerState;
+struct SpeedTestState;
+struct TrackerState;
+
+/// What the details show. The states outlive the views.
+struct DetailSources {
+  SamplerState& sampler;
+  MonitorState& monitor;
+  TrackerState& tracker;
+  SpeedTestState& speedTest;
+};
+
+/// Titles side by side, with a bar under the selected one. Left and Right select another. Main
+/// thread.
+class DetailTabBar final : public QTabBar {
+  Q_OBJECT
+
+public:
+  DetailTabBar(const QStringList& titles, QWidget* parent);
+
+protected:
+  [[nodiscard]] QSize tabSizeHint(int index) const override;
+  [[nodiscard]] QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
+  void paintEvent(QPaintEvent* event) override;
+  /// Goes on to what scrolls.
+  void wheelEvent(QWheelEvent* event) override;
+
+private:
+  void paintTab(QPainter& painter, int index) const;
+};
 
 /// The details: four tabs and the selected one's content, which scrolls. A window or a part of one.
 /// Made anew for every opening. Main thread.

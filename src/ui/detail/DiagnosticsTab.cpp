@@ -4,9 +4,8 @@
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
 #include "ui/components/TextLine.h"
-#include "ui/detail/ConnectionGroup.h"
 #include "ui/detail/DetailStyles.h"
-#include "ui/detail/PerformanceGroup.h"
+#include "ui/detail/DiagnosticGroups.h"
 #include "ui/detail/SpeedTestGroup.h"
 
 #include <QVBoxLayout>

@@ -2,7 +2,7 @@
 
 #include "base/Observers.h"
 #include "ui/components/ViewTime.h"
-#include "ui/detail/DetailSources.h"
+#include "ui/detail/DetailWindowView.h"
 
 #include <QWidget>
 

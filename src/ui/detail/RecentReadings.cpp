@@ -1,10 +1,72 @@
 #include "ui/detail/RecentReadings.h"
 
-#include "ui/detail/ReadingRow.h"
+#include "format/SpeedFormatter.h"
+#include "ui/components/FittedText.h"
+#include "ui/components/ShownText.h"
+#include "ui/panel/SpeedTestStrip.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
 
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace tidewell {
+
+namespace {
+
+constexpr int edgePadding = 5;
+constexpr int columnGap = 16;
+constexpr std::array<int, 4> columnWidths = {70, 100, 100, 100};
+
+TextStyle columnStyle(std::size_t column) {
+  const std::array<const QColor*, 4> colors = {&TWColor::textTertiary(), &TWColor::accent(),
+                                               &TWColor::cyan(), &TWColor::textSecondary()};
+  TextStyle style{TWFont::monoSmall(), *colors.at(column)};
+  style.smallestPixelSize = 8;
+  return style;
+}
+
+QString rateText(std::int64_t bytesPerSec) {
+  return QString::fromStdString(SpeedFormatter::format(bytesPerSec));
+}
+
+QString timeText(double secondsSince1970) {
+  const QString time = ResultLine::timeOfDay(secondsSince1970);
+  return time.isEmpty() ? QStringLiteral("--") : time;
+}
+
+} // namespace
+
+ReadingRow::ReadingRow(QWidget* parent) : PaintedWidget(QAccessible::ListItem, parent) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+void ReadingRow::setSnapshot(const NetworkSnapshot& snapshot) {
+  const std::array<QString, 4> texts = {
+      timeText(snapshot.timestamp()), rateText(snapshot.downloadBytesPerSec()),
+      rateText(snapshot.uploadBytesPerSec()),
+      figureText(snapshot.latencyMs(), 0) + QStringLiteral(" ms")};
+  if (texts == m_texts) {
+    return;
+  }
+  m_texts = texts;
+  setSpoken(QStringLiteral("%1, download %2, upload %3, latency %4")
+                .arg(texts[0], texts[1], texts[2], texts[3]));
+  update();
+}
+
+QSize ReadingRow::sizeHint() const { return {0, lineHeight(columnStyle(0)) + 2 * edgePadding}; }
+
+void ReadingRow::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  int left = 0;
+  for (std::size_t column = 0; column < columnWidths.size(); ++column) {
+    const int columnWidth = columnWidths.at(column);
+    drawLine(painter, QRect(left, edgePadding, columnWidth, height() - 2 * edgePadding),
+             m_texts.at(column), columnStyle(column));
+    left += columnWidth + columnGap;
+  }
+}
 
 RecentReadings::RecentReadings(QWidget* parent)
     : SpokenGroup(QAccessible::List, QStringLiteral("Recent Readings"), parent) {

@@ -1,12 +1,12 @@
 #include "ui/detail/SpeedTestGroup.h"
 
+#include "ui/components/Buttons.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/Spinner.h"
-#include "ui/components/TextButton.h"
 #include "ui/components/TextLine.h"
+#include "ui/components/ValueRow.h"
 #include "ui/detail/DetailStyles.h"
-#include "ui/detail/DiagnosticRow.h"
-#include "ui/panel/ResultLine.h"
+#include "ui/panel/SpeedTestStrip.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QHBoxLayout>
@@ -55,7 +55,7 @@ void SpeedTestGroup::setState(bool isRunning, const std::optional<SpeedTestResul
   if (hasRows) {
     showResult(*result);
   }
-  for (DiagnosticRow* row : m_rows) {
+  for (ValueRow* row : m_rows) {
     row->setVisible(hasRows);
   }
   showButton(!isRunning);

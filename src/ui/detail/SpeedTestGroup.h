@@ -2,7 +2,7 @@
 
 #include "speedtest/SpeedTestState.h"
 #include "ui/components/ViewTime.h"
-#include "ui/detail/DiagnosticGroup.h"
+#include "ui/detail/DiagnosticGroups.h"
 
 #include <array>
 #include <functional>
@@ -33,7 +33,7 @@ private:
   QWidget* m_line;
   Spinner* m_spinner;
   TextLine* m_text;
-  std::array<DiagnosticRow*, 4> m_rows{};
+  std::array<ValueRow*, 4> m_rows{};
   bool m_hadFocus = false; // the button, when it had to go
 };
 

@@ -11,6 +11,10 @@ class QMenu;
 
 namespace tidewell {
 
+/// The panel's text as a picture, as hosts of the item get it. `edge` is 22 or 44.
+[[nodiscard]] QPixmap squarePicture(const std::string& text, int edge);
+[[nodiscard]] QPixmap widePicture(const std::string& text);
+
 /// The item as a small window that stays above others and can be dragged. Main thread.
 class ItemWindow final : public QWidget {
   Q_OBJECT

@@ -2,7 +2,6 @@
 
 #include "tile/TextTile.h"
 #include "ui/item/ItemWindow.h"
-#include "ui/item/TilePicture.h"
 
 #include <QCursor>
 #include <QIcon>

@@ -2,17 +2,30 @@
 
 #include "base/Observers.h"
 #include "base/Published.h"
-#include "ui/item/ItemCommands.h"
 
 #include <QMenu>
+#include <QPoint>
 #include <QSystemTrayIcon>
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tidewell {
 
 class ItemWindow;
+
+/// What the item's user may ask for. Main thread.
+struct ItemCommands {
+  /// Opens the panel, or closes it; the place in the display server's pixels.
+  std::function<void(std::optional<QPoint> point)> togglePanel;
+  std::function<void()> openDetail;
+  std::function<void()> openSettings;
+  std::function<void()> runSpeedTest;
+  std::function<void()> copyAddress;
+  std::function<void()> quit;
+};
 
 /// The item where no panel takes one: an icon in an old-style tray, or a small window above all
 /// others where there is not even that. Main thread.

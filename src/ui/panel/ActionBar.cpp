@@ -1,7 +1,7 @@
 #include "ui/panel/ActionBar.h"
 
-#include "ui/components/ActionButton.h"
-#include "ui/components/Divider.h"
+#include "ui/components/AccessibleWidgets.h"
+#include "ui/components/Buttons.h"
 
 #include <QHBoxLayout>
 

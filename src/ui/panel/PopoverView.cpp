@@ -3,16 +3,17 @@
 #include "connectivity/MonitorState.h"
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
-#include "ui/components/Divider.h"
+#include "ui/charts/MiniGraphView.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/panel/ActionBar.h"
-#include "ui/panel/ConnectionSection.h"
-#include "ui/panel/MiniGraphView.h"
+#include "ui/panel/PanelSections.h"
 #include "ui/panel/SpeedTestStrip.h"
-#include "ui/panel/StatsGrid.h"
-#include "ui/panel/ThroughputHero.h"
+#include "ui/tokens/TWColor.h"
 
 #include <QPainter>
+#include <QPen>
 #include <QPointer>
+#include <QRect>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -21,9 +22,26 @@ namespace tidewell {
 
 namespace {
 
+// Nothing blurs what lies behind, so only a trace of it may shine through the text.
+constexpr double translucentOpacity = 0.94;
+
 constexpr double copiedSeconds = 1.5;
 
 } // namespace
+
+void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop) {
+  if (backdrop == Backdrop::opaque) {
+    painter.fillRect(panel, TWColor::surface());
+    painter.setPen(TWColor::surface3());
+    painter.drawRect(panel.adjusted(0, 0, -1, -1));
+    return;
+  }
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(TWColor::surface3(), 1.0));
+  painter.setBrush(withOpacity(TWColor::surface(), translucentOpacity));
+  painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius - 0.5,
+                          panelRadius - 0.5);
+}
 
 PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop backdrop,
                          const ViewTime& time, QWidget* parent)

@@ -2,18 +2,17 @@
 
 #include "base/Observers.h"
 #include "ui/components/ViewTime.h"
-#include "ui/panel/PanelActions.h"
-#include "ui/panel/PanelBackdrop.h"
+#include "ui/panel/ActionBar.h"
 
 #include <QWidget>
 
 #include <vector>
 
+class QPainter;
+class QRect;
+
 namespace tidewell {
 
-struct MonitorState;
-struct SamplerState;
-struct SpeedTestState;
 class ActionBar;
 class ConnectionSection;
 class Divider;
@@ -21,6 +20,23 @@ class MiniGraphView;
 class SpeedTestStrip;
 class StatsGrid;
 class ThroughputHero;
+struct MonitorState;
+struct SamplerState;
+struct SpeedTestState;
+
+/// What lies behind the panel.
+enum class Backdrop {
+  /// Lightly translucent, with round corners. The window has to have an alpha channel.
+  translucent,
+  /// Opaque, with square corners: where nothing composes windows.
+  opaque
+};
+
+/// Radius of a translucent panel's corners, in pixels.
+constexpr int panelRadius = 12;
+
+/// Paints the ground of a panel and its outline.
+void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop);
 
 /// What the panel shows. The states outlive the view. `SamplerState::isConnected` has to be written
 /// before `MonitorState::isConnected`, which is what tells the view of it.

@@ -1,6 +1,6 @@
 #include "ui/placement/OutsideClicks.h"
 
-#include "ui/placement/XConnection.h"
+#include "ui/placement/Display.h"
 
 #include <QCursor>
 #include <QGuiApplication>

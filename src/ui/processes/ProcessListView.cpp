@@ -1,7 +1,6 @@
 #include "ui/processes/ProcessListView.h"
 
 #include "ui/components/TextLine.h"
-#include "ui/processes/ProcessListHeader.h"
 #include "ui/processes/ProcessRow.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "processes/ProcessUsage.h"
-#include "ui/components/SpokenGroup.h"
+#include "ui/components/AccessibleWidgets.h"
 
 #include <vector>
 

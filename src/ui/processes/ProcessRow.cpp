@@ -2,7 +2,6 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/ShownText.h"
-#include "ui/processes/ProcessColumns.h"
 #include "ui/processes/ProcessTexts.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
@@ -14,6 +13,17 @@
 namespace tidewell {
 
 namespace {
+
+constexpr int headerPadding = 8;
+constexpr double letterSpacing = 1.0;
+
+TextStyle titleStyle(Qt::Alignment alignment) {
+  TextStyle style{withLetterSpacing(TWFont::label(), letterSpacing), TWColor::textTertiary()};
+  style.alignment = alignment;
+  return style;
+}
+
+QString titleOf(const ProcessColumn& column) { return QString::fromLatin1(column.title); }
 
 constexpr int edgePadding = 10;
 constexpr int lineThickness = 1;
@@ -54,6 +64,54 @@ QRect centred(const QRect& column, const TextStyle& style) {
 }
 
 } // namespace
+
+QRect processColumnBox(std::size_t column, const QRect& row) {
+  int right = row.right() + 1;
+  for (std::size_t index = processColumns.size() - 1; index > column; --index) {
+    right -= processColumns.at(index).width + processColumnGap;
+  }
+  const int fixed = processColumns.at(column).width;
+  const int width = fixed > 0 ? fixed : std::max(0, right - row.left());
+  return {right - width, row.top(), width, row.height()};
+}
+
+const QColor& processBarColor(std::size_t row) {
+  static const std::array<const QColor*, 6> barColors = {&TWColor::accent(), &TWColor::green(),
+                                                         &TWColor::purple(), &TWColor::cyan(),
+                                                         &TWColor::yellow(), &TWColor::red()};
+  return *barColors.at(row % barColors.size());
+}
+
+ProcessListHeader::ProcessListHeader(QWidget* parent)
+    : PaintedWidget(QAccessible::StaticText, parent) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  QStringList titles;
+  for (const ProcessColumn& column : processColumns) {
+    titles << titleOf(column);
+  }
+  setSpoken(titles.join(QStringLiteral(", ")));
+}
+
+QSize ProcessListHeader::sizeHint() const {
+  return {0, lineHeight(titleStyle(Qt::AlignLeft)) + 2 * headerPadding + lineThickness};
+}
+
+void ProcessListHeader::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), TWColor::surface());
+  painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
+                   TWColor::borderSubtle());
+  for (std::size_t column = 0; column < processColumns.size(); ++column) {
+    headerCell(painter, column);
+  }
+}
+
+void ProcessListHeader::headerCell(QPainter& painter, std::size_t column) const {
+  const ProcessColumn& definition = processColumns.at(column);
+  drawLine(painter, processColumnBox(column, rect()).adjusted(0, headerPadding, 0, 0),
+           titleOf(definition), titleStyle(definition.alignment));
+}
 
 ProcessRow::ProcessRow(std::size_t index, QWidget* parent)
     : PaintedWidget(QAccessible::ListItem, parent), m_color(processBarColor(index)) {

@@ -1,24 +1,33 @@
 #include "ui/settings/SettingsPage.h"
 
+#include "ui/components/AccessibleWidgets.h"
+#include "ui/components/Buttons.h"
 #include "ui/components/ChoiceList.h"
 #include "ui/components/ScrollPane.h"
 #include "ui/components/TextLine.h"
-#include "ui/components/ToggleSwitch.h"
-#include "ui/settings/SettingRow.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
 #include <QAbstractItemView>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include <functional>
 #include <utility>
 
 namespace tidewell {
 
 namespace {
+
+constexpr int edgePadding = 10;
+constexpr int textSpacing = 2;
+constexpr int leastGap = 16;
+
+TextStyle descriptionStyle() {
+  static const QFont font = TWFont::standard(11, QFont::Normal);
+  return {font, TWColor::textTertiary()};
+}
 
 constexpr int padding = 24;
 constexpr int titleSpacing = 20;
@@ -40,6 +49,32 @@ QString latin(std::string_view text) {
 }
 
 } // namespace
+
+SettingRow::SettingRow(const QString& title, const QString& description, QWidget* control,
+                       QWidget* parent)
+    : QWidget(parent) {
+  control->setAccessibleName(title);
+  control->setAccessibleDescription(description);
+  auto* const titleLine = new TextLine({TWFont::body(), TWColor::text()}, this);
+  titleLine->setText(title);
+  auto* const descriptionLine = new TextLine(descriptionStyle(), this);
+  descriptionLine->setText(description);
+
+  auto* const texts = new QVBoxLayout;
+  texts->setSpacing(textSpacing);
+  texts->addWidget(titleLine);
+  texts->addWidget(descriptionLine);
+  auto* const row = new QHBoxLayout;
+  row->setContentsMargins(0, edgePadding, 0, edgePadding);
+  row->setSpacing(leastGap);
+  row->addLayout(texts, 1);
+  row->addWidget(control);
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(row);
+  column->addWidget(Divider::horizontal(this));
+}
 
 SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, DefaultsStore& store)
     : m_settings(settings), m_store(store), m_column(new QVBoxLayout) {

@@ -2,7 +2,7 @@
 
 #include "base/Observers.h"
 #include "platform/DefaultsStore.h"
-#include "ui/settings/SettingBinding.h"
+#include "settings/AppSettings.h"
 
 #include <QString>
 #include <QWidget>
@@ -18,6 +18,30 @@ namespace tidewell {
 
 class ChoiceList;
 class ToggleSwitch;
+
+/// A property of the preferences: its key and how it is read and written.
+template <class T> struct SettingBinding {
+  std::string_view key;
+  T (AppSettings::*read)() const;
+  void (AppSettings::*write)(T);
+};
+
+/// An entry of a choice list and what is stored for it.
+template <class T> struct SettingOption {
+  const char* label;
+  T value;
+};
+
+/// A setting: its title over its description at the left, its control at the right, a line below.
+/// Main thread.
+class SettingRow final : public QWidget {
+  Q_OBJECT
+
+public:
+  /// Takes the control, which is named after the setting.
+  SettingRow(const QString& title, const QString& description, QWidget* control,
+             QWidget* parent = nullptr);
+};
 
 /// The content of one section: its title, and groups of settings below. Every control shows what is
 /// stored, whoever wrote it, and stores what the user chooses at once. Main thread.

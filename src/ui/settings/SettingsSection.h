@@ -1,11 +1,15 @@
 #pragma once
 
-#include "ui/components/icons/Icon.h"
+#include "ui/components/Icon.h"
 
 #include <array>
 #include <string_view>
 
 namespace tidewell {
+
+class AppSettings;
+class DefaultsStore;
+class SettingsPage;
 
 /// The parts of the settings.
 enum class SettingsSection { general, alerts, display, data, advanced };
@@ -20,5 +24,9 @@ inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
 
 /// The symbol beside the title in the sidebar.
 [[nodiscard]] Icon symbol(SettingsSection section);
+
+/// The content of a section, which the caller owns. Borrows the preferences and their store.
+[[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
+                                             DefaultsStore& store);
 
 } // namespace tidewell

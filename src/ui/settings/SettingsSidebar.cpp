@@ -1,7 +1,9 @@
 #include "ui/settings/SettingsSidebar.h"
 
-#include "ui/settings/SidebarEntry.h"
+#include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
 
 #include <QPainter>
 #include <QVBoxLayout>
@@ -10,10 +12,54 @@ namespace tidewell {
 
 namespace {
 
+constexpr int sidePadding = 10;
+constexpr int edgePadding = 7;
+constexpr int slotWidth = 20;
+constexpr int slotSpacing = 8;
+constexpr double symbolEdge = 14.0;
+constexpr double radius = 6.0;
+
+TextStyle titleStyle(const QColor& color) { return {TWFont::body(), color}; }
+
 constexpr int padding = 8;
 constexpr int spacing = 2;
 
 } // namespace
+
+SidebarEntry::SidebarEntry(Icon symbol, const QString& title, QWidget* parent)
+    : ChoiceButton(title, parent), m_symbol(symbol) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+QSize SidebarEntry::sizeHint() const {
+  return {slotWidth + 2 * sidePadding, lineHeight(titleStyle({})) + 2 * edgePadding};
+}
+
+void SidebarEntry::paintGround(QPainter& painter) const {
+  if (isChecked() || underMouse()) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isChecked() ? TWColor::accentDim() : TWColor::surface2());
+    painter.drawRoundedRect(rect(), radius, radius);
+  }
+  if (hasFocus()) {
+    drawFocusRing(painter, rect(), radius);
+  }
+}
+
+void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  paintGround(painter);
+  const QColor& color = isChecked() ? TWColor::accent() : TWColor::textSecondary();
+  painter.save();
+  painter.translate(sidePadding + (slotWidth - symbolEdge) / 2.0, (height() - symbolEdge) / 2.0);
+  painter.scale(symbolEdge / iconEdge, symbolEdge / iconEdge);
+  drawIcon(painter, m_symbol, {}, color);
+  painter.restore();
+  const int left = sidePadding + slotWidth + slotSpacing;
+  drawLine(painter, rect().adjusted(left, edgePadding, -sidePadding, -edgePadding), text(),
+           titleStyle(color));
+}
 
 SettingsSidebar::SettingsSidebar(QWidget* parent)
     : SpokenGroup(QAccessible::Grouping, QStringLiteral("Sections"), parent) {

@@ -1,9 +1,29 @@
 #pragma once
 
-#include "ui/components/SpokenGroup.h"
+#include "ui/components/AccessibleWidgets.h"
+#include "ui/components/Buttons.h"
+#include "ui/components/Icon.h"
 #include "ui/settings/SettingsSection.h"
 
 namespace tidewell {
+
+/// Chooses one section: its symbol and its title. Main thread.
+class SidebarEntry final : public ChoiceButton {
+  Q_OBJECT
+
+public:
+  SidebarEntry(Icon symbol, const QString& title, QWidget* parent);
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  void paintGround(QPainter& painter) const;
+
+  Icon m_symbol;
+};
 
 /// The sections one below the other, of which one is chosen: the first at the beginning. Main
 /// thread.

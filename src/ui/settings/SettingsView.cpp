@@ -2,7 +2,7 @@
 
 #include "ui/components/ScrollPane.h"
 #include "ui/settings/SettingsPage.h"
-#include "ui/settings/SettingsPages.h"
+#include "ui/settings/SettingsSection.h"
 #include "ui/settings/SettingsSidebar.h"
 #include "ui/tokens/TWColor.h"
 

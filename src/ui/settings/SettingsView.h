@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/components/SpokenGroup.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/settings/SettingsSection.h"
 
 class QStackedWidget;

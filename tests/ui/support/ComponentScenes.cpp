@@ -1,9 +1,9 @@
 #include "FakeTime.h"
 #include "Panel.h"
 #include "Scene.h"
-#include "ui/components/Divider.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/components/FittedText.h"
-#include "ui/components/PulseDot.h"
+#include "ui/components/PulseAnimation.h"
 #include "ui/components/Spinner.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
@@ -127,8 +127,8 @@ std::shared_ptr<QWidget> rows() {
   int y = 0;
   for (const char* const value :
        {"Riverside", "--", "A network whose name goes on and on and on and on until its end"}) {
-    auto* const row = new PanelRow(QStringLiteral("Network"), nullptr);
-    row->setValue(QString::fromUtf8(value));
+    auto* const row = new ValueRow(QStringLiteral("Network"), {.padding = 6}, nullptr);
+    row->setValue(QString::fromUtf8(value), TWColor::text());
     sheet->place(row, QRect(0, y, 300, 29));
     y += 29;
   }

@@ -4,14 +4,12 @@
 #include "connectivity/MonitorState.h"
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
-#include "ui/components/ActionButton.h"
-#include "ui/components/PanelRow.h"
+#include "ui/charts/MiniGraphView.h"
+#include "ui/components/Buttons.h"
 #include "ui/components/StatCell.h"
 #include "ui/components/StatusBadge.h"
-#include "ui/panel/MiniGraphView.h"
+#include "ui/components/ValueRow.h"
 #include "ui/panel/PopoverView.h"
-#include "ui/panel/ResultLine.h"
-#include "ui/panel/RunningLine.h"
 #include "ui/panel/SpeedTestStrip.h"
 
 #include <QCoreApplication>
@@ -70,8 +68,8 @@ struct Panel {
   [[nodiscard]] StatCell& cell(int index) const {
     return *view->findChildren<StatCell*>().at(index);
   }
-  [[nodiscard]] PanelRow& row(int index) const {
-    return *view->findChildren<PanelRow*>().at(index);
+  [[nodiscard]] ValueRow& row(int index) const {
+    return *view->findChildren<ValueRow*>().at(index);
   }
   [[nodiscard]] ActionButton& button(int index) const {
     return *view->findChildren<ActionButton*>().at(index);

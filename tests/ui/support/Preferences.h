@@ -6,10 +6,10 @@
 #include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/VirtualScheduler.h"
+#include "ui/components/Buttons.h"
 #include "ui/components/ChoiceList.h"
-#include "ui/components/ToggleSwitch.h"
+#include "ui/settings/SettingsSidebar.h"
 #include "ui/settings/SettingsView.h"
-#include "ui/settings/SidebarEntry.h"
 
 #include <memory>
 

@@ -1,0 +1,58 @@
+#include "ui/application/AbsenceNotice.h"
+
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace tidewell {
+
+namespace {
+
+// Within the room that the panel leaves above its first line.
+constexpr int noticeHeight = 20;
+constexpr int margin = 4;
+constexpr int radius = 6;
+
+QString text() { return QStringLiteral("Tidewell has stopped. Waiting for it to come back."); }
+
+} // namespace
+
+AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* window)
+    : PaintedWidget(QAccessible::AlertMessage, window), m_edge(edge) {
+  setSpoken(text());
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  window->installEventFilter(this);
+  place();
+  m_subscription = isThere.subscribe([this](bool is) {
+    setVisible(!is);
+    raise();
+  });
+}
+
+void AbsenceNotice::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(TWColor::redDim());
+  painter.drawRoundedRect(rect(), radius, radius);
+  painter.setPen(TWColor::red());
+  painter.setFont(TWFont::caption());
+  painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+bool AbsenceNotice::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == parent() && event->type() == QEvent::Resize) {
+    place();
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void AbsenceNotice::place() {
+  const int inset = margin + radius;
+  const int y = m_edge == Edge::top ? margin : parentWidget()->height() - margin - noticeHeight;
+  setGeometry(inset, y, parentWidget()->width() - 2 * inset, noticeHeight);
+}
+
+} // namespace tidewell

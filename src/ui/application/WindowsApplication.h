@@ -1,0 +1,63 @@
+#pragma once
+
+#include "ui/application/PanelController.h"
+#include "ui/application/Preferences.h"
+#include "ui/application/ResidentSocket.h"
+#include "ui/application/SingleWindow.h"
+#include "ui/item/OwnItem.h"
+#include "ui/mirror/ResidentMirror.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+namespace tidewell {
+
+class OwnItem;
+
+/// The windows of one process: opens what is asked for and ends a while after the last one closed.
+/// Main thread.
+class WindowsApplication final : public QObject {
+  Q_OBJECT
+
+public:
+  /// `resident` is the absolute path of the resident's program.
+  WindowsApplication(QDBusConnection bus, const std::string& resident);
+  ~WindowsApplication() override;
+
+  /// Does what is asked, as soon as the resident's values have arrived.
+  void handle(const WindowRequest& request);
+
+private:
+  [[nodiscard]] PanelActions panelActions();
+  [[nodiscard]] ItemCommands itemCommands();
+  [[nodiscard]] QWidget* makeDetail();
+  [[nodiscard]] QWidget* makeSettings();
+  void listen();
+  void becomeTheOnlyOne();
+  void startWithValues();
+  void perform(const WindowRequest& request);
+  void copy(const std::string& text);
+  void quitAll();
+  void setItemShown(bool isShown);
+  template <class Shown> void watch(Shown& shown, WindowRequest::Kind kind);
+  void windowsChanged();
+  void leaveIfUnused();
+
+  QDBusConnection m_bus;
+  ResidentMirror m_mirror;
+  Preferences m_preferences;
+  std::unique_ptr<ResidentSocket> m_socket; // none when started by hand
+  PanelController m_panel;
+  SingleWindow m_detail;
+  SingleWindow m_settings;
+  std::unique_ptr<OwnItem> m_item;
+  std::vector<WindowRequest> m_waiting; // for the resident's values
+  bool m_isReady = false;
+  QTimer m_patience; // with a resident that does not answer
+  QTimer m_idle;
+};
+
+} // namespace tidewell

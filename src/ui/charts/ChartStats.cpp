@@ -1,0 +1,57 @@
+#include "ui/charts/ChartStats.h"
+
+#include "base/Checked.h"
+#include "format/SpeedFormatter.h"
+#include "ui/charts/ThroughputFigures.h"
+#include "ui/components/StatCell.h"
+#include "ui/tokens/TWColor.h"
+
+#include <QHBoxLayout>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int spacing = 12;
+constexpr double radius = 8.0;
+
+StatFigure chartStatCard(const char* label, const std::string& value, const char* unit = "") {
+  return {QString::fromLatin1(label), QString::fromStdString(value), QString::fromLatin1(unit),
+          TWColor::text()};
+}
+
+} // namespace
+
+ChartStats::ChartStats(QWidget* parent)
+    : SpokenGroup(QAccessible::Grouping, QStringLiteral("Statistics"), parent),
+      m_cards{new StatCell(this), new StatCell(this), new StatCell(this), new StatCell(this)} {
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(spacing);
+  for (StatCell* card : m_cards) {
+    row->addWidget(card, 1);
+  }
+}
+
+void ChartStats::setCurrent(std::int64_t downloadBytesPerSec) {
+  m_cards[0]->setFigure(chartStatCard("Current", SpeedFormatter::format(downloadBytesPerSec)));
+}
+
+void ChartStats::setSnapshots(const SnapshotList& snapshots) {
+  const std::int64_t average = checkedTruncate(averageDownloadBytes(snapshots));
+  m_cards[1]->setFigure(chartStatCard("Average", SpeedFormatter::format(average)));
+  m_cards[2]->setFigure(
+      chartStatCard("Peak", SpeedFormatter::format(peakDownloadBytes(snapshots))));
+  m_cards[3]->setFigure(chartStatCard("Total", totalTransferred(snapshots)));
+}
+
+void ChartStats::resizeEvent(QResizeEvent* /*event*/) {
+  layout()->activate();
+  for (StatCell* card : m_cards) {
+    QPainterPath shape;
+    shape.addRoundedRect(QRectF(card->rect()), radius, radius);
+    card->setClip(shape);
+  }
+}
+
+} // namespace tidewell

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "sampling/NetworkSnapshot.h"
+#include "ui/components/AccessibleWidgets.h"
+
+#include <array>
+#include <cstdint>
+
+namespace tidewell {
+
+class StatCell;
+
+/// Four cards side by side with figures of the download. Main thread.
+class ChartStats final : public SpokenGroup {
+  Q_OBJECT
+
+public:
+  explicit ChartStats(QWidget* parent);
+
+  /// The rate of the moment, in bytes per second.
+  void setCurrent(std::int64_t downloadBytesPerSec);
+  /// The samples that the other figures are about.
+  void setSnapshots(const SnapshotList& snapshots);
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+private:
+  // Children, in reading order.
+  std::array<StatCell*, 4> m_cards;
+};
+
+} // namespace tidewell

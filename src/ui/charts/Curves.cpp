@@ -1,0 +1,151 @@
+#include "ui/charts/Curves.h"
+
+#include "ui/charts/ValueAxis.h"
+
+#include <QLineF>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int segmentsAtOnce = 10;
+// A whole number of pixels of the device at every usual scale, quarters included.
+constexpr double stripWidth = 16.0;
+
+double lengthOf(const QPointF* points, int segments) {
+  double length = 0.0;
+  for (int index = 0; index < segments; ++index) {
+    length += QLineF(points[index], points[index + 1]).length();
+  }
+  return length;
+}
+
+double heightAt(const QPointF& left, const QPointF& right, double x) {
+  const double share = (x - left.x()) / (right.x() - left.x());
+  return left.y() + share * (right.y() - left.y());
+}
+
+// Beyond, labels would not fit. Nothing that is measured comes near it.
+constexpr double farthest = 1e15;
+
+} // namespace
+
+void drawCurve(QPainter& painter, const QPolygonF& curve, QPen pen) {
+  const bool isDashed = pen.style() != Qt::SolidLine;
+  // Round ends close the joints between pieces; at a dash they would make it longer.
+  pen.setCapStyle(isDashed ? Qt::FlatCap : Qt::RoundCap);
+  const auto last = static_cast<int>(curve.size()) - 1;
+  for (int begin = 0; begin < last; begin += segmentsAtOnce) {
+    const int segments = std::min(segmentsAtOnce, last - begin);
+    const QPointF* const points = curve.constData() + begin;
+    painter.setPen(pen);
+    painter.drawPolyline(points, segments + 1);
+    if (isDashed) {
+      pen.setDashOffset(pen.dashOffset() + lengthOf(points, segments) / pen.widthF());
+    }
+  }
+}
+
+void fillBelow(QPainter& painter, const QPolygonF& curve, double bottom, const QBrush& brush) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(brush);
+  QPolygonF strip;
+  const auto finish = [&] {
+    strip << QPointF(strip.last().x(), bottom) << QPointF(strip.first().x(), bottom);
+    painter.drawPolygon(strip);
+  };
+  strip << curve.first();
+  int strips = static_cast<int>(std::floor(curve.first().x() / stripWidth)) + 1;
+  for (qsizetype index = 1; index < curve.size(); ++index) {
+    for (; strips * stripWidth < curve[index].x(); ++strips) {
+      const double cut = strips * stripWidth;
+      const QPointF edge(cut, heightAt(curve[index - 1], curve[index], cut));
+      strip << edge;
+      finish();
+      strip = QPolygonF{edge};
+    }
+    strip << curve[index];
+  }
+  finish();
+}
+
+bool ChartCurve::isDrawable(double value) { return std::abs(value) <= farthest; }
+
+double ChartCurve::largest(const std::vector<double>& values) {
+  double result = 0.0;
+  for (const double value : values) {
+    if (isDrawable(value)) {
+      result = std::max(result, value);
+    }
+  }
+  return result;
+}
+
+ChartCurve::ChartCurve(const std::vector<double>& values, const ValueAxis& axis,
+                       const QRectF& plot) {
+  const double gaps = static_cast<double>(values.size()) - 1.0;
+  const double step = gaps > 0.0 ? plot.width() / gaps : 0.0;
+  bool isInterrupted = true;
+  double index = 0.0;
+  for (const double value : values) {
+    if (isDrawable(value)) {
+      if (isInterrupted) {
+        m_pieces.emplace_back();
+      }
+      m_pieces.back() << QPointF(plot.left() + index * step, axis.yOf(value, plot));
+    }
+    isInterrupted = !isDrawable(value);
+    index += 1.0;
+  }
+}
+
+void ChartCurve::draw(QPainter& painter, const QColor& color, double width) const {
+  for (const QPolygonF& piece : m_pieces) {
+    if (piece.size() == 1) {
+      painter.setPen(Qt::NoPen);
+      painter.setBrush(color);
+      painter.drawEllipse(piece.first(), 1.5 * width, 1.5 * width);
+    } else {
+      drawCurve(painter, piece, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
+    }
+  }
+}
+
+void ChartCurve::fill(QPainter& painter, const QBrush& brush, const QRectF& plot) const {
+  for (const QPolygonF& piece : m_pieces) {
+    fillBelow(painter, piece, plot.bottom(), brush);
+  }
+}
+
+double megabits(std::int64_t bytesPerSec) {
+  return static_cast<double>(bytesPerSec) * 8.0 / 1'000'000.0;
+}
+
+double topOfScale(const SnapshotList& snapshots) {
+  std::int64_t largest = 0;
+  for (const auto& snapshot : snapshots) {
+    largest = std::max({largest, snapshot->downloadBytesPerSec(), snapshot->uploadBytesPerSec()});
+  }
+  return megabits(largest);
+}
+
+GraphCurves::GraphCurves(const SnapshotList& snapshots, const QRectF& plot) {
+  const double top = topOfScale(snapshots);
+  const double perMegabit = top > 0.0 ? plot.height() / top : 0.0;
+  const auto gaps = static_cast<double>(snapshots.size()) - 1.0;
+  const double step = gaps > 0.0 ? plot.width() / gaps : 0.0;
+  const auto heightOf = [&](std::int64_t rate) {
+    return plot.bottom() - std::max(megabits(rate), 0.0) * perMegabit;
+  };
+  double x = plot.left();
+  for (const auto& snapshot : snapshots) {
+    download << QPointF(x, heightOf(snapshot->downloadBytesPerSec()));
+    upload << QPointF(x, heightOf(snapshot->uploadBytesPerSec()));
+    x += step;
+  }
+}
+
+} // namespace tidewell

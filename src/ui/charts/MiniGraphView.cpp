@@ -1,0 +1,123 @@
+#include "ui/charts/MiniGraphView.h"
+
+#include "ui/charts/Curves.h"
+#include "ui/charts/ThroughputFigures.h"
+#include "ui/components/FittedText.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QLinearGradient>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPen>
+
+#include <cmath>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int chartHeight = 60;
+constexpr double chartRadius = 6.0;
+constexpr int headerSpacing = 8;
+// Keeps half a line's width, and the round corners, out of the curves.
+constexpr double plotInset = 5.0;
+constexpr double areaOpacity = 0.3;
+constexpr double downloadWidth = 2.0;
+constexpr double uploadWidth = 1.5;
+constexpr double dash = 3.0;
+constexpr int tagSidePadding = 8;
+constexpr int tagEdgePadding = 2;
+constexpr double tagRadius = 4.0;
+
+QString titleText() { return QStringLiteral("Bandwidth (last 5 min)"); }
+QString tagText() { return QStringLiteral("Live"); }
+
+TextStyle titleStyle() {
+  static const QFont font = TWFont::standard(12, QFont::Medium);
+  return {font, TWColor::textSecondary()};
+}
+
+TextStyle tagStyle() { return {TWFont::caption(), TWColor::textTertiary()}; }
+
+int headerHeight() { return lineHeight(tagStyle()) + 2 * tagEdgePadding; }
+
+QPen curvePen(const QColor& color, double width) {
+  // Round joins cost twice as much and look the same at this width.
+  return {color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin};
+}
+
+QBrush areaBrush(const QRectF& plot) {
+  QLinearGradient fade(plot.topLeft(), plot.bottomLeft());
+  fade.setColorAt(0.0, withOpacity(TWColor::green(), areaOpacity));
+  fade.setColorAt(1.0, withOpacity(TWColor::green(), 0.0));
+  return fade;
+}
+
+void paintPoint(QPainter& painter, QPointF centre, const QColor& color, double radius) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(color);
+  painter.drawEllipse(centre, radius, radius);
+}
+
+} // namespace
+
+MiniGraphView::MiniGraphView(QWidget* parent) : PaintedWidget(QAccessible::Chart, parent) {
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  setSpoken(titleText(), graphSummary({}));
+}
+
+void MiniGraphView::setSnapshots(const SnapshotList& snapshots) {
+  m_snapshots = snapshots;
+  setSpoken(titleText(), graphSummary(m_snapshots));
+  update(chart());
+}
+
+QSize MiniGraphView::sizeHint() const { return {0, headerHeight() + headerSpacing + chartHeight}; }
+
+QRect MiniGraphView::chart() const {
+  return {0, headerHeight() + headerSpacing, width(), chartHeight};
+}
+
+void MiniGraphView::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (!chart().contains(event->rect())) {
+    paintHeader(painter);
+  }
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(TWColor::surface2());
+  painter.drawRoundedRect(chart(), chartRadius, chartRadius);
+  if (!m_snapshots.empty()) {
+    paintChart(painter);
+  }
+}
+
+void MiniGraphView::paintHeader(QPainter& painter) const {
+  const double tagWidth = std::ceil(lineWidth(tagText(), tagStyle())) + 2 * tagSidePadding;
+  const QRectF tag(width() - tagWidth, 0.0, tagWidth, headerHeight());
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(TWColor::surface2());
+  painter.drawRoundedRect(tag, tagRadius, tagRadius);
+  drawLine(painter, tag.adjusted(tagSidePadding, tagEdgePadding, -tagSidePadding, 0.0), tagText(),
+           tagStyle());
+  const int titleTop = (headerHeight() - lineHeight(titleStyle())) / 2;
+  drawLine(painter, QRectF(0.0, titleTop, tag.left(), headerHeight()), titleText(), titleStyle());
+}
+
+void MiniGraphView::paintChart(QPainter& painter) const {
+  const QRectF plot = QRectF(chart()).adjusted(plotInset, plotInset, -plotInset, -plotInset);
+  const GraphCurves curves(m_snapshots, plot);
+  if (m_snapshots.size() == 1) {
+    paintPoint(painter, curves.download.first(), TWColor::green(), 1.5 * downloadWidth);
+    paintPoint(painter, curves.upload.first(), TWColor::cyan(), uploadWidth);
+    return;
+  }
+  fillBelow(painter, curves.download, plot.bottom(), areaBrush(plot));
+  drawCurve(painter, curves.download, curvePen(TWColor::green(), downloadWidth));
+  QPen dashed = curvePen(TWColor::cyan(), uploadWidth);
+  dashed.setDashPattern({dash / uploadWidth, dash / uploadWidth}); // in widths of the pen
+  drawCurve(painter, curves.upload, dashed);
+}
+
+} // namespace tidewell

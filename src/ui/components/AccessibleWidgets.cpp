@@ -1,0 +1,73 @@
+#include "ui/components/AccessibleWidgets.h"
+
+#include "ui/tokens/TWColor.h"
+
+#include <QAccessibleWidget>
+#include <QPainter>
+
+namespace tidewell {
+
+namespace {
+
+class Leaf final : public QAccessibleWidget {
+public:
+  explicit Leaf(PaintedWidget* painted) : QAccessibleWidget(painted, painted->role()) {}
+
+  [[nodiscard]] int childCount() const override { return 0; }
+  [[nodiscard]] QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+  [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override {
+    return -1;
+  }
+};
+
+QAccessibleInterface* makeLeaf(const QString& /*className*/, QObject* object) {
+  auto* const painted = qobject_cast<PaintedWidget*>(object);
+  return painted ? new Leaf(painted) : nullptr;
+}
+
+QAccessibleInterface* makeGroup(const QString& /*className*/, QObject* object) {
+  auto* const group = qobject_cast<SpokenGroup*>(object);
+  return group ? new QAccessibleWidget(group, group->role()) : nullptr;
+}
+
+} // namespace
+
+PaintedWidget::PaintedWidget(QAccessible::Role role, QWidget* parent)
+    : QWidget(parent), m_role(role) {
+  QAccessible::installFactory(makeLeaf); // once, however often it is called
+}
+
+void PaintedWidget::setSpoken(const QString& name, const QString& description) {
+  if (name != accessibleName()) {
+    setAccessibleName(name);
+  }
+  if (description != accessibleDescription()) {
+    setAccessibleDescription(description);
+  }
+}
+
+Divider::Divider(QWidget* parent) : PaintedWidget(QAccessible::Separator, parent) {}
+
+Divider* Divider::horizontal(QWidget* parent) {
+  auto* const divider = new Divider(parent);
+  divider->setFixedHeight(1);
+  return divider;
+}
+
+Divider* Divider::vertical(int height, QWidget* parent) {
+  auto* const divider = new Divider(parent);
+  divider->setFixedSize(1, height);
+  return divider;
+}
+
+void Divider::paintEvent(QPaintEvent* /*event*/) {
+  QPainter(this).fillRect(rect(), TWColor::borderSubtle());
+}
+
+SpokenGroup::SpokenGroup(QAccessible::Role role, const QString& name, QWidget* parent)
+    : QWidget(parent), m_role(role) {
+  QAccessible::installFactory(makeGroup); // once, however often it is called
+  setAccessibleName(name);
+}
+
+} // namespace tidewell

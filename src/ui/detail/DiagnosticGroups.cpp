@@ -1,0 +1,95 @@
+#include "ui/detail/DiagnosticGroups.h"
+
+#include "connectivity/ConnectionInfo.h"
+#include "ui/components/ShownText.h"
+#include "ui/components/TextLine.h"
+#include "ui/components/ValueRow.h"
+#include "ui/detail/DetailStyles.h"
+#include "ui/tokens/TWColor.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace tidewell {
+
+namespace {
+
+constexpr PerformanceGroup::Thresholds latencyMs{50.0, 100.0};
+constexpr PerformanceGroup::Thresholds jitterMs{5.0, 20.0};
+constexpr PerformanceGroup::Thresholds lossPercent{1.0, 5.0};
+
+// So that a title stands equally far above its rows with and without a button beside it.
+constexpr int titleHeight = 28;
+
+} // namespace
+
+ConnectionGroup::ConnectionGroup(QWidget* parent)
+    : DiagnosticGroup(QStringLiteral("Connection"), parent),
+      m_status(diagnosticRow("Status")), m_details{diagnosticRow("Interface"),
+                                                   diagnosticRow("Network"),
+                                                   diagnosticRow("Local IP"),
+                                                   diagnosticRow("Public IP"),
+                                                   diagnosticRow("DNS Server"),
+                                                   diagnosticRow("Interface Type")} {}
+
+void ConnectionGroup::setConnected(bool isConnected) {
+  m_status->setValue(isConnected ? QStringLiteral("Connected") : QStringLiteral("Disconnected"),
+                     isConnected ? TWColor::green() : TWColor::red());
+}
+
+void ConnectionGroup::setInfo(const ConnectionInfo& info) {
+  m_details[0]->setValue(shownText(info.interfaceName), TWColor::text());
+  m_details[1]->setValue(shownText(info.networkName), TWColor::text());
+  m_details[2]->setValue(shownText(info.ipAddress), TWColor::text());
+  m_details[3]->setValue(shownText(info.publicIP), TWColor::text());
+  m_details[4]->setValue(shownText(info.dns), TWColor::text());
+  m_details[5]->setValue(shownText(rawValue(info.interfaceType)), TWColor::text());
+}
+
+PerformanceGroup::PerformanceGroup(QWidget* parent)
+    : DiagnosticGroup(QStringLiteral("Performance"), parent), m_latency(diagnosticRow("Latency")),
+      m_jitter(diagnosticRow("Jitter")), m_loss(diagnosticRow("Packet Loss")) {}
+
+void PerformanceGroup::setLatency(double milliseconds) {
+  m_latency->setValue(figureText(milliseconds, 1) + QStringLiteral(" ms"),
+                      colorOf(milliseconds, latencyMs));
+}
+
+void PerformanceGroup::setJitter(double milliseconds) {
+  m_jitter->setValue(figureText(milliseconds, 1) + QStringLiteral(" ms"),
+                     colorOf(milliseconds, jitterMs));
+}
+
+void PerformanceGroup::setPacketLoss(double percent) {
+  m_loss->setValue(figureText(percent, 1) + u'%', colorOf(percent, lossPercent));
+}
+
+const QColor& PerformanceGroup::colorOf(double value, Thresholds thresholds) {
+  if (value < thresholds.yellow) {
+    return TWColor::green();
+  }
+  return value < thresholds.red ? TWColor::yellow() : TWColor::red();
+}
+
+DiagnosticGroup::DiagnosticGroup(const QString& title, QWidget* parent)
+    : SpokenGroup(QAccessible::Grouping, title, parent), m_column(new QVBoxLayout(this)),
+      m_titleRow(new QHBoxLayout) {
+  m_column->setContentsMargins(0, 0, 0, 0);
+  m_column->setSpacing(0);
+  m_titleRow->addStrut(titleHeight);
+  m_titleRow->addWidget(makeSubheading(title, this), 1);
+  m_column->addLayout(m_titleRow);
+}
+
+ValueRow* DiagnosticGroup::diagnosticRow(const char* label) {
+  auto* const row =
+      new ValueRow(QString::fromLatin1(label), {.padding = 8, .lineThickness = 1}, this);
+  add(row);
+  return row;
+}
+
+void DiagnosticGroup::add(QWidget* widget) { m_column->addWidget(widget); }
+
+void DiagnosticGroup::addBesideTitle(QWidget* widget) { m_titleRow->addWidget(widget); }
+
+} // namespace tidewell

@@ -1,0 +1,150 @@
+#include "ui/panel/PanelSections.h"
+
+#include "connectivity/ConnectionInfo.h"
+#include "format/SpeedFormatter.h"
+#include "ui/components/ShownText.h"
+#include "ui/components/StatCell.h"
+#include "ui/components/StatusBadge.h"
+#include "ui/components/TextLine.h"
+#include "ui/components/ValueRow.h"
+#include "ui/tokens/TWColor.h"
+#include "ui/tokens/TWFont.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+namespace tidewell {
+
+namespace {
+
+constexpr int sideInset = 12;
+constexpr int gap = 1;
+constexpr double cornerRadius = 8.0;
+constexpr double tolerableLossPercent = 1.0;
+
+constexpr int topPadding = 24;
+constexpr int bottomPadding = 16;
+constexpr int sidePadding = 20;
+constexpr int titleSpacing = 4;
+constexpr int badgeSpacing = 10;
+
+TextStyle centred(const QFont& font, const QColor& color) {
+  TextStyle style{font, color};
+  style.alignment = Qt::AlignHCenter;
+  return style;
+}
+
+TextStyle titleStyle() {
+  return centred(withLetterSpacing(TWFont::label(), 1.5), TWColor::textTertiary());
+}
+
+TextStyle rateStyle() {
+  TextStyle style = centred(TWFont::monospaced(36, QFont::Bold), TWColor::text());
+  style.smallestPixelSize = 20;
+  return style;
+}
+
+TextStyle megabitsStyle() {
+  TextStyle style = centred(TWFont::standard(13, QFont::Normal), TWColor::textSecondary());
+  style.isTabular = true;
+  return style;
+}
+
+} // namespace
+
+ConnectionSection::ConnectionSection(QWidget* parent) : QWidget(parent) {
+  setAccessibleName(QStringLiteral("Connection"));
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(20, 12, 20, 12);
+  column->setSpacing(0);
+  constexpr std::array<const char*, 5> keys = {"Network", "Interface", "Local IP", "Public IP",
+                                               "DNS"};
+  for (std::size_t index = 0; index < keys.size(); ++index) {
+    m_rows.at(index) = new ValueRow(QString::fromLatin1(keys.at(index)), {.padding = 6}, this);
+    column->addWidget(m_rows.at(index));
+  }
+}
+
+void ConnectionSection::setInfo(const ConnectionInfo& info) {
+  m_rows[0]->setValue(shownText(info.networkName), TWColor::text());
+  m_rows[1]->setValue(shownText(info.interfaceName), TWColor::text());
+  m_rows[2]->setValue(shownText(info.ipAddress), TWColor::text());
+  m_rows[3]->setValue(shownText(info.publicIP), TWColor::text());
+  m_rows[4]->setValue(shownText(info.dns), TWColor::text());
+}
+
+StatsGrid::StatsGrid(QWidget* parent)
+    : QWidget(parent), m_cells{new StatCell(this), new StatCell(this), new StatCell(this),
+                               new StatCell(this)} {
+  setAccessibleName(QStringLiteral("Statistics"));
+  auto* const grid = new QGridLayout(this);
+  grid->setContentsMargins(sideInset, 0, sideInset, 0);
+  grid->setSpacing(gap);
+  grid->addWidget(m_cells[0], 0, 0);
+  grid->addWidget(m_cells[1], 0, 1);
+  grid->addWidget(m_cells[2], 1, 0);
+  grid->addWidget(m_cells[3], 1, 1);
+}
+
+void StatsGrid::setFigures(std::int64_t uploadBytesPerSec, double latencyMs, double jitterMs,
+                           double packetLossPercent) {
+  const QString upload = QString::fromStdString(SpeedFormatter::format(uploadBytesPerSec));
+  const QString milliseconds = QStringLiteral("ms");
+  const bool isLossy = packetLossPercent > tolerableLossPercent;
+  m_cells[0]->setFigure({QStringLiteral("Upload"), upload, QString(), TWColor::text()});
+  m_cells[1]->setFigure(
+      {QStringLiteral("Latency"), figureText(latencyMs, 0), milliseconds, TWColor::text()});
+  m_cells[2]->setFigure(
+      {QStringLiteral("Jitter"), figureText(jitterMs, 1), milliseconds, TWColor::text()});
+  m_cells[3]->setFigure({QStringLiteral("Packet Loss"), figureText(packetLossPercent, 1),
+                         QStringLiteral("%"), isLossy ? TWColor::yellow() : TWColor::green()});
+}
+
+void StatsGrid::resizeEvent(QResizeEvent* /*event*/) {
+  layout()->activate();
+  clipCells();
+}
+
+void StatsGrid::clipCells() {
+  QPainterPath card;
+  card.addRoundedRect(QRectF(rect()).adjusted(sideInset, 0.0, -sideInset, 0.0), cornerRadius,
+                      cornerRadius);
+  for (StatCell* cell : m_cells) {
+    QPainterPath ground;
+    ground.addRect(QRectF(cell->geometry()));
+    cell->setClip(card.intersected(ground).translated(-cell->pos()));
+  }
+}
+
+ThroughputHero::ThroughputHero(const ViewTime& time, QWidget* parent)
+    : QWidget(parent), m_title(new TextLine(titleStyle(), this)),
+      m_rate(new TextLine(rateStyle(), this)), m_megabits(new TextLine(megabitsStyle(), this)),
+      m_badge(new StatusBadge(time.now, this)) {
+  setAccessibleName(QStringLiteral("Throughput"));
+  m_title->setText(QStringLiteral("CURRENT THROUGHPUT"), QStringLiteral("Current throughput"));
+  layOut();
+}
+
+void ThroughputHero::layOut() {
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(sidePadding, topPadding, sidePadding, bottomPadding);
+  column->setSpacing(0);
+  column->addWidget(m_title);
+  column->addSpacing(titleSpacing);
+  column->addWidget(m_rate);
+  column->addWidget(m_megabits);
+  column->addSpacing(badgeSpacing);
+  column->addWidget(m_badge, 0, Qt::AlignHCenter);
+}
+
+void ThroughputHero::setDownload(std::int64_t bytesPerSec) {
+  const QString rate = QString::fromStdString(SpeedFormatter::format(bytesPerSec));
+  const QString megabits =
+      QString::fromStdString(SpeedFormatter::formatMbps(bytesPerSec)) + QStringLiteral(" Mbps");
+  m_rate->setText(rate, QStringLiteral("Download ") + rate);
+  m_megabits->setText(megabits, QStringLiteral("Download ") + megabits);
+}
+
+void ThroughputHero::setStatus(NetworkStatus status) { m_badge->setStatus(status); }
+
+} // namespace tidewell

@@ -1,0 +1,111 @@
+#include "ui/placement/Display.h"
+
+#include <QByteArray>
+#include <QGuiApplication>
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <wayland-client.h>
+#include <xcb/xcb.h>
+
+namespace tidewell {
+
+namespace {
+
+template <class Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+
+bool isSelectionOwned(xcb_connection_t* connection, const std::string& selection) {
+  const auto atomCookie =
+      xcb_intern_atom(connection, 1, static_cast<uint16_t>(selection.size()), selection.data());
+  const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr),
+                                            std::free);
+  if (!atom || atom->atom == XCB_ATOM_NONE) {
+    return false;
+  }
+  const auto ownerCookie = xcb_get_selection_owner(connection, atom->atom);
+  const Owned<xcb_get_selection_owner_reply_t> owner(
+      xcb_get_selection_owner_reply(connection, ownerCookie, nullptr), std::free);
+  return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+void setDefault(const char* variable, const char* value) {
+  if (!qEnvironmentVariableIsSet(variable)) {
+    qputenv(variable, value);
+  }
+}
+
+void noteGlobal(void* found, wl_registry* /*registry*/, std::uint32_t /*name*/,
+                const char* interface, std::uint32_t /*version*/) {
+  if (std::string_view(interface) == "zwlr_layer_shell_v1") {
+    *static_cast<bool*>(found) = true;
+  }
+}
+
+void forgetGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
+
+enum class Wayland { absent, plain, withLayerShell };
+
+Wayland lookForWayland() {
+  const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
+      wl_display_connect(nullptr), wl_display_disconnect);
+  if (!display) {
+    return Wayland::absent;
+  }
+  const std::unique_ptr<wl_registry, decltype(&wl_registry_destroy)> registry(
+      wl_display_get_registry(display.get()), wl_registry_destroy);
+  constexpr wl_registry_listener listener = {noteGlobal, forgetGlobal};
+  bool hasLayerShell = false;
+  wl_registry_add_listener(registry.get(), &listener, &hasLayerShell);
+  wl_display_roundtrip(display.get());
+  return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
+}
+
+/// Null where there is no display.
+const char* platformFor(Wayland wayland) {
+  const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
+  if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
+    return "wayland";
+  }
+  return hasX ? "xcb" : nullptr;
+}
+
+} // namespace
+
+xcb_connection_t* xConnection() {
+  // Plugins for other displays may have the interface, too, without a connection.
+  const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+  const bool isX = QGuiApplication::platformName() == QLatin1String("xcb");
+  return isX && x11 != nullptr ? x11->connection() : nullptr;
+}
+
+bool hasCompositing() {
+  xcb_connection_t* const connection = xConnection();
+  return connection == nullptr || isSelectionOwned(connection, "_NET_WM_CM_S0");
+}
+
+bool chooseDisplay() {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    const char* const platform = platformFor(lookForWayland());
+    if (platform == nullptr) {
+      return false;
+    }
+    qputenv("QT_QPA_PLATFORM", platform);
+  }
+  // Everything is painted into memory: without these the platform plugins load a whole GL stack.
+  setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
+  setDefault("QT_XCB_GL_INTEGRATION", "none");
+  // The windows look the same everywhere, and a desktop's theme plugin would bring its own toolkit.
+  setDefault("QT_QPA_PLATFORMTHEME", "generic");
+  setDefault("QT_NO_GLIB", "1");
+  // Bars count on several screens, too.
+  setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
+  // Lets the panel have a surface of no role, which the layer shell then gives its own.
+  qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+  return true;
+}
+
+} // namespace tidewell

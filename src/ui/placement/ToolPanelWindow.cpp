@@ -1,0 +1,81 @@
+#include "ui/placement/ToolPanelWindow.h"
+
+#include "ui/placement/PanelPlacement.h"
+#include "ui/placement/PanelWindow.h"
+
+#include <QCursor>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace tidewell {
+
+namespace {
+
+QList<ScreenScale> screens() {
+  QList<ScreenScale> found;
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    found.append({screen->geometry(), screen->devicePixelRatio()});
+  }
+  return found;
+}
+
+QScreen* screenOf(const QPoint& point) {
+  QScreen* const screen = QGuiApplication::screenAt(point);
+  return screen != nullptr ? screen : QGuiApplication::primaryScreen();
+}
+
+/// Where the pointer is, if that is on a bar, where the user has just clicked the item.
+std::optional<QPoint> pointerOnBar() {
+  const QPoint pointer = QCursor::pos();
+  if (screenOf(pointer)->availableGeometry().contains(pointer)) {
+    return std::nullopt;
+  }
+  return pointer;
+}
+
+} // namespace
+
+ToolPanelWindow::ToolPanelWindow()
+    : PanelWindow(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint) {
+  connect(&m_outsideClicks, &OutsideClicks::clicked, this,
+          [this] { dismiss(Dismissal::elsewhere); });
+}
+
+void ToolPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
+  setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
+  m_anchor = point ? fromHostPixels(*point, screens()) : pointerOnBar();
+  m_frame = new PanelFrame(content, this);
+  content->installEventFilter(this);
+  place();
+  show();
+  raise();
+  activateWindow();
+  // Else the first button would have the focus, and show it, before the user has touched a key.
+  content->setFocus();
+}
+
+void ToolPanelWindow::place() {
+  const QScreen* const screen = screenOf(m_anchor.value_or(QCursor::pos()));
+  const QRect whole = screen->geometry();
+  const QRect workArea = screen->availableGeometry();
+  const QPoint anchor = m_anchor.value_or(likelyAnchor(whole, workArea));
+  const QSize size = m_frame->fit(panelRoom(whole, workArea).size());
+  setGeometry({panelPosition(anchor, size, whole, workArea), size});
+}
+
+bool ToolPanelWindow::event(QEvent* event) {
+  if (event->type() == QEvent::WindowDeactivate) {
+    dismiss(Dismissal::elsewhere);
+  }
+  return PanelWindow::event(event);
+}
+
+bool ToolPanelWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (m_frame != nullptr && watched == m_frame->widget() && event->type() == QEvent::Resize) {
+    place();
+  }
+  return PanelWindow::eventFilter(watched, event);
+}
+
+} // namespace tidewell
