@@ -1,14 +1,12 @@
 #include "platform/linux/network/LinuxConfigurationStore.h"
 
-#include "platform/linux/network/PublicRoute.h"
 #include "platform/linux/network/RouteSocket.h"
 #include "platform/linux/network/WifiName.h"
 
 namespace tidewell {
 
 std::optional<std::string> LinuxConfigurationStore::primaryInterface() {
-  const std::scoped_lock lock(m_mutex);
-  if (auto route = publicRoute(m_socket)) {
+  if (auto route = m_socket.publicRoute()) {
     m_lastIndex = route->interfaceIndex;
     return std::move(route->interfaceName);
   }
@@ -31,7 +29,7 @@ std::optional<std::vector<std::string>> LinuxConfigurationStore::dnsServers() {
 }
 
 std::optional<int> LinuxConfigurationStore::publicInterface() const {
-  const auto route = publicRoute(m_socket);
+  const auto route = m_socket.publicRoute();
   return route ? std::optional(route->interfaceIndex) : std::nullopt;
 }
 
