@@ -4,7 +4,7 @@
 #include "base/TextPieces.h"
 #include "base/Utf8.h"
 #include "helpers/nettop/NettopText.h"
-#include "helpers/nettop/Visibility.h"
+#include "helpers/nettop/Rows.h"
 #include "processes/NettopOutput.h"
 #include "support/Require.h"
 #include "support/ShownText.h"

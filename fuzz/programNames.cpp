@@ -2,7 +2,7 @@
 // a process.
 
 #include "base/DisplayText.h"
-#include "helpers/nettop/ProgramName.h"
+#include "helpers/nettop/NettopText.h"
 #include "helpers/nettop/SocketHolders.h"
 #include "helpers/nettop/TrafficTable.h"
 #include "support/Require.h"

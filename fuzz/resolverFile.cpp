@@ -1,7 +1,6 @@
 // Any bytes as a resolver's file: what comes of it is addresses, and systemd-resolved's own only
 // where there is no other.
 
-#include "platform/linux/network/ResolverFile.h"
 #include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"
 #include "support/ShownText.h"

@@ -1,7 +1,7 @@
 // Any bytes as the kernel's answers about routes and addresses, in memory of exactly their size.
 
-#include "platform/linux/network/AddressMessages.h"
-#include "platform/linux/network/NetlinkMessages.h"
+#include "platform/linux/network/LinuxInterfaceAddresses.h"
+#include "platform/linux/network/RouteSocket.h"
 #include "support/Require.h"
 
 #include <array>
@@ -19,14 +19,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::array<unsigned char, 4> bytes{};
     require(::inet_pton(AF_INET, address->c_str(), bytes.data()) == 1);
   }
-  const auto source = tidewell::parseRouteSource(messages);
-  require(!source || source->size() < size);
-  const auto interface = tidewell::parseRouteInterface(messages);
+  const auto route = tidewell::parseRoute(messages);
+  require(!route || route->source.size() < size);
   // What comes behind whole messages is not looked at.
   auto longer = messages;
   longer.resize((longer.size() + 3) & ~std::size_t{3});
   longer.resize(longer.size() + 64, std::byte{0xFF});
-  require(!interface || tidewell::parseRouteInterface(longer) == interface);
+  const auto again = tidewell::parseRoute(longer);
+  require(!route || (again && again->interfaceIndex == route->interfaceIndex));
   require(!address || tidewell::parseFirstIPv4(longer, data[0]) == address);
   return 0;
 }

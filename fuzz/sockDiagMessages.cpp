@@ -1,14 +1,12 @@
 // Any bytes as what the kernel tells of sockets, in one piece of memory of exactly their size.
 
-#include "helpers/nettop/SockDiagMessages.h"
-#include "helpers/nettop/TcpMovement.h"
+#include "helpers/nettop/SockDiag.h"
 #include "support/Require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace tidewell::nettop;
-  const auto messages = parseSockDiag(tidewell::fuzz::messagesOf(data, size));
   TcpReadings readings;
-  for (const TcpReading& reading : messages.readings) {
+  for (const TcpReading& reading : parseSockDiag(tidewell::fuzz::messagesOf(data, size))) {
     readings.insert_or_assign(reading.cookie, reading);
   }
   for (const TcpReading& socket : tcpMovement({}, readings, {})) {

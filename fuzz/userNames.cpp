@@ -1,9 +1,8 @@
 // Any bytes as the list of the machine's users: whatever their names, a row that stands for one
 // reaches the reader as one row.
 
-#include "helpers/nettop/UserNames.h"
 #include "helpers/nettop/NettopText.h"
-#include "helpers/nettop/Visibility.h"
+#include "helpers/nettop/Rows.h"
 #include "processes/NettopOutput.h"
 #include "support/Require.h"
 #include "support/ShownText.h"

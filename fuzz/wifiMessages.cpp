@@ -1,7 +1,6 @@
 // Any bytes as the kernel's answers about Wi-Fi, in memory of exactly their size: names of
 // networks, which strangers choose, come out fit for a label.
 
-#include "platform/linux/network/WifiMessages.h"
 #include "platform/linux/network/WifiName.h"
 #include "support/Require.h"
 #include "support/ShownText.h"

@@ -36,7 +36,7 @@ class Crowd:
 
     def helper_costs(self):
         """What a call of the helper that tells who uses the network costs among them."""
-        arguments = [nettop.HELPER, *nettop.ARGUMENTS]
+        arguments = [nettop.HELPER]
         # The shortest way in, and what it takes to start the program is not its own.
         enter = ["nsenter", f"--net=/run/netns/{self.world.command('user')[3]}"]
         entry = statistics.median(Cost([*enter, "true"]).milliseconds for _ in range(9))

@@ -44,7 +44,7 @@ VALUES = {"ui": _STATES, "ui/application": _STATES}
 
 # What only some rooms may include of the world outside.
 OUTSIDE = {
-    re.compile(r"systemd/|libmnl/|linux/|toml"): ["platform/linux", "app", "helpers"],
+    re.compile(r"systemd/|linux/|toml"): ["platform/linux", "app", "helpers"],
     re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/application"],
 }

@@ -1,14 +1,13 @@
 #include "platform/linux/network/DnsServers.h"
 
 #include "platform/linux/bus/ResolvedServers.h"
-#include "platform/linux/network/ResolverFile.h"
+#include "support/Damage.h"
 #include "support/FakeResolved.h"
 #include "support/LoopRunner.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <random>
 
 #include <sys/socket.h>
 
@@ -39,16 +38,9 @@ TEST(ResolverFile, LeavesOutWhatIsNoServer) {
 }
 
 TEST(ResolverFile, SurvivesRandomDamage) {
-  std::mt19937 random(1);
-  std::size_t understood = 0;
-  for (int round = 0; round < 20'000; ++round) {
-    std::string text = "nameserver 192.168.1.1\nnameserver fe80::1%wlan0\n";
-    for (unsigned changes = 1 + random() % 4; changes > 0; --changes) {
-      text[random() % text.size()] = static_cast<char>(random());
-    }
-    understood += parseResolverFile(text).size();
-  }
-  EXPECT_GT(understood, 0U);
+  const std::string whole = "nameserver 192.168.1.1\nnameserver fe80::1%wlan0\n";
+  const auto read = [](const std::string& text) { return parseResolverFile(text).size(); };
+  EXPECT_GT(readDamaged(whole, 4, read), 0U);
 }
 
 TEST(DnsChoice, TakesTheFirstListThatHoldsAServer) {

@@ -55,6 +55,18 @@ TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenACounterFell) {
   static_cast<void>(counters.read("eth0"));
   links["eth0"].bytesOut = 3;
   EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}));
+  move("eth0", 7, 8);
+  EXPECT_EQ(counters.read("eth0"), (ByteCounts{7, 8}));
+  links["eth0"].bytesIn = 3;
+  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0})) << "received ones, too";
+}
+
+TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenTheInterfaceWasRenamed) {
+  static_cast<void>(counters.read("eth0"));
+  links["lan0"] = links["eth0"];
+  links["lan0"].name = "lan0";
+  move("lan0", 500, 500);
+  EXPECT_EQ(counters.read("lan0"), (ByteCounts{0, 0})) << "the same index, another name";
 }
 
 TEST_F(LinuxInterfaceCountersTest, StartsAgainAfterAReadingThatFailed) {

@@ -1,12 +1,14 @@
 #include "platform/linux/network/LinuxPathMonitor.h"
 
 #include "support/KernelMachine.h"
+#include "support/ScarceDescriptors.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstring>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -183,6 +185,21 @@ TEST_F(LinuxPathMonitorTest, TellsItsObserverBeforeTheWatchersHear) {
   machine->connect();
   EXPECT_TRUE(runUntil(machine->loop, [&] { return observed.size() == 2; }));
   EXPECT_TRUE(observed.back());
+}
+
+TEST_F(LinuxPathMonitorTest, WatchesAsSoonAsThereAreDescriptorsAgain) {
+  std::vector<bool> observed;
+  std::optional<ScarceDescriptors> scarce(std::in_place);
+  LinuxPathMonitor monitor(machine->loop, machine->socket,
+                           [&](bool isSatisfied) { observed.push_back(isSatisfied); });
+  const auto own = monitor.watch(*machine->queue, [](const PathReport&) {});
+  EXPECT_EQ(observed, std::vector{false});
+  scarce.reset();
+  machine->connect();
+  EXPECT_TRUE(runUntil(machine->loop, [&] { return observed.size() == 2; }));
+  machine->disconnect();
+  EXPECT_TRUE(runUntil(machine->loop, [&] { return observed.size() == 3; }));
+  EXPECT_EQ(observed, (std::vector{false, true, false}));
 }
 
 TEST_F(LinuxPathMonitorTest, TellsEveryWatcher) {

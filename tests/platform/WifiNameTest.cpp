@@ -1,11 +1,11 @@
 #include "platform/linux/network/WifiName.h"
 
 #include "base/Utf8.h"
+#include "support/Damage.h"
 #include "support/NetlinkMessage.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include <linux/genetlink.h>
@@ -46,11 +46,7 @@ TEST(WifiMessages, NameTheFamily) {
   EXPECT_EQ(parseFamily(reply), family);
   EXPECT_EQ(parseFamily({}), std::nullopt);
   EXPECT_EQ(parseFamily(onNetwork(3, "wlan0", "Harbour")), std::nullopt);
-  for (std::size_t size = 0; size < reply.size(); ++size) {
-    const std::vector<std::byte> piece(reply.begin(),
-                                       reply.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(parseFamily(piece), std::nullopt) << size;
-  }
+  forEachTruncation(reply, [](const auto& piece) { EXPECT_EQ(parseFamily(piece), std::nullopt); });
 }
 
 TEST(WifiMessages, ListTheClientsInOrder) {
@@ -86,21 +82,12 @@ TEST(WifiMessages, TakeAnyBytesForANameButNoMoreThanThirtyTwo) {
 
 TEST(WifiMessages, SurviveEveryTruncationAndRandomDamage) {
   const auto whole = onNetwork(3, "wlan0", "Harbour");
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    const std::vector<std::byte> piece(whole.begin(),
-                                       whole.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(parseWirelessInterfaces(piece, family), Interfaces{}) << size;
-  }
-  std::mt19937 random(1);
-  std::size_t understood = 0;
-  for (int round = 0; round < 20'000; ++round) {
-    auto bytes = whole;
-    for (unsigned changes = 1 + random() % 4; changes > 0; --changes) {
-      bytes[random() % bytes.size()] = static_cast<std::byte>(random());
-    }
-    understood += parseWirelessInterfaces(bytes, family).size() + (parseFamily(bytes) ? 1 : 0);
-  }
-  EXPECT_GT(understood, 0U);
+  const auto read = [](const auto& bytes) { return parseWirelessInterfaces(bytes, family).size(); };
+  forEachTruncation(whole, [&](const auto& piece) { EXPECT_EQ(read(piece), 0U); });
+  EXPECT_GT(
+      readDamaged(whole, 4,
+                  [&](const auto& bytes) { return read(bytes) + (parseFamily(bytes) ? 1 : 0); }),
+      0U);
 }
 
 TEST(WifiName, IsThatOfThePrimaryInterface) {

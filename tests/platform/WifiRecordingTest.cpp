@@ -1,8 +1,9 @@
 // What kernels with Wi-Fi have sent, which the machines that test this have none of. Recorded by
 // others, and published by them: the interface with strace in 2015, the network with nlmon in 2024.
 
-#include "platform/linux/network/WifiMessages.h"
 #include "platform/linux/network/WifiName.h"
+
+#include "support/Damage.h"
 
 #include <gtest/gtest.h>
 
@@ -87,10 +88,9 @@ TEST(WifiRecording, OfBothGivesTheNameToShow) {
 
 TEST(WifiRecording, SurvivesEveryTruncationAndEveryWrongLength) {
   const Bytes whole = used(bytesOf(network));
-  for (std::size_t size = 0; size < whole.size(); ++size) {
-    const Bytes piece(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-    EXPECT_EQ(parseNetworkInUse(piece, networkFamily), std::nullopt) << size;
-  }
+  forEachTruncation(whole, [](const Bytes& piece) {
+    EXPECT_EQ(parseNetworkInUse(piece, networkFamily), std::nullopt);
+  });
   std::size_t named = 0;
   for (std::size_t at = 0; at < whole.size(); ++at) {
     for (const int value : {0, 1, 2, 127, 128, 255}) {

@@ -1,9 +1,12 @@
 #include "helpers/nettop/DeviceTraffic.h"
 
+#include "base/TextPieces.h"
 #include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/network/DeviceTable.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <vector>
 
 #include <fcntl.h>
 #include <net/if.h>
@@ -18,7 +21,7 @@ namespace {
 constexpr std::uint64_t ethernetHeader = 14;
 constexpr std::size_t largestTable = 4 << 20;
 
-/// The whole text of a file of /proc, whose size nobody knows before; empty when there is none.
+/// Reads a file of /proc, whose size is not known before. Returns an empty text on failure.
 std::string readTable(const char* path) {
   const FileDescriptor file(::open(path, O_RDONLY | O_CLOEXEC));
   std::string text;
@@ -35,39 +38,81 @@ std::string readTable(const char* path) {
   return text;
 }
 
-bool isEthernet(const FileDescriptor& socket, const std::string& device) {
-  ifreq request{};
-  device.copy(request.ifr_name, IFNAMSIZ - 1);
-  return ::ioctl(socket.get(), SIOCGIFHWADDR, &request) == 0 &&
-         request.ifr_hwaddr.sa_family == ARPHRD_ETHER;
+/// Calls `visit` with the words of each line.
+template <class Visit> void forEachLine(std::string_view table, char separator, Visit&& visit) {
+  for (const std::string_view line : splitAt(table, '\n')) {
+    auto words = splitAt(line, separator);
+    std::ranges::for_each(words, [](std::string_view& word) { word = trim(word, " "); });
+    std::erase(words, std::string_view{});
+    visit(words);
+  }
 }
 
-std::uint64_t withoutHeaders(std::uint64_t bytes, std::uint64_t packets, std::uint64_t header) {
-  return bytes - std::min(bytes, packets * header);
+bool isZero(std::string_view digits) {
+  return !digits.empty() && digits.find_first_not_of('0') == std::string_view::npos;
+}
+
+void addDevice(std::string_view device, std::set<std::string>& devices) {
+  if (device != "lo") {
+    devices.emplace(device);
+  }
+}
+
+std::uint64_t headerOf(const std::string& device) {
+  const FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  ifreq request{};
+  device.copy(request.ifr_name, IFNAMSIZ - 1);
+  const bool isEthernet = ::ioctl(socket.get(), SIOCGIFHWADDR, &request) == 0 &&
+                          request.ifr_hwaddr.sa_family == ARPHRD_ETHER;
+  return isEthernet ? ethernetHeader : 0;
+}
+
+std::uint64_t without(std::uint64_t bytes, std::uint64_t headers) {
+  return bytes - std::min(bytes, headers);
 }
 
 } // namespace
 
-DeviceTraffic readDeviceTraffic(const std::set<std::string>& devices) {
-  const std::string table = readTable("/proc/thread-self/net/dev");
-  const FileDescriptor socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  DeviceTraffic traffic;
-  for (const std::string& device : devices) {
-    const auto counters = parseDeviceCounters(table, device);
-    if (!counters) {
-      continue;
+std::set<std::string> defaultDevices(std::string_view ipv4Routes) {
+  std::set<std::string> devices;
+  forEachLine(ipv4Routes, '\t', [&devices](const std::vector<std::string_view>& columns) {
+    // Iface, Destination, Gateway, Flags, RefCnt, Use, Metric, Mask
+    if (columns.size() >= 8 && isZero(columns[1]) && isZero(columns[7])) {
+      addDevice(columns[0], devices);
     }
-    const std::uint64_t header = isEthernet(socket, device) ? ethernetHeader : 0;
-    traffic.received += withoutHeaders(counters->received, counters->packetsReceived, header);
-    traffic.sent += withoutHeaders(counters->sent, counters->packetsSent, header);
-  }
-  return traffic;
+  });
+  return devices;
+}
+
+std::set<std::string> defaultDevicesIpv6(std::string_view ipv6Routes) {
+  std::set<std::string> devices;
+  forEachLine(ipv6Routes, ' ', [&devices](const std::vector<std::string_view>& columns) {
+    // Destination, its prefix length, source, its prefix length, next hop, metric, three more,
+    // device
+    if (columns.size() >= 10 && isZero(columns[0]) && isZero(columns[1])) {
+      addDevice(columns[9], devices);
+    }
+  });
+  return devices;
 }
 
 std::set<std::string> devicesToTheWorld() {
   auto devices = defaultDevices(readTable("/proc/thread-self/net/route"));
   devices.merge(defaultDevicesIpv6(readTable("/proc/thread-self/net/ipv6_route")));
   return devices;
+}
+
+DeviceTraffic readDeviceTraffic(const std::set<std::string>& devices) {
+  DeviceTable table;
+  DeviceTraffic traffic;
+  for (const std::string& device : devices) {
+    if (const auto link = table.device(device)) {
+      const std::uint64_t header = headerOf(device);
+      traffic.received += without(link->bytesIn, link->packetsIn * header);
+      traffic.sent += without(link->bytesOut, link->packetsOut * header);
+    }
+  }
+  return traffic;
 }
 
 } // namespace tidewell::nettop

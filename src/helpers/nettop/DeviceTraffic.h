@@ -1,47 +1,29 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 
 namespace tidewell::nettop {
 
-/// What an interface has moved since it was made, in bytes and packets.
-struct DeviceCounters {
-  std::uint64_t received = 0;
-  std::uint64_t packetsReceived = 0;
-  std::uint64_t sent = 0;
-  std::uint64_t packetsSent = 0;
-
-  friend bool operator==(const DeviceCounters&, const DeviceCounters&) = default;
-};
-
-/// The counters of the interface of this name in a text as /proc/net/dev holds it; none when it is
-/// not there whole. Any text may be given. Pure.
-[[nodiscard]] std::optional<DeviceCounters> parseDeviceCounters(std::string_view table,
-                                                                std::string_view device);
-
-/// The interfaces of the default routes in a text as /proc/net/route holds it. Any text may be
-/// given. Pure.
-[[nodiscard]] std::set<std::string> defaultDevices(std::string_view ipv4Routes);
-
-/// The same for a text as /proc/net/ipv6_route holds it.
-[[nodiscard]] std::set<std::string> defaultDevicesIpv6(std::string_view ipv6Routes);
-
-/// What the interfaces of the default routes have moved, as IP bytes: the headers of Ethernet are
-/// left out.
+/// The IP bytes that interfaces have moved, without Ethernet headers.
 struct DeviceTraffic {
   std::uint64_t received = 0;
   std::uint64_t sent = 0;
 };
 
-/// Reads it now, for these interfaces.
-[[nodiscard]] DeviceTraffic readDeviceTraffic(const std::set<std::string>& devices);
+/// Reads the interfaces of the default routes from the text of /proc/net/route. Any text may be
+/// given. Pure.
+[[nodiscard]] std::set<std::string> defaultDevices(std::string_view ipv4Routes);
 
-/// The interfaces that the machine's default routes leave through, the loopback left out.
+/// The same for the text of /proc/net/ipv6_route.
+[[nodiscard]] std::set<std::string> defaultDevicesIpv6(std::string_view ipv6Routes);
+
+/// The interfaces of the machine's default routes, without the loopback.
 [[nodiscard]] std::set<std::string> devicesToTheWorld();
+
+/// The sum of what these interfaces have moved until now.
+[[nodiscard]] DeviceTraffic readDeviceTraffic(const std::set<std::string>& devices);
 
 } // namespace tidewell::nettop

@@ -1,6 +1,6 @@
 #include "helpers/nettop/NettopText.h"
 
-#include "helpers/nettop/ProgramName.h"
+#include "base/DisplayText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace {
 constexpr const char* header = ",bytes_in,bytes_out,\n";
 constexpr std::size_t mostRows = 256;
 
-// A pipe takes this much whatever its reader does; 256 rows of the longest name stay below it.
+// 256 rows of the longest name stay below what a pipe takes before its reader reads.
 constexpr std::size_t longestName = 72;
 
 // So that no sum over the rows overflows a reader's 64 bits.
@@ -36,7 +36,7 @@ void sort(std::vector<ProcessTraffic>& rows) {
   });
 }
 
-/// One row for each name, the heaviest's process; the rows come heaviest first.
+/// Merges rows of the same name into the heaviest. The rows are sorted.
 std::vector<ProcessTraffic> byName(const std::vector<ProcessTraffic>& rows) {
   std::map<std::string, std::size_t> places;
   std::vector<ProcessTraffic> merged;
@@ -61,6 +61,22 @@ void cut(std::vector<ProcessTraffic>& rows) {
   rows.push_back(others);
 }
 
+constexpr std::string_view replacement = "\uFFFD";
+
+std::string inPlainCharacters(const std::string& text) {
+  std::string name;
+  for (std::size_t index = 0; index < text.size();) {
+    if (std::string_view(text).substr(index).starts_with(replacement)) {
+      name += '_';
+      index += replacement.size();
+      continue;
+    }
+    name += text[index] == '.' || text[index] == ',' ? '_' : text[index];
+    ++index;
+  }
+  return name;
+}
+
 std::string line(const ProcessTraffic& row) {
   std::string name = printableName(row.name);
   if (name.size() > longestName) {
@@ -72,6 +88,16 @@ std::string line(const ProcessTraffic& row) {
 }
 
 } // namespace
+
+std::string printableName(std::string_view bytes) {
+  std::string name = inPlainCharacters(displayText(bytes));
+  // The resident's reader skips these two names, which on another system are the kernel and a
+  // system service. Here they are ordinary programs, and are shown under a changed name.
+  if (name.empty() || name == "kernel_task" || name == "mDNSResponder") {
+    name += '_';
+  }
+  return name;
+}
 
 std::string nettopText(std::vector<ProcessTraffic> rows) {
   std::erase_if(rows, [](const ProcessTraffic& row) { return total(row) == 0; });

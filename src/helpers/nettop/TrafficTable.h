@@ -1,6 +1,6 @@
 #pragma once
 
-#include "helpers/nettop/ProcessTraffic.h"
+#include "helpers/nettop/Measurement.h"
 #include "helpers/nettop/bpf/records.h"
 
 #include <cstdint>

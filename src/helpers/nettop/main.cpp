@@ -1,19 +1,17 @@
 // Prints which processes moved how many bytes over the network in one second:
 //
-//   nettop -P -L 1 -J bytes_in,bytes_out -x [--route=bpf|--route=diag]
+//   nettop [--route=bpf|--route=diag]
 //
-// May be given file capabilities (cap_bpf,cap_net_admin,cap_perfmon=p), for which everybody who
-// starts it is a stranger.
+// May have file capabilities (cap_bpf,cap_net_admin,cap_perfmon=p), so its callers are not trusted.
 
-#include "helpers/nettop/BpfRoute.h"
-#include "helpers/nettop/DiagRoute.h"
+#include "helpers/nettop/Measurement.h"
 #include "helpers/nettop/NettopText.h"
-#include "helpers/nettop/Options.h"
 #include "helpers/nettop/Privileges.h"
-#include "helpers/nettop/Visibility.h"
+#include "helpers/nettop/Rows.h"
 
 #include <cerrno>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,10 +36,30 @@ bool write(int descriptor, std::string_view text) {
   return true;
 }
 
-Measurement measure(Route route) {
-  if (route != Route::diag) {
+enum class Method {
+  best, // with programs in the kernel if that works, else with the sockets' own counters
+  bpf,
+  diag,
+};
+
+/// Returns nullopt for wrong usage.
+std::optional<Method> methodOf(const std::vector<std::string_view>& arguments) {
+  if (arguments.empty()) {
+    return Method::best;
+  }
+  const bool isBpf = arguments[0] == "--route=bpf";
+  const bool isKnown = arguments.size() == 1 && (isBpf || arguments[0] == "--route=diag");
+  return isKnown ? std::optional(isBpf ? Method::bpf : Method::diag) : std::nullopt;
+}
+
+Measurement measure(Method method) {
+  if (method != Method::diag) {
+#ifdef TIDEWELL_BPF
     Measurement measurement = measureWithBpf();
-    if (route == Route::bpf || measurement.error.empty()) {
+#else
+    Measurement measurement{{}, "built without this route"};
+#endif
+    if (method == Method::bpf || measurement.error.empty()) {
       return measurement;
     }
   }
@@ -61,12 +79,12 @@ std::vector<ProcessTraffic> visibleRows(std::vector<ProcessTraffic> rows) {
 int main(int argumentCount, char** arguments) {
   const std::vector<std::string_view> words(arguments + (argumentCount > 0 ? 1 : 0),
                                             arguments + argumentCount);
-  const auto route = parseOptions(words);
-  if (!route || !seclude()) {
-    write(STDERR_FILENO, "usage: nettop -P -L 1 -J bytes_in,bytes_out -x\n");
+  const auto method = methodOf(words);
+  if (!method || !seclude()) {
+    write(STDERR_FILENO, "usage: nettop [--route=bpf|--route=diag]\n");
     return wrongUsage;
   }
-  Measurement measurement = measure(*route);
+  Measurement measurement = measure(*method);
   if (!measurement.error.empty()) {
     write(STDERR_FILENO, "nettop: " + measurement.error + '\n');
     return EXIT_FAILURE;

@@ -13,11 +13,6 @@ constexpr std::size_t longestBody = 4096;
 // Four round trips through the fullest of queues; a lost packet more, and it is out of the mean.
 constexpr Seconds limit = 10.0;
 
-void add(const TcpCounts& counts, TcpCounts& sum) {
-  sum.received += counts.received;
-  sum.acknowledged += counts.acknowledged;
-}
-
 } // namespace
 
 ForeignProber::ForeignProber(TransferLoop& loop, const Route& route, std::string address,
@@ -50,21 +45,21 @@ void ForeignProber::probe() {
 TcpCounts ForeignProber::counts() const {
   TcpCounts sum = m_closed;
   for (const auto& tally : m_tallies) {
-    add(tally->counts(), sum);
+    sum += tally->counts();
   }
   return sum;
 }
 
 void ForeignProber::forgetClosed() {
   const auto isDone = [this](const auto& tally) {
-    return tally->socket() < 0 &&
+    return !tally->isOpen() &&
            std::none_of(m_probes.begin(), m_probes.end(),
                         [&](const auto& probe) { return &probe->tally == tally.get(); });
   };
   std::erase_if(m_tallies, [&](const auto& tally) {
     const bool isOver = isDone(tally);
     if (isOver) {
-      add(tally->counts(), m_closed);
+      m_closed += tally->counts();
     }
     return isOver;
   });

@@ -95,7 +95,7 @@ void LoadConnection::tune(Seconds now) {
   } else if (now - m_silentSince > longestSilence && !m_failure) {
     m_failure = "the server moves nothing any more";
   }
-  if (m_direction == Direction::upload && m_tally.socket() >= 0) {
+  if (m_direction == Direction::upload && m_tally.isOpen()) {
     adaptBuffers(static_cast<double>(bytes - m_movedThen) / (now - m_tunedAt));
   }
   m_tunedAt = now;
@@ -105,8 +105,7 @@ void LoadConnection::tune(Seconds now) {
 
 void LoadConnection::adaptBuffers(double bytesPerSecond) {
   const double wait = bytesPerSecond * unsentSeconds;
-  limitUnsent(m_tally.socket(),
-              static_cast<std::uint32_t>(std::clamp(wait, leastUnsent, mostUnsent)));
+  m_tally.limitUnsent(static_cast<std::uint32_t>(std::clamp(wait, leastUnsent, mostUnsent)));
   m_piece = std::clamp(static_cast<std::size_t>(wait), smallestPiece, largestPiece);
 }
 

@@ -1,5 +1,7 @@
 #include "helpers/networkQuality/TcpTally.h"
 
+#include <linux/tcp.h> // tcp_info with its newer members
+#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -14,12 +16,18 @@ void TcpTally::count(CURL* transfer) {
 
 TcpCounts TcpTally::counts() const {
   TcpCounts sum = m_closed;
-  if (m_socket >= 0) {
-    const TcpCounts open = tcpCounts(m_socket);
-    sum.received += open.received;
-    sum.acknowledged += open.acknowledged;
+  tcp_info info{};
+  socklen_t size = sizeof info;
+  if (isOpen() && ::getsockopt(m_socket, IPPROTO_TCP, TCP_INFO, &info, &size) == 0) {
+    // The handshake's sequence number counts as a byte.
+    const std::uint64_t acknowledged = info.tcpi_bytes_acked > 0 ? info.tcpi_bytes_acked - 1 : 0;
+    sum += {info.tcpi_bytes_received, acknowledged};
   }
   return sum;
+}
+
+void TcpTally::limitUnsent(std::uint32_t bytes) const {
+  ::setsockopt(m_socket, IPPROTO_TCP, TCP_NOTSENT_LOWAT, &bytes, sizeof bytes);
 }
 
 curl_socket_t TcpTally::onOpen(void* self, curlsocktype /*purpose*/, curl_sockaddr* address) {

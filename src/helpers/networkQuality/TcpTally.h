@@ -1,12 +1,26 @@
 #pragma once
 
-#include "platform/linux/network/TcpCounts.h"
+#include <cstdint>
 
 #include <curl/curl.h>
 
 namespace tidewell {
 
-/// What the connections that some transfers open have moved, one after another, open or closed.
+/// What a TCP connection has moved: the bytes received and the bytes that the peer acknowledged.
+/// Excludes bytes that only wait in a buffer.
+struct TcpCounts {
+  std::uint64_t received = 0;
+  std::uint64_t acknowledged = 0;
+
+  TcpCounts& operator+=(const TcpCounts& other) {
+    received += other.received;
+    acknowledged += other.acknowledged;
+    return *this;
+  }
+};
+
+/// Counts what the connections of some transfers have moved, one connection after another, open or
+/// closed.
 class TcpTally {
 public:
   TcpTally() = default;
@@ -18,8 +32,11 @@ public:
 
   [[nodiscard]] TcpCounts counts() const;
 
-  /// The open connection; -1 for none.
-  [[nodiscard]] int socket() const { return m_socket; }
+  [[nodiscard]] bool isOpen() const { return m_socket >= 0; }
+
+  /// Limits the unsent bytes in the open connection's buffer, because they delay what is written
+  /// next.
+  void limitUnsent(std::uint32_t bytes) const;
 
 private:
   static curl_socket_t onOpen(void* self, curlsocktype purpose, curl_sockaddr* address);

@@ -2,7 +2,6 @@
 
 #include "base/TextPieces.h"
 #include "base/Utf8.h"
-#include "helpers/nettop/ProgramName.h"
 #include "processes/NettopOutput.h"
 
 #include <gtest/gtest.h>

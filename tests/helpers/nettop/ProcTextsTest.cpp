@@ -8,26 +8,6 @@ namespace {
 
 using Names = std::set<std::string>;
 
-const char* const deviceTable =
-    "Inter-|   Receive                                                |  Transmit\n"
-    " face |bytes    packets errs drop fifo frame compressed multicast|bytes    packets errs\n"
-    "    lo:     100       1    0    0    0     0          0         0      100       1    0    0\n"
-    "  eth0: 5000000000 700 1 2 3 4 5 6 900 8 0 0 0 0 0 0\n"
-    "eth1:1 2 0 0 0 0 0 0 3 4 0 0 0 0 0 0\n";
-
-TEST(DeviceCounters, AreReadByTheirColumns) {
-  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth0"), (DeviceCounters{5000000000, 700, 900, 8}));
-  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth1"), (DeviceCounters{1, 2, 3, 4}));
-}
-
-TEST(DeviceCounters, AreAbsentWhereTheLineIsNotWhole) {
-  EXPECT_EQ(parseDeviceCounters(deviceTable, "eth"), std::nullopt);
-  EXPECT_EQ(parseDeviceCounters("", "eth0"), std::nullopt);
-  EXPECT_EQ(parseDeviceCounters("eth0: 1 2 3", "eth0"), std::nullopt);
-  EXPECT_EQ(parseDeviceCounters("eth0: 1 x 0 0 0 0 0 0 3 4", "eth0"), std::nullopt);
-  EXPECT_EQ(parseDeviceCounters("eth0: -1 2 0 0 0 0 0 0 3 4", "eth0"), std::nullopt);
-}
-
 TEST(DefaultDevices, AreThoseOfRoutesToEverywhere) {
   EXPECT_EQ(defaultDevices("Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\n"
                            "eth0\t00000000\t0101A8C0\t0003\t0\t0\t0\t00000000\t0\t0\t0   \n"

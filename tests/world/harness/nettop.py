@@ -13,7 +13,6 @@ from . import world
 
 HELPER = pathlib.Path(world.RESIDENT).parent.parent / "libexec/tidewell/nettop"
 CROWD = pathlib.Path(world.SCRIPT).parent / "crowd.py"
-ARGUMENTS = ["-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"]
 CAPABILITIES = "cap_bpf,cap_net_admin,cap_perfmon=p"
 SERVER_PORT = 7000
 
@@ -27,7 +26,7 @@ LEAD = 0.2
 
 def why_no_bpf():
     """None where the kernel takes the programs, else the reason."""
-    result = subprocess.run([HELPER, *ARGUMENTS, "--route=bpf"], capture_output=True, text=True)
+    result = subprocess.run([HELPER, "--route=bpf"], capture_output=True, text=True)
     return None if result.returncode == 0 else result.stderr.strip()
 
 
@@ -63,7 +62,7 @@ class Run:
 
 
 def run(route=None, wrapper=(), helper=HELPER):
-    return Run([*wrapper, helper, *ARGUMENTS, *([f"--route={route}"] if route else [])])
+    return Run([*wrapper, helper, *([f"--route={route}"] if route else [])])
 
 
 class Privileged:

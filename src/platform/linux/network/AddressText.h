@@ -9,7 +9,7 @@
 
 namespace tidewell {
 
-/// The usual text of an address in network order; none unless it is an AF_INET address of 4 bytes
+/// Formats an address in network order. Returns nullopt unless it is an AF_INET address of 4 bytes
 /// or an AF_INET6 address of 16.
 [[nodiscard]] inline std::optional<std::string> addressText(int family, const void* address,
                                                             std::size_t size) {

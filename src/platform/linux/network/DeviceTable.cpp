@@ -1,6 +1,7 @@
 #include "platform/linux/network/DeviceTable.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstddef>
@@ -19,41 +20,37 @@ namespace {
 // The table of the calling thread's network namespace.
 constexpr const char* tablePath = "/proc/thread-self/net/dev";
 
-// Eight columns of what was received, then eight of what was sent; bytes come first.
-constexpr std::size_t receivedColumn = 0;
-constexpr std::size_t sentColumn = 8;
-
-// Far beyond the table of a machine with thousands of interfaces.
+// Far larger than the table of a machine with thousands of interfaces.
 constexpr std::size_t largestTable = 4 << 20;
 constexpr std::size_t firstSize = 4096;
 
 constexpr std::string_view blanks = " \t";
 
-std::string_view trimmed(std::string_view text) {
+std::string_view skipBlanks(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
   return text;
 }
 
-std::optional<std::uint64_t> column(std::string_view columns, std::size_t number) {
-  columns = trimmed(columns);
-  for (; number > 0; --number) {
-    columns.remove_prefix(std::min(columns.find_first_of(blanks), columns.size()));
-    columns = trimmed(columns);
-  }
-  const auto text = columns.substr(0, columns.find_first_of(blanks));
-  std::uint64_t value = 0;
-  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  const bool isNumber = error == std::errc{} && stop == text.data() + text.size();
-  return isNumber ? std::optional(value) : std::nullopt;
-}
-
+/// Reads the counters of a line: eight columns about receiving, then eight about sending. Bytes
+/// come first, then packets.
 std::optional<LinkRecord> readColumns(std::string_view columns, std::string_view name) {
-  const auto received = column(columns, receivedColumn);
-  const auto sent = column(columns, sentColumn);
-  if (!received || !sent) {
-    return std::nullopt;
+  LinkRecord record{0, std::string(name)};
+  const std::array<std::uint64_t*, 10> values{&record.bytesIn,  &record.packetsIn, nullptr, nullptr,
+                                              nullptr,          nullptr,           nullptr, nullptr,
+                                              &record.bytesOut, &record.packetsOut};
+  for (std::uint64_t* const value : values) {
+    columns = skipBlanks(columns);
+    const auto text = columns.substr(0, columns.find_first_of(blanks));
+    const char* const end = text.data() + text.size();
+    if (value != nullptr) {
+      const auto [stop, error] = std::from_chars(text.data(), end, *value);
+      if (error != std::errc{} || stop != end) {
+        return std::nullopt;
+      }
+    }
+    columns.remove_prefix(text.size());
   }
-  return LinkRecord{0, std::string(name), *received, *sent};
+  return record;
 }
 
 } // namespace
@@ -61,7 +58,7 @@ std::optional<LinkRecord> readColumns(std::string_view columns, std::string_view
 std::optional<LinkRecord> parseDeviceTable(std::string_view table, std::string_view name) {
   while (!name.empty() && !table.empty()) {
     const auto end = table.find('\n');
-    const auto line = trimmed(table.substr(0, end));
+    const auto line = skipBlanks(table.substr(0, end));
     // The kernel allows no colon in a name.
     const auto colon = line.find(':');
     if (colon != std::string_view::npos && line.substr(0, colon) == name) {
@@ -73,7 +70,6 @@ std::optional<LinkRecord> parseDeviceTable(std::string_view table, std::string_v
 }
 
 std::optional<LinkRecord> DeviceTable::device(const std::string& name) {
-  const std::scoped_lock lock(m_mutex);
   if (name.empty() || name.size() >= IFNAMSIZ || !open()) {
     return std::nullopt;
   }
@@ -95,7 +91,7 @@ bool DeviceTable::open() {
 std::optional<LinkRecord> DeviceTable::readDevice(const std::string& name) {
   const auto index = indexOf(name);
   auto record = index ? findDevice(name) : std::nullopt;
-  // If it was made anew in between, the counters may be those of either.
+  // If it was recreated in between, the counters may be those of either one.
   if (!record || indexOf(name) != index) {
     return std::nullopt;
   }
@@ -112,7 +108,7 @@ std::optional<int> DeviceTable::indexOf(const std::string& name) const {
   return query.ifr_ifindex;
 }
 
-// Stops at the line that is wanted: a machine may have a thousand devices.
+// Stops at the line of this name, because a machine may have a thousand devices.
 std::optional<LinkRecord> DeviceTable::findDevice(const std::string& name) {
   m_buffer.resize(std::max(m_buffer.size(), firstSize));
   std::size_t size = 0;

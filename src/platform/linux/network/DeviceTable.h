@@ -3,35 +3,35 @@
 #include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstdint>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace tidewell {
 
-/// What the kernel tells of one network interface. Counters are unsigned and 64 bits wide.
+/// A network interface with the kernel's 64-bit counters.
 struct LinkRecord {
   int index = 0;
   std::string name;
   std::uint64_t bytesIn = 0;
   std::uint64_t bytesOut = 0;
+  std::uint64_t packetsIn = 0;
+  std::uint64_t packetsOut = 0;
 };
 
-/// The interface of exactly this name in a text as /proc/net/dev holds it, with an index of zero;
-/// none when the text holds no such line with both counters. Any text may be given. Pure.
+/// Reads the line of the interface of exactly this name from the text of /proc/net/dev; the index
+/// is 0. Returns nullopt if no such line with all counters exists. Any text may be given. Pure.
 [[nodiscard]] std::optional<LinkRecord> parseDeviceTable(std::string_view table,
                                                          std::string_view name);
 
-/// The kernel's table of network devices with their 64-bit counters.
+/// The kernel's table of network devices.
 ///
-/// Reading it waits for nobody. A question for a link over rtnetlink waits, tens of milliseconds at
-/// times, while an interface is made or deleted anywhere on the machine; a reading that late is
-/// wrong by as much.
+/// Reading it never waits. A netlink request for a link waits, tens of milliseconds at times, while
+/// an interface is made or deleted anywhere on the machine, which would delay the reading as much.
 class DeviceTable {
 public:
-  /// The interface of exactly this name. Every failure is an absent answer. Any thread; the table
-  /// is that of the network namespace of the thread that asks first.
+  /// The interface of exactly this name in the network namespace of the thread that asks first.
+  /// Returns nullopt on any failure.
   [[nodiscard]] std::optional<LinkRecord> device(const std::string& name);
 
 private:
@@ -40,9 +40,8 @@ private:
   [[nodiscard]] std::optional<int> indexOf(const std::string& name) const;
   [[nodiscard]] std::optional<LinkRecord> findDevice(const std::string& name);
 
-  std::mutex m_mutex;
-  FileDescriptor m_table;  // guarded by m_mutex, as all below
-  FileDescriptor m_socket; // answers for indices
+  FileDescriptor m_table;
+  FileDescriptor m_socket; // for queries of indices
   std::string m_buffer;
 };
 

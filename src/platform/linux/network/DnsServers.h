@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tidewell {
@@ -12,10 +13,14 @@ class EventLoop;
 
 /// Where the system keeps its DNS servers.
 struct DnsPlaces {
-  /// The directory of systemd-resolved, which is not asked where it is missing.
+  /// The directory of systemd-resolved, which is only asked if this exists.
   std::string resolvedDirectory = "/run/systemd/resolve";
   std::string resolverFile = "/etc/resolv.conf";
 };
+
+/// Reads the addresses of the name servers from the text of a resolv.conf(5) file, in order. Skips
+/// lines that name no server or no address. Any text may be given. Pure.
+[[nodiscard]] std::vector<std::string> parseResolverFile(std::string_view text);
 
 /// Picks the DNS servers from lists that are offered in order of preference.
 ///

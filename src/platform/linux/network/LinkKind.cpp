@@ -22,7 +22,7 @@ constexpr std::size_t mostBytes = 4096;
 
 bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
-/// The value behind "KEY=" at the start of a line.
+/// The value after "KEY=" at the start of a line.
 std::string valueOf(std::string_view text, std::string_view key) {
   for (std::string_view line : splitAt(text, '\n')) {
     if (line.starts_with(key)) {

@@ -7,27 +7,27 @@ namespace tidewell {
 /// Kind of a network link.
 enum class LinkKind { wifi, wiredEthernet, cellular, other };
 
-/// What sysfs tells of a network interface.
+/// What sysfs reports about a network interface.
 struct LinkTraits {
   std::string name;
-  /// The hardware's kind, ARPHRD_..., which is -1 when unknown.
+  /// The hardware's type (ARPHRD_...); -1 if unknown.
   int hardwareType = -1;
-  /// The kernel's word for the device, such as "wlan", "wwan" or "bridge"; often empty.
+  /// The kernel's device type, such as "wlan", "wwan" or "bridge"; often empty.
   std::string deviceType;
   bool isWireless = false;
-  /// Made by a program through /dev/net/tun, whatever it carries.
+  /// Made by a program through /dev/net/tun.
   bool isTun = false;
 };
 
 /// The kind of a link.
 ///
-/// A tunnel is `other` even if it carries Ethernet frames: the traffic goes through it, and the
-/// link below may be of any kind and change at any time. Bridges, bonds, VLANs and the pairs that
-/// lead out of containers are wired. Pure.
+/// A tunnel is `other` even if it carries Ethernet frames, because the link below it may be of any
+/// kind and may change at any time. Bridges, bonds, VLANs and the pairs that lead out of containers
+/// are wired. Pure.
 [[nodiscard]] LinkKind linkKind(const LinkTraits& traits);
 
-/// Reads what sysfs, mounted at `sysfsRoot`, tells of an interface; whatever is missing or odd
-/// there keeps its initial value. Any thread.
+/// Reads the traits of an interface from the sysfs mounted at `sysfsRoot`. Missing or invalid
+/// values keep their defaults.
 [[nodiscard]] LinkTraits readLinkTraits(const std::string& sysfsRoot, const std::string& name);
 
 } // namespace tidewell

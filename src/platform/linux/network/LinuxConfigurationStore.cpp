@@ -1,13 +1,12 @@
 #include "platform/linux/network/LinuxConfigurationStore.h"
 
-#include "platform/linux/network/PublicRoute.h"
 #include "platform/linux/network/RouteSocket.h"
 #include "platform/linux/network/WifiName.h"
 
 namespace tidewell {
 
 std::optional<std::string> LinuxConfigurationStore::primaryInterface() {
-  if (auto route = publicRoute(m_socket)) {
+  if (auto route = m_socket.publicRoute()) {
     m_lastIndex = route->interfaceIndex;
     return std::move(route->interfaceName);
   }
@@ -30,7 +29,7 @@ Async<std::optional<std::vector<std::string>>> LinuxConfigurationStore::dnsServe
 }
 
 std::optional<int> LinuxConfigurationStore::publicInterface() const {
-  const auto route = publicRoute(m_socket);
+  const auto route = m_socket.publicRoute();
   return route ? std::optional(route->interfaceIndex) : std::nullopt;
 }
 

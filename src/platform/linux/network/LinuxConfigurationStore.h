@@ -13,20 +13,20 @@ namespace tidewell {
 class EventLoop;
 class RouteSocket;
 
-/// The kernel's own view of the network configuration, and the resolver's.
+/// The network configuration as the kernel and the resolver know it.
 class LinuxConfigurationStore final : public ConfigurationStore {
 public:
   /// Borrows the loop and the socket.
   LinuxConfigurationStore(EventLoop& loop, RouteSocket& socket, DnsPlaces dnsPlaces = {})
       : m_loop(loop), m_socket(socket), m_dnsPlaces(std::move(dnsPlaces)) {}
 
-  /// The interface of the public route. While there is no route, the last answer stands as long as
-  /// its device exists.
+  /// The interface of the public route. Without a route, the last answer is repeated while its
+  /// device exists.
   [[nodiscard]] std::optional<std::string> primaryInterface() override;
 
-  /// Name of the network that the primary interface is on, if that is wireless, else of the first
-  /// wireless interface that is on one. Fit for display: what others may see of a Wi-Fi network is
-  /// whatever its owner pleased.
+  /// The name of the Wi-Fi network of the primary interface if that is wireless, else of the first
+  /// wireless interface that is on a network. Fit for display, because a network's owner may choose
+  /// any bytes as its name.
   [[nodiscard]] std::optional<std::string> wifiNetworkName() override;
 
   [[nodiscard]] Async<std::optional<std::vector<std::string>>> dnsServers() override;

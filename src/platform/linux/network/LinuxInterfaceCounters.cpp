@@ -11,7 +11,6 @@ LinuxInterfaceCounters::LinuxInterfaceCounters(DeviceTable& table)
 LinuxInterfaceCounters::LinuxInterfaceCounters(Lookup lookup) : m_lookup(std::move(lookup)) {}
 
 std::optional<ByteCounts> LinuxInterfaceCounters::read(const std::string& interface) {
-  const std::scoped_lock lock(m_mutex);
   const std::optional<LinkRecord> link = m_lookup(interface);
   if (!link) {
     m_last.reset();

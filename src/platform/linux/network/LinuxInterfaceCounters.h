@@ -4,18 +4,16 @@
 #include "platform/linux/network/DeviceTable.h"
 
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <string>
 
 namespace tidewell {
 
-/// The kernel's 64-bit byte counters, served from a base.
+/// The kernel's 64-bit byte counters, counted from a base.
 ///
-/// The base is taken when an interface becomes the one that is read: at the first reading, when
-/// another one is asked for, when one of the same name was made anew, when its counters fell, and
-/// after a reading that failed. Counting then starts at zero, so that what an interface moved while
-/// nobody looked is never mistaken for traffic of the moment.
+/// A new base is taken at the first reading, when another interface is read, when one of the same
+/// name was recreated, when a counter fell, and after a failed reading. Counting then starts at
+/// zero, so traffic from before is never taken for traffic of the moment.
 class LinuxInterfaceCounters final : public InterfaceCounters {
 public:
   /// Finds an interface by name.
@@ -31,9 +29,8 @@ private:
   [[nodiscard]] bool continues(const LinkRecord& link) const;
 
   Lookup m_lookup;
-  std::mutex m_mutex;
-  std::optional<LinkRecord> m_base; // guarded by m_mutex
-  std::optional<LinkRecord> m_last; // guarded by m_mutex
+  std::optional<LinkRecord> m_base;
+  std::optional<LinkRecord> m_last;
 };
 
 } // namespace tidewell

@@ -1,7 +1,7 @@
 #include "platform/linux/network/LinuxPathMonitor.h"
 
 #include "platform/linux/network/LinkKind.h"
-#include "platform/linux/network/PublicRoute.h"
+#include "platform/linux/network/RouteSocket.h"
 
 #include <utility>
 
@@ -16,12 +16,12 @@ PathReport reportOf(LinkKind kind) {
 
 } // namespace
 
-/// One who watches. Shared with the reports on their way to the queue.
+/// A watcher. Shared with the reports that are queued for it.
 struct LinuxPathMonitor::Watching {
   Watching(WorkQueue& watcherQueue, Handler watcherHandler)
       : queue(watcherQueue), handler(std::move(watcherHandler)) {}
 
-  static void tell(const std::shared_ptr<Watching>& watching, const PathReport& report) {
+  static void post(const std::shared_ptr<Watching>& watching, const PathReport& report) {
     watching->queue.post([watching, report] {
       if (watching->isActive) {
         watching->handler(report);
@@ -54,12 +54,12 @@ std::unique_ptr<PathWatch> LinuxPathMonitor::watch(WorkQueue& queue, Handler han
   look();
   auto watching = std::make_shared<Watching>(queue, std::move(handler));
   m_watching.emplace_back(watching);
-  Watching::tell(watching, m_path->report);
+  Watching::post(watching, m_path->report);
   return std::make_unique<Watch>(std::move(watching));
 }
 
 void LinuxPathMonitor::look() {
-  Path path = pathOver(publicRoute(m_socket));
+  Path path = pathOver(m_socket.publicRoute());
   if (path == m_path) {
     return;
   }
@@ -70,7 +70,7 @@ void LinuxPathMonitor::look() {
   std::erase_if(m_watching, [](const auto& watching) { return watching.expired(); });
   for (const auto& weak : m_watching) {
     if (const auto watching = weak.lock(); watching && watching->isActive) {
-      Watching::tell(watching, m_path->report);
+      Watching::post(watching, m_path->report);
     }
   }
 }

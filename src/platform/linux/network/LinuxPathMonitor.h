@@ -15,15 +15,15 @@ class EventLoop;
 class RouteSocket;
 struct PublicRoute;
 
-/// Watches the kernel's routes; needs no network manager.
+/// Watches the kernel's routes without a network manager.
 ///
-/// The path is satisfied when the kernel has a route to the public internet through an interface
-/// that is up and has its carrier. Its kind is that of this interface; a tunnel that takes the
-/// traffic is of no kind. A path that lost and regained its carrier before it could be looked at
-/// has not changed; one that moved to another interface or address has. Main thread.
+/// The path is satisfied if the kernel has a route to the public internet through an interface that
+/// is up and has its carrier. Its kind is that of the interface; a tunnel has no kind. A path that
+/// loses and regains its carrier between two looks has not changed. One that moves to another
+/// interface or address has.
 class LinuxPathMonitor final : public PathMonitor {
 public:
-  /// Hears, on the main thread, whether the path is satisfied, before any watcher is told of it.
+  /// Called with whether the path is satisfied, before any watcher.
   using Observer = std::function<void(bool isSatisfied)>;
 
   /// Borrows the loop and the socket, and watches the network namespace of the calling thread.
@@ -37,8 +37,8 @@ private:
   struct Watching;
   class Watch;
 
-  /// What a report is made from. Everything but the report stays at home, yet a change of it is a
-  /// change of the path, whose details have to be asked for anew.
+  /// A report and what it was made from. Watchers hear of every change, because the details of the
+  /// connection then have to be fetched again.
   struct Path {
     PathReport report;
     int interfaceIndex = 0;
@@ -54,9 +54,9 @@ private:
   RouteSocket& m_socket;
   Observer m_observer;
   std::string m_sysfsRoot;
-  std::optional<Path> m_path; // none before the first look
+  std::optional<Path> m_path; // absent before the first look
   std::vector<std::weak_ptr<Watching>> m_watching;
-  RouteChanges m_changes; // last, so that it is silenced first
+  RouteChanges m_changes; // last, so that it is destroyed first
 };
 
 } // namespace tidewell

@@ -1,12 +1,12 @@
 #include "platform/linux/network/RouteChanges.h"
 
 #include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/network/NetlinkSocket.h"
 
 #include <cerrno>
 #include <cstdint>
 #include <utility>
 
-#include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
@@ -16,55 +16,52 @@ namespace tidewell {
 namespace {
 
 constexpr Seconds quietTime = 0.1;
+constexpr Seconds untilNextAttempt = 1.0;
 constexpr int mostWindows = 10;
 
-// More than the socket's buffer holds, so that a flood cannot keep us reading.
+// More than the socket's buffer holds, so a flood cannot keep the loop busy.
 constexpr int mostMessages = 4096;
 
-constexpr std::uint32_t bit(rtnetlink_groups group) {
-  return 1U << (static_cast<std::uint32_t>(group) - 1U);
-}
-
-// Rules too: some tunnels take the traffic by a rule alone.
-constexpr std::uint32_t groups = bit(RTNLGRP_LINK) | bit(RTNLGRP_IPV4_IFADDR) |
-                                 bit(RTNLGRP_IPV6_IFADDR) | bit(RTNLGRP_IPV4_ROUTE) |
-                                 bit(RTNLGRP_IPV6_ROUTE) | bit(RTNLGRP_IPV4_RULE) |
-                                 bit(RTNLGRP_IPV6_RULE);
-
-FileDescriptor openSocket() {
-  FileDescriptor socket(
-      ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
-  // An overrun needs no error: the messages that did fit tell that there is something to look at.
-  const int on = 1;
-  ::setsockopt(socket.get(), SOL_NETLINK, NETLINK_NO_ENOBUFS, &on, sizeof on);
-  sockaddr_nl address{};
-  address.nl_family = AF_NETLINK;
-  address.nl_groups = groups;
-  if (::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    socket.reset();
-  }
-  return socket;
-}
+// Includes rules, because some tunnels take the traffic by a rule alone.
+constexpr std::uint32_t groups = netlinkGroup(RTNLGRP_LINK) | netlinkGroup(RTNLGRP_IPV4_IFADDR) |
+                                 netlinkGroup(RTNLGRP_IPV6_IFADDR) |
+                                 netlinkGroup(RTNLGRP_IPV4_ROUTE) |
+                                 netlinkGroup(RTNLGRP_IPV6_ROUTE) |
+                                 netlinkGroup(RTNLGRP_IPV4_RULE) | netlinkGroup(RTNLGRP_IPV6_RULE);
 
 } // namespace
 
 RouteChanges::RouteChanges(EventLoop& loop, std::function<void()> observer)
-    : m_loop(loop), m_observer(std::move(observer)), m_socket(openSocket()) {
-  if (m_socket.isOpen()) {
-    m_watch = loop.watch(m_socket.get(), EPOLLIN, [this](std::uint32_t) { beginWindow(); });
+    : m_loop(loop), m_observer(std::move(observer)) {
+  if (open()) {
+    return;
   }
+  m_timer = m_loop.repeat(untilNextAttempt, untilNextAttempt, [this] {
+    if (open()) {
+      m_timer.reset();
+      m_observer();
+    }
+  });
 }
 
 RouteChanges::~RouteChanges() = default;
 
+bool RouteChanges::open() {
+  m_socket = openNetlinkGroups(NETLINK_ROUTE, groups);
+  if (m_socket.isOpen()) {
+    m_watch = m_loop.watch(m_socket.get(), EPOLLIN, [this](std::uint32_t) { beginWindow(); });
+  }
+  return m_watch != nullptr;
+}
+
 void RouteChanges::beginWindow() {
-  if (m_window || !drain()) {
+  if (m_timer || !drain()) {
     return;
   }
-  // Until the window ends nobody needs to be woken; what comes meanwhile waits in the socket.
+  // Messages wait in the socket until the window ends.
   m_watch->setEvents(0);
   m_windows = 0;
-  m_window = m_loop.repeat(quietTime, quietTime, [this] { endWindow(); });
+  m_timer = m_loop.repeat(quietTime, quietTime, [this] { endWindow(); });
 }
 
 void RouteChanges::endWindow() {
@@ -72,7 +69,7 @@ void RouteChanges::endWindow() {
   if (!isQuiet && ++m_windows < mostWindows) {
     return;
   }
-  m_window.reset();
+  m_timer.reset();
   m_watch->setEvents(EPOLLIN);
   m_observer();
 }

@@ -1,56 +1,49 @@
 #pragma once
 
-#include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/network/NetlinkSocket.h"
 
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <mutex>
 #include <optional>
-#include <span>
 #include <string>
 
 namespace tidewell {
 
-/// How the kernel would reach an address.
-struct Route {
+/// How traffic to the public internet leaves the machine.
+struct PublicRoute {
   int interfaceIndex = 0;
-  std::string source; // in network order; empty when the kernel does not tell
+  std::string interfaceName;
+  /// The IPv4 source address of the traffic, as four bytes; empty on an IPv6 route.
+  std::string sourceIPv4;
+  /// Whether the interface is up and has its carrier.
+  bool isRunning = false;
 };
 
-/// An interface as it is now.
-struct InterfaceState {
-  std::string name;
-  bool isRunning = false; // up, ready to carry, and no loopback
+/// A route in a reply to RTM_GETROUTE.
+struct RouteReply {
+  int interfaceIndex = 0;
+  /// The preferred source address in network order; empty if the kernel names none.
+  std::string source;
 };
 
-/// Questions to the kernel's routing and link tables over one rtnetlink socket, which is opened on
-/// first use and again after an error. Any thread. Every failure is an absent answer.
+/// Reads the first route of a reply. Returns nullopt if it is not a unicast route with an
+/// interface. Any bytes may be given. Pure.
+[[nodiscard]] std::optional<RouteReply> parseRoute(NetlinkBytes reply);
+
+/// Asks the kernel's tables of routes and devices. All members return nullopt on any failure.
 class RouteSocket {
 public:
-  /// Name of the interface with this index.
+  /// The route that the kernel would take to a public address: over IPv4, else over IPv6. A route
+  /// whose interface is running takes precedence. Covers tunnels that take the traffic without
+  /// owning the default route. Sends nothing.
+  [[nodiscard]] std::optional<PublicRoute> publicRoute();
+
+  /// The name of the interface with this index.
   [[nodiscard]] std::optional<std::string> interfaceName(int index);
 
-  /// The state of the interface with this index.
-  [[nodiscard]] std::optional<InterfaceState> interfaceState(int index);
-
-  /// How the kernel would reach an address of this family (AF_INET or AF_INET6; 4 or 16 bytes in
-  /// network order).
-  [[nodiscard]] std::optional<Route> route(unsigned char family,
-                                           std::span<const std::uint8_t> address);
-
 private:
-  using Reply = std::span<const std::byte>;
+  [[nodiscard]] std::optional<PublicRoute> route(unsigned char family, NetlinkBytes address);
+  [[nodiscard]] std::optional<bool> isRunning(const std::string& interface);
 
-  bool open();
-  [[nodiscard]] Reply ask(void* request);
-  [[nodiscard]] Reply receive(std::uint32_t sequence);
-
-  std::mutex m_mutex;
-  FileDescriptor m_socket;
-  std::uint32_t m_sequence = 0;
-  // A link with every optional attribute stays below; netlink messages are 4-aligned.
-  alignas(8) std::array<std::byte, 16384> m_buffer{};
+  NetlinkSocket m_socket{NETLINK_ROUTE};
 };
 
 } // namespace tidewell

@@ -56,7 +56,7 @@ std::optional<ToolCommand> commandOf(const ToolCall& call) {
   case Tool::ping:
     return pingCommand(call);
   case Tool::processTraffic:
-    return helperCommand("nettop", {"-P", "-L", "1", "-J", "bytes_in,bytes_out", "-x"},
+    return helperCommand("nettop", {},
                          trafficLimit, ChildPriority::utility);
   case Tool::lineTest:
     return helperCommand("networkQuality", {"-s", "-v"}, lineTestLimit, ChildPriority::normal);

@@ -1,21 +1,30 @@
-#include "helpers/nettop/BpfRoute.h"
+#include "helpers/nettop/Measurement.h"
 
 #include "helpers/nettop/BpfCalls.h"
-#include "helpers/nettop/ControlGroups.h"
 #include "helpers/nettop/Privileges.h"
-#include "helpers/nettop/ProcessNamespace.h"
-#include "helpers/nettop/Second.h"
 #include "helpers/nettop/TrafficTable.h"
-#include "helpers/nettop/TunnelDevices.h"
 #include "helpers/nettop/bpf/trafficPrograms.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <bit>
 #include <cerrno>
 #include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string_view>
 #include <system_error>
 
+#include <fcntl.h>
+#include <linux/ethtool.h>
+#include <linux/magic.h>
+#include <linux/sockios.h>
+#include <net/if.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 
 namespace tidewell::nettop {
 
@@ -23,11 +32,71 @@ namespace {
 
 constexpr std::size_t batchSize = 1024;
 
+// The inode of the first process namespace, which the kernel fixes (PROC_PID_INIT_INO).
+constexpr ino_t firstNamespace = 0xEFFFFFFC;
+
 Measurement failure(const char* what, int number = errno) {
   return {{}, std::string(what) + ": " + std::generic_category().message(number)};
 }
 
-/// The programs at work, until it is destroyed.
+/// Whether process numbers here are those of the kernel itself, so not in a container that numbers
+/// its own. True if the kernel does not say.
+bool isFirstProcessNamespace() {
+  struct stat status {};
+  return ::stat("/proc/self/ns/pid", &status) != 0 || status.st_ino == firstNamespace;
+}
+
+/// Opens the root of the control groups of version 2 at one of its usual mount points. Closed if
+/// there is none.
+FileDescriptor openControlGroups() {
+  // Alone, or beside version 1.
+  for (const char* const place : {"/sys/fs/cgroup", "/sys/fs/cgroup/unified"}) {
+    FileDescriptor directory(::open(place, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    struct statfs status {};
+    if (directory.isOpen() && ::fstatfs(directory.get(), &status) == 0 &&
+        status.f_type == CGROUP2_SUPER_MAGIC) {
+      return directory;
+    }
+  }
+  return {};
+}
+
+std::string_view text(const auto& field) {
+  return {std::begin(field), std::find(std::begin(field), std::end(field), '\0')};
+}
+
+/// Whether a program serves this interface through /dev/net/tun. Excludes those that carry Ethernet
+/// frames (tap), which belong to virtual machines.
+bool isTunnel(const FileDescriptor& socket, std::string_view name) {
+  ethtool_drvinfo driver{};
+  driver.cmd = ETHTOOL_GDRVINFO;
+  ifreq request{};
+  name.copy(request.ifr_name, IFNAMSIZ - 1);
+  request.ifr_data = std::bit_cast<char*>(&driver);
+  return ::ioctl(socket.get(), SIOCETHTOOL, &request) == 0 && text(driver.driver) == "tun" &&
+         text(driver.bus_info) == "tun";
+}
+
+/// Marks the tunnels of this network namespace, unless the kernel cannot identify namespaces
+/// (before 5.14).
+void markTunnels(Control& control) {
+  const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  socklen_t size = sizeof control.network;
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_NETNS_COOKIE, &control.network, &size) != 0) {
+    return;
+  }
+  const std::unique_ptr<struct if_nameindex, decltype(&::if_freenameindex)> names(
+      ::if_nameindex(), &::if_freenameindex);
+  for (const auto* one = names.get(); one != nullptr && one->if_name != nullptr; ++one) {
+    const std::uint32_t device = one->if_index;
+    if (device / 64 < deviceWords && isTunnel(socket, one->if_name)) {
+      control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);
+      control.hasTunnels = 1;
+    }
+  }
+}
+
+/// The attached programs, until it is destroyed.
 struct Hooks {
   FileDescriptor received;
   FileDescriptor sent;
@@ -46,21 +115,6 @@ Hooks attach(const TrafficPrograms& programs, const FileDescriptor& groups) {
   hooks.received = attachToGroup(programs.countReceived, groups, BPF_CGROUP_INET_INGRESS);
   hooks.sent = attachToGroup(programs.countSent, groups, BPF_CGROUP_INET_EGRESS);
   return hooks;
-}
-
-/// Leaves them unmarked where the kernel does not tell namespaces apart (before 5.14).
-void markTunnels(Control& control) {
-  const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  socklen_t size = sizeof control.network;
-  if (::getsockopt(socket.get(), SOL_SOCKET, SO_NETNS_COOKIE, &control.network, &size) != 0) {
-    return;
-  }
-  for (const std::uint32_t device : tunnelDevices()) {
-    if (device / 64 < deviceWords) {
-      control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);
-      control.hasTunnels = 1;
-    }
-  }
 }
 
 void enter(Control& control, Phase phase) { std::atomic_ref(control.phase).store(phase); }

@@ -1,4 +1,4 @@
-#include "helpers/nettop/TcpMovement.h"
+#include "helpers/nettop/TcpTraffic.h"
 
 #include <algorithm>
 #include <set>
@@ -8,7 +8,7 @@ namespace tidewell::nettop {
 
 namespace {
 
-/// What a counter moved; nothing where it has gone back.
+/// What a counter moved; 0 if it went back.
 std::uint64_t moved(std::uint64_t before, std::uint64_t after) {
   return after - std::min(before, after);
 }

@@ -1,6 +1,4 @@
-#include "helpers/nettop/DiagRows.h"
-
-#include "helpers/nettop/Visibility.h"
+#include "helpers/nettop/Rows.h"
 
 #include <gtest/gtest.h>
 

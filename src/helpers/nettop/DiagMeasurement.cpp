@@ -1,9 +1,7 @@
-#include "helpers/nettop/DiagRoute.h"
+#include "helpers/nettop/Measurement.h"
 
-#include "helpers/nettop/DiagRows.h"
-#include "helpers/nettop/Second.h"
-#include "helpers/nettop/SockDiagSocket.h"
-#include "helpers/nettop/TcpMovement.h"
+#include "helpers/nettop/Rows.h"
+#include "helpers/nettop/SockDiag.h"
 
 #include <unordered_set>
 
@@ -11,8 +9,10 @@ namespace tidewell::nettop {
 
 namespace {
 
+constexpr const char* noSockets = "the kernel tells nothing of TCP sockets";
+
 DeviceTraffic difference(const DeviceTraffic& before, const DeviceTraffic& after) {
-  // An interface that was made anew counts from zero.
+  // A recreated interface counts from zero.
   return {after.received > before.received ? after.received - before.received : 0,
           after.sent > before.sent ? after.sent - before.sent : 0};
 }
@@ -28,27 +28,27 @@ Holders holdersOf(const std::vector<TcpReading>& movement) {
 } // namespace
 
 Measurement measureWithDiag() {
-  SockDiagSocket sockets;
-  TcpEnds ends;
+  TcpSockets sockets;
+  const TcpEnds ends;
   TcpReadings before;
   TcpReadings after;
   TcpReadings ended;
   const auto devices = devicesToTheWorld();
-  if (!sockets.isOpen() || !sockets.ask(before)) {
-    return {{}, "the kernel tells nothing of TCP sockets"};
+  if (!sockets.addTo(before)) {
+    return {{}, noSockets};
   }
   const DeviceTraffic allBefore = readDeviceTraffic(devices);
-  ends.take(ended);
+  ends.addTo(ended);
   const Second second;
   for (int tenth = 1; tenth <= 10; ++tenth) {
     second.wait(tenth);
-    ends.take(ended);
+    ends.addTo(ended);
   }
   const DeviceTraffic allAfter = readDeviceTraffic(devices);
-  if (!sockets.ask(after)) {
-    return {{}, "the kernel tells nothing of TCP sockets"};
+  if (!sockets.addTo(after)) {
+    return {{}, noSockets};
   }
-  ends.take(ended);
+  ends.addTo(ended);
   const auto movement = tcpMovement(before, after, ended);
   return {
       diagRows(movement, holdersOf(movement), localUserNames(), difference(allBefore, allAfter)),

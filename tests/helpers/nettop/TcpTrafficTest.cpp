@@ -1,4 +1,4 @@
-#include "helpers/nettop/TcpMovement.h"
+#include "helpers/nettop/TcpTraffic.h"
 
 #include <gtest/gtest.h>
 
