@@ -3,7 +3,7 @@
 //
 //   delayRelay TUN_DEVICE FIFO        the FIFO takes lines: MILLISECONDS JITTER_MILLISECONDS
 
-#include "RealTime.h"
+#include "Tools.h"
 #include "base/NumberText.h"
 #include "platform/linux/loop/FileDescriptor.h"
 
