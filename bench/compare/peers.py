@@ -9,14 +9,12 @@ import apart
 import readings
 import sway
 import waybar
-import x11
 import xfce
+from tray import BARE
 
 _NO_DISPLAY = SimpleNamespace(start=lambda: None, close=lambda: None)
-_NO_PANEL = {"PROGRAMS": [], "PANEL": None, "configure": lambda _config_home: None}
-TERMINAL = SimpleNamespace(NAME="none", **_NO_PANEL, DISPLAY=SimpleNamespace(
-    Display=lambda *_: _NO_DISPLAY, SESSION_TYPE="tty"))
-_X = SimpleNamespace(**{**_NO_PANEL, "NAME": "openbox", "PROGRAMS": [["openbox"]], "DISPLAY": x11})
+TERMINAL = SimpleNamespace(**{**vars(BARE), "PROGRAMS": [], "DISPLAY": SimpleNamespace(
+    Display=lambda *_: _NO_DISPLAY, SESSION_TYPE="tty")})
 
 
 class _Sway(sway.Display):
@@ -112,11 +110,11 @@ PANELS = {
 }
 
 PEERS = {
-    "conky": Peer("conky-std", _X, "conky -c {}/conky", ("conky", _CONKY), parse=readings.conky),
-    "polybar": Peer("polybar", _X, "polybar -q -c {}/polybar top", ("polybar", _POLYBAR),
+    "conky": Peer("conky-std", BARE, "conky -c {}/conky", ("conky", _CONKY), parse=readings.conky),
+    "polybar": Peer("polybar", BARE, "polybar -q -c {}/polybar top", ("polybar", _POLYBAR),
                     parse=readings.polybar, ask="stdbuf -oL polybar -q -s -c {}/polybar top",
                     ask_seconds=14, skip=3),
-    "gkrellm": Peer("gkrellm", _X, "gkrellm", interval="10 a second, all its meters"),
+    "gkrellm": Peer("gkrellm", BARE, "gkrellm", interval="10 a second, all its meters"),
     "nethogs": Peer("nethogs", TERMINAL, "stdbuf -oL nethogs -t -C -d 1 eth0",
                     parse=readings.nethogs),
     "bwm-ng": Peer("bwm-ng", TERMINAL, "bwm-ng -o csv -t 1000 -u bytes -I eth0",
@@ -127,6 +125,6 @@ PEERS = {
                         " vnstat --config {}/vnstat -i eth0 -tr 3 --json; done'"),
     "btop": Peer("btop", TERMINAL, "btop --utf-force", ("btop/btop.conf", _BTOP),
                  interval="1 s, its network box alone", terminal=True),
-    "gnome-system-monitor": Peer("gnome-system-monitor", _X, "gnome-system-monitor --resources",
+    "gnome-system-monitor": Peer("gnome-system-monitor", BARE, "gnome-system-monitor --resources",
                                  interval="its own, all graphs of its page"),
 }

@@ -87,12 +87,7 @@ class Session:
             self.watch = None
 
     def prefer(self, **preferences):
-        """Replaces the preferences file at once, as an editor does."""
-        folder = self.folder / "config" / "tidewell"
-        folder.mkdir(exist_ok=True)
-        lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
-        (folder / "preferences.toml.new").write_text("".join(lines))
-        (folder / "preferences.toml.new").rename(folder / "preferences.toml")
+        write_preferences(self.folder / "config", **preferences)
 
     def start_resident(self, *wrapper):
         """Starts the resident, through a wrapping command if there is one."""
@@ -210,6 +205,15 @@ class Watch:
                 self.owners.append(True)
                 self.values.update({name: value["data"] for name, value in values.items()})
                 self._news.notify_all()
+
+
+def write_preferences(configuration, **preferences):
+    """Replaces the preferences file atomically, as an editor does."""
+    file = pathlib.Path(configuration) / "tidewell/preferences.toml"
+    file.parent.mkdir(exist_ok=True)
+    lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
+    file.with_suffix(".new").write_text("".join(lines))
+    file.with_suffix(".new").rename(file)
 
 
 def wait_until(condition, timeout, what):
