@@ -4,7 +4,6 @@
 #include "ui/mirror/ResidentMirror.h"
 #include "support/PrivateBus.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 #include "ui/components/ShownText.h"
 #include "ui/panel/GraphCurves.h"
 #include "ui/panel/GraphSummary.h"

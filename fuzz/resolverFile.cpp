@@ -4,7 +4,6 @@
 #include "platform/linux/network/ResolverFile.h"
 #include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 #include <algorithm>
 #include <array>
