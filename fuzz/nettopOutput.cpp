@@ -2,7 +2,6 @@
 // shared out rightly.
 
 #include "processes/NettopOutput.h"
-#include "support/NettopSums.h"
 #include "support/Require.h"
 
 #include <algorithm>

@@ -7,7 +7,6 @@
 #include "helpers/nettop/Rows.h"
 #include "processes/NettopOutput.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

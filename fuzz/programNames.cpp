@@ -6,7 +6,6 @@
 #include "helpers/nettop/SocketHolders.h"
 #include "helpers/nettop/TrafficTable.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 #include <algorithm>
 #include <cstring>

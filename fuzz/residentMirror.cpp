@@ -4,7 +4,6 @@
 #include "ui/mirror/ResidentMirror.h"
 #include "support/PrivateBus.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 #include "ui/charts/Curves.h"
 #include "ui/charts/ThroughputFigures.h"
 #include "ui/components/ShownText.h"

@@ -14,9 +14,7 @@
 #include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
-#include "support/NettopSums.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 

@@ -3,7 +3,6 @@
 
 #include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 #include <algorithm>
 #include <array>

@@ -5,7 +5,6 @@
 #include "helpers/nettop/Rows.h"
 #include "processes/NettopOutput.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using tidewell::fuzz::require;

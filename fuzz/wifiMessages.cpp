@@ -3,7 +3,6 @@
 
 #include "platform/linux/network/WifiName.h"
 #include "support/Require.h"
-#include "support/ShownText.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using tidewell::fuzz::require;

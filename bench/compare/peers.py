@@ -2,10 +2,27 @@
 
 import json
 from dataclasses import dataclass, field
+from types import SimpleNamespace
 from typing import Callable, Optional
 
-import desktops
+import apart
 import readings
+import sway
+import waybar
+import xfce
+from tray import BARE
+
+_NO_DISPLAY = SimpleNamespace(start=lambda: None, close=lambda: None)
+TERMINAL = SimpleNamespace(**{**vars(BARE), "PROGRAMS": [], "DISPLAY": SimpleNamespace(
+    Display=lambda *_: _NO_DISPLAY, SESSION_TYPE="tty")})
+
+
+class _Sway(sway.Display):
+    WRAPPER = apart.AS_USER
+
+
+_WAYBAR = SimpleNamespace(**{**vars(waybar), "DISPLAY": SimpleNamespace(
+    Display=_Sway, SESSION_TYPE=sway.SESSION_TYPE)})
 
 _CONKY = """conky.config = {
   update_interval = 1, out_to_x = true, out_to_console = true, own_window = true,
@@ -39,24 +56,23 @@ update_ms = 1000
 net_iface = "eth0"
 """
 
-DRAWN = "drawn only, not readable by a program"
-
 
 @dataclass(frozen=True)
 class Peer:
-    """`files` go into the configuration's folder, in whose place in the command stands "{}"."""
+    """In `command`, `ask` and a file's text "{}" and "{0}" are the folders of configuration and state."""
 
     package: str
     desktop: object
-    command: list
-    files: dict = field(default_factory=dict)
+    command: str
+    # Of the configuration: its name and text.
+    file: tuple = ()
     interval: str = "1 s"
     terminal: bool = False
-    # How to read what it printed, or what `ask`, run afterwards, prints.
+    # Reads what it printed, or what `ask`, run afterwards, prints.
     parse: Optional[Callable] = None
-    ask: Optional[list] = None
+    ask: str = ""
     ask_seconds: int = 30
-    # So many are no readings yet.
+    # The first readings, which do not count.
     skip: int = 0
 
 
@@ -64,13 +80,10 @@ def _netload(home, configure):
     """The session's panel, with the plugin at its right end."""
     configure(home)
     file = home / "xfce4/xfconf/xfce-perchannel-xml/xfce4-panel.xml"
-    text = file.read_text()
-    text = text.replace('<value type="int" value="4"/>',
-                        '<value type="int" value="4"/>\n        <value type="int" value="5"/>')
-    text = text.replace('    <property name="plugin-4"',
-                        '    <property name="plugin-5" type="string" value="netload"/>\n'
-                        '    <property name="plugin-4"')
-    file.write_text(text)
+    last, plugin = '<value type="int" value="4"/>', '    <property name="plugin-4"'
+    text = file.read_text().replace(last, f'{last}\n        {last.replace("4", "5")}')
+    file.write_text(text.replace(
+        plugin, f'    <property name="plugin-5" type="string" value="netload"/>\n{plugin}'))
     (home / "xfce4/panel").mkdir(parents=True)
     (home / "xfce4/panel/netload-5.rc").write_text(
         "Use_Label=false\nShow_Values=true\nShow_Bars=true\nNetwork_Device=eth0\n"
@@ -88,33 +101,30 @@ def _waybar_network(home, configure):
     file.write_text(json.dumps(configuration))
 
 
-# Panels: which desktop, and what is put into it.
+# The package, the desktop, and what is put into its panel.
 PANELS = {
-    "Xfce panel": ("xfce4-panel", desktops.XFCE, None),
-    "Xfce panel with netload": ("xfce4-netload-plugin", desktops.XFCE, _netload),
-    "Waybar": ("waybar", desktops.WAYBAR, None),
-    "Waybar with its network module": ("waybar", desktops.WAYBAR, _waybar_network),
+    "Xfce panel": ("xfce4-panel", xfce, None),
+    "Xfce panel with netload": ("xfce4-netload-plugin", xfce, _netload),
+    "Waybar": ("waybar", _WAYBAR, None),
+    "Waybar with its network module": ("waybar", _WAYBAR, _waybar_network),
 }
 
 PEERS = {
-    "conky": Peer("conky-std", desktops.X, ["conky", "-c", "{}/conky"], {"conky": _CONKY},
-                  parse=readings.conky),
-    "polybar": Peer("polybar", desktops.X, ["polybar", "-q", "-c", "{}/polybar", "top"],
-                    {"polybar": _POLYBAR}, parse=readings.polybar, ask_seconds=14, skip=3,
-                    ask=["stdbuf", "-oL", "polybar", "-q", "-s", "-c", "{}/polybar", "top"]),
-    "gkrellm": Peer("gkrellm", desktops.X, ["gkrellm"], interval="10 a second, all its meters"),
-    "nethogs": Peer("nethogs", desktops.TERMINAL, ["stdbuf", "-oL", "nethogs", "-t", "-C", "-d", "1",
-                                                "eth0"], parse=readings.nethogs),
-    "bwm-ng": Peer("bwm-ng", desktops.TERMINAL, ["bwm-ng", "-o", "csv", "-t", "1000", "-u", "bytes",
-                                              "-I", "eth0"], parse=readings.bwm_ng),
-    "vnstatd": Peer("vnstat", desktops.TERMINAL, ["vnstatd", "-n", "--config", "{}/vnstat"],
-                    {"vnstat": _VNSTAT}, interval="20 s, to its database",
-                    parse=readings.vnstat,
-                    ask=["sh", "-c", "for i in 1 2 3; do vnstat --config $0 -i eth0 -tr 3 --json;"
-                         " done", "{}/vnstat"]),
-    "btop": Peer("btop", desktops.TERMINAL, ["btop", "--utf-force"], {"btop/btop.conf": _BTOP},
+    "conky": Peer("conky-std", BARE, "conky -c {}/conky", ("conky", _CONKY), parse=readings.conky),
+    "polybar": Peer("polybar", BARE, "polybar -q -c {}/polybar top", ("polybar", _POLYBAR),
+                    parse=readings.polybar, ask="stdbuf -oL polybar -q -s -c {}/polybar top",
+                    ask_seconds=14, skip=3),
+    "gkrellm": Peer("gkrellm", BARE, "gkrellm", interval="10 a second, all its meters"),
+    "nethogs": Peer("nethogs", TERMINAL, "stdbuf -oL nethogs -t -C -d 1 eth0",
+                    parse=readings.nethogs),
+    "bwm-ng": Peer("bwm-ng", TERMINAL, "bwm-ng -o csv -t 1000 -u bytes -I eth0",
+                   parse=readings.bwm_ng),
+    "vnstatd": Peer("vnstat", TERMINAL, "vnstatd -n --config {}/vnstat", ("vnstat", _VNSTAT),
+                    interval="20 s, to its database", parse=readings.vnstat,
+                    ask="sh -c 'for i in 1 2 3; do"
+                        " vnstat --config {}/vnstat -i eth0 -tr 3 --json; done'"),
+    "btop": Peer("btop", TERMINAL, "btop --utf-force", ("btop/btop.conf", _BTOP),
                  interval="1 s, its network box alone", terminal=True),
-    "gnome-system-monitor": Peer("gnome-system-monitor", desktops.X,
-                                 ["gnome-system-monitor", "--resources"],
+    "gnome-system-monitor": Peer("gnome-system-monitor", BARE, "gnome-system-monitor --resources",
                                  interval="its own, all graphs of its page"),
 }

@@ -1,128 +1,101 @@
 """Where programs are measured: a shaped link with known traffic, and a desktop."""
 
+import contextlib
 import os
-import signal
+import pathlib
 import time
 from types import SimpleNamespace
 
+import meter
 from harness import world
 from session import Session
 
-import meter
-
-# Mbit/s down and up, of which the traffic takes a half: nothing waits and nothing is lost.
+# Mbit/s down and up. The traffic takes half of it, so nothing is queued and nothing is lost.
 LINK = (20, 6)
-# Bytes a second, Ethernet header included. Deliberately not round.
+# Bytes a second, Ethernet headers included. Deliberately not round.
 DOWN, UP = 1_234_000, 345_000
 FRAME = 1000
-# While costs are measured, so much more comes down in every other second: what is shown changes.
+# While costs are measured, so much more comes down in every other second: the shown text changes.
 WAVE = 555_000
 _WAVES = 'while :; do "$0" "$@" >/dev/null; sleep 1; done'
-# Until those have left the averages of the last seconds that some show.
+# Seconds until the waves have left the averages that some programs show.
 CALM = 7
-
-# Else the first of GTK's programs on a screen, whichever it is, loads a graphics driver of 9 MB to
-# look at the screen for all of them.
-_VARIABLES = {"GDK_GL": "disable"}
+# What the counters may differ from the sender: they are read some milliseconds late.
+LEEWAY = 0.01
 
 SETTLE = 12
 WINDOWS = 4
 
 
 class Stage:
-    """One program's turn: the link's traffic flows, the desktop stands, groups count."""
+    """A `with` block for one program: traffic flows, the desktop stands, groups count."""
 
     def __init__(self, this_world, desktop, configure=None):
         self.world = this_world
-        self._groups = {}
-        self._senders = []
         self._desktop = SimpleNamespace(**vars(desktop))
         if configure:
             self._desktop.configure = lambda home: configure(home, desktop.configure)
-        if desktop.PANEL:
-            self._desktop.PANEL = self.command("panel", desktop.PANEL)
-        self._session = Session(self._desktop, **_VARIABLES)
 
     def __enter__(self):
-        try:
-            self._session.__enter__()
-        except BaseException:  # it has cleared away what is its own
-            self._clear()
-            raise
-        self.environment, self.folder = self._session.environment, self._session.directory
-        try:
-            self._start_traffic()
-        except BaseException:
-            self.__exit__()
-            raise
+        with contextlib.ExitStack() as stack:
+            self._groups = {name: stack.enter_context(meter.Group(name))
+                            for name in ["program", *(["panel"] if self._desktop.PANEL else [])]}
+            if self._desktop.PANEL:
+                self._desktop.PANEL = self._command("panel", self._desktop.PANEL)
+            # The first GTK program on a screen would load a graphics driver of 9 MB for all of them.
+            self._session = stack.enter_context(Session(self._desktop, GDK_GL="disable"))
+            self.environment, self.folder = self._session.environment, self._session.directory
+            self.config = pathlib.Path(self.environment["XDG_CONFIG_HOME"])
+            for where, rate in (("net", DOWN), ("user", UP)):
+                stack.callback(self.world.sender(where, rate, frame=FRAME).stop)
+            self._waves = self._session.start(self.world.command(
+                "net", "sh", "-c", _WAVES, world.tool("sender"), world.USER, world.DISCARD, WAVE, 1,
+                FRAME))
+            self._clean = stack.pop_all()
         return self
 
     def __exit__(self, *_):
-        for sender in self._senders:
-            sender.stop()
-        self._session.__exit__(None, None, None)
-        self._clear()
+        self._clean.close()
 
-    def _start_traffic(self):
-        self._senders = [self.world.sender("net", DOWN, frame=FRAME),
-                         self.world.sender("user", UP, frame=FRAME)]
-        self._waves = self._session.start(self.world.command(
-            "net", "sh", "-c", _WAVES, world.tool("sender"), world.USER, world.DISCARD, WAVE, 1,
-            FRAME))
+    def _command(self, group, command):
+        return self._groups[group].command(self.world.command("user", *command))
 
-    def _clear(self):
-        for group in self._groups.values():
-            group.close()
-        signal.signal(signal.SIGTERM, signal.default_int_handler)
-
-    def command(self, name, command):
-        """The command line that runs a command on the user's machine, in a group of that name."""
-        if name not in self._groups:
-            self._groups[name] = meter.Group(name)
-        return self._groups[name].command(self.world.command("user", *command))
-
-    def start(self, name, command, **options):
-        return self._session.start(self.command(name, command), **options)
+    def start(self, command, **options):
+        """Starts the measured program."""
+        return self._session.start(self._command("program", command), **options)
 
     def run(self, command, seconds=60):
-        """What a command of the session prints; it is in no group."""
-        return self._session.output(["timeout", str(seconds), *self.world.command("user", *command)])
+        """What a command of the session prints before it ends or is ended. It is in no group."""
+        wrapped = ["sh", "-c", 'timeout "$@" 2>/dev/null; true', "sh", str(seconds)]
+        return self._session.output(self.world.command("user", *wrapped, *command)) or ""
 
-    def messages(self):
-        return self._session.log.read_text(errors="replace")
+    def write(self, name, text):
+        """Writes a file of the user's configuration."""
+        (self.config / name).parent.mkdir(parents=True, exist_ok=True)
+        (self.config / name).write_text(text.replace("{0}", str(self.folder)))
 
-    def calm(self):
-        """From here on the rates are constant."""
-        self._session.children.end(self._waves)
-        time.sleep(CALM)
-
-    def truth(self):
-        """Now, and the counters of the user's interface."""
-        return (time.monotonic(), *self.world.counters())
-
-    def measure(self, seconds):
+    def watch(self, seconds):
         """Figures of each group over so many seconds."""
         living = {name: group.pids() for name, group in self._groups.items()}
-        figures = {name: [] for name in self._groups}
-        readings = {name: group.read() for name, group in self._groups.items()}
+        readings = {name: [group.read()] for name, group in self._groups.items()}
         for _ in range(WINDOWS):
             time.sleep(seconds / WINDOWS)
-            after = {name: group.read() for name, group in self._groups.items()}
-            for name in self._groups:
-                figures[name].append(meter.window(readings[name], after[name]))
-            readings = after
-        result = {}
-        for name, group in self._groups.items():
-            pss, private = group.memory(living[name])
-            result[name] = {"windows": figures[name], "pss": pss, "private": private,
-                            "processes": len(set(living[name]) & set(group.pids()))}
+            for name, group in self._groups.items():
+                readings[name].append(group.read())
+        return {name: meter.figures(readings[name], group.memory(living[name]))
+                for name, group in self._groups.items()}
+
+    def constant(self, look):
+        """What the function returns while the rates are constant, as the link's counters confirm."""
+        self._session.children.end(self._waves)
+        time.sleep(CALM)
+        before, began = self.world.counters(), time.monotonic()
+        result = look()
+        after, seconds = self.world.counters(), time.monotonic() - began
+        for had, has, rate in zip(before, after, (DOWN, UP)):
+            if abs((has - had) / seconds - rate) > LEEWAY * rate:
+                raise RuntimeError(f"the link carried {(has - had) / seconds}, not {rate}")
         return result
-
-
-def link(before, after):
-    """Bytes a second down and up between two readings of the counters."""
-    seconds = after[0] - before[0]
-    return [(after[column] - before[column]) / seconds for column in (1, 2)]
 
 
 def make_world(name="programs"):

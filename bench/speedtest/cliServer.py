@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Answers speedtest-cli as its servers do, as far as it asks. Runs in the world's net."""
+"""Answers what speedtest-cli asks its servers."""
 
 import http.server
 import re
@@ -26,7 +26,7 @@ SERVERS = f"""<?xml version="1.0" encoding="UTF-8"?>
 </servers></settings>
 """.encode()
 
-# A picture of that many pixels in a square has about two bytes for each.
+# A square picture of so many pixels a side, of about two bytes each.
 PICTURE = re.compile(r"/random(\d+)x\d+\.jpg$")
 PIECE = bytes(65536)
 
@@ -70,14 +70,14 @@ class Answers(http.server.BaseHTTPRequestHandler):
             for offset in range(0, size, len(PIECE)):
                 self.wfile.write(PIECE[:size - offset])
         except OSError:
-            pass  # it has measured for long enough
+            pass  # it has measured long enough
 
     def log_message(self, *_):
         pass
 
 
 class Server(socketserver.ThreadingTCPServer):
-    # Not the HTTP library's own, which looks its name up before it listens.
+    # The HTTP library's own server looks up its name before it listens.
     allow_reuse_address = daemon_threads = True
 
 

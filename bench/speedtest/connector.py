@@ -1,4 +1,4 @@
-"""Opens connections at a steady pace and prints how long each took in milliseconds, as JSON.
+"""Opens connections at a steady pace; prints as JSON how many milliseconds each took.
 
     connector.py ADDRESS PORT PER_SECOND SECONDS
 """
@@ -19,10 +19,9 @@ def connect():
         times.append((time.perf_counter() - begin) * 1e3)
 
 
-threads = []
-for number in range(int(per_second * seconds)):
-    threads.append(threading.Thread(target=connect))
-    threads[-1].start()
+threads = [threading.Thread(target=connect) for _ in range(int(per_second * seconds))]
+for thread in threads:
+    thread.start()
     time.sleep(1 / per_second)
 for thread in threads:
     thread.join()

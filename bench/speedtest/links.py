@@ -1,5 +1,6 @@
 """The links that are measured, and how one is."""
 
+import contextlib
 import json
 import os
 import pathlib
@@ -15,14 +16,15 @@ HERE = pathlib.Path(__file__).resolve().parent
 CONNECTOR = str(HERE / "connector.py")
 CLI_SERVER = str(HERE / "cliServer.py")
 RUNS = 3
-# Of iperf3. What TCP holds back until a lost packet has come again, and what waits in the buffer,
-# falls on one side of its ends or the other: up to half a second's worth.
+SERVER_IS_UP = 0.5
+# Of iperf3. Up to half a second's worth of data, held back for a lost packet or waiting in the buffer,
+# falls inside or outside of this span.
 SECONDS = 16
 SECONDS_ON_SLOW_LINKS = 40
-WARM_UP = 4  # and longer the deeper the queue is that has to fill
+WARM_UP = 4  # longer for a deep queue, which has to fill
 WARM_UP_PER_SECOND_OF_QUEUE = 20
 PROBES_PER_SECOND = 10
-PROBES_ON_SLOW_LINKS = 3  # not to take a share of the link that counts
+PROBES_ON_SLOW_LINKS = 3  # so that they take no noticeable share of the link
 SLOW = 5  # Mbit/s
 
 
@@ -50,38 +52,32 @@ def trimmed_mean(values):
     return sum(kept) / len(kept)
 
 
-def run_helper(world, server):
-    """One run: what it printed, and what it took."""
-    begin = time.monotonic()
-    process = world.start("user", quality.HELPER, "-s", "-v", env=server.environment(),
-                          stdout=subprocess.PIPE, text=True)
+def finish(world, *command, **options):
+    """(what a command on the user's machine printed, what it took)."""
+    began = time.monotonic()
+    process = world.start("user", *command, stdout=subprocess.PIPE, text=True, **options)
+    with process.stdout as output:
+        text = output.read()
     _, status, usage = os.wait4(process.pid, 0)
-    text = process.stdout.read()
-    process.stdout.close()
     process.returncode = os.waitstatus_to_exitcode(status)
-    wall = time.monotonic() - begin
+    return text, {"wall": time.monotonic() - began, "cpu": usage.ru_utime + usage.ru_stime,
+                  "rss": usage.ru_maxrss / 1024}
 
-    def number(pattern):
-        found = re.search(pattern, text)
-        return float(found[1]) if found else None
 
-    return {
-        "down": number(r"Downlink capacity: ([\d.]+)"), "up": number(r"Uplink capacity: ([\d.]+)"),
-        "rpm": number(r"\((\d+) RPM\)"), "wall": wall, "cpu": usage.ru_utime + usage.ru_stime,
-        "rss": usage.ru_maxrss / 1024,
-        "downFlows": number(r"Download: (\d+)"), "upFlows": number(r"Upload: (\d+)"),
-        "details": [line for line in text.splitlines() if " ms: " in line],
-    }
+def run_helper(world, server):
+    text, took = finish(world, quality.HELPER, "-s", "-v", env=server.environment())
+    patterns = {"down": r"Downlink capacity: ([\d.]+)", "up": r"Uplink capacity: ([\d.]+)",
+                "rpm": r"\((\d+) RPM\)", "downFlows": r"Download: (\d+)", "upFlows": r"Upload: (\d+)"}
+    return {**{key: float(re.search(pattern, text)[1]) for key, pattern in patterns.items()}, **took}
 
 
 def load_by_iperf(world, link, flows, rate, *options):
-    """Megabits per second that iperf3 gets through, and meanwhile the round trip of connections
-    that somebody else opens, in milliseconds."""
+    """Megabits per second of iperf3, and the milliseconds that another program's connections take to
+    open meanwhile."""
     seconds = SECONDS if rate > SLOW else SECONDS_ON_SLOW_LINKS
     warm_up = WARM_UP + link.buffer * WARM_UP_PER_SECOND_OF_QUEUE // 1000
     server = world.start("net", "iperf3", "-s", "-1", "-B", "1.1.1.1", stdout=subprocess.DEVNULL)
-    server_is_up = 0.3
-    time.sleep(server_is_up)
+    time.sleep(SERVER_IS_UP)
     client = world.start("user", "iperf3", "-c", "1.1.1.1", "-P", flows, "-t", seconds,
                          "-O", warm_up, "-J", *options, stdout=subprocess.PIPE, text=True)
     time.sleep(warm_up)
@@ -100,51 +96,39 @@ def run_cli(world):
     hosts.write_text(f"127.0.0.1 localhost\n{quality.ADDRESS} www.speedtest.net c.speedtest.net\n")
     server = world.start("net", "python3", CLI_SERVER, quality.ADDRESS)
     try:
-        time.sleep(0.5)
-        begin = time.monotonic()
-        process = world.start("user", "speedtest-cli", "--json", stdout=subprocess.PIPE, text=True)
-        text = process.stdout.read()
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
-        wall = time.monotonic() - begin
+        time.sleep(SERVER_IS_UP)
+        text, took = finish(world, "speedtest-cli", "--json")
     finally:
         server.kill()
         server.wait()
     report = json.loads(text)
-    return {"down": report["download"] / 1e6, "up": report["upload"] / 1e6, "wall": wall,
-            "cpu": usage.ru_utime + usage.ru_stime, "rss": usage.ru_maxrss / 1024}
+    return {"down": report["download"] / 1e6, "up": report["upload"] / 1e6, **took}
+
+
+@contextlib.contextmanager
+def shaped(link):
+    """A world with such a link, and a server in it."""
+    world = World()
+    try:
+        world.do("rate", link.down, link.up, link.buffer)
+        if link.delay:
+            world.do("delay", link.delay)
+        with contextlib.closing(quality.QualityServer(world)) as server:
+            yield world, server
+    finally:
+        world.down()
 
 
 def measure_cli(link):
-    """The helper and speedtest-cli on one link, one after the other."""
-    world = World()
-    try:
-        world.do("rate", link.down, link.up, link.buffer)
-        if link.delay:
-            world.do("delay", link.delay)
-        server = quality.QualityServer(world)
-        try:
-            helper = run_helper(world, server)
-        finally:
-            server.close()
-        return {"helper": helper, "cli": run_cli(world)}
-    finally:
-        world.down()
+    """The helper and speedtest-cli, one after the other."""
+    with shaped(link) as (world, server):
+        return {"helper": run_helper(world, server), "cli": run_cli(world)}
 
 
 def measure(link):
-    world = World()
-    try:
-        world.do("rate", link.down, link.up, link.buffer)
-        if link.delay:
-            world.do("delay", link.delay)
-        server = quality.QualityServer(world)
-        try:
-            runs = [run_helper(world, server) for _ in range(RUNS)]
-            down = load_by_iperf(world, link, int(runs[-1]["downFlows"]), link.down, "-R")
-            up = load_by_iperf(world, link, int(runs[-1]["upFlows"]), link.up)
-            return {"runs": runs, "iperfDown": down, "iperfUp": up}
-        finally:
-            server.close()
-    finally:
-        world.down()
+    """The helper and iperf3, one after the other."""
+    with shaped(link) as (world, server):
+        runs = [run_helper(world, server) for _ in range(RUNS)]
+        return {"runs": runs,
+                "iperfDown": load_by_iperf(world, link, int(runs[-1]["downFlows"]), link.down, "-R"),
+                "iperfUp": load_by_iperf(world, link, int(runs[-1]["upFlows"]), link.up)}

@@ -1,23 +1,13 @@
-"""The document made of what was measured."""
+"""The generated blocks of docs/speedtest.md, made of the results."""
 
 import links
+import report
 
-# nghttpd keeps up to this much of a connection's data in front of every reply.
+# nghttpd buffers up to this much for each connection, which delays every reply on it.
 SERVER_BUFFER = 65_536
-
-HEAD = """# The speed test, measured
-
-Made by `bench/speedtest/measure`: each link in a world of network namespaces, shaped by a token
-bucket, TCP cubic, three runs of the helper (release build) against `nghttpd`, then `iperf3` with as
-many flows in either direction. On one machine of two cores that also runs the server, and, for the
-added delay, a relay in user space.
-
-"""
 
 COLUMNS = ["link (Mbit/s, buffer, added delay)", "iperf3 down / up", "down", "off", "up", "off",
            "RPM", "spread", "from round trips", "off", "wall", "CPU", "memory"]
-
-
 CLI_COLUMNS = ["link", "helper: down / up", "wall", "CPU", "memory",
                "speedtest-cli: down / up", "wall", "CPU", "memory"]
 
@@ -34,7 +24,7 @@ def worst_off(values, truth):
 
 
 def expected(result):
-    """Round trips per minute of the worse direction, as the independent round trips have it."""
+    """Round trips per minute in the worse direction, from the independent round trips."""
     def of(loaded, flows, in_buffer):
         wait = flows * in_buffer * 8 / (loaded["mbps"] * 1e3)
         return (60_000 / loaded["roundTrip"] + 60_000 / (loaded["roundTrip"] + wait)) / 2
@@ -43,7 +33,7 @@ def expected(result):
                of(result["iperfUp"], last["upFlows"], 0))
 
 
-def row(link, result):
+def link_row(link, result):
     runs = result["runs"]
     down, up, rpm = ([run[key] for run in runs] for key in ("down", "up", "rpm"))
     iperf_down, iperf_up = result["iperfDown"]["mbps"], result["iperfUp"]["mbps"]
@@ -70,46 +60,9 @@ def cli_row(link, result):
             *half(result["helper"]), *half(result["cli"])]
 
 
-def cli_table(results):
-    measured = [link for link in links.LINKS if f"cli {link.name}" in results]
-    if not measured:
-        return ""
-    lines = ["", "Beside speedtest-cli 2.1.3 against a server of ours that answers like its own (one run",
-             "each, one after the other; it measures no responsiveness, and over plain HTTP):", "",
-             "| " + " | ".join(CLI_COLUMNS) + " |", "|" + "---|" * len(CLI_COLUMNS)]
-    lines += ["| " + " | ".join(cli_row(link, results[f"cli {link.name}"])) + " |"
-              for link in measured]
-    return "\n".join(lines) + "\n"
-
-
-def text(results):
-    lines = ["| " + " | ".join(COLUMNS) + " |", "|" + "---|" * len(COLUMNS)]
-    for link in links.LINKS:
-        if link.name in results:
-            lines.append("| " + " | ".join(row(link, results[link.name])) + " |")
-    return HEAD + "\n".join(lines) + "\n" + cli_table(results) + TAIL
-
-
-TAIL = """
-- **off**: the worst of three runs against iperf3. Both count what TCP delivers; the helper counts the
-  bytes of its probes, too, because the line carried them.
-- **spread**: between the largest and the smallest of three, in percent of their mean. The queue itself
-  sways, by a third where it is deep: of nine runs at 100/20, 200 ms, 20 ms one met it fuller than the
-  others (a TCP handshake of 211 ms instead of 189) and told 240 RPM.
-- **from round trips**: what the responsiveness would have to be by a measurement that knows nothing of
-  HTTP. While iperf3 loads the link, another program opens connections; the mean of their fastest 95 %
-  is the loaded round trip T, which is what a packet meets on the way. A request on a new connection
-  takes T for each of its steps. A request on a loading connection also waits behind what the server
-  has taken out of the file and not yet sent: `nghttpd` keeps 64 KiB for each connection, so there the
-  wait W is flows x 64 KiB / rate for downloads; the helper keeps its own buffer near zero, so for
-  uploads W is 0. By the draft's rule that makes (60000 / T + 60000 / (T + W)) / 2 round trips per
-  minute, of which the worse direction counts.
-- **wall, CPU, memory**: the worst of three runs. The machine's two processors are threads of one core: the
-  relay of an added delay takes from what the other one can do.
-
-Over the loopback interface, with the server on the same two cores, the helper's one thread took 7.6
-Gbit/s down at 0.10 s of processor time a gigabit, probes included; the server was the limit.
-
-On a machine that is starved of processor time (a load of twelve on two cores) uploads came out up to
-22 percent too low, because what waits in the helper's sockets is kept small for the sake of the probes.
-"""
+def blocks(results):
+    """{name: text} of what was measured."""
+    return {name: report.table(columns, [
+        row(link, results[prefix + link.name]) for link in links.LINKS if prefix + link.name in results])
+        for name, columns, row, prefix in (("links", COLUMNS, link_row, ""),
+                                           ("beside", CLI_COLUMNS, cli_row, "cli "))}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Utf8.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -10,7 +12,7 @@
 
 namespace tidewell::fuzz {
 
-/// Ends the run, which the fuzzer takes for a finding, unless the condition holds.
+/// Aborts unless the condition holds, which the fuzzer reports.
 inline void require(bool condition, int line = __builtin_LINE(),
                     const char* file = __builtin_FILE()) {
   if (!condition) {
@@ -24,10 +26,38 @@ inline std::string_view textOf(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-/// The input in memory of exactly its size, aligned as what the kernel's messages are read into.
+/// The input in memory of exactly its size, aligned like a buffer for the kernel's messages.
 inline std::vector<std::byte> messagesOf(const std::uint8_t* data, std::size_t size) {
   const auto bytes = std::as_bytes(std::span(data, size));
   return {bytes.begin(), bytes.end()};
+}
+
+/// Requires that a text may go into a label: UTF-8 without control characters, line breaks and
+/// changes of the writing direction. Does not use displayText, which it checks.
+inline void requireShowable(std::string_view text) {
+  require(isUtf8(text));
+  while (!text.empty()) {
+    const auto character = firstCharacter(text);
+    require(character.has_value());
+    const std::uint32_t point = character->codePoint;
+    require(point >= 0x20 && (point < 0x7F || point > 0x9F));
+    require(point != 0x61C && point != 0x200E && point != 0x200F);
+    require((point < 0x2028 || point > 0x202E) && (point < 0x2066 || point > 0x2069));
+    text.remove_prefix(character->size);
+  }
+}
+
+/// Whether sums over a text of the per-process tool may overflow. That ends the program on purpose;
+/// the helper never writes such numbers.
+inline bool maySumOverflow(std::string_view text) {
+  std::size_t digits = 0;
+  for (const char character : text) {
+    digits = character >= '0' && character <= '9' ? digits + 1 : 0;
+    if (digits > 15) {
+      return true;
+    }
+  }
+  return false;
 }
 
 } // namespace tidewell::fuzz

@@ -19,6 +19,7 @@ AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
 
 # What flows meanwhile, in bytes per second down and up, so that there is something to see.
 TRAFFIC = {"net": 1_530_000, "user": 124_000}
+FRAME = 1400
 
 
 def main(programs, as_user=False, traffic=True):
@@ -46,7 +47,7 @@ def _allows_another_number():
 def send(children, traffic):
     """Starts traffic, given in bytes per second by where it comes from: "net" or "user"."""
     inside = [world.SCRIPT, "exec", os.environ[INSIDE]]
-    return [children.start([*inside, where, *_sender(where, rate)], dict(os.environ))
+    return [children.start([*inside, where, *world.sender(where, rate, frame=FRAME)], dict(os.environ))
             for where, rate in traffic.items()]
 
 
@@ -55,18 +56,12 @@ def do(*verb):
     world.World(os.environ[INSIDE]).do(*verb)
 
 
-def _sender(where, rate):
-    towards = world.USER if where == "net" else world.PROBED
-    return [world.tool("sender"), towards, world.DISCARD, str(rate), "86400", "1400"]
-
-
 def _run_inside(wrapper, traffic):
     place = world.World()
     senders = []
     try:
         place.do("delay", 14)
-        senders = [place.start(where, *_sender(where, rate), stdout=subprocess.DEVNULL)
-                   for where, rate in traffic.items()]
+        senders = [place.sender(where, rate, 86400, frame=FRAME) for where, rate in traffic.items()]
         command = [*wrapper, sys.executable, *sys.argv]
         environment = dict(os.environ, **{INSIDE: place.name})
         tests = subprocess.Popen(place.command("user", *command), env=environment)
@@ -75,6 +70,5 @@ def _run_inside(wrapper, traffic):
         return tests.wait()
     finally:
         for sender in senders:
-            sender.terminate()
-            sender.wait()
+            sender.stop()
         place.down()

@@ -3,7 +3,6 @@
 from pathlib import Path
 
 import bus
-import settings
 import x11
 from children import wait_until
 
@@ -39,7 +38,7 @@ color-shading-type='solid'
 
 def configure(config_home: Path):
     """Writes the shell's settings."""
-    settings.write(config_home, _SETTINGS)
+    x11.write_gtk_settings(config_home, _SETTINGS)
 
 
 def arrive(session):

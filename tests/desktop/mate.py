@@ -2,7 +2,6 @@
 
 from pathlib import Path
 
-import settings
 import x11
 
 NAME = "MATE"
@@ -41,4 +40,4 @@ locked=true
 
 def configure(config_home: Path):
     """Writes the panel's configuration."""
-    settings.write(config_home, _SETTINGS)
+    x11.write_gtk_settings(config_home, _SETTINGS)

@@ -6,12 +6,10 @@
 To be run in a test world, by scripts/takePictures.
 """
 
-import json
 import os
 import sys
 import time
 import unittest
-from pathlib import Path
 
 import apart  # noqa: F401, finds the test world
 import bus
@@ -23,6 +21,7 @@ import test_waybar
 import test_xfce
 from children import wait_until
 from harness import world
+from harness.session import write_preferences
 
 CASES = {"xfce": test_xfce.Xfce, "mate": test_mate.Mate, "lxqt": test_lxqt.Lxqt,
          "gnome": test_gnome.Gnome, "waybar": test_waybar.Waybar}
@@ -34,11 +33,7 @@ class Pictures:
     """To be inherited before a desktop's tests, which know how things are done there."""
 
     def setUp(self):
-        folder = Path(self.session.environment["XDG_CONFIG_HOME"]) / "tidewell"
-        folder.mkdir(exist_ok=True)
-        lines = [f"{key} = {json.dumps(value)}\n"
-                 for key, value in documentPicture.PREFERENCES.items()]
-        (folder / "preferences.toml").write_text("".join(lines))
+        write_preferences(self.session.environment["XDG_CONFIG_HOME"], **documentPicture.PREFERENCES)
         super().setUp()
 
     def runTest(self):

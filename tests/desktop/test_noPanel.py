@@ -6,7 +6,6 @@ import time
 import unittest
 
 import apart
-import bare
 import picture
 import tray
 from children import wait_until
@@ -22,7 +21,7 @@ REST = (640, 700)
 class NoPanel(unittest.TestCase):
     def test_the_item_shows_itself_and_a_click_on_it_opens_the_panel(self):
         sessions = []
-        for desktop in (bare, tray):
+        for desktop in (tray.BARE, tray):
             session = Session(desktop).__enter__()
             self.addCleanup(session.__exit__)
             session.display.move(*REST)
@@ -57,4 +56,4 @@ class NoPanel(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    apart.main([*bare.DISPLAY.PROGRAMS, "openbox", "tint2"])
+    apart.main([*tray.DISPLAY.PROGRAMS, "openbox", "tint2"])

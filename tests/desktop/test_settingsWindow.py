@@ -7,13 +7,13 @@ import apart
 import xfce
 from children import wait_until
 from harness.session import Watch
-from windowCase import SETTINGS, WindowCase
+from windowCase import SETTINGS, TOGGLE, WindowCase
 
-TOGGLE, CHOICE = "check box", "combo box"
+CHOICE = "combo box"
 INTERVAL, TRACKING, LOGIN = "Refresh Interval", "Track Per-Process", "Launch at Login"
 
-# Of the helper that looks who uses the network, in seconds: when it first does after it was told to,
-# with what a busy machine adds.
+# Seconds until the helper that lists programs first runs after tracking is switched on, and what a
+# busy machine adds.
 FIRST_LOOK = 2.0
 SLACK = 1.5
 
@@ -28,16 +28,12 @@ class Settings(WindowCase):
         self.open(SETTINGS)
 
     def chosen(self, title):
-        """What a list shows; without a choice it bears its title."""
+        """What a list shows. Without a choice its name is its title."""
         name = self.reader.find(CHOICE, title)["name"]
         return None if name == title else name
 
     def is_on(self, title):
         return self.reader.find(TOGGLE, title)["checked"]
-
-    def turn(self, title, key, value):
-        self.reader.press(TOGGLE, title)
-        wait_until(lambda: self.preferred(f"{key} = {value}"), 5, f"{key} = {value}")
 
     def looks(self, seconds):
         """Whether the helper runs at any time from now on."""

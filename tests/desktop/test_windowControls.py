@@ -6,21 +6,36 @@ import re
 import apart
 import xfce
 from children import wait_until
-from windowCase import DETAIL, SETTINGS, WindowCase
+from windowCase import DETAIL, SETTINGS, TOGGLE, WindowCase
 
-TOGGLE, CHOICE, ENTRY, TAB, BAR = "check box", "combo box", "radio button", "page tab", "scroll bar"
+CHOICE, ENTRY, TAB, BAR = "combo box", "radio button", "page tab", "scroll bar"
 
-# What a user can do something with, besides the sections, the tabs and the bar that scrolls.
+# The controls of each section of the settings besides the sections themselves and the scroll bar. For
+# each the stored key and the value after a change, for lists also the entry after the default one
+# and all entries.
 SECTIONS = {
-    "General": [(TOGGLE, "Launch at Login"), (TOGGLE, "Check for Updates"),
-                (CHOICE, "Refresh Interval"), (CHOICE, "Monitor Interface"),
-                (TOGGLE, "Track Per-Process")],
-    "Alerts": [(TOGGLE, "Enable Notifications"), (CHOICE, "Slow Speed Warning"),
-               (CHOICE, "High Latency Warning")],
-    "Display": [(TOGGLE, "Show Upload Speed")],
-    "Data": [(CHOICE, "Keep History")],
-    "Advanced": [],
+    "General": {
+        (TOGGLE, "Launch at Login"): ("launchAtLogin", "true"),
+        (TOGGLE, "Check for Updates"): ("checkForUpdates", "false"),
+        (CHOICE, "Refresh Interval"): ("refreshInterval", "5.0", "5 seconds",
+                                       ["1 second", "2 seconds", "5 seconds"]),
+        (CHOICE, "Monitor Interface"): ("monitorInterface", '"en0"', "Wi-Fi (en0)",
+                                        ["All Interfaces", "Wi-Fi (en0)", "Ethernet (en1)"]),
+        (TOGGLE, "Track Per-Process"): ("trackPerProcess", "false"),
+    },
+    "Alerts": {
+        (TOGGLE, "Enable Notifications"): ("showNotifications", "false"),
+        (CHOICE, "Slow Speed Warning"): ("slowSpeedThreshold", "25.0", "25 Mbps",
+                                         ["5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"]),
+        (CHOICE, "High Latency Warning"): ("highLatencyThreshold", "200.0", "200 ms",
+                                           ["50 ms", "100 ms", "200 ms"]),
+    },
+    "Display": {(TOGGLE, "Show Upload Speed"): ("showUploadInMenubar", "false")},
+    "Data": {(CHOICE, "Keep History"): ("dataRetentionDays", "90", "90 days",
+                                        ["7 days", "30 days", "90 days", "1 year"])},
+    "Advanced": {},
 }
+# The same of each tab of the details.
 PANES = {
     "Overview": [("panel", "Overview"), (ENTRY, "5m"), (ENTRY, "1h"), (ENTRY, "24h"), (ENTRY, "7d")],
     "Processes": [],
@@ -30,28 +45,6 @@ PANES = {
 # Where the Tab key stops in each, after the tabs.
 STOPS = {"Overview": [("panel", "Overview"), (ENTRY, "1h")], "Processes": [], "History": [],
          "Diagnostics": PANES["Diagnostics"]}
-
-# The keys of the preferences and, for lists, the entry after the default one and its value.
-STORED = {
-    "Launch at Login": ("launchAtLogin", "true"),
-    "Check for Updates": ("checkForUpdates", "false"),
-    "Refresh Interval": ("refreshInterval", "5 seconds", "5.0"),
-    "Monitor Interface": ("monitorInterface", "Wi-Fi (en0)", '"en0"'),
-    "Track Per-Process": ("trackPerProcess", "false"),
-    "Enable Notifications": ("showNotifications", "false"),
-    "Slow Speed Warning": ("slowSpeedThreshold", "25 Mbps", "25.0"),
-    "High Latency Warning": ("highLatencyThreshold", "200 ms", "200.0"),
-    "Show Upload Speed": ("showUploadInMenubar", "false"),
-    "Keep History": ("dataRetentionDays", "90 days", "90"),
-}
-OPTIONS = {
-    "Refresh Interval": ["1 second", "2 seconds", "5 seconds"],
-    "Monitor Interface": ["All Interfaces", "Wi-Fi (en0)", "Ethernet (en1)"],
-    "Slow Speed Warning": ["5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"],
-    "High Latency Warning": ["50 ms", "100 ms", "200 ms"],
-    "Keep History": ["7 days", "30 days", "90 days", "1 year"],
-}
-
 
 RATE, BYTES = r"\d+(\.\d)? [KM]B/s", r"\d+ [KM]B"
 _CURVE = f"current {RATE}, average {RATE}, peak {RATE}"
@@ -79,20 +72,19 @@ class _Walk(WindowCase):
         self.open(self.WINDOW)
 
     def controls(self):
-        """(role, title) of all that can be pressed or have the keyboard."""
+        """(role, title) of all that can be pressed or focused."""
         return [(element["role"], element["title"]) for element in self.reader.look(self.WINDOW)
                 if element["focusable"] or element["actions"]]
 
     def focus(self):
-        """What the keyboard's keys go to: role and title, None for the window itself."""
-        # Of a row of tabs the chosen one says that it has the keyboard even when it has not, and
-        # what frames a scrolling content has no title of its own.
+        """Role and title of what has the keyboard focus, None for the window itself."""
+        # The chosen tab always says that it is focused. The frame of scrolling content has no title.
         focused = [(element["role"], element["title"]) for element in self.reader.look(self.WINDOW)
                    if element["focused"] and element["title"] and element["role"] != TAB]
         return focused[-1] if focused else None
 
     def stops(self):
-        """What the Tab key reaches from here until it comes round."""
+        """What the Tab key reaches in one round."""
         reached = []
         while len(reached) < 2 or reached[0] != reached[-1]:
             self.display.press("Tab")
@@ -116,22 +108,17 @@ class Settings(_Walk):
     def test_every_control_stores_what_is_chosen_and_shows_it(self):
         for section, controls in SECTIONS.items():
             self.reader.press(ENTRY, section)
-            for role, title in controls:
+            for (role, title), stored in controls.items():
                 with self.subTest(title):
                     self.reader.wait_to_find(role, title)
-                    (self.turn if role == TOGGLE else self.choose)(title, *STORED[title])
+                    (self.turn if role == TOGGLE else self.choose)(title, *stored)
 
-    def turn(self, title, key, value):
-        self.reader.press(TOGGLE, title)
-        wait_until(lambda: self.preferred(f"{key} = {value}"), 5, f"{key} = {value}")
-        self.assertEqual(self.reader.find(TOGGLE, title)["checked"], value == "true")
-
-    def choose(self, title, key, entry, value):
+    def choose(self, title, key, value, entry, entries):
         self.reader.press(CHOICE, title)
         self.reader.wait_to_find("list", title)
         options = [element["name"] for element in self.reader.look()
                    if element["role"] == "list item"]
-        self.assertEqual(options, OPTIONS[title])
+        self.assertEqual(options, entries)
         self.display.press("Down", "Return")
         wait_until(lambda: self.preferred(f"{key} = {value}"), 5, f"{key} = {value}")
         self.assertEqual(self.reader.find(CHOICE, title)["name"], entry)
@@ -139,7 +126,7 @@ class Settings(_Walk):
 
 class Details(_Walk):
     WINDOW = DETAIL
-    # Few readings, so that the history does not grow beyond its window while it is looked at.
+    # Few readings, so that the history does not outgrow its window during the test.
     PREFERENCES = {"refreshInterval": 5.0}
 
     def test_every_control_is_there_with_its_name_and_is_reached_by_tab(self):
@@ -148,7 +135,7 @@ class Details(_Walk):
             with self.subTest(tab):
                 self.reader.press(TAB, tab)
                 wait_until(lambda: self.reader.find(BAR, tab), 5, tab)
-                # The row of tabs is called by the chosen one.
+                # The row of tabs bears the chosen tab's name.
                 self.assertEqual(self.controls(),
                                  [("page tab list", tab), *tabs, *controls, (BAR, tab)])
                 self.assertCountEqual(self.stops(), [("page tab list", tab), *STOPS[tab]])

@@ -1,5 +1,7 @@
 """A bar at the top with a tray of the old style, which embeds windows and knows no items."""
 
+from types import SimpleNamespace
+
 import x11
 
 NAME = "openbox"
@@ -18,6 +20,11 @@ rounded = 0
 border_width = 0
 background_color = #303438 100
 """
+
+
+# A window manager alone: no panel, no tray.
+BARE = SimpleNamespace(__name__="bare", NAME=NAME, DISPLAY=x11, PROGRAMS=[["openbox"]], PANEL=None,
+                       configure=lambda _config_home: None)
 
 
 def configure(config_home):

@@ -1,6 +1,5 @@
 """The details and the settings in a real session, for tests of what a user does with them."""
 
-import json
 import os
 import unittest
 from pathlib import Path
@@ -8,6 +7,7 @@ from pathlib import Path
 import bus
 import xfce
 from children import wait_until
+from harness.session import write_preferences
 from screenReader import VARIABLES, ScreenReader
 from session import Session
 from xWindows import XWindows
@@ -16,6 +16,7 @@ PROGRAM = os.path.abspath(os.environ.get("TIDEWELL", "build/dev/src/tidewell"))
 
 DETAIL = "Tidewell \u2014 Network Details"
 SETTINGS = "Tidewell \u2014 Settings"
+TOGGLE = "check box"
 OPENING = {DETAIL: "OpenDetail", SETTINGS: "OpenSettings"}
 
 
@@ -48,16 +49,17 @@ class WindowCase(unittest.TestCase):
         return self.configuration / "tidewell/preferences.toml"
 
     def prefer(self, **preferences):
-        """Replaces the preferences file at once, as an editor does."""
-        self.preferences.parent.mkdir(exist_ok=True)
-        lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
-        new = self.preferences.with_suffix(".new")
-        new.write_text("".join(lines))
-        new.rename(self.preferences)
+        write_preferences(self.configuration, **preferences)
 
     def preferred(self, line):
         """Whether the preferences file says so."""
         return line in self.preferences.read_text().splitlines()
+
+    def turn(self, title, key, value):
+        """Presses a switch, which stores the value."""
+        self.reader.press(TOGGLE, title)
+        wait_until(lambda: self.preferred(f"{key} = {value}"), 5, f"{key} = {value}")
+        self.assertEqual(self.reader.find(TOGGLE, title)["checked"], value == "true")
 
     def get(self, name):
         return bus.get(self.session.environment, bus.TIDEWELL, name)

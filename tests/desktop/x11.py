@@ -79,3 +79,10 @@ class Display:
 
     def _run(self, *command):
         subprocess.run(command, env=self._session.environment, check=True)
+
+
+def write_gtk_settings(config_home, text):
+    """Writes groups of settings of GTK's desktops into a file of the session's own."""
+    folder = config_home / "glib-2.0/settings"
+    folder.mkdir(parents=True)
+    (folder / "keyfile").write_text(text)

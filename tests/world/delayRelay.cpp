@@ -1,10 +1,9 @@
-// Adds latency: every packet that the kernel sends into a tun device comes back out of it later.
-// Each round trip passes twice, so a packet waits half of what is asked. Packets keep their order.
+// Adds latency: every packet that the kernel sends into a tun device comes out of it again later.
+// A round trip passes twice, so each packet waits half of the delay. Packets keep their order.
 //
 //   delayRelay TUN_DEVICE FIFO        the FIFO takes lines: MILLISECONDS JITTER_MILLISECONDS
 
-#include "RealTime.h"
-#include "base/NumberText.h"
+#include "Tools.h"
 #include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
@@ -17,6 +16,7 @@
 #include <optional>
 #include <random>
 #include <span>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,8 +36,8 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr std::size_t mostPackets = 20'000;
 
-// Before each packet stand ten bytes of what the kernel says of its segments and checksum. Packets
-// that are to be cut into segments later pass as one: cut here, a gigabit a second were too many.
+// The kernel puts ten bytes about segments and checksum before each packet. Packets pass before
+// they are cut into segments: at a gigabit a second the segments would be too many.
 constexpr std::size_t largestPacket = 10 + 65'536;
 constexpr unsigned uncut = TUN_F_CSUM | TUN_F_TSO4 | TUN_F_TSO6 | TUN_F_TSO_ECN;
 
@@ -53,23 +53,22 @@ FileDescriptor openTun(std::string_view name) {
   return tun;
 }
 
-/// How long packets wait at present, as told over the FIFO.
+/// How long packets wait.
 class Delay {
 public:
-  /// Takes a line "MILLISECONDS JITTER_MILLISECONDS"; anything else changes nothing.
-  void set(std::string_view line) {
-    const auto blank = line.find(' ');
-    const auto delay = tidewell::parseDouble(line.substr(0, blank));
-    const auto jitter = blank == std::string_view::npos
-                            ? std::optional(0.0)
-                            : tidewell::parseDouble(line.substr(blank + 1));
-    if (delay && jitter) {
-      m_delay = *delay;
-      m_jitter = *jitter;
+  /// Reads the last line "MILLISECONDS JITTER_MILLISECONDS" that is in the FIFO.
+  void read(const FileDescriptor& fifo) {
+    std::array<char, 256> text{};
+    const auto size = ::read(fifo.get(), text.data(), text.size() - 1);
+    std::istringstream lines(
+        std::string(text.data(), size > 0 ? static_cast<std::size_t>(size) : 0));
+    for (double delay = 0.0, jitter = 0.0; lines >> delay >> jitter;) {
+      m_delay = delay;
+      m_jitter = jitter;
     }
   }
 
-  /// Of one of the two passages of a round trip.
+  /// One of the two waits of a round trip.
   [[nodiscard]] Clock::duration next() {
     std::uniform_real_distribution<double> spread(-1.0, 1.0);
     const double wait = (m_delay + m_jitter * spread(m_random)) / 2.0;
@@ -107,7 +106,7 @@ public:
     }
   }
 
-  /// Until the next packet is due; none while the line is empty.
+  /// Until the next packet is due. Nullopt while the line is empty.
   [[nodiscard]] std::optional<timespec> pause() const {
     if (m_packets.empty()) {
       return std::nullopt;
@@ -129,16 +128,6 @@ private:
   Clock::time_point m_lastDue;
 };
 
-void readCommands(const FileDescriptor& fifo, Delay& delay) {
-  std::array<char, 256> text{};
-  const auto size = ::read(fifo.get(), text.data(), text.size());
-  std::string_view rest(text.data(), size > 0 ? static_cast<std::size_t>(size) : 0);
-  for (auto end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
-    delay.set(rest.substr(0, end));
-    rest.remove_prefix(end + 1);
-  }
-}
-
 void relay(const FileDescriptor& tun, const FileDescriptor& fifo) {
   Delay delay;
   Line line(tun);
@@ -147,7 +136,7 @@ void relay(const FileDescriptor& tun, const FileDescriptor& fifo) {
     const auto pause = line.pause();
     ::ppoll(waits.data(), waits.size(), pause ? &*pause : nullptr, nullptr);
     if ((waits[1].revents & POLLIN) != 0) {
-      readCommands(fifo, delay);
+      delay.read(fifo);
     }
     line.receive(delay);
     line.release();
@@ -163,7 +152,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const FileDescriptor tun = openTun(arguments[1]);
-  // Open for both: the FIFO never ends.
+  // Opened for writing, too, so that the FIFO never ends.
   const FileDescriptor fifo(::open(arguments[2], O_RDWR | O_NONBLOCK | O_CLOEXEC));
   if (!tun.isOpen() || !fifo.isOpen()) {
     std::cerr << "delayRelay: cannot open the device or the FIFO\n";

@@ -1,33 +1,30 @@
-// Sends so many bytes of payload at once and prints what IP makes of them, headers included:
+// Sends bytes of payload at once and prints how many IP bytes that made, headers included:
 //
 //   talker tcp|udp HOST PORT BYTES [HOLD_SECONDS]
 //
-// Over TCP it waits until the other end has them all, prints, and keeps the connection for a while,
-// so that nothing more moves.
+// Over TCP it waits until all are acknowledged, prints, and keeps the connection open for a while,
+// so that nothing more is sent.
 
+#include "Tools.h"
 #include "platform/linux/loop/FileDescriptor.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
-#include <cstring>
 #include <iostream>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
-#include <arpa/inet.h>
 #include <linux/sockios.h>
 #include <linux/tcp.h>
-#include <netinet/in.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
 
-using tidewell::FileDescriptor;
+using namespace tidewell;
 
 constexpr std::int64_t datagramPayload = 1000;
 constexpr std::int64_t udpHeader = 8;
@@ -39,44 +36,7 @@ struct Tally {
   std::int64_t received = 0; // IP bytes
 };
 
-struct Target {
-  sockaddr_storage address{};
-  socklen_t size = 0;
-  std::int64_t ipHeader = 0;
-};
-
-std::optional<std::int64_t> parseCount(std::string_view text) {
-  std::int64_t value = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc{} && stop == end && value >= 0 ? std::optional(value) : std::nullopt;
-}
-
-template <class Address> Target target(Address address, std::int64_t ipHeader) {
-  Target result;
-  std::memcpy(&result.address, &address, sizeof address);
-  result.size = sizeof address;
-  result.ipHeader = ipHeader;
-  return result;
-}
-
-std::optional<Target> parseTarget(const char* host, std::int64_t port) {
-  sockaddr_in v4{};
-  sockaddr_in6 v6{};
-  if (::inet_pton(AF_INET, host, &v4.sin_addr) == 1) {
-    v4.sin_family = AF_INET;
-    v4.sin_port = htons(static_cast<std::uint16_t>(port));
-    return target(v4, 20);
-  }
-  if (::inet_pton(AF_INET6, host, &v6.sin6_addr) == 1) {
-    v6.sin6_family = AF_INET6;
-    v6.sin6_port = htons(static_cast<std::uint16_t>(port));
-    return target(v6, 40);
-  }
-  return std::nullopt;
-}
-
-std::optional<Tally> sendDatagrams(const FileDescriptor& socket, const Target& to,
+std::optional<Tally> sendDatagrams(const FileDescriptor& socket, const world::Target& to,
                                    std::int64_t bytes) {
   const std::vector<char> payload(datagramPayload);
   Tally tally;
@@ -91,7 +51,7 @@ std::optional<Tally> sendDatagrams(const FileDescriptor& socket, const Target& t
   return tally;
 }
 
-std::optional<Tally> sendStream(const FileDescriptor& socket, const Target& to,
+std::optional<Tally> sendStream(const FileDescriptor& socket, const world::Target& to,
                                 std::int64_t bytes) {
   const std::vector<char> payload(1U << 16U);
   while (bytes > 0) {
@@ -130,18 +90,16 @@ int main(int argc, char** argv) {
     return 2;
   }
   const bool isTcp = std::string_view(arguments[1]) == "tcp";
-  const auto port = parseCount(arguments[3]);
-  const auto bytes = parseCount(arguments[4]);
-  const auto hold =
-      arguments.size() == 6 ? parseCount(arguments[5]) : std::optional<std::int64_t>(0);
-  const auto to = parseTarget(arguments[2], port.value_or(0));
-  if (!port || !bytes || !hold || !to) {
+  const auto to = world::parseTarget(arguments[2], arguments[3]);
+  const auto bytes = world::parseCount(arguments[4]);
+  const auto hold = world::parseCount(arguments.size() == 6 ? arguments[5] : "0");
+  if (!to || !bytes || !hold) {
     std::cerr << "talker: bad arguments\n";
     return 2;
   }
   const FileDescriptor socket(
       ::socket(to->address.ss_family, (isTcp ? SOCK_STREAM : SOCK_DGRAM) | SOCK_CLOEXEC, 0));
-  if (::connect(socket.get(), reinterpret_cast<const sockaddr*>(&to->address), to->size) != 0) {
+  if (::connect(socket.get(), to->get(), to->size) != 0) {
     std::cerr << "talker: no connection\n";
     return 1;
   }

@@ -35,10 +35,6 @@ class NoticesTestCase(case.ResidentTestCase):
         self.session.start_watch()
         self.session.start_resident(*wrapper)
 
-    def flow(self, rate):
-        sender = self.world.sender("net", rate, frame=1000)
-        self.addCleanup(sender.stop)
-
     def carrier(self, state):
         self.world.do("carrier", state)
         if state == "off":
@@ -57,7 +53,7 @@ class NoticesTestCase(case.ResidentTestCase):
 class TheConnection(NoticesTestCase):
     def setUp(self):
         super().setUp()
-        self.flow(FAST)
+        self.send("net", FAST, frame=1000)
 
     def test_lost_and_restored_is_told_once_each_and_its_presence_at_the_start_is_not(self):
         self.start()
@@ -113,7 +109,7 @@ class TheConnection(NoticesTestCase):
 class TheServer(NoticesTestCase):
     def setUp(self):
         super().setUp()
-        self.flow(FAST)
+        self.send("net", FAST, frame=1000)
 
     def test_killed_and_started_anew_shows_the_next_notice(self):
         self.start()
@@ -157,7 +153,7 @@ class TheServer(NoticesTestCase):
 class TheLine(NoticesTestCase):
     def start_on_slow_line(self):
         """Gives back the text of the notice that is due first."""
-        self.flow(SLOW)
+        self.send("net", SLOW, frame=1000)
         time.sleep(0.2)
         self.start()
         self.watch.until(lambda: self.slow_samples(), 5, "a reading")

@@ -19,8 +19,7 @@ class SteadyDownload(case.ResidentTestCase):
 
     def setUp(self):
         super().setUp()
-        sender = self.world.sender("net", RATE, frame=1000)
-        self.addCleanup(sender.stop)
+        self.send("net", RATE, frame=1000)
         self.start()
         self.text_becomes("↓1.0M ↑0K")
 

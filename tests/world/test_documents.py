@@ -74,25 +74,13 @@ class TheDescription(DocumentsTestCase):
             self.output(*shlex.split(line))
         wait_until(lambda: self.session.resident.poll() == 0, 5, "the end that the last one asks for")
 
-    def test_tells_of_a_window_that_is_asked_for(self):
-        following = Lines(self, "busctl", "--user", "--json=short", "monitor",
-                          "--match", f"type='signal',interface='{INTERFACE}',member='WindowRequested'")
-        wait_until(lambda: self.asks_for_windows(following), 10, "the three requests")
-
-    def asks_for_windows(self, following):
-        for method in ("OpenPanel", "OpenDetail", "OpenSettings"):
-            self.output("busctl", "--user", "call", *OBJECT, INTERFACE, method)
-        windows = [json.loads(line)["payload"]["data"] for line in following.lines]
-        return windows[-3:] == [["panel"], ["detail"], ["settings"]]
-
 
 class TheWaybarModule(DocumentsTestCase):
     def test_follows_the_text_and_survives_the_end_of_tidewell(self):
         module = Lines(self, ROOT / "packaging" / "waybarModule")
         texts = lambda: [json.loads(line)["text"] for line in module.lines]
         wait_until(lambda: texts()[-1:] == ["↓0K ↑0K"], 5, "the text as it is")
-        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
-        self.addCleanup(sender.stop)
+        self.send("net", EIGHT_MEGABITS, frame=1000)
         wait_until(lambda: texts()[-1] == "↓1.0M ↑0K", 10, "the text of the traffic")
         self.world.do("route", "off")
         wait_until(lambda: json.loads(module.lines[-1]) ==

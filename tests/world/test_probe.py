@@ -81,8 +81,7 @@ class TheProbe(case.ResidentTestCase):
         self.assertLess(samples[-1].timestamp - samples[-2].timestamp, 3 * self.INTERVAL)
 
     def test_an_unanswered_probe_costs_two_seconds_and_no_reading_is_wrong(self):
-        sender = self.world.sender("net", 1_000_000)
-        self.addCleanup(sender.stop)
+        self.send("net", 1_000_000)
         self.world.do("probe", "unreachable")
         self.start()
         samples = self.watch.next_samples(3 * PERIOD, 20)

@@ -12,17 +12,43 @@ from harness.speedtest import SpeedTestCase
 BAD_PORT = 8444
 BAD_SERVER = str(pathlib.Path(__file__).resolve().parent / "badServer.py")
 
+# Of each of its modes, what the helper says of it, and within how many seconds.
+REFUSED = {
+    "http1": ("does not speak HTTP/2", 2),
+    "redirect": ("redirects", 2),
+    "headers": ("", 10),
+    "silent": ("does not answer in time", 10),
+    "stalls": ("moves nothing", 10),
+    "trickles": ("moves nothing", 8),
+    "closes": ("breaks the connection off", 3),
+    "short": ("", 3),
+    "tiny": ("too short", 3),
+    "hugeSmall": ("too long", 3),
+}
+
 
 class ABadServer(SpeedTestCase):
+    bad = None
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(self.end_bad)
+
+    def end_bad(self):
+        """Returns what it has printed."""
+        if self.bad:
+            self.bad.kill()
+            printed, _ = self.bad.communicate()
+            self.bad = None
+            return printed
+
     def measure_by(self, mode):
         """What the helper says of a server that misbehaves."""
+        self.end_bad()
         self.bad = self.world.start("net", "/usr/bin/python3", BAD_SERVER,
                                     self.server.authority.server_certificate,
                                     self.server.authority.key, BAD_PORT, mode,
                                     stdout=subprocess.PIPE, text=True)
-        self.addCleanup(self.bad.stdout.close)
-        self.addCleanup(self.bad.wait)
-        self.addCleanup(self.bad.kill)
         self.server.wait_for(BAD_PORT)
         (self.server.documents / "bad").write_text(quality.document(BAD_PORT))
         address = f"https://{quality.HOST}:{quality.PORT}/bad"
@@ -34,35 +60,10 @@ class ABadServer(SpeedTestCase):
         self.assertLess(self.seconds, seconds)
         self.assertEqual(self.status, 1)
 
-    def test_that_speaks_no_http2_is_refused(self):
-        self.assert_refused("does not speak HTTP/2", *self.measure_by("http1"), 2)
-
-    def test_that_redirects_is_refused(self):
-        self.assert_refused("redirects", *self.measure_by("redirect"), 2)
-
-    def test_that_never_ends_its_headers_is_refused(self):
-        self.assert_refused("", *self.measure_by("headers"), 10)
-
-    def test_that_says_nothing_is_given_up(self):
-        self.assert_refused("does not answer in time", *self.measure_by("silent"), 10)
-
-    def test_that_stalls_gives_no_number(self):
-        self.assert_refused("moves nothing", *self.measure_by("stalls"), 10)
-
-    def test_that_trickles_gives_no_number(self):
-        self.assert_refused("moves nothing", *self.measure_by("trickles"), 8)
-
-    def test_that_breaks_off_gives_no_number(self):
-        self.assert_refused("breaks the connection off", *self.measure_by("closes"), 3)
-
-    def test_that_sends_less_than_it_announced_gives_no_number(self):
-        self.assert_refused("", *self.measure_by("short"), 3)
-
-    def test_whose_downloads_have_the_wrong_size_gives_no_number(self):
-        self.assert_refused("too short", *self.measure_by("tiny"), 3)
-
-    def test_whose_small_download_is_large_is_refused(self):
-        self.assert_refused("too long", *self.measure_by("hugeSmall"), 3)
+    def test_that_misbehaves_gives_no_number(self):
+        for mode, (reason, seconds) in REFUSED.items():
+            with self.subTest(mode):
+                self.assert_refused(reason, *self.measure_by(mode), seconds)
 
     def test_that_refuses_uploads_gives_the_download_alone(self):
         output, errors = self.measure_by("refuses")
@@ -73,9 +74,8 @@ class ABadServer(SpeedTestCase):
     def test_that_disputes_an_upload_when_it_is_over_has_carried_it(self):
         self.world.do("rate", 100, 2000, 20)
         output, errors = self.measure_by("disputes")
-        self.bad.kill()
-        disputes = self.bad.stdout.read().count("disputed")
-        self.assertGreater(disputes, 3, "more than connections that break would be forgiven")
+        self.assertGreater(self.end_bad().count("disputed"), 3,
+                           "as many as broken connections would be forgiven")
         self.assertEqual(errors, "")
         self.assertIsNotNone(self.measured("Uplink capacity"), output)
 

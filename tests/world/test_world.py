@@ -140,7 +140,7 @@ class TheTruth(case.WorldTestCase):
         rate = (edges[1][2] - edges[0][2]) / (edges[1][0] - edges[0][0])
         for factor, error in ((1.0, 0.0), (1.005, 0.5), (0.995, 0.5)):
             fields = [[edge[0], int(rate * factor), 0, 0, 0, 0] for edge in edges]
-            accuracy = Accuracy([Sample(0, 0, each) for each in fields], log)
+            accuracy = Accuracy([Sample(0, each) for each in fields], log)
             self.assertAlmostEqual(accuracy.worst, error, delta=0.12)
             self.assertAlmostEqual(abs(accuracy.mean_error), error, delta=0.12)
 

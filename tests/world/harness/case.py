@@ -8,7 +8,7 @@ import unittest
 from . import world
 from .session import Session
 
-# Whether to take the long forms of the tests: a minute of traffic, an outage of twenty seconds.
+# Whether to run the long forms of the tests: a minute of traffic, an outage of twenty seconds.
 LONG = os.environ.get("TIDEWELL_LONG") == "1"
 
 
@@ -28,7 +28,7 @@ class ResidentTestCase(WorldTestCase):
         self.session.prefer(refreshInterval=self.INTERVAL)
 
     def start(self, *wrapper):
-        """The ordinary beginning: a bus, a watch that misses nothing, then the resident."""
+        """Starts a bus, then a watch, which misses nothing, then the resident."""
         self.session.start_bus()
         self.session.start_watch()
         self.session.start_resident(*wrapper)
@@ -36,6 +36,10 @@ class ResidentTestCase(WorldTestCase):
     @property
     def watch(self):
         return self.session.watch
+
+    def send(self, where, rate, **options):
+        """Constant traffic until the test ends."""
+        self.addCleanup(self.world.sender(where, rate, **options).stop)
 
     def settle(self):
         """Waits for the first reading."""
@@ -57,7 +61,7 @@ class ResidentTestCase(WorldTestCase):
 
 def main(*programs):
     """Runs the tests of a file, or skips them where the machine forbids worlds or lacks programs."""
-    missing = [program for program in programs if not shutil.which(program)]
+    missing = [program for program in ("busctl", *programs) if not shutil.which(program)]
     reason = f"{', '.join(missing)} not installed" if missing else world.check()
     if reason:
         print(f"skipped: {reason}")

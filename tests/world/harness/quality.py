@@ -1,4 +1,4 @@
-"""A server in the net that speed tests are made against, with an authority of its own."""
+"""The servers in the net: for speed tests, and for the public address."""
 
 import json
 import os
@@ -8,7 +8,7 @@ import subprocess
 import tempfile
 
 from .session import wait_until
-from .world import _BUILD
+from .world import _BUILD, PROBED, USER
 
 HELPER = os.environ.get("TIDEWELL_NETWORK_QUALITY",
                         str(_BUILD / "libexec" / "tidewell" / "networkQuality"))
@@ -99,3 +99,19 @@ class QualityServer:
             self.process.kill()
             self.process.wait()
         shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class AddressService:
+    """nghttpd under the name of the service that answers with the public address."""
+
+    NAME = "api.ipify.org"
+
+    def __init__(self, world, folder, start):
+        """`start` runs a command in a namespace of the world. The caller ends `process`."""
+        self.authority = Authority(folder, [self.NAME])
+        (pathlib.Path(folder) / "index.html").write_text(USER)
+        self.process = start("net", "nghttpd", "-d", folder, "443", self.authority.key,
+                             self.authority.server_certificate)
+        hosts = pathlib.Path(f"/etc/netns/tidewell-{world.name}-user/hosts")
+        known = hosts.read_text() if hosts.exists() else "127.0.0.1 localhost\n"
+        hosts.write_text(f"{known}{PROBED} {self.NAME}\n")

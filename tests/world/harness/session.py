@@ -11,7 +11,11 @@ import tempfile
 import threading
 import time
 
-from .world import RESIDENT, tool
+from .world import RESIDENT
+
+NAME, PATH = "com.halden.Tidewell", "/com/halden/Tidewell"
+_SIGNALS = [f"--match=type='signal',{rule}" for rule in (
+    f"path='{PATH}'", f"member='NameOwnerChanged',arg0='{NAME}'")]
 
 BUS_CONFIGURATION = """<!DOCTYPE busconfig PUBLIC
  "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -61,7 +65,7 @@ class Session:
         self.wait_for_bus()
 
     def wait_for_bus(self):
-        """Until something listens at the bus's address: its file is there a moment before."""
+        """Until something listens at the bus's address. Its file appears a moment earlier."""
         def listens():
             with socket.socket(socket.AF_UNIX) as client:
                 return client.connect_ex(str(self.bus_path)) == 0
@@ -76,7 +80,6 @@ class Session:
         """A fresh watch: its samples count from here."""
         self.stop_watch()
         self.watch = Watch(self.environment)
-        self.watch.wait_for("watching", timeout=5)
 
     def stop_watch(self):
         if self.watch:
@@ -84,29 +87,23 @@ class Session:
             self.watch = None
 
     def prefer(self, **preferences):
-        """Replaces the preferences file at once, as an editor does."""
-        folder = self.folder / "config" / "tidewell"
-        folder.mkdir(exist_ok=True)
-        lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
-        (folder / "preferences.toml.new").write_text("".join(lines))
-        (folder / "preferences.toml.new").rename(folder / "preferences.toml")
+        write_preferences(self.folder / "config", **preferences)
 
     def start_resident(self, *wrapper):
-        """Starts the resident, behind the words of a wrapping command if there is one."""
+        """Starts the resident, through a wrapping command if there is one."""
         self.resident = self.world.start(
             "user", *wrapper, RESIDENT, env=self.environment,
             stdin=subprocess.DEVNULL, start_new_session=True,
         )
 
     def busctl(self, verb, *arguments):
-        """Asks the resident over the bus, as anybody may; gives back what busctl prints."""
-        name, path = "com.halden.Tidewell", "/com/halden/Tidewell"
+        """What busctl prints of a call or a property of the resident."""
         return subprocess.run(
-            ["busctl", "--user", verb, name, path, name, *arguments], env=self.environment,
+            ["busctl", "--user", verb, NAME, PATH, NAME, *arguments], env=self.environment,
             check=True, capture_output=True, text=True).stdout.strip()
 
     def end_resident(self, timeout=5):
-        """Asks the resident to end; gives back its exit status and the seconds that it took."""
+        """Ends the resident. Returns its exit status and the seconds that it took."""
         started = time.monotonic()
         self.resident.send_signal(signal.SIGTERM)
         status = self.resident.wait(timeout)
@@ -123,8 +120,7 @@ class Session:
 
 
 class Sample:
-    def __init__(self, at, number, fields):
-        self.at = at  # when it arrived here, wall-clock seconds
+    def __init__(self, number, fields):
         self.number = number  # of this watch, from 1
         (self.timestamp, self.download, self.upload,
          self.latency, self.jitter, self.loss) = fields
@@ -142,10 +138,15 @@ class Watch:
         self.values = {}  # the properties' present values
         self.owners = []  # every appearance (True) and disappearance (False)
         self.windows = []  # those that were asked for
-        self._seen = set()
         self._news = threading.Condition()
+        self._busctl = ["busctl", "--user", "--json=short", "--auto-start=no"]
+        self._environment = {**environment, "LC_ALL": "C"}
         self._process = subprocess.Popen(
-            [tool("busWatch")], env=environment, stdout=subprocess.PIPE, text=True)
+            [*self._busctl, *_SIGNALS, "monitor"], env=self._environment, text=True,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        if "Monitoring" not in self._process.stderr.readline():
+            raise AssertionError("the bus cannot be watched")
+        self._read_values()
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
 
@@ -154,18 +155,16 @@ class Watch:
         self._process.wait()
         self._reader.join()
         self._process.stdout.close()
+        self._process.stderr.close()
 
     def until(self, condition, timeout, what):
-        """Waits until the condition, which is asked after each event, gives something true."""
+        """Waits until the condition, which is checked after each event, is true. Returns its value."""
         with self._news:
             result = self._news.wait_for(condition, timeout)
         if not result:
             raise AssertionError(
                 f"{what}: not within {timeout} s; values {self.values}, last {self.samples[-3:]}")
         return result
-
-    def wait_for(self, event, timeout):
-        self.until(lambda: event in self._seen, timeout, event)
 
     def next_samples(self, count, timeout, after=None):
         """The first samples that were taken wholly after a moment (default: now)."""
@@ -179,25 +178,46 @@ class Watch:
 
     def _read(self):
         for line in self._process.stdout:
+            message = json.loads(line)
+            member, data = message["member"], message["payload"]["data"]
+            if member == "NameOwnerChanged" and data[2]:
+                self._read_values()
+                continue
             with self._news:
-                self._take(json.loads(line))
+                if member == "NameOwnerChanged":
+                    self.owners.append(False)
+                elif member == "SampleAdded":
+                    self.samples.append(Sample(len(self.samples) + 1, data))
+                elif member == "WindowRequested":
+                    self.windows.append(data[0])
+                elif member == "PropertiesChanged" and data[0] == NAME:
+                    self.values.update({name: value["data"] for name, value in data[1].items()})
                 self._news.notify_all()
 
-    def _take(self, event):
-        self._seen.add(event["event"])
-        if event["event"] == "sample":
-            number = len(self.samples) + 1
-            self.samples.append(Sample(event["at"], number, event["sample"]))
-        elif event["event"] == "values":
-            self.values.update(event["values"])
-        elif event["event"] == "owner":
-            self.owners.append(event["present"])
-        elif event["event"] == "window":
-            self.windows.append(event["window"])
+    def _read_values(self):
+        """Reads all properties of a resident that has appeared."""
+        reply = subprocess.run(
+            [*self._busctl, "call", NAME, PATH, "org.freedesktop.DBus.Properties", "GetAll", "s", NAME],
+            env=self._environment, capture_output=True, text=True)
+        if reply.returncode == 0:
+            values, = json.loads(reply.stdout)["data"]
+            with self._news:
+                self.owners.append(True)
+                self.values.update({name: value["data"] for name, value in values.items()})
+                self._news.notify_all()
+
+
+def write_preferences(configuration, **preferences):
+    """Replaces the preferences file atomically, as an editor does."""
+    file = pathlib.Path(configuration) / "tidewell/preferences.toml"
+    file.parent.mkdir(exist_ok=True)
+    lines = [f"{key} = {json.dumps(value)}\n" for key, value in preferences.items()]
+    file.with_suffix(".new").write_text("".join(lines))
+    file.with_suffix(".new").rename(file)
 
 
 def wait_until(condition, timeout, what):
-    """Waits until the condition holds: for what no event tells of."""
+    """Waits until the condition holds, by polling."""
     end = time.monotonic() + timeout
     while not condition():
         if time.monotonic() > end:

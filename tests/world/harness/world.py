@@ -48,6 +48,12 @@ def tool(name):
     return str(_TOOLS / name)
 
 
+def sender(where, rate, seconds=86400, frame=500, host=None):
+    """The command of a constant-rate sender: towards the user from "net", towards the net from "user"."""
+    host = host or (USER if where == "net" else PROBED)
+    return [tool("sender"), host, DISCARD, str(rate), str(seconds), str(frame)]
+
+
 def check():
     """None where worlds can be made, else the reason."""
     result = subprocess.run([SCRIPT, "check"], capture_output=True, text=True)
@@ -72,7 +78,7 @@ class World:
         return ["ip", "netns", "exec", f"tidewell-{self.name}-{where}", *map(str, command)]
 
     def run(self, where, *command):
-        """Runs a command to its end and gives back what it printed."""
+        """Runs a command to its end. Returns what it printed."""
         return subprocess.run(
             self.command(where, *command), check=True, capture_output=True, text=True
         ).stdout
@@ -88,16 +94,13 @@ class World:
         return int(received), int(sent)
 
     def rates(self, seconds, times=1, where="user"):
-        """Bytes a second that eth0 receives, over spans that begin and end as it is read: a process
-        that has to start first would be late on a machine that is busy."""
+        """Bytes a second that eth0 receives, in one process: starting one for each reading takes too
+        long on a busy machine."""
         text = self.run(where, "python3", "-c", _RATES, seconds, times)
         return [float(rate) for rate in text.split()]
 
-    def sender(self, where, rate, seconds=600, frame=500, host=None):
-        """A constant-rate sender, towards the user from "net" and towards the net from "user"."""
-        host = host or (USER if where == "net" else PROBED)
-        command = self.command(where, tool("sender"), host, DISCARD, rate, seconds, frame)
-        return Sender(command)
+    def sender(self, where, rate, seconds=600, **options):
+        return Sender(self.command(where, *sender(where, rate, seconds, **options)))
 
     def ping(self, count=1):
         """The round-trip times of some probes in milliseconds; lost ones are missing."""
@@ -120,10 +123,10 @@ class Sender:
         self._process = subprocess.Popen(command, stdout=subprocess.PIPE, text=True)
 
     def wait(self):
-        """Waits for its end; gives back what it sent."""
+        """Waits for its end. Returns what it sent."""
         return json.loads(self._process.communicate()[0])
 
     def stop(self):
-        """Ends it; gives back what it sent."""
+        """Ends it. Returns what it sent."""
         self._process.terminate()
         return self.wait()

@@ -1,5 +1,8 @@
 #include "app/ItemTexts.h"
 #include "connectivity/MonitorState.h"
+#include "platform/linux/network/DeviceTable.h"
+#include "platform/linux/network/LinuxConfigurationStore.h"
+#include "platform/linux/network/RouteSocket.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "tile/TextTile.h"
@@ -7,13 +10,35 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace {
 
 using namespace tidewell;
 
-/// All words of the item after a sample: label, tool tip and menu rows.
+/// The kernel's answer about the route, once a sample.
+void kernelRoute(benchmark::State& state) {
+  RouteSocket socket;
+  LinuxConfigurationStore configuration(socket);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(configuration.primaryInterface());
+  }
+}
+BENCHMARK(kernelRoute);
+
+/// The kernel's answer about the interface, once a sample.
+void kernelCounters(benchmark::State& state) {
+  RouteSocket socket;
+  const std::string name = LinuxConfigurationStore(socket).primaryInterface().value_or("lo");
+  DeviceTable table;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(table.device(name));
+  }
+}
+BENCHMARK(kernelCounters);
+
+/// All texts of the item after a sample: label, tool tip and menu rows.
 void itemTextsOfASample(benchmark::State& state) {
   SamplerState sampler;
   const MonitorState monitor;
