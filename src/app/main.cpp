@@ -66,7 +66,7 @@ struct Machine {
 
 /// Runs until somebody asks the program to end. What is declared later goes first: services before
 /// the threads they post to, threads before what they use.
-void serve(EventLoop& loop, AppSettings& settings, DefaultsStore& preferences,
+void serve(EventLoop& loop, AppSettings& settings, PreferencesStore& preferences,
            const std::string& program) {
   const auto quit = [&loop] { loop.quit(); };
   Machine machine(loop, program);

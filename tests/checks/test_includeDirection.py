@@ -39,7 +39,7 @@ class IncludeDirection(unittest.TestCase):
             '#include "connectivity/ConnectionInfo.h"',
             '#include "processes/ProcessUsage.h"',
             '#include "settings/AppSettings.h"',
-            '#include "platform/DefaultsStore.h"',
+            '#include "platform/PreferencesStore.h"',
             '#include "ui/tokens/TWColor.h"\n#include <QWidget>',
         ]:
             self.assertEqual(faults("ui/A.cpp", text), [], text)

@@ -5,11 +5,11 @@
 namespace tidewell {
 
 class AppSettings;
-class DefaultsStore;
+class PreferencesStore;
 class SettingsPage;
 
 /// The content of a section, which the caller owns. Borrows the preferences and their store.
 [[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
-                                             DefaultsStore& store);
+                                             PreferencesStore& store);
 
 } // namespace tidewell

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "platform/linux/loop/EventLoop.h"
 
 #include <gtest/gtest.h>
@@ -20,9 +20,9 @@ public:
   StoreUnderTest& operator=(const StoreUnderTest&) = delete;
   virtual ~StoreUnderTest() = default;
 
-  [[nodiscard]] virtual DefaultsStore& store() = 0;
+  [[nodiscard]] virtual PreferencesStore& store() = 0;
   /// Stores a value behind the store's back.
-  virtual void writeFromOutside(std::string_view key, const DefaultsValue& value) = 0;
+  virtual void writeFromOutside(std::string_view key, const PreferenceValue& value) = 0;
   /// Removes every value behind the store's back.
   virtual void clearFromOutside() = 0;
 };
@@ -33,11 +33,11 @@ struct StoreKind {
   std::function<std::unique_ptr<StoreUnderTest>(EventLoop&)> make;
 };
 
-class DefaultsStoreContract : public testing::TestWithParam<StoreKind> {
+class PreferencesStoreContract : public testing::TestWithParam<StoreKind> {
 protected:
   EventLoop loop;
   std::unique_ptr<StoreUnderTest> world = GetParam().make(loop);
-  DefaultsStore& store = world->store();
+  PreferencesStore& store = world->store();
 };
 
 } // namespace tidewell::test
