@@ -15,13 +15,13 @@ using tidewell::fuzz::require;
 
 namespace {
 
-using tidewell::DefaultsValue;
 using tidewell::isSame;
 using tidewell::PreferencesText;
+using tidewell::PreferenceValue;
 
 constexpr std::array<const char*, 4> keys{"refreshInterval", "trackPerProcess", "a", "odd \"key\""};
 
-DefaultsValue valueFrom(std::uint8_t choice, std::string_view bytes) {
+PreferenceValue valueFrom(std::uint8_t choice, std::string_view bytes) {
   std::int64_t bits = 0;
   std::memcpy(&bits, bytes.data(), std::min(bytes.size(), sizeof bits));
   switch (choice % 4) {
@@ -47,10 +47,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const std::string_view text(reinterpret_cast<const char*>(data) + 2, size - 2);
   const std::string key = keys[data[0] % keys.size()];
-  const DefaultsValue value = valueFrom(data[1], text);
+  const PreferenceValue value = valueFrom(data[1], text);
 
   PreferencesText preferences(text);
-  const tidewell::DefaultsValues before = preferences.values();
+  const tidewell::PreferenceValues before = preferences.values();
   require(preferences.set(key, value));
 
   const PreferencesText again(preferences.text());

@@ -9,11 +9,10 @@
 #include "processes/ProcessTracker.h"
 #include "sampling/BandwidthSampler.h"
 #include "settings/AppSettings.h"
-#include "settings/SettingsKeys.h"
 #include "speedtest/SpeedTestRunner.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
+#include "support/FakePreferencesStore.h"
 #include "support/Require.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -31,15 +30,15 @@ constexpr std::int64_t mostMoved = std::int64_t{1} << 50;
 /// The resident and its machine.
 struct Resident {
   test::FakeMachine machine;
-  test::FakeDefaultsStore defaults{machine.scheduler.main()};
+  test::FakePreferencesStore preferences{machine.scheduler.main()};
   test::FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   test::FakeNotificationCenter center;
   NotificationService notifications{settings, machine.clock, center};
-  AppDelegate delegate{machine.platform, {settings, defaults, center, notifications}};
+  AppDelegate delegate{machine.platform, {settings, preferences, center, notifications}};
 };
 
-DefaultsValue anyValue(FuzzedDataProvider& input) {
+PreferenceValue anyValue(FuzzedDataProvider& input) {
   switch (input.ConsumeIntegralInRange(0, 3)) {
   case 0:
     return input.ConsumeBool();
@@ -53,14 +52,14 @@ DefaultsValue anyValue(FuzzedDataProvider& input) {
 }
 
 void changePreference(Resident& resident, FuzzedDataProvider& input) {
-  namespace keys = settingsKeys;
-  const auto key = input.PickValueInArray({keys::refreshInterval, keys::trackPerProcess,
-                                           keys::slowSpeedThreshold, keys::highLatencyThreshold,
-                                           keys::showNotifications, keys::showUploadInMenubar});
+  const auto key = input.PickValueInArray(
+      {preference::refreshInterval.key, preference::trackPerProcess.key,
+       preference::slowSpeedThreshold.key, preference::highLatencyThreshold.key,
+       preference::showNotifications.key, preference::showUploadInMenubar.key});
   if (input.ConsumeIntegralInRange(0, 7) == 0) {
-    resident.defaults.remove(key);
+    resident.preferences.remove(key);
   } else {
-    resident.defaults.set(key, anyValue(input));
+    resident.preferences.set(key, anyValue(input));
   }
 }
 

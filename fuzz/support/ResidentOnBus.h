@@ -12,8 +12,8 @@
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestState.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakePreferencesStore.h"
 
 namespace tidewell::fuzz {
 
@@ -46,13 +46,13 @@ struct ResidentOnBus {
   MonitorState monitor;
   TrackerState tracker;
   SpeedTestState speedTest;
-  test::FakeDefaultsStore defaults{loop};
+  test::FakePreferencesStore preferences{loop};
   test::FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   DesktopNotifications notices{bus, clock, [] {}};
   ResidentShell shell{loop,
                       bus,
-                      {sampler, monitor, tracker, speedTest, settings, defaults},
+                      {sampler, monitor, tracker, speedTest, settings, preferences},
                       {[] {}, [] {}, [] {}, &ResidentOnBus::checkRequest}};
 };
 

@@ -2,16 +2,14 @@
 
 #include "alerts/NotificationService.h"
 #include "connectivity/NetworkMonitor.h"
-#include "platform/DefaultsStore.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
+#include "platform/PreferencesStore.h"
 #include "processes/ProcessTracker.h"
 #include "sampling/BandwidthSampler.h"
 #include "settings/AppSettings.h"
-#include "settings/SettingsKeys.h"
 #include "speedtest/SpeedTestRunner.h"
 
-#include <string>
 
 namespace tidewell {
 
@@ -68,14 +66,14 @@ void AppDelegate::subscribeToMeasurements() {
 }
 
 void AppDelegate::observeSettings() {
-  DefaultsStore& defaults = m_environment.defaults;
+  PreferencesStore& preferences = m_environment.preferences;
   m_cancellables.push_back(
-      defaults.observe(std::string(settingsKeys::refreshInterval), [this](const auto& value) {
-        refreshIntervalChanged(asDouble(value).value_or(0.0));
+      preferences.observe(preference::refreshInterval.key, [this](const auto& value) {
+        refreshIntervalChanged(as<double>(value).value_or(0.0));
       }));
   m_cancellables.push_back(
-      defaults.observe(std::string(settingsKeys::trackPerProcess), [this](const auto& value) {
-        trackPerProcessChanged(asExactly<bool>(value).value_or(false));
+      preferences.observe(preference::trackPerProcess.key, [this](const auto& value) {
+        trackPerProcessChanged(as<bool>(value).value_or(false));
       }));
 }
 

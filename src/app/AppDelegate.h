@@ -11,10 +11,10 @@ namespace tidewell {
 
 class AppSettings;
 class BandwidthSampler;
-class DefaultsStore;
 class NetworkMonitor;
 class NotificationCenter;
 class NotificationService;
+class PreferencesStore;
 class ProcessTracker;
 class SpeedTestRunner;
 struct Platform;
@@ -22,7 +22,7 @@ struct Platform;
 /// What the delegate works with besides the platform. Borrowed; outlives the delegate.
 struct AppEnvironment {
   AppSettings& settings;
-  DefaultsStore& defaults;
+  PreferencesStore& preferences;
   NotificationCenter& notificationCenter;
   NotificationService& notifications;
 };

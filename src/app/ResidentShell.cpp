@@ -2,10 +2,9 @@
 
 #include "app/ItemTexts.h"
 #include "connectivity/MonitorState.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
-#include "settings/SettingsKeys.h"
 #include "speedtest/SpeedTestState.h"
 
 #include <cstdlib>
@@ -87,11 +86,11 @@ void ResidentShell::watch() {
   m_changes.watch(m_sources.monitor.isConnected);
   m_changes.watch(m_sources.sampler.snapshots);
   m_changes.watch(m_sources.speedTest.isRunning);
-  m_changes.keep(m_sources.defaults.observe(std::string(settingsKeys::showUploadInMenubar),
-                                            [this](const auto&) {
-                                              m_changes.mark();
-                                              m_face.settingsChanged();
-                                            }));
+  m_changes.keep(
+      m_sources.preferences.observe(preference::showUploadInMenubar.key, [this](const auto&) {
+        m_changes.mark();
+        m_face.settingsChanged();
+      }));
 }
 
 void ResidentShell::refresh() {

@@ -3,7 +3,7 @@
 namespace tidewell {
 
 class AppSettings;
-class DefaultsStore;
+class PreferencesStore;
 struct MonitorState;
 struct SamplerState;
 struct SpeedTestState;
@@ -16,7 +16,7 @@ struct ResidentSources {
   TrackerState& tracker;
   SpeedTestState& speedTest;
   const AppSettings& settings;
-  DefaultsStore& defaults;
+  PreferencesStore& preferences;
 };
 
 } // namespace tidewell

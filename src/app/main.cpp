@@ -59,7 +59,7 @@ struct Machine {
 
 /// Runs until somebody asks the program to end. What is declared later goes first: services before
 /// the queues they post to, queues with their waiting tasks before what these use.
-void serve(EpollLoop& loop, AppSettings& settings, DefaultsStore& preferences,
+void serve(EpollLoop& loop, AppSettings& settings, PreferencesStore& preferences,
            const std::string& program) {
   const auto quit = [&loop] { loop.quit(); };
   Machine machine(loop, program);

@@ -1,87 +1,123 @@
 #pragma once
 
-#include "base/Observers.h"
+#include "platform/PreferencesStore.h"
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 
 namespace tidewell {
 
-class DefaultsStore;
 class LoginItem;
 
-/// The user's preferences: one typed property for each key of the defaults store.
+/// A preference: the key under which it is stored, and its value while the key is absent.
+template <class T> struct Preference {
+  std::string_view key;
+  std::conditional_t<std::is_same_v<T, std::string>, std::string_view, T> byDefault;
+};
+
+/// Every preference. A key is spelled like its property of `AppSettings`.
+namespace preference {
+
+/// Start with the user's session.
+inline constexpr Preference<bool> launchAtLogin{"launchAtLogin", false};
+inline constexpr Preference<bool> checkForUpdates{"checkForUpdates", true};
+/// Sampling interval in seconds.
+inline constexpr Preference<double> refreshInterval{"refreshInterval", 2.0};
+inline constexpr Preference<std::string> monitorInterface{"monitorInterface", "all"};
+inline constexpr Preference<bool> trackPerProcess{"trackPerProcess", true};
+/// Megabits per second below which a download counts as slow.
+inline constexpr Preference<double> slowSpeedThreshold{"slowSpeedThreshold", 10.0};
+/// Milliseconds above which latency counts as high.
+inline constexpr Preference<double> highLatencyThreshold{"highLatencyThreshold", 100.0};
+inline constexpr Preference<bool> showNotifications{"showNotifications", true};
+inline constexpr Preference<bool> hasCompletedOnboarding{"hasCompletedOnboarding", false};
+inline constexpr Preference<std::int64_t> dataRetentionDays{"dataRetentionDays", 30};
+inline constexpr Preference<bool> showUploadInMenubar{"showUploadInMenubar", true};
+
+} // namespace preference
+
+/// The user's preferences as typed properties.
 ///
-/// Reading a property gives the stored value, or the property's default when the key is absent or
-/// holds another type; writing one stores it at once. Nothing is cached and no value is checked.
-/// Any thread, except where noted.
+/// Reading a property returns the stored value, or the default if the key is absent or holds
+/// another type. Writing one stores it at once. Nothing is cached and no value is checked.
 class AppSettings {
 public:
   AppSettings() = default;
   /// Like `attach`.
-  AppSettings(DefaultsStore& store, LoginItem& loginItem)
+  AppSettings(PreferencesStore& store, LoginItem& loginItem)
       : m_store(&store), m_loginItem(&loginItem) {}
   AppSettings(const AppSettings&) = delete;
   AppSettings& operator=(const AppSettings&) = delete;
   ~AppSettings() = default;
 
-  /// The process's preferences, made on first use.
+  /// The process's preferences, created on first use.
   [[nodiscard]] static AppSettings& shared();
 
-  /// Gives the preferences their store and login item, which are borrowed until `detach`. Before,
-  /// every property reads as its default and writes go nowhere. Main thread, before others read.
-  void attach(DefaultsStore& store, LoginItem& loginItem);
-
-  /// Lets go of the store and the login item. Main thread, after others have stopped reading.
+  /// Borrows a store and a login item until `detach`. Without them every property reads as its
+  /// default, and writes are dropped.
+  void attach(PreferencesStore& store, LoginItem& loginItem);
   void detach();
 
-  /// Start with the user's session. Writing it registers or unregisters the login item; when that
-  /// fails, one line on standard output says why and the stored value stays.
-  [[nodiscard]] bool launchAtLogin() const;
+  [[nodiscard]] bool launchAtLogin() const { return read(preference::launchAtLogin); }
+  /// Also registers or unregisters the login item. If that fails, prints one line with the reason
+  /// to standard output; the stored value stays.
   void setLaunchAtLogin(bool value);
 
-  [[nodiscard]] bool checkForUpdates() const;
-  void setCheckForUpdates(bool value);
+  [[nodiscard]] bool checkForUpdates() const { return read(preference::checkForUpdates); }
+  void setCheckForUpdates(bool value) { write(preference::checkForUpdates, value); }
 
-  /// Sampling interval in seconds.
-  [[nodiscard]] double refreshInterval() const;
-  void setRefreshInterval(double value);
+  [[nodiscard]] double refreshInterval() const { return read(preference::refreshInterval); }
+  void setRefreshInterval(double value) { write(preference::refreshInterval, value); }
 
-  [[nodiscard]] std::string monitorInterface() const;
-  void setMonitorInterface(std::string value);
+  [[nodiscard]] std::string monitorInterface() const { return read(preference::monitorInterface); }
+  void setMonitorInterface(std::string value) {
+    write(preference::monitorInterface, std::move(value));
+  }
 
-  [[nodiscard]] bool trackPerProcess() const;
-  void setTrackPerProcess(bool value);
+  [[nodiscard]] bool trackPerProcess() const { return read(preference::trackPerProcess); }
+  void setTrackPerProcess(bool value) { write(preference::trackPerProcess, value); }
 
-  /// Megabits per second below which a download counts as slow.
-  [[nodiscard]] double slowSpeedThreshold() const;
-  void setSlowSpeedThreshold(double value);
+  [[nodiscard]] double slowSpeedThreshold() const { return read(preference::slowSpeedThreshold); }
+  void setSlowSpeedThreshold(double value) { write(preference::slowSpeedThreshold, value); }
 
-  /// Milliseconds above which latency counts as high.
-  [[nodiscard]] double highLatencyThreshold() const;
-  void setHighLatencyThreshold(double value);
+  [[nodiscard]] double highLatencyThreshold() const {
+    return read(preference::highLatencyThreshold);
+  }
+  void setHighLatencyThreshold(double value) { write(preference::highLatencyThreshold, value); }
 
-  [[nodiscard]] bool showNotifications() const;
-  void setShowNotifications(bool value);
+  [[nodiscard]] bool showNotifications() const { return read(preference::showNotifications); }
+  void setShowNotifications(bool value) { write(preference::showNotifications, value); }
 
-  [[nodiscard]] bool hasCompletedOnboarding() const;
-  void setHasCompletedOnboarding(bool value);
+  [[nodiscard]] bool hasCompletedOnboarding() const {
+    return read(preference::hasCompletedOnboarding);
+  }
+  void setHasCompletedOnboarding(bool value) { write(preference::hasCompletedOnboarding, value); }
 
-  [[nodiscard]] std::int64_t dataRetentionDays() const;
-  void setDataRetentionDays(std::int64_t value);
+  [[nodiscard]] std::int64_t dataRetentionDays() const {
+    return read(preference::dataRetentionDays);
+  }
+  void setDataRetentionDays(std::int64_t value) { write(preference::dataRetentionDays, value); }
 
-  [[nodiscard]] bool showUploadInMenubar() const;
-  void setShowUploadInMenubar(bool value);
+  [[nodiscard]] bool showUploadInMenubar() const { return read(preference::showUploadInMenubar); }
+  void setShowUploadInMenubar(bool value) { write(preference::showUploadInMenubar, value); }
 
 private:
-  [[nodiscard]] bool readBool(std::string_view key, bool byDefault) const;
-  [[nodiscard]] double readDouble(std::string_view key, double byDefault) const;
-  template <class T> void write(std::string_view key, T value);
+  template <class T> [[nodiscard]] T read(const Preference<T>& preference) const {
+    const auto stored = m_store == nullptr ? std::nullopt : as<T>(m_store->value(preference.key));
+    return stored.value_or(T(preference.byDefault));
+  }
+  template <class T> void write(const Preference<T>& preference, T value) {
+    if (m_store != nullptr) {
+      m_store->set(preference.key, PreferenceValue(std::move(value)));
+    }
+  }
   void updateLaunchAtLogin();
 
-  DefaultsStore* m_store = nullptr;
+  PreferencesStore* m_store = nullptr;
   LoginItem* m_loginItem = nullptr;
 };
 

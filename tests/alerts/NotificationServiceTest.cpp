@@ -2,9 +2,9 @@
 
 #include "platform/LoginItem.h"
 #include "settings/AppSettings.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
+#include "support/FakePreferencesStore.h"
 
 #include <gtest/gtest.h>
 
@@ -14,9 +14,9 @@ namespace {
 class NotificationServiceTest : public testing::Test {
 protected:
   FakeMachine machine;
-  FakeDefaultsStore defaults{machine.scheduler.main()};
+  FakePreferencesStore preferences{machine.scheduler.main()};
   FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   FakeNotificationCenter center;
   NotificationService service{settings, machine.clock, center};
 

@@ -5,9 +5,9 @@
 #include "processes/ProcessTracker.h"
 #include "sampling/BandwidthSampler.h"
 #include "settings/AppSettings.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
+#include "support/FakePreferencesStore.h"
 
 #include <gtest/gtest.h>
 
@@ -22,13 +22,13 @@ protected:
   AppDelegateTest() { machine.children.usual.output = FakeChildren::reply("10.0"); }
 
   FakeMachine machine;
-  FakeDefaultsStore defaults{machine.scheduler.main()};
+  FakePreferencesStore preferences{machine.scheduler.main()};
   FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   FakeNotificationCenter center;
   NotificationService notifications{settings, machine.clock, center};
   std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(
-      machine.platform, AppEnvironment{settings, defaults, center, notifications});
+      machine.platform, AppEnvironment{settings, preferences, center, notifications});
 
   void launch() {
     delegate->applicationDidFinishLaunching();
@@ -166,7 +166,7 @@ TEST_F(AppDelegateTest, StartsWithTheUsualIntervalWhenTheStoredOneIsAbsurd) {
   for (const double absurd : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
     settings.setRefreshInterval(absurd);
     delegate = std::make_unique<AppDelegate>(
-        machine.platform, AppEnvironment{settings, defaults, center, notifications});
+        machine.platform, AppEnvironment{settings, preferences, center, notifications});
     launch();
     machine.scheduler.advance(20.0);
     EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 10U);
@@ -193,7 +193,7 @@ TEST_F(AppDelegateTest, KeepsItsIntervalWhenTheStoredOneIsNotPositiveOrGone) {
   machine.scheduler.advance(3.0);
   settings.setRefreshInterval(-1.0);
   machine.scheduler.advance(3.0);
-  defaults.clear();
+  preferences.clear();
   machine.scheduler.advance(4.0);
   EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 10U);
 }

@@ -3,11 +3,11 @@
 #include "base/Utf8.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakePreferencesStore.h"
 #include "support/VirtualScheduler.h"
 
 #include <gtest/gtest.h>
@@ -20,9 +20,9 @@ namespace {
 class ItemTextsTest : public testing::Test {
 protected:
   VirtualScheduler scheduler;
-  FakeDefaultsStore defaults{scheduler.main()};
+  FakePreferencesStore preferences{scheduler.main()};
   FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   SamplerState sampler;
   MonitorState monitor;
 

@@ -8,9 +8,9 @@
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestState.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakePanel.h"
+#include "support/FakePreferencesStore.h"
 #include "support/PrivateBus.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ protected:
   }
   void startResident() {
     shell = std::make_unique<ResidentShell>(
-        loop, bus, ResidentSources{sampler, monitor, tracker, speedTest, settings, defaults},
+        loop, bus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
         ResidentShell::Actions{
             [this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
             [this](const WindowRequest& request) { requests.push_back(request); }});
@@ -106,9 +106,9 @@ protected:
   MonitorState monitor;
   TrackerState tracker;
   SpeedTestState speedTest;
-  FakeDefaultsStore defaults{loop};
+  FakePreferencesStore preferences{loop};
   FakeLoginItem loginItem;
-  AppSettings settings{defaults, loginItem};
+  AppSettings settings{preferences, loginItem};
   int quits = 0;
   int foundAnother = 0;
   int speedTests = 0;

@@ -162,7 +162,7 @@ TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {
   int secondFoundAnother = 0;
   SessionBus secondBus(loop, daemon.address());
   const ResidentShell second(
-      loop, secondBus, ResidentSources{sampler, monitor, tracker, speedTest, settings, defaults},
+      loop, secondBus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
       ResidentShell::Actions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
   EXPECT_TRUE(runUntil(loop, [&] { return secondFoundAnother == 1; }));
   ASSERT_EQ(requests.size(), 1U);

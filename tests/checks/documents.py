@@ -26,7 +26,7 @@ PLACEHOLDER = re.compile(r"\b[A-Z][A-Z0-9_]+\b")
 # Without a link of their own: everybody who has the repository knows them.
 STARTS = ["README.md", "CONTRIBUTING.md", "CHANGELOG.md"]
 
-KEY = re.compile(r'string_view \w+ = "(\w+)"')
+KEY = re.compile(r'Preference<[^>]+> \w+\{"(\w+)"')
 
 
 def documents(root):
@@ -93,7 +93,7 @@ def unmentioned(root):
         if room.resolve() not in linked:
             yield f"{architecture.name}: no link to src/{room.name}"
     told = CODE.findall(FENCE.sub("", guide.read_text(encoding="utf-8")))
-    for key in KEY.findall((root / "src/settings/SettingsKeys.h").read_text(encoding="utf-8")):
+    for key in KEY.findall((root / "src/settings/AppSettings.h").read_text(encoding="utf-8")):
         if key not in told:
             yield f"{guide.name}: not a word of {key}"
 

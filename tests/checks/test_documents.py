@@ -27,7 +27,7 @@ class Documents(unittest.TestCase):
         self.write("run", "")
         self.write("fuzz/corpus/one/input", "")
         self.write("src/base/File.h", "")
-        self.write("src/settings/SettingsKeys.h", 'inline constexpr std::string_view speed = "speed";')
+        self.write("src/settings/AppSettings.h", 'constexpr Preference<bool> speed{"speed", true};')
 
     def write(self, path, text):
         file = self.root / path
@@ -72,7 +72,7 @@ class Documents(unittest.TestCase):
 
     def test_finds_rooms_and_preferences_that_are_left_out(self):
         self.write("src/attic/File.h", "")
-        self.add("src/settings/SettingsKeys.h", '\ninline constexpr std::string_view more = "more";')
+        self.add("src/settings/AppSettings.h", '\nconstexpr Preference<int> more{"more", 1};')
         self.assertEqual([fault.split()[-1] for fault in self.faults()], ["src/attic", "more"])
 
 

@@ -16,7 +16,7 @@ ALLOWED = [
     ("ui/A.cpp", '#include "connectivity/ConnectionInfo.h"'),
     ("ui/A.cpp", '#include "processes/ProcessUsage.h"'),
     ("ui/A.cpp", '#include "settings/AppSettings.h"'),
-    ("ui/A.cpp", '#include "platform/DefaultsStore.h"'),
+    ("ui/A.cpp", '#include "platform/PreferencesStore.h"'),
     ("ui/A.cpp", '#include "ui/tokens/TWColor.h"\n#include <QWidget>'),
     # The windows' process alone knows where the preferences are.
     ("ui/application/A.cpp", '#include "platform/linux/preferences/PreferencesFile.h"\n#include <QObject>'),

@@ -7,8 +7,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const DefaultsValue one{std::int64_t{1}};
-const DefaultsValue two{std::int64_t{2}};
+const PreferenceValue one{std::int64_t{1}};
+const PreferenceValue two{std::int64_t{2}};
 
 class PreferencesFileChanges : public StoredFile {
 protected:

@@ -40,8 +40,8 @@ int statusOf(pid_t child) {
 std::int64_t numberIn(const PreferencesStorage& storage) {
   const auto reading = storage.read();
   EXPECT_EQ(reading.outcome, Outcome::intact);
-  EXPECT_EQ(reading.values.at("other"), DefaultsValue(true));
-  return asExactly<std::int64_t>(reading.values.at("number")).value_or(-1);
+  EXPECT_EQ(reading.values.at("other"), PreferenceValue(true));
+  return as<std::int64_t>(reading.values.at("number")).value_or(-1);
 }
 
 using Clock = std::chrono::steady_clock;

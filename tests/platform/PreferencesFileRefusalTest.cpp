@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const DefaultsValue one{std::int64_t{1}};
-const DefaultsValue two{std::int64_t{2}};
+const PreferenceValue one{std::int64_t{1}};
+const PreferenceValue two{std::int64_t{2}};
 
 // Gives up root's right to everything for a while; files of the test then belong to nobody.
 class Unprivileged {

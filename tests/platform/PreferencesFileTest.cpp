@@ -37,8 +37,8 @@ TEST_F(PreferencesFileTest, TheNextRunReadsWhatWasWritten) {
   store->set("a", std::int64_t{-7});
   store->set("b", "two"s);
   start();
-  EXPECT_EQ(store->value("a"), DefaultsValue(std::int64_t{-7}));
-  EXPECT_EQ(store->value("b"), DefaultsValue("two"s));
+  EXPECT_EQ(store->value("a"), PreferenceValue(std::int64_t{-7}));
+  EXPECT_EQ(store->value("b"), PreferenceValue("two"s));
 }
 
 TEST_F(PreferencesFileTest, AWriteKeepsCommentsUnknownKeysTablesAndTheMode) {
@@ -66,11 +66,11 @@ TEST_F(PreferencesFileTest, AWriteKeepsWhatAnotherWriterJustStored) {
   write("a = 2\nb = 3\n");
   store->set("refreshInterval", 5.0);
   EXPECT_EQ(contents(), "a = 2\nb = 3\nrefreshInterval = 5.0\n");
-  EXPECT_EQ(store->value("b"), DefaultsValue(std::int64_t{3}));
+  EXPECT_EQ(store->value("b"), PreferenceValue(std::int64_t{3}));
   scheduler.settle();
-  EXPECT_EQ(heard, (Heard{{"refreshInterval", DefaultsValue(5.0)},
-                          {"a", DefaultsValue(std::int64_t{2})},
-                          {"b", DefaultsValue(std::int64_t{3})}}));
+  EXPECT_EQ(heard, (Heard{{"refreshInterval", PreferenceValue(5.0)},
+                          {"a", PreferenceValue(std::int64_t{2})},
+                          {"b", PreferenceValue(std::int64_t{3})}}));
 }
 
 TEST_F(PreferencesFileTest, AWriteMakesTheDirectoryAgainThatSomebodyRemoved) {
@@ -103,7 +103,7 @@ TEST_F(PreferencesFileTest, ALinkToAFileThatDoesNotExistYetMakesThatFile) {
 TEST_F(PreferencesFileTest, OfABrokenFileTheReadableKeysCountAndNothingIsTouched) {
   write("a = 1\nb = = 2\n");
   start();
-  EXPECT_EQ(store->value("a"), DefaultsValue(std::int64_t{1}));
+  EXPECT_EQ(store->value("a"), PreferenceValue(std::int64_t{1}));
   EXPECT_EQ(store->value("b"), std::nullopt);
   EXPECT_EQ(contents(), "a = 1\nb = = 2\n");
   EXPECT_TRUE(keptAside().empty());
@@ -124,8 +124,8 @@ TEST_F(PreferencesFileTest, ABrokenKeyKeepsTheLastGoodValueThatThisProcessKnew) 
   write("a = 3\nb = = 2\n");
   hearEvents();
   becomeQuiet();
-  EXPECT_EQ(store->value("a"), DefaultsValue(std::int64_t{3}));
-  EXPECT_EQ(store->value("b"), DefaultsValue(std::int64_t{2}));
+  EXPECT_EQ(store->value("a"), PreferenceValue(std::int64_t{3}));
+  EXPECT_EQ(store->value("b"), PreferenceValue(std::int64_t{2}));
   store->set("refreshInterval", 5.0);
   EXPECT_EQ(contents(), "a = 3\nb = 2\nrefreshInterval = 5.0\n");
 }
@@ -142,9 +142,9 @@ TEST_F(PreferencesFileTest, EveryBrokenFileIsKeptUnderANameOfItsOwn) {
 TEST_F(PreferencesFileTest, ATextThatIsNoUtf8IsStoredAsNearAsItCanBe) {
   start();
   store->set("a", "x\xFFy"s);
-  EXPECT_EQ(store->value("a"), DefaultsValue("x\uFFFDy"s));
+  EXPECT_EQ(store->value("a"), PreferenceValue("x\uFFFDy"s));
   start();
-  EXPECT_EQ(store->value("a"), DefaultsValue("x\uFFFDy"s));
+  EXPECT_EQ(store->value("a"), PreferenceValue("x\uFFFDy"s));
 }
 
 } // namespace

@@ -13,7 +13,7 @@ namespace {
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-std::string with(std::string_view text, std::string_view key, const DefaultsValue& value) {
+std::string with(std::string_view text, std::string_view key, const PreferenceValue& value) {
   PreferencesText preferences(text);
   EXPECT_TRUE(preferences.set(key, value));
   return preferences.text();
@@ -24,7 +24,7 @@ TEST(PreferencesText, ReadsTheFourTypesAndLeavesOthersAlone) {
                              "date = 2024-02-29\nlist = [1]\n[table]\nwhole = 4\n");
   EXPECT_TRUE(text.isIntact());
   EXPECT_EQ(text.values(),
-            (DefaultsValues{
+            (PreferenceValues{
                 {"truth", true}, {"whole", std::int64_t{-3}}, {"real", 2.5}, {"word", "all"s}}));
 }
 
@@ -76,7 +76,7 @@ TEST(PreferencesText, ANewKeyFindsItsPlaceBehindLinesThatOnlyLookLikeHeaders) {
   text += "'''\n[table]\nb = 1\n";
   const PreferencesText before(text);
   const PreferencesText after(with(text, "b", true));
-  EXPECT_EQ(after.values().at("b"), DefaultsValue(true));
+  EXPECT_EQ(after.values().at("b"), PreferenceValue(true));
   EXPECT_EQ(after.values().at("a"), before.values().at("a"));
   EXPECT_NE(after.text().find("[table]\nb = 1\n"), std::string::npos);
 }
@@ -85,7 +85,7 @@ TEST(PreferencesText, AKeyThatNamesATableLosesItsFormButNothingElse) {
   for (const auto text : {"[a]\nx = 1\n[other]\ny = nan\n"sv, "a.x = 1\nother.y = nan\na.z = 2\n"sv,
                           "[[a]]\n[[a]]\n[other]\ny=nan\n"sv}) {
     const PreferencesText after(with(text, "a", 2.5));
-    EXPECT_EQ(after.values(), (DefaultsValues{{"a", 2.5}})) << text;
+    EXPECT_EQ(after.values(), (PreferenceValues{{"a", 2.5}})) << text;
     EXPECT_NE(after.text().find("y = nan"), std::string::npos) << after.text();
   }
 }
@@ -108,14 +108,14 @@ TEST(PreferencesText, WhatLosesItsFormKeepsValuesOfEveryType) {
 
 TEST(PreferencesText, KeysAndValuesOfEveryKindSurvive) {
   std::string text = "first = 1 # stays\n";
-  const DefaultsValues values{{"", "empty key"s},
-                              {"a.b", "\" \\ \n \0 é"s},
-                              {"odd \"key\"", std::numeric_limits<std::int64_t>::min()},
-                              {"plain", 1e300}};
+  const PreferenceValues values{{"", "empty key"s},
+                                {"a.b", "\" \\ \n \0 é"s},
+                                {"odd \"key\"", std::numeric_limits<std::int64_t>::min()},
+                                {"plain", 1e300}};
   for (const auto& [key, value] : values) {
     text = with(text, key, value);
   }
-  DefaultsValues expected = values;
+  PreferenceValues expected = values;
   expected.emplace("first", std::int64_t{1});
   EXPECT_EQ(PreferencesText(text).values(), expected);
   EXPECT_TRUE(text.starts_with("first = 1 # stays\n"));
@@ -127,7 +127,7 @@ TEST(PreferencesText, OfABrokenTextEveryReadableLineIsSaved) {
       "bad \xFF = 1\nmonitorInterface = \"eth0\"\r\n[table]\nx = 1\nnonsense\n");
   EXPECT_FALSE(text.isIntact());
   EXPECT_EQ(text.values(),
-            (DefaultsValues{{"trackPerProcess", false}, {"monitorInterface", "eth0"s}}));
+            (PreferenceValues{{"trackPerProcess", false}, {"monitorInterface", "eth0"s}}));
   EXPECT_EQ(text.text(),
             "# mine\ntrackPerProcess = false\nmonitorInterface = \"eth0\"\n[table]\nx = 1\n");
 }
@@ -135,21 +135,21 @@ TEST(PreferencesText, OfABrokenTextEveryReadableLineIsSaved) {
 TEST(PreferencesText, OfTwoLinesForOneKeyTheLaterStays) {
   const PreferencesText text("a = 1\nb = 2\na = 3\n[t]\na = 4\n");
   EXPECT_FALSE(text.isIntact());
-  EXPECT_EQ(text.values(), (DefaultsValues{{"a", std::int64_t{3}}, {"b", std::int64_t{2}}}));
+  EXPECT_EQ(text.values(), (PreferenceValues{{"a", std::int64_t{3}}, {"b", std::int64_t{2}}}));
   EXPECT_EQ(text.text(), "b = 2\na = 3\n[t]\na = 4\n");
 }
 
 TEST(PreferencesText, WhereLinesContradictEachOtherTheTopLevelIsSaved) {
   const PreferencesText text("a = 1\n'a' = 2\nb.c = 1\nb = 2\n[t]\n[t]\nz = 1\n");
   EXPECT_FALSE(text.isIntact());
-  EXPECT_EQ(text.values(), (DefaultsValues{{"a", std::int64_t{2}}, {"b", std::int64_t{2}}}));
+  EXPECT_EQ(text.values(), (PreferenceValues{{"a", std::int64_t{2}}, {"b", std::int64_t{2}}}));
 }
 
 TEST(PreferencesText, ATextThatIsCutOffAnywhereKeepsTheLinesBefore) {
   const auto whole = "a = 1\nb = \"two\"\nc = [1, 2]\nd = '''\nx\n'''\n"sv;
   for (std::size_t size = 6; size <= whole.size(); ++size) {
     const PreferencesText text(whole.substr(0, size));
-    EXPECT_EQ(text.values().at("a"), DefaultsValue(std::int64_t{1})) << size;
+    EXPECT_EQ(text.values().at("a"), PreferenceValue(std::int64_t{1})) << size;
     EXPECT_TRUE(PreferencesText(text.text()).isIntact()) << size;
   }
 }
@@ -178,7 +178,7 @@ TEST(PreferencesText, HostileBytesDoNoHarmAndTakeAValue) {
   for (const std::string& text : texts) {
     const PreferencesText after(with(text, "refreshInterval", 5.0));
     EXPECT_TRUE(after.isIntact()) << text;
-    EXPECT_EQ(after.values().at("refreshInterval"), DefaultsValue(5.0)) << text;
+    EXPECT_EQ(after.values().at("refreshInterval"), PreferenceValue(5.0)) << text;
   }
 }
 
@@ -199,15 +199,15 @@ TEST(PreferencesText, DeepNestingOfEveryKindDoesNoHarm) {
         repeated("[a", deep / 10) + repeated("]", deep / 10)}) {
     const PreferencesText after(with("trackPerProcess = false\n" + nested + "\n", "r", 5.0));
     EXPECT_TRUE(after.isIntact());
-    EXPECT_EQ(after.values().at("r"), DefaultsValue(5.0));
-    EXPECT_EQ(after.values().at("trackPerProcess"), DefaultsValue(false));
+    EXPECT_EQ(after.values().at("r"), PreferenceValue(5.0));
+    EXPECT_EQ(after.values().at("trackPerProcess"), PreferenceValue(false));
   }
 }
 
 TEST(PreferencesText, AStringOfManyDotsIsNoNesting) {
   const std::string dots(10'000, '.');
   EXPECT_EQ(PreferencesText(with("", "monitorInterface", dots)).values().at("monitorInterface"),
-            DefaultsValue(dots));
+            PreferenceValue(dots));
 }
 
 } // namespace

@@ -1,8 +1,7 @@
 #include "settings/AppSettings.h"
 
 #include "platform/LoginItem.h"
-#include "settings/SettingsKeys.h"
-#include "support/FakeDefaultsStore.h"
+#include "support/FakePreferencesStore.h"
 #include "support/VirtualScheduler.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +35,7 @@ private:
 class AppSettingsTest : public testing::Test {
 protected:
   VirtualScheduler scheduler;
-  FakeDefaultsStore store{scheduler.main()};
+  FakePreferencesStore store{scheduler.main()};
   FakeLoginItem loginItem;
   AppSettings settings{store, loginItem};
 };
@@ -57,8 +56,8 @@ void expectDefaults(const AppSettings& settings) {
 
 TEST_F(AppSettingsTest, AFreshUserReadsTheDefaultsWhichAreNotStored) {
   expectDefaults(settings);
-  for (const auto key : {settingsKeys::launchAtLogin, settingsKeys::refreshInterval,
-                         settingsKeys::monitorInterface, settingsKeys::dataRetentionDays}) {
+  for (const auto key :
+       {"launchAtLogin", "refreshInterval", "monitorInterface", "dataRetentionDays"}) {
     EXPECT_EQ(store.value(key), std::nullopt);
   }
   EXPECT_TRUE(loginItem.calls.empty());
@@ -77,17 +76,17 @@ TEST_F(AppSettingsTest, EachPropertyIsStoredUnderItsNameWithItsType) {
   settings.setDataRetentionDays(90);
   settings.setShowUploadInMenubar(false);
 
-  EXPECT_EQ(store.value("launchAtLogin"), DefaultsValue(true));
-  EXPECT_EQ(store.value("checkForUpdates"), DefaultsValue(false));
-  EXPECT_EQ(store.value("refreshInterval"), DefaultsValue(5.0));
-  EXPECT_EQ(store.value("monitorInterface"), DefaultsValue(std::string("wlan0")));
-  EXPECT_EQ(store.value("trackPerProcess"), DefaultsValue(false));
-  EXPECT_EQ(store.value("slowSpeedThreshold"), DefaultsValue(25.0));
-  EXPECT_EQ(store.value("highLatencyThreshold"), DefaultsValue(50.0));
-  EXPECT_EQ(store.value("showNotifications"), DefaultsValue(false));
-  EXPECT_EQ(store.value("hasCompletedOnboarding"), DefaultsValue(true));
-  EXPECT_EQ(store.value("dataRetentionDays"), DefaultsValue(std::int64_t{90}));
-  EXPECT_EQ(store.value("showUploadInMenubar"), DefaultsValue(false));
+  EXPECT_EQ(store.value("launchAtLogin"), PreferenceValue(true));
+  EXPECT_EQ(store.value("checkForUpdates"), PreferenceValue(false));
+  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(5.0));
+  EXPECT_EQ(store.value("monitorInterface"), PreferenceValue(std::string("wlan0")));
+  EXPECT_EQ(store.value("trackPerProcess"), PreferenceValue(false));
+  EXPECT_EQ(store.value("slowSpeedThreshold"), PreferenceValue(25.0));
+  EXPECT_EQ(store.value("highLatencyThreshold"), PreferenceValue(50.0));
+  EXPECT_EQ(store.value("showNotifications"), PreferenceValue(false));
+  EXPECT_EQ(store.value("hasCompletedOnboarding"), PreferenceValue(true));
+  EXPECT_EQ(store.value("dataRetentionDays"), PreferenceValue(std::int64_t{90}));
+  EXPECT_EQ(store.value("showUploadInMenubar"), PreferenceValue(false));
 }
 
 TEST_F(AppSettingsTest, EachPropertyReadsWhatAnotherWriterStored) {
@@ -117,12 +116,12 @@ TEST_F(AppSettingsTest, EachPropertyReadsWhatAnotherWriterStored) {
   EXPECT_TRUE(loginItem.calls.empty());
 }
 
-TEST_F(AppSettingsTest, AnAbsentIntervalReadsAsItsDefaultHereAndAsZeroInTheStore) {
+TEST_F(AppSettingsTest, AnAbsentIntervalReadsAsItsDefaultHereAndStaysAbsentInTheStore) {
   EXPECT_EQ(settings.refreshInterval(), 2.0);
-  EXPECT_EQ(directDouble(store, settingsKeys::refreshInterval), 0.0);
+  EXPECT_EQ(store.value("refreshInterval"), std::nullopt);
   settings.setRefreshInterval(5.0);
   EXPECT_EQ(settings.refreshInterval(), 5.0);
-  EXPECT_EQ(directDouble(store, settingsKeys::refreshInterval), 5.0);
+  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(5.0));
 }
 
 TEST_F(AppSettingsTest, ValuesAreNotChecked) {
@@ -153,7 +152,9 @@ TEST_F(AppSettingsTest, ANumberPropertyTakesAStoredIntegerAndNoneTakesAnotherTyp
 
 TEST_F(AppSettingsTest, LaunchAtLoginIsStoredBeforeTheItemIsRegisteredOrUnregistered) {
   std::vector<bool> storedAtCall;
-  loginItem.atCall = [&] { storedAtCall.push_back(directBool(store, "launchAtLogin")); };
+  loginItem.atCall = [&] {
+    storedAtCall.push_back(as<bool>(store.value("launchAtLogin")).value());
+  };
   testing::internal::CaptureStdout();
   settings.setLaunchAtLogin(true);
   settings.setLaunchAtLogin(true);
@@ -186,7 +187,7 @@ TEST_F(AppSettingsTest, WithoutAStoreEveryPropertyReadsAsItsDefaultAndWritesGoNo
   shared.attach(store, loginItem);
   shared.setRefreshInterval(5.0);
   EXPECT_EQ(shared.refreshInterval(), 5.0);
-  EXPECT_EQ(store.value("refreshInterval"), DefaultsValue(5.0));
+  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(5.0));
   shared.detach();
   expectDefaults(shared);
 }

@@ -21,7 +21,7 @@ std::string number(double value, int decimals) {
 
 } // namespace
 
-NoticeModel::NoticeModel(const Clock& clock, const DefaultsStore& store, Findings& findings)
+NoticeModel::NoticeModel(const Clock& clock, const PreferencesStore& store, Findings& findings)
     : m_clock(clock), m_store(store), m_findings(findings) {}
 
 void NoticeModel::adopt() {

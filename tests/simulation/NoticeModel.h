@@ -2,8 +2,8 @@
 
 #include "Findings.h"
 #include "base/Clock.h"
-#include "platform/DefaultsStore.h"
 #include "platform/NotificationCenter.h"
+#include "platform/PreferencesStore.h"
 
 #include <cstdint>
 #include <map>
@@ -20,7 +20,7 @@ namespace tidewell::test {
 /// set back makes it last until the clock has come past its end again.
 class NoticeModel final : public NotificationCenter {
 public:
-  NoticeModel(const Clock& clock, const DefaultsStore& store, Findings& findings);
+  NoticeModel(const Clock& clock, const PreferencesStore& store, Findings& findings);
 
   void requestAuthorization() override { ++m_authorizations; }
   void add(NotificationRequest request) override;
@@ -43,7 +43,7 @@ private:
   void expect(NotificationRequest request, bool isRestored);
 
   const Clock& m_clock;
-  const DefaultsStore& m_store;
+  const PreferencesStore& m_store;
   Findings& m_findings;
   bool m_wasConnected = true;
   std::optional<double> m_lastNotice; // wall clock

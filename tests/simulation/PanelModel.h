@@ -2,7 +2,7 @@
 
 #include "Findings.h"
 #include "PanelHost.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <array>
 #include <string>
@@ -20,7 +20,7 @@ namespace tidewell::test {
 /// What the panel must show of the published values: the status and the text.
 class PanelModel {
 public:
-  PanelModel(const AppSettings& settings, const DefaultsStore& store, Findings& findings)
+  PanelModel(const AppSettings& settings, const PreferencesStore& store, Findings& findings)
       : m_settings(settings), m_store(store), m_findings(findings) {}
 
   /// Compares status and text with the values as they are.
@@ -37,7 +37,7 @@ private:
   [[nodiscard]] std::string textOf(const SamplerState& sampler, const MonitorState& monitor) const;
 
   const AppSettings& m_settings;
-  const DefaultsStore& m_store;
+  const PreferencesStore& m_store;
   Findings& m_findings;
   std::array<int, 4> m_statuses{};
 };

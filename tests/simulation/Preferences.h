@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +10,7 @@
 namespace tidewell::test {
 
 /// The number, the default when there is none or it is none.
-inline double numberIn(const std::optional<DefaultsValue>& value, double byDefault) {
+inline double numberIn(const std::optional<PreferenceValue>& value, double byDefault) {
   if (value && std::holds_alternative<double>(*value)) {
     return std::get<double>(*value);
   }
@@ -21,7 +21,7 @@ inline double numberIn(const std::optional<DefaultsValue>& value, double byDefau
 }
 
 /// The truth value, the default when there is none or it is none.
-inline bool truthIn(const std::optional<DefaultsValue>& value, bool byDefault) {
+inline bool truthIn(const std::optional<PreferenceValue>& value, bool byDefault) {
   return value && std::holds_alternative<bool>(*value) ? std::get<bool>(*value) : byDefault;
 }
 

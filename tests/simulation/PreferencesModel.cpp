@@ -26,7 +26,7 @@ std::string numberText(double value) {
   return text.data();
 }
 
-std::string textOf(const DefaultsValue& value) {
+std::string textOf(const PreferenceValue& value) {
   if (const auto* truth = std::get_if<bool>(&value)) {
     return *truth ? "true" : "false";
   }
@@ -39,7 +39,7 @@ std::string textOf(const DefaultsValue& value) {
   return '"' + std::get<std::string>(value) + '"';
 }
 
-std::string documentOf(const std::map<std::string, DefaultsValue>& values) {
+std::string documentOf(const std::map<std::string, PreferenceValue>& values) {
   std::string text = "# written by another program\n";
   for (const auto& [key, value] : values) {
     text += key + " = " + textOf(value) + "\n";
@@ -47,14 +47,14 @@ std::string documentOf(const std::map<std::string, DefaultsValue>& values) {
   return text;
 }
 
-std::string inWords(const std::optional<DefaultsValue>& value) {
+std::string inWords(const std::optional<PreferenceValue>& value) {
   return value ? textOf(*value) : "nothing";
 }
 
 } // namespace
 
 void PreferencesModel::writeElsewhere(const std::string& key,
-                                      const std::optional<DefaultsValue>& value) {
+                                      const std::optional<PreferenceValue>& value) {
   if (value) {
     m_values[key] = *value;
   } else {
@@ -92,7 +92,7 @@ void PreferencesModel::write(const std::string& text) {
   ++m_foreignWrites;
 }
 
-void PreferencesModel::check(const DefaultsStore& store) {
+void PreferencesModel::check(const PreferencesStore& store) {
   if (m_foreignWrites > 0 && m_scheduler.now() - m_changedAt < settling) {
     return;
   }

@@ -2,7 +2,7 @@
 
 #include "Dice.h"
 #include "Findings.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "support/TemporaryDirectory.h"
 
 #include <map>
@@ -21,17 +21,17 @@ public:
   [[nodiscard]] std::string path() const { return (m_directory / "preferences.toml").string(); }
 
   /// The program writes a value.
-  void sets(const std::string& key, const DefaultsValue& value) { m_values[key] = value; }
+  void sets(const std::string& key, const PreferenceValue& value) { m_values[key] = value; }
 
   /// Another writer changes one value, in place or by replacing the file.
-  void writeElsewhere(const std::string& key, const std::optional<DefaultsValue>& value);
+  void writeElsewhere(const std::string& key, const std::optional<PreferenceValue>& value);
   /// Another writer spoils the file: some lines cannot be read any more.
   void spoil();
   /// Another writer removes the file, and with it every value.
   void remove();
 
   /// Holds what readers are told against what was written.
-  void check(const DefaultsStore& store);
+  void check(const PreferencesStore& store);
 
   [[nodiscard]] int foreignWrites() const { return m_foreignWrites; }
 
@@ -42,7 +42,7 @@ private:
   Dice& m_dice;
   Findings& m_findings;
   TemporaryDirectory m_directory;
-  std::map<std::string, DefaultsValue> m_values;
+  std::map<std::string, PreferenceValue> m_values;
   Ticks m_changedAt = Ticks::zero(); // by others
   int m_foreignWrites = 0;
 };

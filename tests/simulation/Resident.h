@@ -29,7 +29,7 @@ struct Surroundings {
   InterfaceAddresses& addresses;
   PathMonitor& paths;
   AppSettings& settings;
-  DefaultsStore& preferences;
+  PreferencesStore& preferences;
   NotificationCenter& center;
   NotificationService& notifications;
   std::string busAddress;

@@ -260,7 +260,7 @@ void Simulation::forgetDesktop() {
   machine.scheduler.forgetLabels();
 }
 
-void Simulation::prefer(const std::string& key, const DefaultsValue& value) {
+void Simulation::prefer(const std::string& key, const PreferenceValue& value) {
   preferences.sets(key, value);
   store.set(key, value);
 }

@@ -58,7 +58,7 @@ public:
   void report(const PathReport& path);
   void askForSpeedTest();
   /// The user of the windows sets a preference.
-  void prefer(const std::string& key, const DefaultsValue& value);
+  void prefer(const std::string& key, const PreferenceValue& value);
 
   /// Bus, panel, notification server and windows do what they should.
   void calmDesktop();

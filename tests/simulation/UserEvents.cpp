@@ -67,9 +67,9 @@ void Scenario::changeSettingElsewhere() {
     return file.spoil();
   }
   file.writeElsewhere(
-      key, m_dice.oneOf<DefaultsValue>({true, false, std::int64_t{0}, std::int64_t{-1},
-                                        std::int64_t{7}, 0.0, -0.0, -1.0, 3.3, 1e300, nan, infinity,
-                                        -infinity, std::string("often")}));
+      key, m_dice.oneOf<PreferenceValue>({true, false, std::int64_t{0}, std::int64_t{-1},
+                                          std::int64_t{7}, 0.0, -0.0, -1.0, 3.3, 1e300, nan,
+                                          infinity, -infinity, std::string("often")}));
   later(m_dice.magnitude(0.5, 7200.0), [this] { changeSetting(); });
   later(m_dice.magnitude(0.5, 7200.0), [this] {
     m_world.prefer("refreshInterval", m_dice.oneOf({2.0, 5.0, 10.0}));

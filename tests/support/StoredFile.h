@@ -21,7 +21,7 @@ namespace tidewell::test {
 /// of the file is heard when the test says so.
 class StoredFile : public testing::Test {
 protected:
-  using Heard = std::vector<std::pair<std::string, std::optional<DefaultsValue>>>;
+  using Heard = std::vector<std::pair<std::string, std::optional<PreferenceValue>>>;
 
   /// Starts the program, so to speak; again when it runs already.
   void start() {

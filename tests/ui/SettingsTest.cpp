@@ -233,11 +233,11 @@ TEST_F(SettingsTest, RegistersTheLoginItemAndStaysOnWhenThatFails) {
 }
 
 // A store that takes nothing, not even for its own readers.
-class ClosedStore final : public DefaultsStore {
+class ClosedStore final : public PreferencesStore {
 public:
-  [[nodiscard]] std::optional<DefaultsValue> value(std::string_view) const override { return {}; }
-  void set(std::string_view, DefaultsValue) override { ++attempts; }
-  [[nodiscard]] Subscription observe(std::string, Observer) override { return {}; }
+  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view) const override { return {}; }
+  void set(std::string_view, PreferenceValue) override { ++attempts; }
+  [[nodiscard]] Subscription observe(std::string_view, Observer) override { return {}; }
   int attempts = 0;
 };
 

@@ -1,6 +1,5 @@
 #include "ui/application/Preferences.h"
 
-#include "settings/SettingsKeys.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -25,15 +24,14 @@ TEST_F(WindowPreferencesTest, ReachOtherWritersOfTheSameFile) {
   QtQueue otherQueue;
   const PreferencesFile other((directory.path() / "tidewell/preferences.toml").string(), otherQueue,
                               qtWatch());
-  EXPECT_EQ(directDouble(other, settingsKeys::refreshInterval), 5.0);
+  EXPECT_EQ(other.value("refreshInterval"), PreferenceValue(5.0));
 }
 
 TEST_F(WindowPreferencesTest, HearOfTheChangesOfOtherWriters) {
   Preferences preferences("/usr/bin/tidewell");
   double heard = 0.0;
   const Subscription watch = preferences.store().observe(
-      std::string(settingsKeys::refreshInterval),
-      [&](const auto& value) { heard = asDouble(value).value_or(-1.0); });
+      "refreshInterval", [&](const auto& value) { heard = as<double>(value).value_or(-1.0); });
   writeInPlace(directory.path() / "tidewell/preferences.toml", "refreshInterval = 3.0\n");
   EXPECT_TRUE(QTest::qWaitFor([&] { return heard == 3.0; }, 10'000));
   EXPECT_EQ(preferences.settings().refreshInterval(), 3.0);

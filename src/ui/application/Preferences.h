@@ -21,7 +21,7 @@ public:
   ~Preferences();
 
   [[nodiscard]] static AppSettings& settings() { return AppSettings::shared(); }
-  [[nodiscard]] DefaultsStore& store() { return m_file; }
+  [[nodiscard]] PreferencesStore& store() { return m_file; }
 
 private:
   QtQueue m_queue;

@@ -76,7 +76,7 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
   column->addWidget(Divider::horizontal(this));
 }
 
-SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, DefaultsStore& store)
+SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, PreferencesStore& store)
     : m_settings(settings), m_store(store), m_column(new QVBoxLayout) {
   auto* const frame = new QVBoxLayout(this);
   frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth, padding);

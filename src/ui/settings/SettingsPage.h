@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Observers.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "settings/AppSettings.h"
 
 #include <QString>
@@ -50,7 +50,7 @@ class SettingsPage : public QWidget {
 
 public:
   /// Borrows the preferences and the store that they are kept in.
-  SettingsPage(std::string_view title, AppSettings& settings, DefaultsStore& store);
+  SettingsPage(std::string_view title, AppSettings& settings, PreferencesStore& store);
 
   /// Begins a group; what follows belongs to it.
   void settingGroup(const char* title);
@@ -97,7 +97,7 @@ private:
   void observe(std::string_view key, std::function<void()> show);
 
   AppSettings& m_settings;
-  DefaultsStore& m_store;
+  PreferencesStore& m_store;
   QVBoxLayout* m_column;
   // Ended before the controls go.
   std::vector<Subscription> m_subscriptions;

@@ -8,7 +8,7 @@
 namespace tidewell {
 
 class AppSettings;
-class DefaultsStore;
+class PreferencesStore;
 class SettingsPage;
 
 /// The parts of the settings.
@@ -27,6 +27,6 @@ inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
 
 /// The content of a section, which the caller owns. Borrows the preferences and their store.
 [[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
-                                             DefaultsStore& store);
+                                             PreferencesStore& store);
 
 } // namespace tidewell

@@ -14,7 +14,7 @@
 
 namespace tidewell {
 
-SettingsView::SettingsView(AppSettings& settings, DefaultsStore& store, QWidget* parent)
+SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, QWidget* parent)
     : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Settings"), parent),
       m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
   setWindowTitle(accessibleName());

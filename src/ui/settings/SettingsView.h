@@ -8,7 +8,7 @@ class QStackedWidget;
 namespace tidewell {
 
 class AppSettings;
-class DefaultsStore;
+class PreferencesStore;
 class SettingsSidebar;
 
 /// The settings: a sidebar with the sections and the chosen one's controls, which scroll. A window
@@ -25,7 +25,7 @@ public:
 
   /// Borrows the preferences and the store that they are attached to, which tells of changes that
   /// others make.
-  SettingsView(AppSettings& settings, DefaultsStore& store, QWidget* parent = nullptr);
+  SettingsView(AppSettings& settings, PreferencesStore& store, QWidget* parent = nullptr);
   ~SettingsView() override;
 
   [[nodiscard]] Section selectedSection() const { return m_selectedSection; }

@@ -2,9 +2,8 @@
 
 #include "Panel.h"
 #include "settings/AppSettings.h"
-#include "settings/SettingsKeys.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakePreferencesStore.h"
 #include "support/VirtualScheduler.h"
 #include "ui/components/Buttons.h"
 #include "ui/components/ChoiceList.h"
@@ -18,7 +17,7 @@ namespace tidewell::test {
 /// The settings over a store in memory.
 struct Preferences {
   VirtualScheduler scheduler;
-  FakeDefaultsStore store{scheduler.main()};
+  FakePreferencesStore store{scheduler.main()};
   FakeLoginItem loginItem;
   AppSettings settings{store, loginItem};
   std::unique_ptr<SettingsView> view;

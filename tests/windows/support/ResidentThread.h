@@ -8,8 +8,8 @@
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestState.h"
-#include "support/FakeDefaultsStore.h"
 #include "support/FakeLoginItem.h"
+#include "support/FakePreferencesStore.h"
 
 #include <atomic>
 #include <functional>
@@ -53,13 +53,13 @@ private:
   void run(const std::string& address) {
     EpollLoop loop;
     SessionBus bus(loop, address);
-    FakeDefaultsStore defaults(loop);
+    FakePreferencesStore preferences(loop);
     FakeLoginItem loginItem;
-    const AppSettings settings(defaults, loginItem);
+    const AppSettings settings(preferences, loginItem);
     const ResidentShell shell(
         loop, bus,
         ResidentSources{m_states.sampler, m_states.monitor, m_states.tracker, m_states.speedTest,
-                        settings, defaults},
+                        settings, preferences},
         {[this] { ++quits; }, [] {}, [this] { ++speedTests; }, [](const WindowRequest&) {}});
     m_ready.set_value(&loop);
     loop.run();

@@ -15,7 +15,7 @@ constexpr Seconds quietSpan = 0.05;
 constexpr Seconds retrySpan = 60.0;
 constexpr Seconds once = 0.0;
 
-DefaultsValue storable(DefaultsValue value) {
+PreferenceValue storable(PreferenceValue value) {
   if (auto* text = std::get_if<std::string>(&value)) {
     *text = validUtf8(*text);
   }
@@ -45,22 +45,22 @@ PreferencesFile::PreferencesFile(std::string path, EventLoop& loop)
 
 PreferencesFile::~PreferencesFile() = default;
 
-std::optional<DefaultsValue> PreferencesFile::value(std::string_view key) const {
+std::optional<PreferenceValue> PreferencesFile::value(std::string_view key) const {
   const std::scoped_lock lock(m_mutex);
   const auto found = m_values.find(key);
   return found == m_values.end() ? std::nullopt : std::optional(found->second);
 }
 
-void PreferencesFile::set(std::string_view key, DefaultsValue value) {
-  const DefaultsValues change{{validUtf8(key), storable(std::move(value))}};
+void PreferencesFile::set(std::string_view key, PreferenceValue value) {
+  const PreferenceValues change{{validUtf8(key), storable(std::move(value))}};
   const std::scoped_lock fileLock(m_fileMutex);
-  DefaultsValues refused;
+  PreferenceValues refused;
   {
     const std::scoped_lock lock(m_mutex);
     for (const auto& [name, stored] : change) {
       m_refused.insert_or_assign(name, stored);
     }
-    DefaultsValues values = m_values;
+    PreferenceValues values = m_values;
     adopt(std::move(values));
     refused = m_refused;
   }
@@ -77,7 +77,7 @@ void PreferencesFile::set(std::string_view key, DefaultsValue value) {
   });
 }
 
-Subscription PreferencesFile::observe(std::string key, Observer observer) {
+Subscription PreferencesFile::observe(std::string_view key, Observer observer) {
   return m_changes.observe(key, std::move(observer));
 }
 
@@ -117,8 +117,8 @@ bool PreferencesFile::isComplete(const PreferencesStorage::Reading& reading) con
 }
 
 // With m_fileMutex held. Gives the disk these values; false when it refuses.
-bool PreferencesFile::flush(const DefaultsValues& changes) {
-  DefaultsValues known;
+bool PreferencesFile::flush(const PreferenceValues& changes) {
+  PreferenceValues known;
   {
     const std::scoped_lock lock(m_mutex);
     known = m_values;
@@ -136,7 +136,7 @@ bool PreferencesFile::flush(const DefaultsValues& changes) {
 }
 
 // With m_mutex held. Makes what is stored, and what should be, what readers see.
-void PreferencesFile::adopt(DefaultsValues stored) {
+void PreferencesFile::adopt(PreferenceValues stored) {
   for (const auto& [key, value] : m_refused) {
     stored.insert_or_assign(key, value);
   }
@@ -166,7 +166,7 @@ void PreferencesFile::retry() {
   read(Patience::none); // what nobody told while nothing was watched
   {
     const std::scoped_lock fileLock(m_fileMutex);
-    DefaultsValues refused;
+    PreferenceValues refused;
     {
       const std::scoped_lock lock(m_mutex);
       refused = m_refused;

@@ -33,7 +33,7 @@ std::string targetOf(const std::string& path) {
 }
 
 // False when something of the text was lost on the way.
-bool setAll(PreferencesText& text, const DefaultsValues& values) {
+bool setAll(PreferencesText& text, const PreferenceValues& values) {
   bool isComplete = true;
   for (const auto& [key, value] : values) {
     isComplete = text.set(key, value) && isComplete;
@@ -64,8 +64,8 @@ PreferencesStorage::Reading PreferencesStorage::read() const {
   return {text.isIntact() ? Reading::Outcome::intact : Reading::Outcome::broken, text.values()};
 }
 
-std::optional<DefaultsValues> PreferencesStorage::write(const DefaultsValues& changes,
-                                                        const DefaultsValues& known) const {
+std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues& changes,
+                                                          const PreferenceValues& known) const {
   const std::string directory = directoryOf(m_path);
   if (makeDirectories(directory)) {
     return std::nullopt;
@@ -79,7 +79,7 @@ std::optional<DefaultsValues> PreferencesStorage::write(const DefaultsValues& ch
   PreferencesText text(file.outcome == Outcome::read ? file.contents : firstLine);
   bool mustKeepAside = file.outcome == Outcome::unreadable || !text.isIntact();
   if (mustKeepAside) {
-    DefaultsValues missing = known;
+    PreferenceValues missing = known;
     std::erase_if(missing, [&](const auto& entry) { return text.values().contains(entry.first); });
     setAll(text, missing);
   }

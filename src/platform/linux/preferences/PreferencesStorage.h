@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <optional>
 #include <string>
@@ -20,7 +20,7 @@ public:
     };
 
     Outcome outcome = Outcome::absent;
-    DefaultsValues values;
+    PreferenceValues values;
   };
 
   explicit PreferencesStorage(std::string path) : m_path(std::move(path)) {}
@@ -34,8 +34,8 @@ public:
   /// file that has to be replaced because it is broken or unreadable go all `known` values as well,
   /// once the old one has been kept aside. The values of the file as it is then; none when the
   /// disk refused, in which case the file is what it was.
-  [[nodiscard]] std::optional<DefaultsValues> write(const DefaultsValues& changes,
-                                                    const DefaultsValues& known) const;
+  [[nodiscard]] std::optional<PreferenceValues> write(const PreferenceValues& changes,
+                                                      const PreferenceValues& known) const;
 
 private:
   std::string m_path;

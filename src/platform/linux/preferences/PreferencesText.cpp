@@ -76,7 +76,7 @@ std::string withLine(std::string_view text, std::size_t place, std::string_view 
   return result.append(text.substr(place));
 }
 
-std::string textOf(const DefaultsValues& values) {
+std::string textOf(const PreferenceValues& values) {
   std::string text;
   for (const auto& [key, value] : values) {
     text += tomlKey(key) + " = " + tomlText(value) + "\n";
@@ -93,10 +93,10 @@ PreferencesText::PreferencesText(std::string_view text) : m_text(text) {
     m_text = repairedPreferences(text);
     document = TomlDocument::parse(m_text);
   }
-  m_values = document ? document->values() : DefaultsValues{};
+  m_values = document ? document->values() : PreferenceValues{};
 }
 
-bool PreferencesText::set(std::string_view key, const DefaultsValue& value) {
+bool PreferencesText::set(std::string_view key, const PreferenceValue& value) {
   const auto stored = m_values.find(key);
   if (stored != m_values.end() && isSame(stored->second, value)) {
     return true;
@@ -129,12 +129,12 @@ bool PreferencesText::set(std::string_view key, const DefaultsValue& value) {
 }
 
 bool PreferencesText::accept(std::string candidate, std::string_view key,
-                             const DefaultsValue& value, const std::string& others) {
+                             const PreferenceValue& value, const std::string& others) {
   const auto document = TomlDocument::parse(candidate);
   if (!document) {
     return false;
   }
-  DefaultsValues values = document->values();
+  PreferenceValues values = document->values();
   const auto stored = values.find(key);
   if (stored == values.end() || !isSame(stored->second, value) ||
       document->textWithout(key) != others) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <string>
 #include <string_view>
@@ -23,18 +23,18 @@ public:
   [[nodiscard]] const std::string& text() const { return m_text; }
 
   /// The preferences in it. Keys of other types (dates, arrays, tables) are not among them.
-  [[nodiscard]] const DefaultsValues& values() const { return m_values; }
+  [[nodiscard]] const PreferenceValues& values() const { return m_values; }
 
   /// Gives a key its value. False when the text had to be made anew of its values, so that what
   /// else was in it is lost: a way out that no known text takes. Key and value are valid UTF-8.
-  [[nodiscard]] bool set(std::string_view key, const DefaultsValue& value);
+  [[nodiscard]] bool set(std::string_view key, const PreferenceValue& value);
 
 private:
-  bool accept(std::string candidate, std::string_view key, const DefaultsValue& value,
+  bool accept(std::string candidate, std::string_view key, const PreferenceValue& value,
               const std::string& others);
 
   std::string m_text;
-  DefaultsValues m_values;
+  PreferenceValues m_values;
   bool m_isIntact = true;
 };
 

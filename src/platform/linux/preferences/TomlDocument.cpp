@@ -56,10 +56,10 @@ TomlDocument::TomlDocument(TomlDocument&& other) noexcept = default;
 TomlDocument& TomlDocument::operator=(TomlDocument&& other) noexcept = default;
 TomlDocument::~TomlDocument() = default;
 
-DefaultsValues TomlDocument::values() const {
-  DefaultsValues values;
+PreferenceValues TomlDocument::values() const {
+  PreferenceValues values;
   for (const auto& [key, node] : m_table->root) {
-    if (auto value = defaultsValue(node)) {
+    if (auto value = preferenceValue(node)) {
       values.emplace(key.str(), *std::move(value));
     }
   }

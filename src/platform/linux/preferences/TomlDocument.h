@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <cstddef>
 #include <memory>
@@ -29,7 +29,7 @@ public:
   ~TomlDocument();
 
   /// The keys at the top that hold a truth value, an integer, a number or a string.
-  [[nodiscard]] DefaultsValues values() const;
+  [[nodiscard]] PreferenceValues values() const;
 
   /// Whether the top has the key, whatever its type.
   [[nodiscard]] bool contains(std::string_view key) const;

@@ -10,7 +10,7 @@ namespace tidewell {
 namespace {
 
 std::string padded(std::int64_t number, std::size_t digits) {
-  std::string text = tomlText(DefaultsValue(number));
+  std::string text = tomlText(PreferenceValue(number));
   return text.size() < digits ? std::string(digits - text.size(), '0') + text : text;
 }
 
@@ -56,7 +56,7 @@ std::string textOf(const toml::table& table) {
 }
 
 std::string textOf(const toml::node& node) {
-  if (const auto value = defaultsValue(node)) {
+  if (const auto value = preferenceValue(node)) {
     return tomlText(*value);
   }
   if (const auto* table = node.as_table()) {
@@ -77,18 +77,18 @@ std::string textOf(const toml::node& node) {
 
 } // namespace
 
-std::optional<DefaultsValue> defaultsValue(const toml::node& node) {
+std::optional<PreferenceValue> preferenceValue(const toml::node& node) {
   if (const auto* truth = node.as_boolean()) {
-    return DefaultsValue(truth->get());
+    return PreferenceValue(truth->get());
   }
   if (const auto* integer = node.as_integer()) {
-    return DefaultsValue(integer->get());
+    return PreferenceValue(integer->get());
   }
   if (const auto* real = node.as_floating_point()) {
-    return DefaultsValue(real->get());
+    return PreferenceValue(real->get());
   }
   if (const auto* text = node.as_string()) {
-    return DefaultsValue(text->get());
+    return PreferenceValue(text->get());
   }
   return std::nullopt;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 #include "platform/linux/preferences/TomlLibrary.h"
 
 #include <optional>
@@ -10,7 +10,7 @@
 namespace tidewell {
 
 /// The node's value when it has one of the types that preferences have.
-[[nodiscard]] std::optional<DefaultsValue> defaultsValue(const toml::node& node);
+[[nodiscard]] std::optional<PreferenceValue> preferenceValue(const toml::node& node);
 
 /// Everything in the table but one key at the top, as text: what stands at the top on a line each,
 /// tables below their headers, everything further down on one line. Two tables of the same

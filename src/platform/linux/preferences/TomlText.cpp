@@ -74,7 +74,7 @@ struct TextOf {
 
 } // namespace
 
-std::string tomlText(const DefaultsValue& value) { return std::visit(TextOf{}, value); }
+std::string tomlText(const PreferenceValue& value) { return std::visit(TextOf{}, value); }
 
 std::string tomlKey(std::string_view key) {
   const bool isBare = !key.empty() && std::ranges::all_of(key, [](char character) {

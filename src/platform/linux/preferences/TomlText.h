@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <string>
 #include <string_view>
@@ -9,7 +9,7 @@ namespace tidewell {
 
 /// The value as TOML writes it, on one line, such that reading it gives the same type and value
 /// (of a string that is no UTF-8: what `validUtf8` makes of it).
-[[nodiscard]] std::string tomlText(const DefaultsValue& value);
+[[nodiscard]] std::string tomlText(const PreferenceValue& value);
 
 /// The key as TOML writes it: bare where it may be, else quoted.
 [[nodiscard]] std::string tomlKey(std::string_view key);

@@ -1,4 +1,4 @@
-#include "platform/DefaultsChanges.h"
+#include "platform/PreferenceChanges.h"
 
 #include <cstdint>
 #include <deque>
@@ -8,10 +8,10 @@
 
 namespace tidewell {
 
-struct DefaultsChanges::State {
+struct PreferenceChanges::State {
   struct Change {
     std::string key;
-    std::optional<DefaultsValue> value;
+    std::optional<PreferenceValue> value;
     std::uint64_t number;
   };
 
@@ -45,12 +45,12 @@ struct DefaultsChanges::State {
   std::map<std::string, Observers<const Change&>> observers;
 };
 
-DefaultsChanges::DefaultsChanges(WorkQueue& main)
+PreferenceChanges::PreferenceChanges(WorkQueue& main)
     : m_main(main), m_state(std::make_shared<State>()) {}
 
-DefaultsChanges::~DefaultsChanges() { m_state->isOpen = false; }
+PreferenceChanges::~PreferenceChanges() { m_state->isOpen = false; }
 
-void DefaultsChanges::push(std::string key, std::optional<DefaultsValue> value) {
+void PreferenceChanges::push(std::string key, std::optional<PreferenceValue> value) {
   {
     const std::scoped_lock lock(m_state->mutex);
     m_state->waiting.push_back({std::move(key), std::move(value), ++m_state->count});
@@ -65,13 +65,13 @@ void DefaultsChanges::push(std::string key, std::optional<DefaultsValue> value) 
   });
 }
 
-Subscription DefaultsChanges::observe(const std::string& key, DefaultsStore::Observer observer) {
+Subscription PreferenceChanges::observe(std::string_view key, PreferencesStore::Observer observer) {
   std::uint64_t before = 0;
   {
     const std::scoped_lock lock(m_state->mutex);
     before = m_state->count;
   }
-  return m_state->observers[key].add(
+  return m_state->observers[std::string(key)].add(
       [before, observer = std::move(observer)](const State::Change& change) {
         if (change.number > before) {
           observer(change.value);

@@ -1,4 +1,4 @@
-#include "contract/DefaultsStoreContract.h"
+#include "contract/PreferencesStoreContract.h"
 
 #include "support/LoopRunner.h"
 
@@ -11,21 +11,19 @@
 namespace tidewell::test {
 namespace {
 
-using Heard = std::vector<std::optional<DefaultsValue>>;
+using Heard = std::vector<std::optional<PreferenceValue>>;
 using namespace std::string_literals;
 
-DefaultsStore::Observer into(Heard& heard) {
-  return [&heard](const std::optional<DefaultsValue>& value) { heard.push_back(value); };
+PreferencesStore::Observer into(Heard& heard) {
+  return [&heard](const std::optional<PreferenceValue>& value) { heard.push_back(value); };
 }
 
-TEST_P(DefaultsStoreContract, HasNoValueForAKeyThatNobodyWrote) {
+TEST_P(PreferencesStoreContract, HasNoValueForAKeyThatNobodyWrote) {
   EXPECT_EQ(store.value("refreshInterval"), std::nullopt);
-  EXPECT_EQ(directDouble(store, "refreshInterval"), 0.0);
-  EXPECT_FALSE(directBool(store, "trackPerProcess"));
 }
 
-TEST_P(DefaultsStoreContract, GivesBackWhatWasWrittenWithItsType) {
-  const std::vector<DefaultsValue> values{
+TEST_P(PreferencesStoreContract, GivesBackWhatWasWrittenWithItsType) {
+  const std::vector<PreferenceValue> values{
       true,
       false,
       std::int64_t{0},
@@ -43,7 +41,7 @@ TEST_P(DefaultsStoreContract, GivesBackWhatWasWrittenWithItsType) {
       "all"s,
       "quote \" backslash \\ line\nend\r tab\t nul\0 del\x7F é ↓ 🌊"s,
   };
-  for (const DefaultsValue& value : values) {
+  for (const PreferenceValue& value : values) {
     store.set("key", value);
     const auto stored = store.value("key");
     ASSERT_TRUE(stored);
@@ -51,25 +49,25 @@ TEST_P(DefaultsStoreContract, GivesBackWhatWasWrittenWithItsType) {
   }
 }
 
-TEST_P(DefaultsStoreContract, KeepsEachKeyApart) {
+TEST_P(PreferencesStoreContract, KeepsEachKeyApart) {
   store.set("refreshInterval", 5.0);
   store.set("trackPerProcess", false);
-  EXPECT_EQ(directDouble(store, "refreshInterval"), 5.0);
-  EXPECT_EQ(store.value("trackPerProcess"), DefaultsValue(false));
+  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(5.0));
+  EXPECT_EQ(store.value("trackPerProcess"), PreferenceValue(false));
   EXPECT_EQ(store.value("refresh"), std::nullopt);
 }
 
-TEST_P(DefaultsStoreContract, TellsEachChangeOnceInOrderButNotInsideTheWrite) {
+TEST_P(PreferencesStoreContract, TellsEachChangeOnceInOrderButNotInsideTheWrite) {
   Heard heard;
   const Subscription subscription = store.observe("refreshInterval", into(heard));
   store.set("refreshInterval", 1.0);
   store.set("refreshInterval", 5.0);
   EXPECT_TRUE(heard.empty());
   ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
-  EXPECT_EQ(heard, (Heard{DefaultsValue(1.0), DefaultsValue(5.0)}));
+  EXPECT_EQ(heard, (Heard{PreferenceValue(1.0), PreferenceValue(5.0)}));
 }
 
-TEST_P(DefaultsStoreContract, TellsNeitherThePresentValueNorWhatChangedBeforeNorAnEqualOne) {
+TEST_P(PreferencesStoreContract, TellsNeitherThePresentValueNorWhatChangedBeforeNorAnEqualOne) {
   store.set("refreshInterval", 1.0);
   Heard heard;
   const Subscription subscription = store.observe("refreshInterval", into(heard));
@@ -79,11 +77,11 @@ TEST_P(DefaultsStoreContract, TellsNeitherThePresentValueNorWhatChangedBeforeNor
   store.set("refreshInterval", 2.0);
   ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
   ASSERT_EQ(heard.size(), 2U);
-  EXPECT_TRUE(std::isnan(asDouble(heard[0]).value_or(0.0)));
-  EXPECT_EQ(heard[1], DefaultsValue(2.0));
+  EXPECT_TRUE(std::isnan(as<double>(heard[0]).value_or(0.0)));
+  EXPECT_EQ(heard[1], PreferenceValue(2.0));
 }
 
-TEST_P(DefaultsStoreContract, TellsTheObserversOfThatKeyAlone) {
+TEST_P(PreferencesStoreContract, TellsTheObserversOfThatKeyAlone) {
   Heard interval;
   Heard tracking;
   const Subscription first = store.observe("refreshInterval", into(interval));
@@ -91,11 +89,11 @@ TEST_P(DefaultsStoreContract, TellsTheObserversOfThatKeyAlone) {
   store.set("refreshInterval", 1.0);
   store.set("trackPerProcess", false);
   ASSERT_TRUE(runUntil(loop, [&] { return !tracking.empty(); }));
-  EXPECT_EQ(interval, Heard{DefaultsValue(1.0)});
-  EXPECT_EQ(tracking, Heard{DefaultsValue(false)});
+  EXPECT_EQ(interval, Heard{PreferenceValue(1.0)});
+  EXPECT_EQ(tracking, Heard{PreferenceValue(false)});
 }
 
-TEST_P(DefaultsStoreContract, NoticesWhatOtherWritersDo) {
+TEST_P(PreferencesStoreContract, NoticesWhatOtherWritersDo) {
   store.set("trackPerProcess", true);
   Heard interval;
   Heard tracking;
@@ -103,8 +101,8 @@ TEST_P(DefaultsStoreContract, NoticesWhatOtherWritersDo) {
   const Subscription second = store.observe("trackPerProcess", into(tracking));
   world->writeFromOutside("refreshInterval", 7.5);
   ASSERT_TRUE(runUntil(loop, [&] { return !interval.empty(); }));
-  EXPECT_EQ(interval, Heard{DefaultsValue(7.5)});
-  EXPECT_EQ(directDouble(store, "refreshInterval"), 7.5);
+  EXPECT_EQ(interval, Heard{PreferenceValue(7.5)});
+  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(7.5));
   EXPECT_TRUE(tracking.empty());
 
   world->clearFromOutside();
@@ -114,7 +112,7 @@ TEST_P(DefaultsStoreContract, NoticesWhatOtherWritersDo) {
   EXPECT_EQ(store.value("refreshInterval"), std::nullopt);
 }
 
-TEST_P(DefaultsStoreContract, IsQuietOnceASubscriptionEnds) {
+TEST_P(PreferencesStoreContract, IsQuietOnceASubscriptionEnds) {
   Heard ended;
   Heard kept;
   Subscription subscription = store.observe("refreshInterval", into(ended));
@@ -125,21 +123,21 @@ TEST_P(DefaultsStoreContract, IsQuietOnceASubscriptionEnds) {
   EXPECT_TRUE(ended.empty());
 }
 
-TEST_P(DefaultsStoreContract, LetsAnObserverWriteTheValueAgain) {
+TEST_P(PreferencesStoreContract, LetsAnObserverWriteTheValueAgain) {
   Heard heard;
   const Subscription subscription =
-      store.observe("refreshInterval", [&](const std::optional<DefaultsValue>& value) {
+      store.observe("refreshInterval", [&](const std::optional<PreferenceValue>& value) {
         heard.push_back(value);
         store.set("refreshInterval", 2.0);
       });
   store.set("refreshInterval", 1.0);
   ASSERT_TRUE(runUntil(loop, [&] { return heard.size() >= 2; }));
-  EXPECT_EQ(heard, (Heard{DefaultsValue(1.0), DefaultsValue(2.0)}));
+  EXPECT_EQ(heard, (Heard{PreferenceValue(1.0), PreferenceValue(2.0)}));
 }
 
-TEST_P(DefaultsStoreContract, MayGoWhileAnObserverRuns) {
+TEST_P(PreferencesStoreContract, MayGoWhileAnObserverRuns) {
   int calls = 0;
-  const auto goes = [&](const std::optional<DefaultsValue>&) {
+  const auto goes = [&](const std::optional<PreferenceValue>&) {
     ++calls;
     world.reset();
   };
@@ -153,11 +151,11 @@ TEST_P(DefaultsStoreContract, MayGoWhileAnObserverRuns) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST_P(DefaultsStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
+TEST_P(PreferencesStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
   constexpr int writes = 20;
   int told = 0;
   const auto main = std::this_thread::get_id();
-  const auto count = [&](const std::optional<DefaultsValue>&) {
+  const auto count = [&](const std::optional<PreferenceValue>&) {
     EXPECT_EQ(std::this_thread::get_id(), main);
     ++told;
   };
@@ -166,7 +164,7 @@ TEST_P(DefaultsStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
   const auto write = [&](const char* key) {
     for (std::int64_t number = 0; number < writes; ++number) {
       store.set(key, number);
-      EXPECT_EQ(store.value(key), DefaultsValue(number));
+      EXPECT_EQ(store.value(key), PreferenceValue(number));
     }
   };
   std::thread one(write, "a");

@@ -1,7 +1,7 @@
-#include "contract/DefaultsStoreContract.h"
+#include "contract/PreferencesStoreContract.h"
 #include "platform/linux/preferences/PreferencesFile.h"
 #include "platform/linux/preferences/PreferencesStorage.h"
-#include "support/FakeDefaultsStore.h"
+#include "support/FakePreferencesStore.h"
 #include "support/TemporaryDirectory.h"
 
 namespace tidewell::test {
@@ -10,21 +10,21 @@ namespace {
 class FakeStore final : public StoreUnderTest {
 public:
   explicit FakeStore(EventLoop& loop) : m_store(loop) {}
-  DefaultsStore& store() override { return m_store; }
-  void writeFromOutside(std::string_view key, const DefaultsValue& value) override {
+  PreferencesStore& store() override { return m_store; }
+  void writeFromOutside(std::string_view key, const PreferenceValue& value) override {
     m_store.set(key, value);
   }
   void clearFromOutside() override { m_store.clear(); }
 
 private:
-  FakeDefaultsStore m_store;
+  FakePreferencesStore m_store;
 };
 
 class FileStore final : public StoreUnderTest {
 public:
   explicit FileStore(EventLoop& loop) : m_store(m_path, loop) {}
-  DefaultsStore& store() override { return m_store; }
-  void writeFromOutside(std::string_view key, const DefaultsValue& value) override {
+  PreferencesStore& store() override { return m_store; }
+  void writeFromOutside(std::string_view key, const PreferenceValue& value) override {
     EXPECT_TRUE(PreferencesStorage(m_path).write({{std::string(key), value}}, {}));
   }
   void clearFromOutside() override { std::filesystem::remove(m_path); }
@@ -36,7 +36,7 @@ private:
 };
 
 INSTANTIATE_TEST_SUITE_P(
-    Stores, DefaultsStoreContract,
+    Stores, PreferencesStoreContract,
     testing::Values(
         StoreKind{"fake", [](EventLoop& loop) { return std::make_unique<FakeStore>(loop); }},
         StoreKind{"file", [](EventLoop& loop) { return std::make_unique<FileStore>(loop); }}),

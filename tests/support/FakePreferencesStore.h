@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/DefaultsChanges.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferenceChanges.h"
+#include "platform/PreferencesStore.h"
 
 #include <mutex>
 #include <optional>
@@ -12,17 +12,17 @@
 namespace tidewell::test {
 
 /// Preferences in memory, which tell their observers on `main` as the real ones do.
-class FakeDefaultsStore final : public DefaultsStore {
+class FakePreferencesStore final : public PreferencesStore {
 public:
-  explicit FakeDefaultsStore(WorkQueue& main) : m_changes(main) {}
+  explicit FakePreferencesStore(WorkQueue& main) : m_changes(main) {}
 
-  [[nodiscard]] std::optional<DefaultsValue> value(std::string_view key) const override {
+  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const override {
     const std::scoped_lock lock(m_mutex);
     const auto found = m_values.find(key);
     return found == m_values.end() ? std::nullopt : std::optional(found->second);
   }
 
-  void set(std::string_view key, DefaultsValue value) override {
+  void set(std::string_view key, PreferenceValue value) override {
     const std::scoped_lock lock(m_mutex);
     const auto [entry, isNew] = m_values.try_emplace(std::string(key), value);
     if (isNew || !isSame(entry->second, value)) {
@@ -48,14 +48,14 @@ public:
     }
   }
 
-  [[nodiscard]] Subscription observe(std::string key, Observer observer) override {
+  [[nodiscard]] Subscription observe(std::string_view key, Observer observer) override {
     return m_changes.observe(key, std::move(observer));
   }
 
 private:
-  DefaultsChanges m_changes;
+  PreferenceChanges m_changes;
   mutable std::mutex m_mutex;
-  DefaultsValues m_values; // guarded by m_mutex
+  PreferenceValues m_values; // guarded by m_mutex
 };
 
 } // namespace tidewell::test

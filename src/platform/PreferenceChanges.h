@@ -2,30 +2,31 @@
 
 #include "base/Observers.h"
 #include "base/Scheduler.h"
-#include "platform/DefaultsStore.h"
+#include "platform/PreferencesStore.h"
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tidewell {
 
 /// Carries the changes of a store from the threads that make them to the observers on the main
 /// thread, each change once, in order.
-class DefaultsChanges {
+class PreferenceChanges {
 public:
-  explicit DefaultsChanges(WorkQueue& main);
-  DefaultsChanges(const DefaultsChanges&) = delete;
-  DefaultsChanges& operator=(const DefaultsChanges&) = delete;
+  explicit PreferenceChanges(WorkQueue& main);
+  PreferenceChanges(const PreferenceChanges&) = delete;
+  PreferenceChanges& operator=(const PreferenceChanges&) = delete;
   /// Drops what was not delivered. Main thread.
-  ~DefaultsChanges();
+  ~PreferenceChanges();
 
   /// Tells the observers of the key soon. Any thread; the order of the calls is the order of the
   /// notifications, so the caller holds whatever orders its changes.
-  void push(std::string key, std::optional<DefaultsValue> value);
+  void push(std::string key, std::optional<PreferenceValue> value);
 
   /// Registers an observer, which hears what is pushed from now on. Main thread.
-  [[nodiscard]] Subscription observe(const std::string& key, DefaultsStore::Observer observer);
+  [[nodiscard]] Subscription observe(std::string_view key, PreferencesStore::Observer observer);
 
 private:
   struct State;
