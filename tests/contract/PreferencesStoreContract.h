@@ -1,13 +1,8 @@
 #pragma once
 
-<<<<<<< HEAD:tests/contract/PreferencesStoreContract.h
 #include "platform/PreferencesStore.h"
 #include "platform/linux/loop/EpollLoop.h"
-    =======
-#include "platform/PreferencesStore.h"
-#include "platform/linux/loop/EventLoop.h"
-    >>>>>>> 3191862afa195d8cd8ee7c3066fc894b4d30503e:tests/contract/PreferencesStoreContract.h
-
+    
 #include <gtest/gtest.h>
 
 #include <functional>
