@@ -1,5 +1,6 @@
 #include "app/ItemTexts.h"
 #include "connectivity/MonitorState.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/RouteSocket.h"
@@ -20,7 +21,8 @@ using namespace tidewell;
 /// The kernel's answer about the route, once a sample.
 void kernelRoute(benchmark::State& state) {
   RouteSocket socket;
-  LinuxConfigurationStore configuration(socket);
+  EpollLoop loop;
+  LinuxConfigurationStore configuration(loop, socket);
   for (auto _ : state) {
     benchmark::DoNotOptimize(configuration.primaryInterface());
   }
@@ -30,7 +32,8 @@ BENCHMARK(kernelRoute);
 /// The kernel's answer about the interface, once a sample.
 void kernelCounters(benchmark::State& state) {
   RouteSocket socket;
-  const std::string name = LinuxConfigurationStore(socket).primaryInterface().value_or("lo");
+  EpollLoop loop;
+  const std::string name = LinuxConfigurationStore(loop, socket).primaryInterface().value_or("lo");
   DeviceTable table;
   for (auto _ : state) {
     benchmark::DoNotOptimize(table.device(name));

@@ -1,11 +1,11 @@
 // Any bytes as what ping prints, one run after another with zeros between: what is made of them is
 // always a number.
 
+#include "base/TextPieces.h"
 #include "platform/ChildProcess.h"
 #include "sampling/LatencyProbe.h"
+#include "support/Awaiting.h"
 #include "support/Require.h"
-
-#include "base/TextPieces.h"
 
 #include <cmath>
 #include <utility>
@@ -17,10 +17,10 @@ using tidewell::fuzz::require;
 /// Runs nothing and gives back the next of some outputs.
 class ScriptedChildren final : public tidewell::ChildProcess {
 public:
-  std::optional<std::string> run(const std::string& path, const std::vector<std::string>& arguments,
-                                 const std::function<void(Id)>& /*launched*/) override {
-    require(path == "/sbin/ping" && !arguments.empty());
-    return next;
+  tidewell::Async<std::optional<std::string>> run(tidewell::ToolCall call,
+                                                  std::function<void(Id)> /*launched*/) override {
+    require(call.tool == tidewell::Tool::ping);
+    co_return next;
   }
   void terminate(Id /*child*/) override {}
 
@@ -36,7 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const auto output : tidewell::splitAt(tidewell::fuzz::textOf(data, size), '\0')) {
     children.next = output;
     const auto parsed = tidewell::LatencyProbe::parseOutput(output);
-    const auto before = std::exchange(quality, probe.probe(quality));
+    const auto before =
+        std::exchange(quality, tidewell::test::awaited(probe.probe(quality), [] {}));
     require(quality.latencyMs == parsed.value_or(0.0) && std::isfinite(quality.latencyMs));
     require(quality.packetLossPercent >= 0.0 && quality.packetLossPercent <= 100.0);
     require(quality.jitterMs >= 0.0);

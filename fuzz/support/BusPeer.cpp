@@ -1,7 +1,7 @@
 #include "BusPeer.h"
 
 #include "Require.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 
 #include <cstdio>
 #include <cstring>
@@ -16,7 +16,7 @@ namespace tidewell::fuzz {
 namespace {
 
 /// One look at what waits, without sleeping.
-void turn(EventLoop& loop) {
+void turn(EpollLoop& loop) {
   bool isSecond = false;
   const Subscription check = loop.beforeSleep([&] {
     if (isSecond) {
@@ -64,7 +64,7 @@ void BusPeer::accept() {
   require(sd_bus_start(made) >= 0);
 }
 
-void BusPeer::settle(EventLoop& loop) {
+void BusPeer::settle(EpollLoop& loop) {
   for (int quiet = 0; quiet < 2;) {
     turn(loop);
     quiet = process() ? 0 : quiet + 1;

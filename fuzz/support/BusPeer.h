@@ -9,7 +9,7 @@
 
 namespace tidewell {
 
-class EventLoop;
+class EpollLoop;
 
 } // namespace tidewell
 
@@ -30,7 +30,7 @@ public:
   [[nodiscard]] sd_bus* bus() { return m_bus.get(); }
 
   /// Serves both sides until neither has anything more to say.
-  void settle(EventLoop& loop);
+  void settle(EpollLoop& loop);
 
   /// Sends and forgets; gives back the message's cookie, 0 where it could not be sent.
   std::uint64_t send(sd_bus_message* message);

@@ -10,7 +10,6 @@
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestRunner.h"
 
-
 namespace tidewell {
 
 namespace {

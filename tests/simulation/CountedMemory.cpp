@@ -21,7 +21,7 @@ std::atomic<std::size_t> largestPiece = 0;
 
 bool refuses(std::size_t size) {
   auto* const scheduler = scarceFor.load();
-  return scheduler != nullptr && size > largestPiece && !scheduler->main().isCurrent();
+  return scheduler != nullptr && size > largestPiece && !scheduler->isMainCurrent();
 }
 
 } // namespace

@@ -15,7 +15,7 @@ public:
   [[nodiscard]] static long pieces();
   [[nodiscard]] static long bytes();
 
-  /// From now on no task but those of the main queue is given a piece of more than so many bytes.
+  /// From now on only the work of the main queue is given a piece of more than so many bytes.
   static void makeScarce(VirtualScheduler& scheduler, std::size_t largest);
   static void makePlenty();
   [[nodiscard]] static bool isScarce();

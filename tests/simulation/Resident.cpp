@@ -18,9 +18,10 @@ constexpr const char* helpers = "/usr/libexec/tidewell/";
 Resident::Resident(const Surroundings& machine, std::function<void()> quit,
                    std::function<void(const WindowRequest& request)> asked,
                    std::function<void()> askedForSpeedTest)
-    : children(machine.onTerminate), http(std::string(helpers) + "publicAddress"),
-      bus(machine.loop, machine.busAddress),
-      sound(machine.scheduler.background(), std::string(helpers) + "notificationSound"),
+    : children(machine.loop, machine.onTerminate),
+      http(machine.loop, std::string(helpers) + "publicAddress"),
+      bus(machine.loop, machine.busAddress), sound(machine.loop, machine.scheduler.background(),
+                                                   std::string(helpers) + "notificationSound"),
       notices(bus, machine.clock, [this] { sound.play(); }), platform{machine.scheduler,
                                                                       machine.clock,
                                                                       machine.counters,
@@ -47,12 +48,6 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
       delegate.speedTest(),        machine.settings,          machine.preferences};
   shell = std::make_unique<ResidentShell>(machine.loop, bus, sources,
                                           ResidentShell::Actions{quit, quit, runSpeedTest, ask});
-}
-
-void Resident::endWaits() {
-  children.children.endAll();
-  http.endAll();
-  sound.endAll();
 }
 
 void Resident::retire() {

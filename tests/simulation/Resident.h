@@ -39,25 +39,23 @@ struct Surroundings {
 /// The program's children, with somebody who hears when one is told to terminate.
 class WatchedChildren final : public ChildProcess {
 public:
-  explicit WatchedChildren(std::function<void(Id child)> onTerminate)
-      : m_onTerminate(std::move(onTerminate)) {}
-  [[nodiscard]] std::optional<std::string>
-  run(const std::string& path, const std::vector<std::string>& arguments,
-      const std::function<void(Id child)>& launched = {}) override {
-    return children.run(path, arguments, launched);
+  WatchedChildren(EventLoop& loop, std::function<void(Id child)> onTerminate)
+      : m_children(loop), m_onTerminate(std::move(onTerminate)) {}
+  [[nodiscard]] Async<std::optional<std::string>>
+  run(ToolCall call, std::function<void(Id child)> launched) override {
+    return m_children.run(std::move(call), std::move(launched));
   }
   void terminate(Id child) override {
     m_onTerminate(child);
-    children.terminate(child);
+    m_children.terminate(child);
   }
 
-  LinuxChildProcess children;
-
 private:
+  LinuxChildProcess m_children;
   std::function<void(Id child)> m_onTerminate;
 };
 
-/// The program as its main function puts it together, threads and kernel interfaces aside.
+/// The program as its main function puts it together, but for its loop and kernel interfaces.
 class Resident {
 public:
   /// `quit` hears that the program was asked to end, `asked` what is asked of the windows' process,
@@ -66,9 +64,7 @@ public:
            std::function<void(const WindowRequest& request)> asked,
            std::function<void()> askedForSpeedTest);
 
-  /// What the end of the program does before anything is destroyed.
-  void endWaits();
-  /// Everything but what its threads may still use is gone.
+  /// Everything but what background tasks may still use is gone.
   void retire();
 
   WatchedChildren children;

@@ -3,6 +3,7 @@
 #include "Findings.h"
 #include "platform/linux/bus/BusTypes.h"
 #include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstdint>
 #include <functional>

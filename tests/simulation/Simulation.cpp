@@ -27,23 +27,9 @@ constexpr Ticks longestDelay = std::chrono::seconds(95);
 // turns and turns.
 constexpr int mostTurns = 5000;
 
-// More tasks than these never wait at the same moment.
-constexpr int mostThreads = 16;
-
-/// The scheduler keeps a thread for each task that ever waited at the same moment. Made beforehand,
-/// they are not taken for memory of the program.
-void makeThreads(VirtualScheduler& scheduler) {
-  for (int thread = 0; thread < mostThreads; ++thread) {
-    scheduler.background().post([&scheduler] { scheduler.block(1.0); });
-  }
-  scheduler.advance(2.0);
-}
-
 } // namespace
 
-Simulation::Simulation(std::uint64_t seed) : dice(seed), machine(seed) {
-  makeThreads(machine.scheduler);
-}
+Simulation::Simulation(std::uint64_t seed) : dice(seed), machine(seed) {}
 
 Simulation::~Simulation() {
   CountedMemory::makePlenty();
@@ -168,7 +154,6 @@ void Simulation::destroy() {
   }
   m_subscriptions.clear();
   m_isLaunched = false;
-  m_resident->endWaits();
   sampling.release();
   connectivity.release();
   toolModel.release();
@@ -176,7 +161,7 @@ void Simulation::destroy() {
   noticeServer.forget();
   host.release();
   reader.release();
-  // The threads end with what they do, then everything else goes.
+  // The queues end with what waits in them, then everything else goes.
   m_resident->retire();
   machine.scheduler.endBackground();
   machine.scheduler.advance(ending);
@@ -213,7 +198,8 @@ void Simulation::advance(Seconds span) {
   connectivity.checkNothingIsMissing();
   toolModel.checkNothingIsMissing();
   preferences.check(store);
-  findings.require(processes.faults() == 0, "a signal to a stranger, or a wait on the main thread");
+  findings.require(processes.faults() == 0,
+                   "a signal to a stranger, or a wait for a process that lives");
   findings.require(loop.mostTurns() < mostTurns, "the loop turns in vain", loop.mostTurns());
   windows.check();
   noticeServer.check();

@@ -15,6 +15,7 @@
 #include "SimulatedTools.h"
 #include "ToolModel.h"
 #include "Traffic.h"
+#include "VirtualLoop.h"
 #include "VirtualProcesses.h"
 #include "VirtualTime.h"
 #include "WindowsProgram.h"
@@ -73,8 +74,8 @@ public:
   VirtualTime time{machine.scheduler};
   Findings findings{machine.scheduler};
   std::unique_ptr<WorkQueue> worldQueue = machine.scheduler.makeSerialQueue("world");
-  EventLoop loop{machine.scheduler};
-  EventLoop world{machine.scheduler, *worldQueue};
+  VirtualLoop loop{machine.scheduler};
+  VirtualLoop world{machine.scheduler, *worldQueue};
   PreferencesModel preferences{machine.scheduler, dice, findings};
   PreferencesFile store{preferences.path(), loop};
   FakeLoginItem loginItem;
@@ -83,8 +84,7 @@ public:
   ToolModel toolModel{machine.scheduler, findings};
   SimulatedTools tools{*worldQueue, dice, findings, sampling, toolModel};
   WindowsProgram windows{machine.scheduler, world, dice, findings};
-  VirtualProcesses processes{machine.scheduler,
-                             [this](const auto& process) { return play(process); }};
+  VirtualProcesses processes{[this](const auto& process) { return play(process); }};
   ConnectivityModel connectivity{machine.scheduler, findings};
   NoticeModel notices{machine.clock, store, findings};
   PanelModel panel{settings, store, findings};

@@ -41,7 +41,7 @@ void SpawnSettings::duplicate(int descriptor, int target) {
 }
 
 pid_t SpawnSettings::spawn(const std::string& executable, std::vector<std::string> arguments,
-                           std::vector<std::string> /*environment*/) const {
+                           std::vector<std::string> /*environment*/, bool /*yields*/) const {
   return VirtualProcesses::current().spawn(executable, arguments,
                                            std::exchange(prepared()[this], {}));
 }
@@ -53,10 +53,6 @@ int openProcess(pid_t pid) { return VirtualProcesses::current().open(pid); }
 extern "C" {
 
 int __real_access(const char* path, int mode);
-
-int __wrap_poll(pollfd* queries, nfds_t count, int timeout) {
-  return VirtualProcesses::current().poll(queries, count, timeout);
-}
 
 int __wrap_kill(pid_t id, int signal) { return VirtualProcesses::current().kill(id, signal); }
 

@@ -8,15 +8,11 @@
 #include <sys/eventfd.h>
 #include <sys/wait.h>
 
-extern "C" int __real_poll(pollfd* queries, nfds_t count, int timeout);
-
 namespace tidewell::test {
 
 namespace {
 
 VirtualProcesses* table = nullptr;
-
-constexpr Seconds forever = 1e9;
 
 } // namespace
 
@@ -33,10 +29,7 @@ void VirtualProcess::end(int how) {
   }
 }
 
-VirtualProcesses::VirtualProcesses(VirtualScheduler& scheduler, Play play)
-    : m_scheduler(scheduler), m_play(std::move(play)) {
-  table = this;
-}
+VirtualProcesses::VirtualProcesses(Play play) : m_play(std::move(play)) { table = this; }
 
 VirtualProcesses::~VirtualProcesses() { table = nullptr; }
 
@@ -66,7 +59,12 @@ pid_t VirtualProcesses::spawn(const std::string& executable,
 
 int VirtualProcesses::open(pid_t id) {
   const auto found = m_processes.find(id);
-  return found == m_processes.end() ? -1 : ::dup(found->second->exited.get());
+  m_opened = found == m_processes.end() ? -1 : ::dup(found->second->exited.get());
+  return m_opened;
+}
+
+bool VirtualProcesses::isProcess(int descriptor) {
+  return table != nullptr && descriptor >= 0 && descriptor == std::exchange(table->m_opened, -1);
 }
 
 int VirtualProcesses::kill(pid_t id, int signal) {
@@ -95,26 +93,14 @@ pid_t VirtualProcesses::wait(pid_t id, int* status, int options) {
     return 0;
   }
   if (process->isAlive) {
-    m_faults += m_scheduler.main().isCurrent() ? 1 : 0;
-    m_scheduler.blockUntil([&] { return !process->isAlive; }, forever);
+    ++m_faults; // the program would wait
+    process->die(SIGKILL);
   }
   if (status != nullptr) {
     *status = process->status;
   }
   m_processes.erase(id);
   return id;
-}
-
-int VirtualProcesses::poll(pollfd* queries, nfds_t count, int timeout) {
-  const int ready = __real_poll(queries, count, 0);
-  if (ready != 0 || timeout == 0) {
-    return ready;
-  }
-  m_faults += m_scheduler.main().isCurrent() ? 1 : 0;
-  // A little more than the milliseconds: what is cut off must not make it a nanosecond less.
-  m_scheduler.blockUntil([&] { return __real_poll(queries, count, 0) != 0; },
-                         timeout < 0 ? forever : timeout / 1e3 + 1e-10);
-  return __real_poll(queries, count, 0);
 }
 
 } // namespace tidewell::test

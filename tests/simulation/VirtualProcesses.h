@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/linux/loop/FileDescriptor.h"
-#include "support/VirtualScheduler.h"
 
 #include <cstddef>
 #include <functional>
@@ -10,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include <poll.h>
 #include <sys/types.h>
 
 namespace tidewell::test {
@@ -43,7 +41,7 @@ public:
   /// Plays the process, or gives false when its program cannot be started.
   using Play = std::function<bool(const Pointer& process)>;
 
-  VirtualProcesses(VirtualScheduler& scheduler, Play play);
+  explicit VirtualProcesses(Play play);
   VirtualProcesses(const VirtualProcesses&) = delete;
   VirtualProcesses& operator=(const VirtualProcesses&) = delete;
   ~VirtualProcesses();
@@ -52,7 +50,7 @@ public:
   void orphanAll();
 
   [[nodiscard]] std::size_t count() const { return m_processes.size(); }
-  /// Signals to processes that are no children, and waits on the main thread: never seen so far.
+  /// Signals to processes that are no children, and waits for some that live: never seen so far.
   [[nodiscard]] int faults() const { return m_faults; }
 
   // What the kernel does.
@@ -61,13 +59,14 @@ public:
   int open(pid_t id);
   int kill(pid_t id, int signal);
   pid_t wait(pid_t id, int* status, int options);
-  int poll(pollfd* queries, nfds_t count, int timeout);
 
   [[nodiscard]] static VirtualProcesses& current();
+  /// Whether `open` gave this descriptor last.
+  [[nodiscard]] static bool isProcess(int descriptor);
 
 private:
-  VirtualScheduler& m_scheduler;
   Play m_play;
+  int m_opened = -1;
   std::map<pid_t, Pointer> m_processes;
   pid_t m_lastId = 1000;
   int m_faults = 0;

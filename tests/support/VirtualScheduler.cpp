@@ -161,6 +161,12 @@ bool VirtualScheduler::isMainCurrent() const {
   return m_current == m_main.get() || m_current == m_main->queue();
 }
 
+void VirtualScheduler::runApart(const std::function<void()>& function) {
+  const void* const before = std::exchange(m_current, nullptr);
+  function();
+  m_current = before;
+}
+
 std::size_t VirtualScheduler::waiting() const {
   std::size_t sum = 0;
   for (const auto& queue : m_queues) {

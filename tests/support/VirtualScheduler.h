@@ -48,6 +48,8 @@ public:
 
   /// Whether a task or an idle function of the main queue runs.
   [[nodiscard]] bool isMainCurrent() const;
+  /// Runs a function that does not count as work of the main queue.
+  void runApart(const std::function<void()>& function);
 
   /// How many timers there are, one-time delays included, and how many tasks wait to be run.
   [[nodiscard]] std::size_t timers() const { return *m_timers; }

@@ -11,11 +11,19 @@
 #include "support/FakeLoginItem.h"
 #include "support/FakePreferencesStore.h"
 
+#include <gtest/gtest.h>
+
 #include <atomic>
+#include <cstdint>
 #include <functional>
-#include <future>
+#include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace tidewell::test {
 
@@ -31,25 +39,48 @@ public:
   };
 
   explicit ResidentThread(std::string address)
-      : m_thread([this, address = std::move(address)] { run(address); }) {
-    m_loop = m_ready.get_future().get();
-  }
+      : m_thread([this, address = std::move(address)] { run(address); }) {}
   ResidentThread(const ResidentThread&) = delete;
   ResidentThread& operator=(const ResidentThread&) = delete;
   ~ResidentThread() {
-    m_loop->post([loop = m_loop] { loop->quit(); });
+    hand({});
     m_thread.join();
   }
 
   /// Lets the resident publish something.
-  void publish(std::function<void(States& states)> change) {
-    m_loop->post([this, change = std::move(change)] { change(m_states); });
-  }
+  void publish(std::function<void(States& states)> change) { hand(std::move(change)); }
 
   std::atomic<int> quits = 0;
   std::atomic<int> speedTests = 0;
 
 private:
+  using Change = std::function<void(States& states)>;
+
+  void hand(Change change) {
+    {
+      const std::scoped_lock lock(m_mutex);
+      m_changes.push_back(std::move(change));
+    }
+    const std::uint64_t one = 1;
+    EXPECT_EQ(::write(m_handed.get(), &one, sizeof one), ssize_t{sizeof one});
+  }
+  /// Makes the changes that were handed over; an empty one ends the loop.
+  void take(EpollLoop& loop) {
+    std::uint64_t count = 0;
+    EXPECT_EQ(::read(m_handed.get(), &count, sizeof count), ssize_t{sizeof count});
+    std::vector<Change> changes;
+    {
+      const std::scoped_lock lock(m_mutex);
+      changes.swap(m_changes);
+    }
+    for (const Change& change : changes) {
+      if (change) {
+        change(m_states);
+      } else {
+        loop.quit();
+      }
+    }
+  }
   void run(const std::string& address) {
     EpollLoop loop;
     SessionBus bus(loop, address);
@@ -61,13 +92,14 @@ private:
         ResidentSources{m_states.sampler, m_states.monitor, m_states.tracker, m_states.speedTest,
                         settings, preferences},
         {[this] { ++quits; }, [] {}, [this] { ++speedTests; }, [](const WindowRequest&) {}});
-    m_ready.set_value(&loop);
+    const auto handed = loop.watch(m_handed.get(), EPOLLIN, [&](std::uint32_t) { take(loop); });
     loop.run();
   }
 
   States m_states; // the thread's, once it runs
-  std::promise<EventLoop*> m_ready;
-  EventLoop* m_loop = nullptr;
+  FileDescriptor m_handed{::eventfd(0, EFD_CLOEXEC)};
+  std::mutex m_mutex;
+  std::vector<Change> m_changes; // guarded by m_mutex
   std::thread m_thread;
 };
 

@@ -56,8 +56,7 @@ std::optional<ToolCommand> commandOf(const ToolCall& call) {
   case Tool::ping:
     return pingCommand(call);
   case Tool::processTraffic:
-    return helperCommand("nettop", {},
-                         trafficLimit, ChildPriority::utility);
+    return helperCommand("nettop", {}, trafficLimit, ChildPriority::utility);
   case Tool::lineTest:
     return helperCommand("networkQuality", {"-s", "-v"}, lineTestLimit, ChildPriority::normal);
   }

@@ -1,4 +1,6 @@
-#include "platform/linux/loop/EventLoop.h"
+#include "VirtualLoop.h"
+
+#include "VirtualProcesses.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +10,7 @@
 
 #include <sys/epoll.h>
 
-namespace tidewell {
+namespace tidewell::test {
 
 namespace {
 
@@ -17,9 +19,9 @@ constexpr int endless = 200'000;
 
 } // namespace
 
-class EventLoop::Watch final : public FdWatch {
+class VirtualLoop::Watch final : public FdWatch {
 public:
-  Watch(EventLoop& loop, int descriptor, std::uint64_t key)
+  Watch(VirtualLoop& loop, int descriptor, std::uint64_t key)
       : m_loop(loop), m_descriptor(descriptor), m_key(key) {}
   ~Watch() override {
     m_loop.m_handlers.erase(m_key);
@@ -31,12 +33,12 @@ public:
   }
 
 private:
-  EventLoop& m_loop;
+  VirtualLoop& m_loop;
   int m_descriptor;
   std::uint64_t m_key;
 };
 
-EventLoop::EventLoop(test::VirtualScheduler& scheduler, WorkQueue& queue)
+VirtualLoop::VirtualLoop(VirtualScheduler& scheduler, WorkQueue& queue)
     : m_scheduler(scheduler), m_queue(queue), m_epoll(::epoll_create1(EPOLL_CLOEXEC)) {
   if (!m_epoll.isOpen()) {
     throw std::runtime_error("the kernel gives no event loop");
@@ -44,16 +46,22 @@ EventLoop::EventLoop(test::VirtualScheduler& scheduler, WorkQueue& queue)
   scheduler.whenIdle(queue, [this] { return turn(); });
 }
 
-std::unique_ptr<FdWatch> EventLoop::watch(int descriptor, std::uint32_t events, FdHandler handler) {
+std::unique_ptr<FdWatch> VirtualLoop::watch(int descriptor, std::uint32_t events, FdHandler handler) {
   epoll_event event{events, {.u64 = m_nextHandler}};
   if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
     return nullptr;
+  }
+  if (VirtualProcesses::isProcess(descriptor)) {
+    // What the program reads of its tools may need more memory than there is.
+    handler = [this, handler = std::move(handler)](std::uint32_t ready) {
+      m_scheduler.runApart([&] { handler(ready); });
+    };
   }
   m_handlers.emplace(m_nextHandler, std::make_shared<FdHandler>(std::move(handler)));
   return std::make_unique<Watch>(*this, descriptor, m_nextHandler++);
 }
 
-bool EventLoop::turn() {
+bool VirtualLoop::turn() {
   if (std::exchange(m_lastTurn, m_scheduler.now()) != m_scheduler.now()) {
     m_turns = 0;
   }
@@ -74,4 +82,4 @@ bool EventLoop::turn() {
   return count > 0;
 }
 
-} // namespace tidewell
+} // namespace tidewell::test
