@@ -1,7 +1,7 @@
 #include "tile/TextTile.h"
 
 #include "app/ItemTexts.h"
-#include "tile/TileWords.h"
+#include "tile/Glyphs.h"
 
 #include <gtest/gtest.h>
 
