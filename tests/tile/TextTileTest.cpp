@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <ranges>
 #include <string>
 #include <vector>
 
@@ -28,23 +29,14 @@ public:
     return !std::equal(at(x, y) + 1, at(x, y) + 4, at(size.width / 2, 0) + 1);
   }
   [[nodiscard]] std::uint8_t alpha(int x, int y) const { return *at(x, y); }
-  [[nodiscard]] int inkOfColumn(int x) const {
-    int ink = 0;
-    for (int y = 0; y < size.height; ++y) {
-      ink += isInk(x, y) ? 1 : 0;
-    }
-    return ink;
+  [[nodiscard]] auto inkOfColumn(int x) const {
+    return std::ranges::count_if(rows(), [&](int y) { return isInk(x, y); });
   }
   [[nodiscard]] bool hasAmber(int x) const {
-    for (int y = 0; y < size.height; ++y) {
-      if (at(x, y)[1] > at(x, y)[3] + 60) {
-        return true;
-      }
-    }
-    return false;
+    return std::ranges::any_of(rows(), [&](int y) { return at(x, y)[1] > at(x, y)[3] + 60; });
   }
-  [[nodiscard]] int ink() const {
-    int ink = 0;
+  [[nodiscard]] std::ptrdiff_t ink() const {
+    std::ptrdiff_t ink = 0;
     for (int x = 0; x < size.width; ++x) {
       ink += inkOfColumn(x);
     }
@@ -52,17 +44,14 @@ public:
   }
   /// Whether all bytes were written, for a byte order that is right: opaque in the middle.
   [[nodiscard]] bool isOpaqueInside() const {
-    for (int x = 4; x < size.width - 4; ++x) {
-      if (alpha(x, size.height / 2) != 0xFF) {
-        return false;
-      }
-    }
-    return true;
+    return std::ranges::all_of(std::views::iota(4, size.width - 4),
+                               [&](int x) { return alpha(x, size.height / 2) == 0xFF; });
   }
 
   TileSize size;
 
 private:
+  [[nodiscard]] auto rows() const { return std::views::iota(0, size.height); }
   [[nodiscard]] const std::uint8_t* at(int x, int y) const {
     return &m_argb[static_cast<std::size_t>(y * size.width + x) * 4];
   }
@@ -78,13 +67,9 @@ Tile wide(const std::string& label) {
           [&](auto& argb) { TextTile::drawWide(label, labelGuide, argb); }};
 }
 
-/// The first column with a pixel of this kind; the tile's width when there is none.
+/// The first column with a pixel of this kind; the tile's width if there is none.
 int firstColumn(const Tile& tile, const auto& isWanted) {
-  int column = 0;
-  while (column < tile.size.width && !isWanted(column)) {
-    ++column;
-  }
-  return column;
+  return *std::ranges::find_if(std::views::iota(0, tile.size.width), isWanted);
 }
 
 int firstInk(const Tile& tile) {
@@ -116,6 +101,12 @@ TEST(SquareTile, KeepsEveryTextInsideItsEdges) {
   }
 }
 
+TEST(SquareTile, HasAmberForTheUploadAlone) {
+  const auto isAmber = [](const Tile& tile) { return firstAmber(tile) < tile.size.width; };
+  EXPECT_TRUE(isAmber(square("↓12K ↑3K", 44)));
+  EXPECT_FALSE(isAmber(square("↓12K", 44)));
+}
+
 TEST(SquareTile, ShowsDifferentTextsDifferently) {
   const auto inkOf = [](const std::string& label) { return square(label, 44).ink(); };
   EXPECT_NE(inkOf("↓0K ↑0K"), inkOf("↓1K ↑0K"));
@@ -142,14 +133,14 @@ TEST(WideTile, HasRoomForTheWidestText) {
 }
 
 TEST(Tiles, SurviveAbsurdTexts) {
-  const std::string absurd[] = {"",
-                                std::string(200, '9'),
-                                "↓" + std::string(300, 'M') + " ↑1K",
-                                "\xFF\xFE\x80",
-                                "↓9223372036855M ↑-0M",
-                                "   ",
-                                "↓ ↑",
-                                "a b c d e f"};
+  const std::vector<std::string> absurd{"",
+                                        std::string(200, '9'),
+                                        "↓" + std::string(300, 'M') + " ↑1K",
+                                        "\xFF\xFE\x80",
+                                        "↓9223372036855M ↑-0M",
+                                        "   ",
+                                        "↓ ↑",
+                                        "a b c d e f"};
   for (const std::string& label : absurd) {
     EXPECT_TRUE(square(label, 22).isOpaqueInside() || !label.empty());
     EXPECT_EQ(wide(label).size, TextTile::wideSize(labelGuide));
