@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ranges>
 #include <string>
 #include <vector>
 
@@ -29,14 +28,23 @@ public:
     return !std::equal(at(x, y) + 1, at(x, y) + 4, at(size.width / 2, 0) + 1);
   }
   [[nodiscard]] std::uint8_t alpha(int x, int y) const { return *at(x, y); }
-  [[nodiscard]] auto inkOfColumn(int x) const {
-    return std::ranges::count_if(rows(), [&](int y) { return isInk(x, y); });
+  [[nodiscard]] int inkOfColumn(int x) const {
+    int ink = 0;
+    for (int y = 0; y < size.height; ++y) {
+      ink += isInk(x, y) ? 1 : 0;
+    }
+    return ink;
   }
   [[nodiscard]] bool hasAmber(int x) const {
-    return std::ranges::any_of(rows(), [&](int y) { return at(x, y)[1] > at(x, y)[3] + 60; });
+    for (int y = 0; y < size.height; ++y) {
+      if (at(x, y)[1] > at(x, y)[3] + 60) {
+        return true;
+      }
+    }
+    return false;
   }
-  [[nodiscard]] std::ptrdiff_t ink() const {
-    std::ptrdiff_t ink = 0;
+  [[nodiscard]] int ink() const {
+    int ink = 0;
     for (int x = 0; x < size.width; ++x) {
       ink += inkOfColumn(x);
     }
@@ -44,14 +52,17 @@ public:
   }
   /// Whether all bytes were written, for a byte order that is right: opaque in the middle.
   [[nodiscard]] bool isOpaqueInside() const {
-    return std::ranges::all_of(std::views::iota(4, size.width - 4),
-                               [&](int x) { return alpha(x, size.height / 2) == 0xFF; });
+    for (int x = 4; x < size.width - 4; ++x) {
+      if (alpha(x, size.height / 2) != 0xFF) {
+        return false;
+      }
+    }
+    return true;
   }
 
   TileSize size;
 
 private:
-  [[nodiscard]] auto rows() const { return std::views::iota(0, size.height); }
   [[nodiscard]] const std::uint8_t* at(int x, int y) const {
     return &m_argb[static_cast<std::size_t>(y * size.width + x) * 4];
   }
@@ -67,9 +78,13 @@ Tile wide(const std::string& label) {
           [&](auto& argb) { TextTile::drawWide(label, labelGuide, argb); }};
 }
 
-/// The first column with a pixel of this kind; the tile's width if there is none.
+/// The first column with a pixel of this kind; the tile's width when there is none.
 int firstColumn(const Tile& tile, const auto& isWanted) {
-  return *std::ranges::find_if(std::views::iota(0, tile.size.width), isWanted);
+  int column = 0;
+  while (column < tile.size.width && !isWanted(column)) {
+    ++column;
+  }
+  return column;
 }
 
 int firstInk(const Tile& tile) {
