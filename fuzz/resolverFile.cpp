@@ -1,5 +1,5 @@
-// Any bytes as a resolver's file: what comes of it is addresses, and systemd-resolved's own only
-// where there is no other.
+// Any bytes as a resolver's file. The results are addresses, and systemd-resolved's own only if
+// there is no other.
 
 #include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint64_t megabyte = 1'000'000;
 
-/// A line that is told how much it moves in each second.
+/// A line that moves a given amount in each second.
 class Line {
 public:
   void second(std::uint64_t bytes) {
