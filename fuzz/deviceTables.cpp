@@ -1,5 +1,5 @@
-// Any bytes as the kernel's tables of devices and routes; the first line is the device's name. What
-// is counted stands in the text.
+// Any bytes as the kernel's tables of devices and routes; the first line is the device's name.
+// Every counter is in the text.
 
 #include "helpers/nettop/DeviceTraffic.h"
 #include "platform/linux/network/DeviceTable.h"

@@ -1,5 +1,5 @@
-// Any programs that moved any number of bytes, written by the helper and read by the resident: the
-// text is short and valid, no byte is invented, and below the largest amounts none is lost.
+// Any programs that moved any number of bytes, written by the helper and read by the resident. The
+// text is short and valid, no byte is added, and none is lost except of the largest amounts.
 
 #include "base/TextPieces.h"
 #include "base/Utf8.h"

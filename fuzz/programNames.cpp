@@ -1,5 +1,5 @@
-// Any bytes as the name of a program, of a file behind a descriptor, and as the kernel's record of
-// a process.
+// Any bytes as a program's name, as the target of a descriptor's link, and as the kernel's record
+// of a process.
 
 #include "base/DisplayText.h"
 #include "helpers/nettop/NettopText.h"

@@ -1,5 +1,5 @@
-// Any bytes as a resolver's file: what comes of it is addresses, and systemd-resolved's own only
-// where there is no other.
+// Any bytes as a resolver's file. The results are addresses, and systemd-resolved's own only if
+// there is no other.
 
 #include "platform/linux/network/DnsServers.h"
 #include "support/Require.h"
@@ -32,8 +32,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(text.find(server) != std::string_view::npos);
     tidewell::fuzz::requireShowable(server);
   }
-  const auto chosen = tidewell::firstServers(
-      {[] { return std::vector<std::string>(); }, [&servers] { return servers; }});
+  tidewell::DnsChoice choice;
+  choice.offer({});
+  choice.offer(servers);
+  const auto chosen = choice.servers();
   require(chosen.has_value() == !servers.empty());
   if (chosen && !std::ranges::all_of(servers, isStub)) {
     require(std::ranges::none_of(*chosen, isStub));

@@ -1,8 +1,6 @@
-// Any bytes as a configuration document and as a settings file: what comes of them is three HTTPS
-// addresses of one host, or nothing.
+// Any bytes as a configuration document and as a settings file. The result is three HTTPS addresses
+// of one host, or nothing.
 
-#include "helpers/networkQuality/HttpsAddress.h"
-#include "helpers/networkQuality/ServerSettings.h"
 #include "helpers/networkQuality/TestServer.h"
 #include "support/Require.h"
 

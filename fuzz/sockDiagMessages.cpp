@@ -1,4 +1,4 @@
-// Any bytes as what the kernel tells of sockets, in one piece of memory of exactly their size.
+// Any bytes as the kernel's answers about sockets, in memory of exactly their size.
 
 #include "helpers/nettop/SockDiag.h"
 #include "support/Require.h"

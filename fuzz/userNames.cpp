@@ -1,5 +1,5 @@
-// Any bytes as the list of the machine's users: whatever their names, a row that stands for one
-// reaches the reader as one row.
+// Any bytes as the list of the machine's users. Whatever their names, a user's row reaches the
+// reader as one row.
 
 #include "helpers/nettop/NettopText.h"
 #include "helpers/nettop/Rows.h"

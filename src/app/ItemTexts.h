@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tile/LabelGuide.h"
+#include "tile/TextTile.h"
 
 #include <string>
 

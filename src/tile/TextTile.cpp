@@ -1,16 +1,93 @@
 #include "tile/TextTile.h"
 
-#include "tile/GlyphSet.h"
-#include "tile/TileCanvas.h"
-#include "tile/TileWords.h"
+#include "tile/Glyphs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <vector>
 
 namespace tidewell {
 
 namespace {
+
+/// A colour without transparency.
+struct Colour {
+  std::uint8_t red;
+  std::uint8_t green;
+  std::uint8_t blue;
+};
+
+/// A picture of four bytes a pixel (alpha, red, green, blue; not premultiplied). Drawing outside of
+/// it does nothing.
+class TileCanvas {
+public:
+  /// `argb` holds `width` times `height` pixels and is borrowed.
+  TileCanvas(std::span<std::uint8_t> argb, int width, int height)
+      : m_argb(argb), m_width(width), m_height(height) {}
+
+  /// Replaces everything with an opaque rectangle with smooth round corners.
+  void fillRounded(Colour colour, double radius);
+
+  /// Draws a glyph in a colour over the picture, with its upper left corner at `x`, `y`.
+  void stamp(const GlyphSet& set, Glyph glyph, int x, int y, Colour colour);
+
+private:
+  [[nodiscard]] std::uint8_t* pixel(int x, int y) const {
+    return &m_argb[(static_cast<std::size_t>(y) * static_cast<std::size_t>(m_width) +
+                    static_cast<std::size_t>(x)) *
+                   4];
+  }
+
+  std::span<std::uint8_t> m_argb;
+  int m_width;
+  int m_height;
+};
+
+// The share of a pixel, from 0 to 1, inside a rounded corner. `x` and `y` are its distances from
+// the nearest two edges.
+double cornerCoverage(int x, int y, double radius) {
+  const double right = radius - (x + 0.5);
+  const double down = radius - (y + 0.5);
+  if (right <= 0 || down <= 0) {
+    return 1;
+  }
+  return std::clamp(radius + 0.5 - std::hypot(right, down), 0.0, 1.0);
+}
+
+std::uint8_t blend(std::uint8_t below, std::uint8_t above, int coverage) {
+  return static_cast<std::uint8_t>((below * (255 - coverage) + above * coverage + 127) / 255);
+}
+
+void TileCanvas::fillRounded(Colour colour, double radius) {
+  for (int y = 0; y < m_height; ++y) {
+    for (int x = 0; x < m_width; ++x) {
+      const double coverage =
+          cornerCoverage(std::min(x, m_width - 1 - x), std::min(y, m_height - 1 - y), radius);
+      std::uint8_t* const target = pixel(x, y);
+      target[0] = static_cast<std::uint8_t>(std::lround(255 * coverage));
+      target[1] = colour.red;
+      target[2] = colour.green;
+      target[3] = colour.blue;
+    }
+  }
+}
+
+void TileCanvas::stamp(const GlyphSet& set, Glyph glyph, int x, int y, Colour colour) {
+  const auto size = static_cast<std::size_t>(set.advance) * static_cast<std::size_t>(set.rows());
+  const auto image = set.images.subspan(size * static_cast<std::size_t>(glyph), size);
+  for (int row = std::max(0, -y); row < std::min(set.rows(), m_height - y); ++row) {
+    for (int column = std::max(0, -x); column < std::min(set.advance, m_width - x); ++column) {
+      const int coverage =
+          image[static_cast<std::size_t>(row) * static_cast<std::size_t>(set.advance) +
+                static_cast<std::size_t>(column)];
+      std::uint8_t* const target = pixel(x + column, y + row);
+      target[1] = blend(target[1], colour.red, coverage);
+      target[2] = blend(target[2], colour.green, coverage);
+      target[3] = blend(target[3], colour.blue, coverage);
+    }
+  }
+}
 
 constexpr Colour background{27, 31, 40};
 constexpr Colour text{240, 243, 248};
@@ -53,7 +130,7 @@ const GlyphSet& widestThatFits(std::span<const GlyphSet> sets, const std::vector
   return found == sets.end() ? sets.back() : *found;
 }
 
-// Lines end at the right edge: units stand below each other and stay where they are.
+// Lines end at the right edge, so that units are aligned and do not move.
 void drawSquareLine(TileCanvas& canvas, const GlyphSet& set, Glyphs line, int capTop, int right,
                     Colour colour) {
   int x = right - squareWidth(set, line);
@@ -69,17 +146,6 @@ std::span<const GlyphSet> squareSets(int edge, std::size_t lines) {
     return lines > 1 ? glyphSets.twoLines22 : glyphSets.oneLine22;
   }
   return lines > 1 ? glyphSets.twoLines44 : glyphSets.oneLine44;
-}
-
-int columns(const TileWord& word) { return static_cast<int>(word.glyphs.size()); }
-
-// Where each word of the guide begins, and where one after them would.
-std::vector<int> wordStarts(const std::vector<TileWord>& words) {
-  std::vector<int> starts{0};
-  for (const TileWord& word : words) {
-    starts.push_back(starts.back() + columns(word) + 1);
-  }
-  return starts;
 }
 
 } // namespace
@@ -107,8 +173,11 @@ void TextTile::drawSquare(std::string_view label, int edge, std::span<std::uint8
 }
 
 TileSize TextTile::wideSize(std::string_view guide) {
-  const int textColumns = wordStarts(tileWords(guide)).back() - 1;
-  return {std::max(textColumns, 1) * glyphSets.wide.front().advance + 2 * widePadding, wideHeight};
+  int columns = -1; // no blank before the first word
+  for (const TileWord& word : tileWords(guide)) {
+    columns += static_cast<int>(word.glyphs.size()) + 1;
+  }
+  return {std::max(columns, 1) * glyphSets.wide.front().advance + 2 * widePadding, wideHeight};
 }
 
 void TextTile::drawWide(std::string_view label, std::string_view guide,

@@ -17,7 +17,7 @@ namespace {
 
 using InterfaceType = ConnectionInfo::InterfaceType;
 
-/// The details of the kernel's network, in a namespace; the reply from the internet is made up.
+/// The details of the kernel's network, in a namespace. The reply from the internet is a fake.
 class ConnectionDetailsOnLinux : public testing::Test {
 protected:
   void SetUp() override {
@@ -86,7 +86,7 @@ TEST_F(ConnectionDetailsOnLinux, FallBackWithoutALink) {
                             std::nullopt}));
 }
 
-/// The kernel tells of a lost carrier up to a second later, if much happens.
+/// The kernel may report a lost carrier up to a second later.
 bool awaitLoss(const std::string& device) {
   return shell("timeout 5 sh -c 'until ip link show " + device +
                " | grep -q LOWERLAYERDOWN; do sleep 0.01; done'");

@@ -31,15 +31,9 @@ TEST(DeviceTable, ReadsCountersWiderThanThirtyTwoBits) {
   EXPECT_EQ(link->packetsOut, 21U);
 }
 
-TEST(DeviceTable, ReadsANameThatFillsItsColumn) {
-  const auto link = parseDeviceTable(sample, "wlx0123456789ab");
-  ASSERT_TRUE(link);
-  EXPECT_EQ(link->bytesIn, 17U);
-  EXPECT_EQ(link->bytesOut, 18U);
-}
-
 TEST(DeviceTable, TellsNamesApartThatBeginAlike) {
   EXPECT_EQ(parseDeviceTable(sample, "eth01")->bytesIn, 5U);
+  EXPECT_EQ(parseDeviceTable(sample, "wlx0123456789ab")->bytesIn, 17U) << "a name of full length";
   EXPECT_FALSE(parseDeviceTable(sample, "eth"));
   EXPECT_FALSE(parseDeviceTable(sample, "th0"));
   EXPECT_FALSE(parseDeviceTable(sample, ""));

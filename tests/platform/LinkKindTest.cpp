@@ -33,6 +33,8 @@ TEST(LinkKind, FollowsFromWhatTheKernelTells) {
       {"tunnel of frames", {"tap0", ARPHRD_ETHER, "", false, true}, LinkKind::other},
       {"WireGuard", {"wg0", ARPHRD_NONE, "wireguard", false, false}, LinkKind::other},
       {"VXLAN", {"vx0", ARPHRD_ETHER, "vxlan", false, false}, LinkKind::other},
+      {"Geneve", {"gnv0", ARPHRD_ETHER, "geneve", false, false}, LinkKind::other},
+      {"GRE of frames", {"gre1", ARPHRD_ETHER, "gretap", false, false}, LinkKind::other},
       {"dial-up", {"ppp0", ARPHRD_PPP, "ppp", false, false}, LinkKind::other},
       {"loopback", {"lo", ARPHRD_LOOPBACK, "", false, false}, LinkKind::other},
       {"unknown", {"eth0", -1, "", false, false}, LinkKind::other},
@@ -76,13 +78,9 @@ TEST_F(LinkTraitsTest, TellATunnelAndAnOlderWirelessDriver) {
   EXPECT_TRUE(read().isWireless);
 }
 
-TEST_F(LinkTraitsTest, AreUnknownWithoutSysfs) {
-  const LinkTraits traits = read();
-  EXPECT_EQ(traits.hardwareType, -1);
-  EXPECT_EQ(linkKind(traits), LinkKind::other);
-}
-
-TEST_F(LinkTraitsTest, AreUnknownWhereSysfsHoldsNonsense) {
+TEST_F(LinkTraitsTest, AreUnknownWithoutSysfsAndWhereItHoldsNonsense) {
+  EXPECT_EQ(read().hardwareType, -1);
+  EXPECT_EQ(linkKind(read()), LinkKind::other);
   directory("type");
   file("uevent", "\0\xFF DEVTYPE=wlan\nXDEVTYPE=wlan\nDEVTYPE"sv);
   EXPECT_EQ(read().hardwareType, -1);

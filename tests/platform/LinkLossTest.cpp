@@ -14,7 +14,7 @@ namespace tidewell::test {
 namespace {
 
 /// The connectivity monitor on the kernel's network, with a helper for the public address that
-/// takes forever.
+/// hangs.
 class LinkLoss : public testing::Test {
 protected:
   void SetUp() override {

@@ -62,7 +62,7 @@ TEST(AddressMessages, SurviveEveryTruncationAndRandomDamage) {
   EXPECT_GT(readDamaged(whole, 3, read), 0U);
 }
 
-TEST(LinuxInterfaceAddresses, GivesTheKernelsFirstAddress) {
+TEST(LinuxInterfaceAddresses, GivesTheKernelsFirstAddressAlsoAfterThousands) {
   const auto network = NetworkNamespace::enter();
   if (!network) {
     GTEST_SKIP() << "this machine does not allow network namespaces";
@@ -72,6 +72,8 @@ TEST(LinuxInterfaceAddresses, GivesTheKernelsFirstAddress) {
   LinuxInterfaceAddresses addresses;
   EXPECT_EQ(addresses.firstIPv4("wan0"), std::nullopt) << "only IPv6, if that";
   EXPECT_TRUE(shell("ip addr add 192.0.2.7/24 dev wan0 && ip addr add 192.0.2.3/24 dev wan0 && "
+                    "for net in $(seq 0 199); do for host in $(seq 1 10); do "
+                    "echo addr add 10.1.$net.$host/32 dev wan0; done; done | ip -batch - && "
                     "ip addr add 198.51.100.1/24 dev far0"));
   EXPECT_EQ(addresses.firstIPv4("wan0"), "192.0.2.7");
   EXPECT_EQ(addresses.firstIPv4("far0"), "198.51.100.1");
@@ -79,20 +81,6 @@ TEST(LinuxInterfaceAddresses, GivesTheKernelsFirstAddress) {
        {"", "nosuch0", "wan", "wan0\n", "a-name-longer-than-any-interface-has"}) {
     EXPECT_EQ(addresses.firstIPv4(name), std::nullopt) << name;
   }
-}
-
-TEST(LinuxInterfaceAddresses, FindsAnAddressBehindThousands) {
-  const auto network = NetworkNamespace::enter();
-  if (!network) {
-    GTEST_SKIP() << "this machine does not allow network namespaces";
-  }
-  EXPECT_TRUE(shell("ip link add wan0 type veth peer name far0 && "
-                    "for net in $(seq 0 199); do for host in $(seq 1 10); do "
-                    "echo addr add 10.1.$net.$host/32 dev wan0; done; done | ip -batch - && "
-                    "ip addr add 192.0.2.1/24 dev far0"));
-  LinuxInterfaceAddresses addresses;
-  EXPECT_EQ(addresses.firstIPv4("wan0"), "10.1.0.1");
-  EXPECT_EQ(addresses.firstIPv4("far0"), "192.0.2.1");
 }
 
 } // namespace

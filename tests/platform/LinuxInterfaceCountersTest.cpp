@@ -7,6 +7,8 @@
 namespace tidewell::test {
 namespace {
 
+constexpr ByteCounts zero{0, 0};
+
 class LinuxInterfaceCountersTest : public testing::Test {
 protected:
   std::map<std::string, LinkRecord> links{{"eth0", {2, "eth0", 700'000'000'000, 90'000'000'000}},
@@ -23,7 +25,7 @@ protected:
 };
 
 TEST_F(LinuxInterfaceCountersTest, StartsCountingAtZero) {
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}));
+  EXPECT_EQ(counters.read("eth0"), zero);
   move("eth0", 300, 20);
   EXPECT_EQ(counters.read("eth0"), (ByteCounts{300, 20}));
   move("eth0", 1, 1);
@@ -33,18 +35,17 @@ TEST_F(LinuxInterfaceCountersTest, StartsCountingAtZero) {
 TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenAnotherInterfaceIsRead) {
   static_cast<void>(counters.read("eth0"));
   move("eth0", 300, 20);
-  EXPECT_EQ(counters.read("wlan0"), (ByteCounts{0, 0}));
+  EXPECT_EQ(counters.read("wlan0"), zero);
   move("wlan0", 8, 9);
   EXPECT_EQ(counters.read("wlan0"), (ByteCounts{8, 9}));
   move("eth0", 1'000'000, 1'000'000);
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}))
-      << "what it moved unseen is no traffic of now";
+  EXPECT_EQ(counters.read("eth0"), zero) << "what it moved unseen is no traffic of now";
 }
 
 TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenTheInterfaceWasMadeAnew) {
   static_cast<void>(counters.read("eth0"));
   links["eth0"] = {9, "eth0", 800'000'000'000, 100'000'000'000};
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}));
+  EXPECT_EQ(counters.read("eth0"), zero);
   move("eth0", 5, 6);
   EXPECT_EQ(counters.read("eth0"), (ByteCounts{5, 6}));
 }
@@ -54,11 +55,11 @@ TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenACounterFell) {
   move("eth0", 500, 500);
   static_cast<void>(counters.read("eth0"));
   links["eth0"].bytesOut = 3;
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}));
+  EXPECT_EQ(counters.read("eth0"), zero);
   move("eth0", 7, 8);
   EXPECT_EQ(counters.read("eth0"), (ByteCounts{7, 8}));
   links["eth0"].bytesIn = 3;
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0})) << "received ones, too";
+  EXPECT_EQ(counters.read("eth0"), zero) << "received ones, too";
 }
 
 TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenTheInterfaceWasRenamed) {
@@ -66,7 +67,7 @@ TEST_F(LinuxInterfaceCountersTest, StartsAgainWhenTheInterfaceWasRenamed) {
   links["lan0"] = links["eth0"];
   links["lan0"].name = "lan0";
   move("lan0", 500, 500);
-  EXPECT_EQ(counters.read("lan0"), (ByteCounts{0, 0})) << "the same index, another name";
+  EXPECT_EQ(counters.read("lan0"), zero) << "the same index, another name";
 }
 
 TEST_F(LinuxInterfaceCountersTest, StartsAgainAfterAReadingThatFailed) {
@@ -75,7 +76,7 @@ TEST_F(LinuxInterfaceCountersTest, StartsAgainAfterAReadingThatFailed) {
   const auto gone = links.extract("eth0");
   EXPECT_EQ(counters.read("eth0"), std::nullopt);
   links["eth0"] = gone.mapped();
-  EXPECT_EQ(counters.read("eth0"), (ByteCounts{0, 0}));
+  EXPECT_EQ(counters.read("eth0"), zero);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ constexpr PathReport wired{true, false, true, false};
 constexpr PathReport tunnel{true, false, false, false};
 constexpr PathReport none{false, false, false, false};
 
-/// A tunnel that has its carrier for as long as this lives, with a route to the far end.
+/// A tunnel with a route to its far end. It has its carrier while the descriptor is open.
 FileDescriptor makeTunnel() {
   FileDescriptor device(::open("/dev/net/tun", O_RDWR | O_CLOEXEC));
   ifreq request{};
@@ -46,16 +46,25 @@ protected:
   void TearDown() override { watch.reset(); }
 
   void begin() {
-    watch = machine->monitor.watch(*machine->queue, [this](const PathReport& report) {
-      machine->loop.post([this, report] { reports.push_back(report); });
-    });
+    watch = machine->monitor.watch(*machine->queue,
+                                   [this](const PathReport& report) { reports.push_back(report); });
   }
-  /// Whether so many reports have come within a second, and no more.
+  bool beginConnected() {
+    machine->connect();
+    begin();
+    return hasReports(1);
+  }
+  /// Whether exactly so many reports have come within a second.
   bool hasReports(std::size_t count) {
     const auto start = std::chrono::steady_clock::now();
     const bool reached = runUntil(machine->loop, [&] { return reports.size() >= count; });
     const auto taken = std::chrono::steady_clock::now() - start;
     return reached && reports.size() == count && taken < std::chrono::seconds(1);
+  }
+
+  bool hasReportsAfter(const std::string& command, std::size_t count) {
+    EXPECT_TRUE(shell(command));
+    return hasReports(count);
   }
 
   std::unique_ptr<KernelMachine> machine;
@@ -64,39 +73,25 @@ protected:
 };
 
 TEST_F(LinuxPathMonitorTest, ReportsALostCarrierThoughItsRouteStays) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
-  EXPECT_TRUE(shell("ip link set far0 down"));
-  ASSERT_TRUE(hasReports(2));
+  ASSERT_TRUE(beginConnected());
+  ASSERT_TRUE(hasReportsAfter("ip link set far0 down", 2));
   EXPECT_TRUE(shell("ip route show default | grep -q wan0"));
-  EXPECT_TRUE(shell("ip link set far0 up"));
-  ASSERT_TRUE(hasReports(3));
+  ASSERT_TRUE(hasReportsAfter("ip link set far0 up", 3));
   EXPECT_EQ(reports, (std::vector{wired, none, wired}));
 }
 
-TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasTakenDown) {
+TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasTakenDownOrRemoved) {
+  ASSERT_TRUE(beginConnected());
+  ASSERT_TRUE(hasReportsAfter("ip link set wan0 down", 2));
+  EXPECT_TRUE(shell("ip link set wan0 up"));
   machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
-  EXPECT_TRUE(shell("ip link set wan0 down"));
-  ASSERT_TRUE(hasReports(2));
-  EXPECT_EQ(reports.back(), none);
-}
-
-TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasRemoved) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
-  EXPECT_TRUE(shell("ip link del wan0"));
-  ASSERT_TRUE(hasReports(2));
-  EXPECT_EQ(reports.back(), none);
+  ASSERT_TRUE(hasReports(3));
+  ASSERT_TRUE(hasReportsAfter("ip link del wan0", 4));
+  EXPECT_EQ(reports, (std::vector{wired, none, wired, none}));
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsNothingOfALossThatIsOverAtOnce) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
+  ASSERT_TRUE(beginConnected());
   EXPECT_TRUE(shell("ip route del default && ip route add default via 192.0.2.254"));
   EXPECT_TRUE(shell("ip link set far0 down && ip link set far0 up"));
   machine->serve(0.5);
@@ -104,29 +99,24 @@ TEST_F(LinuxPathMonitorTest, ReportsNothingOfALossThatIsOverAtOnce) {
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsATunnelThatTakesTheTrafficBySplitRoutes) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
+  ASSERT_TRUE(beginConnected());
   FileDescriptor device = makeTunnel();
   machine->serve(0.5);
   EXPECT_EQ(reports, std::vector{wired}) << "a tunnel that takes nothing";
-  EXPECT_TRUE(shell("ip route add 0.0.0.0/1 dev tun0 && ip route add 128.0.0.0/1 dev tun0"));
-  ASSERT_TRUE(hasReports(2));
+  ASSERT_TRUE(
+      hasReportsAfter("ip route add 0.0.0.0/1 dev tun0 && ip route add 128.0.0.0/1 dev tun0", 2));
   device.reset();
   ASSERT_TRUE(hasReports(3));
   EXPECT_EQ(reports, (std::vector{wired, tunnel, wired}));
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsATunnelThatTakesTheTrafficByARule) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
+  ASSERT_TRUE(beginConnected());
   const FileDescriptor device = makeTunnel();
   EXPECT_TRUE(shell("ip route add default dev tun0 table 51820"));
   machine->serve(0.5);
   EXPECT_EQ(reports, std::vector{wired});
-  EXPECT_TRUE(shell("ip rule add not fwmark 51820 table 51820"));
-  ASSERT_TRUE(hasReports(2));
+  ASSERT_TRUE(hasReportsAfter("ip rule add not fwmark 51820 table 51820", 2));
   EXPECT_EQ(reports.back(), tunnel);
 }
 
@@ -137,8 +127,7 @@ TEST_F(LinuxPathMonitorTest, IsSatisfiedByIPv6Alone) {
                     "ip -6 route add default via 2001:db8::ff"));
   begin();
   ASSERT_TRUE(hasReports(1));
-  EXPECT_TRUE(shell("ip -6 route del default"));
-  ASSERT_TRUE(hasReports(2));
+  ASSERT_TRUE(hasReportsAfter("ip -6 route del default", 2));
   EXPECT_EQ(reports, (std::vector{wired, none}));
 }
 
@@ -150,19 +139,16 @@ TEST_F(LinuxPathMonitorTest, IsNotSatisfiedByTheLoopback) {
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheAddressChanged) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
-  EXPECT_TRUE(shell("ip addr add 203.0.113.5/24 dev wan0 && ip addr del 192.0.2.1/24 dev wan0 && "
-                    "ip route replace default via 203.0.113.254"));
-  ASSERT_TRUE(hasReports(2));
+  ASSERT_TRUE(beginConnected());
+  ASSERT_TRUE(
+      hasReportsAfter("ip addr add 203.0.113.5/24 dev wan0 && ip addr del 192.0.2.1/24 dev wan0 && "
+                      "ip route replace default via 203.0.113.254",
+                      2));
   EXPECT_EQ(reports, (std::vector{wired, wired}));
 }
 
 TEST_F(LinuxPathMonitorTest, LooksOnceASecondWhileTheKernelNeverIsQuiet) {
-  machine->connect();
-  begin();
-  ASSERT_TRUE(hasReports(1));
+  ASSERT_TRUE(beginConnected());
   std::atomic<bool> isOver = false;
   std::thread noise([&] {
     while (!isOver) {
@@ -205,9 +191,8 @@ TEST_F(LinuxPathMonitorTest, WatchesAsSoonAsThereAreDescriptorsAgain) {
 TEST_F(LinuxPathMonitorTest, TellsEveryWatcher) {
   begin();
   std::vector<PathReport> others;
-  const auto other = machine->monitor.watch(*machine->queue, [&](const PathReport& report) {
-    machine->loop.post([&others, report] { others.push_back(report); });
-  });
+  const auto other = machine->monitor.watch(
+      *machine->queue, [&](const PathReport& report) { others.push_back(report); });
   EXPECT_TRUE(runUntil(machine->loop, [&] { return reports.size() == 1 && others.size() == 1; }));
   machine->connect();
   EXPECT_TRUE(runUntil(machine->loop, [&] { return reports.size() == 2 && others.size() == 2; }));

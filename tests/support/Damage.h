@@ -5,16 +5,16 @@
 
 namespace tidewell::test {
 
-/// Calls `read` with every true beginning of the input, in memory of exactly that size, so that a
-/// sanitizer sees every byte read beyond it.
+/// Calls `read` with every shorter beginning of the input, in memory of exactly that size, so that
+/// a sanitizer finds any read beyond it.
 template <class Input, class Read> void forEachTruncation(const Input& whole, Read&& read) {
   for (std::size_t size = 0; size < whole.size(); ++size) {
     read(Input(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));
   }
 }
 
-/// Calls `read` with 20,000 copies of the input in which up to `mostChanges` bytes are random, the
-/// same ones every time. Returns the sum of what it returns.
+/// Calls `read` with 20,000 copies of the input in which up to `mostChanges` bytes are random, but
+/// the same in every run. Returns the sum of its results.
 template <class Input, class Read>
 std::size_t readDamaged(const Input& whole, unsigned mostChanges, Read&& read) {
   std::mt19937 random(1); // NOLINT(cert-msc51-cpp): the same bytes every time

@@ -7,12 +7,12 @@
 
 namespace tidewell::test {
 
-/// Lets the process open no further file descriptors (EMFILE) while it lives.
+/// Prevents the process from opening file descriptors (EMFILE) while it lives.
 class ScarceDescriptors {
 public:
   ScarceDescriptors() {
     EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &m_usual), 0);
-    // The lowest free number is the first that is not given out any more; there are none below.
+    // The limit is the lowest free number, so no number below it is free.
     const int lowest = ::dup(STDIN_FILENO);
     ::close(lowest);
     const rlimit scarce{static_cast<rlim_t>(lowest), m_usual.rlim_max};

@@ -1,7 +1,7 @@
 #include "tile/TextTile.h"
 
 #include "app/ItemTexts.h"
-#include "tile/TileWords.h"
+#include "tile/Glyphs.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ public:
     draw(m_argb);
   }
 
-  /// Whether a pixel differs from the tile's plain ground, which is that of its middle top.
+  /// Whether a pixel differs from the background, which is the colour of the middle of the top row.
   [[nodiscard]] bool isInk(int x, int y) const {
     return !std::equal(at(x, y) + 1, at(x, y) + 4, at(size.width / 2, 0) + 1);
   }
@@ -50,7 +50,7 @@ public:
     }
     return ink;
   }
-  /// Whether all bytes were written, for a byte order that is right: opaque in the middle.
+  /// Whether the middle row is opaque: all bytes were written in the right order.
   [[nodiscard]] bool isOpaqueInside() const {
     for (int x = 4; x < size.width - 4; ++x) {
       if (alpha(x, size.height / 2) != 0xFF) {
@@ -78,7 +78,7 @@ Tile wide(const std::string& label) {
           [&](auto& argb) { TextTile::drawWide(label, labelGuide, argb); }};
 }
 
-/// The first column with a pixel of this kind; the tile's width when there is none.
+/// The first column with a pixel of this kind; the tile's width if there is none.
 int firstColumn(const Tile& tile, const auto& isWanted) {
   int column = 0;
   while (column < tile.size.width && !isWanted(column)) {
@@ -91,7 +91,7 @@ int firstInk(const Tile& tile) {
   return firstColumn(tile, [&](int x) { return tile.inkOfColumn(x) > 0; });
 }
 
-/// Where the upload's arrow begins, which alone is amber.
+/// The first column of the upload's arrow, which alone is amber.
 int firstAmber(const Tile& tile) {
   return firstColumn(tile, [&](int x) { return tile.hasAmber(x); });
 }
@@ -114,6 +114,12 @@ TEST(SquareTile, KeepsEveryTextInsideItsEdges) {
       EXPECT_EQ(tile.inkOfColumn(edge - 1), 0) << label << " at " << edge;
     }
   }
+}
+
+TEST(SquareTile, HasAmberForTheUploadAlone) {
+  const auto isAmber = [](const Tile& tile) { return firstAmber(tile) < tile.size.width; };
+  EXPECT_TRUE(isAmber(square("↓12K ↑3K", 44)));
+  EXPECT_FALSE(isAmber(square("↓12K", 44)));
 }
 
 TEST(SquareTile, ShowsDifferentTextsDifferently) {
@@ -142,14 +148,14 @@ TEST(WideTile, HasRoomForTheWidestText) {
 }
 
 TEST(Tiles, SurviveAbsurdTexts) {
-  const std::string absurd[] = {"",
-                                std::string(200, '9'),
-                                "↓" + std::string(300, 'M') + " ↑1K",
-                                "\xFF\xFE\x80",
-                                "↓9223372036855M ↑-0M",
-                                "   ",
-                                "↓ ↑",
-                                "a b c d e f"};
+  const std::vector<std::string> absurd{"",
+                                        std::string(200, '9'),
+                                        "↓" + std::string(300, 'M') + " ↑1K",
+                                        "\xFF\xFE\x80",
+                                        "↓9223372036855M ↑-0M",
+                                        "   ",
+                                        "↓ ↑",
+                                        "a b c d e f"};
   for (const std::string& label : absurd) {
     EXPECT_TRUE(square(label, 22).isOpaqueInside() || !label.empty());
     EXPECT_EQ(wide(label).size, TextTile::wideSize(labelGuide));

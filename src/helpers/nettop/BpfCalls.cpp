@@ -43,7 +43,7 @@ FileDescriptor makeIterator(int program) {
 bool runIterator(const FileDescriptor& iterator) {
   std::array<char, 64> nothing{};
   while (true) {
-    // After a million objects the kernel takes breath and says EAGAIN.
+    // The iterator returns EAGAIN after a million objects; keep reading.
     const ssize_t count = ::read(iterator.get(), nothing.data(), nothing.size());
     if (count == 0) {
       return true;

@@ -9,31 +9,31 @@
 
 namespace tidewell::nettop {
 
-/// The few forms of the bpf system call that measuring takes. Failures leave errno.
+/// The forms of the bpf(2) system call that are needed. They set errno on failure.
 
-/// Lets a program run at a control group, the others that are there beside it, until the link is
-/// closed; closed by the kernel where the process dies, however it does.
+/// Runs a program at a control group, beside those already there, until the link is closed. The
+/// kernel closes it when the process dies.
 [[nodiscard]] FileDescriptor attachToGroup(int program, const FileDescriptor& group,
                                            bpf_attach_type where);
 
-/// Makes ready to run an iterator program over all it iterates.
+/// Prepares an iterator program.
 [[nodiscard]] FileDescriptor makeIterator(int program);
 
-/// Runs the program; false when it failed before the end.
+/// Runs the program over all objects. Returns false if it failed before the end.
 [[nodiscard]] bool runIterator(const FileDescriptor& iterator);
 
-/// Copies the value of a key; false when there is none.
+/// Copies the value of a key. Returns false if there is none.
 [[nodiscard]] bool lookUp(int table, const void* key, void* value);
 
-/// One step through a table.
+/// The result of one step through a table.
 struct BatchStep {
   std::size_t count = 0; // entries that were copied
   bool isLast = false;
   bool hasFailed = false;
 };
 
-/// Copies the next entries of a table, as many as there is room for. `position` is handed on from
-/// step to step; `isFirst` begins.
+/// Copies the next entries of a table, at most `room`. `isFirst` begins a walk, and `position` is
+/// kept between its steps.
 [[nodiscard]] BatchStep nextEntries(int table, bool isFirst, std::uint32_t& position, void* keys,
                                     void* values, std::size_t room);
 

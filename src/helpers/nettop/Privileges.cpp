@@ -23,7 +23,7 @@ using Sets = std::array<__user_cap_data_struct, 2>; // the lower 32 capabilities
 __user_cap_header_struct header() { return {_LINUX_CAPABILITY_VERSION_3, 0}; }
 
 bool openStandardDescriptors() {
-  // A file that takes the place of a closed one would be taken for it.
+  // Otherwise the next file that is opened would become the standard output, say.
   while (true) {
     const int descriptor = ::open("/dev/null", O_RDWR);
     if (descriptor < 0) {

@@ -4,7 +4,7 @@
 
 namespace tidewell::nettop {
 
-/// By the numbers of the kernel.
+/// The kernel's numbers of capabilities.
 enum class Capability {
   readAllFiles = 2, // CAP_DAC_READ_SEARCH
   netAdmin = 12,
@@ -13,12 +13,12 @@ enum class Capability {
   bpf = 39,
 };
 
-/// Makes the process deaf to whoever started it: an empty environment, no open descriptors but the
-/// standard ones, no memory images, no blocked signals, and only those capabilities that measuring
-/// takes, if it has them. False where that cannot be had.
+/// Protects the process from its caller: clears the environment, closes all descriptors but the
+/// standard ones, forbids core dumps, unblocks signals, and keeps only the capabilities that are
+/// needed. Returns false if a standard descriptor cannot be opened.
 [[nodiscard]] bool seclude();
 
-/// Gives up every capability but these, for good. What the process does not have it does not get.
+/// Drops all capabilities but these for good. Adds none.
 void keepOnly(std::initializer_list<Capability> capabilities);
 
 } // namespace tidewell::nettop

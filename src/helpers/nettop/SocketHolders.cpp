@@ -36,7 +36,6 @@ std::string_view readLink(int directory, const char* name, Link& buffer) {
 
 /// Calls `visit(const char* name)` for each entry until it returns false.
 template <class Visit> void forEachEntry(const Directory& directory, Visit&& visit) {
-  // A directory is this thread's own.
   while (const dirent* const entry = ::readdir(directory.get())) {
     if (!visit(entry->d_name)) {
       return;

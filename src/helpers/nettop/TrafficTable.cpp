@@ -24,7 +24,7 @@ void TrafficTable::add(const SocketTraffic& socket) {
   Entry& entry = m_entries[socket.owner];
   entry.traffic.received += socket.received;
   entry.traffic.sent += socket.sent;
-  // Indices of interfaces are unique within a network namespace only.
+  // Interface indices are only unique within a network namespace.
   if (socket.mayTunnel != 0) {
     m_tunnelReceived += socket.tunnelReceived;
     m_tunnelSent += socket.tunnelSent;
@@ -65,7 +65,7 @@ std::vector<ProcessTraffic> TrafficTable::rows() const {
       (entry.servesTunnel ? servers : rows).push_back(entry.traffic);
     }
   }
-  // Of several servers the busiest is the likeliest to have carried it.
+  // The busiest of several servers most likely carried it.
   std::ranges::sort(servers, std::ranges::greater{}, total);
   std::uint64_t received = m_tunnelReceived;
   std::uint64_t sent = m_tunnelSent;

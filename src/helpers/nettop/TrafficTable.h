@@ -11,20 +11,20 @@
 
 namespace tidewell::nettop {
 
-/// Adds up the sockets of each process. Pure; not synchronised.
+/// Adds up the sockets of each process. Pure.
 ///
-/// Traffic through a tunnel that a program serves (a VPN client behind /dev/net/tun) passes twice:
-/// once as that of the program it is for, once more, wrapped up, as that of the tunnel's server.
-/// The server is left with what it adds: its own bytes less those that went through the tunnels.
+/// Traffic through a tunnel that a program serves (a VPN client with /dev/net/tun) is counted
+/// twice: as that of the program it belongs to, and, encapsulated, as that of the tunnel's server.
+/// The bytes that went through the tunnels are subtracted from the server's.
 class TrafficTable {
 public:
-  /// Counts one socket in.
+  /// Adds a socket.
   void add(const SocketTraffic& socket);
 
-  /// The owners of the sockets so far, 0 for unknown ones.
+  /// The owners of the sockets so far; 0 for unknown ones.
   [[nodiscard]] std::vector<std::uint32_t> owners() const;
 
-  /// Tells who an owner is. Owners of whom nothing is told remain unknown.
+  /// Sets what is known about an owner. The others remain unknown.
   void name(std::uint32_t owner, const ProcessRecord& record);
 
   /// The processes that moved something, in no order.

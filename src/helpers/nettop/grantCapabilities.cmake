@@ -1,5 +1,5 @@
-# Run where nettop is installed; `helper` and `capabilities` are set. A package's scripts do the
-# same for a file that was staged.
+# Runs when nettop is installed, with `helper` and `capabilities` set. For a staged file the package's
+# scripts do the same.
 set(words setcap "${capabilities}" "${helper}")
 list(JOIN words " " command)
 set(status 1)

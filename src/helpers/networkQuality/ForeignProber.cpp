@@ -10,14 +10,16 @@ namespace {
 
 constexpr std::size_t mostProbes = 32;
 constexpr std::size_t longestBody = 4096;
-// Four round trips through the fullest of queues; a lost packet more, and it is out of the mean.
+// Four round trips through the longest queues. A probe that lost a packet besides is not in the
+// mean anyway.
 constexpr Seconds limit = 10.0;
 
 } // namespace
 
-ForeignProber::ForeignProber(TransferLoop& loop, const Route& route, std::string address,
+ForeignProber::ForeignProber(TransferLoop& loop, const Destination& destination,
+                             std::string address,
                              std::function<void(const ForeignProbe&, double bytes)> onProbe)
-    : m_route(route), m_address(std::move(address)), m_onProbe(std::move(onProbe)),
+    : m_destination(destination), m_address(std::move(address)), m_onProbe(std::move(onProbe)),
       m_pool(loop, 0) {}
 
 ForeignProber::~ForeignProber() {
@@ -32,7 +34,7 @@ void ForeignProber::probe() {
   }
   forgetClosed();
   m_tallies.push_back(std::make_unique<TcpTally>());
-  m_probes.push_back(std::make_unique<Probe>(m_route, m_address, *m_tallies.back()));
+  m_probes.push_back(std::make_unique<Probe>(m_destination, m_address, *m_tallies.back()));
   Probe& probe = *m_probes.back();
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FRESH_CONNECT, 1L);
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FORBID_REUSE, 1L);

@@ -12,17 +12,15 @@
 
 namespace tidewell {
 
-/// Asks for a small reply again and again, each time on a new connection.
+/// Requests a small reply again and again, each time on a new connection.
 class ForeignProber {
 public:
-  /// `onProbe` hears of every probe that was answered, and of the bytes that it took.
-  ForeignProber(TransferLoop& loop, const Route& route, std::string address,
+  /// Calls `onProbe` for every answered probe, with the bytes that it took.
+  ForeignProber(TransferLoop& loop, const Destination& destination, std::string address,
                 std::function<void(const ForeignProbe&, double bytes)> onProbe);
-  ForeignProber(const ForeignProber&) = delete;
-  ForeignProber& operator=(const ForeignProber&) = delete;
   ~ForeignProber();
 
-  /// Begins a probe, unless very many are under way.
+  /// Begins a probe unless 32 are under way.
   void probe();
 
   /// What all probes have moved.
@@ -30,8 +28,8 @@ public:
 
 private:
   struct Probe {
-    Probe(const Route& route, const std::string& address, TcpTally& connectionTally)
-        : tally(connectionTally), transfer(route, address) {
+    Probe(const Destination& destination, const std::string& address, TcpTally& connectionTally)
+        : tally(connectionTally), transfer(destination, address) {
       tally.count(transfer.handle());
     }
     TcpTally& tally;
@@ -41,14 +39,14 @@ private:
   void ended(Probe* probe);
   void forgetClosed();
 
-  const Route& m_route;
+  const Destination& m_destination;
   std::string m_address;
   std::function<void(const ForeignProbe&, double bytes)> m_onProbe;
   TcpCounts m_closed; // without those in m_tallies
-  // One per connection. The pool may take leave of a server long after a probe's end.
+  // One per connection. The pool may close a connection long after the probe's end.
   std::vector<std::unique_ptr<TcpTally>> m_tallies;
   std::vector<std::unique_ptr<Probe>> m_probes;
-  TransferPool m_pool; // goes first: it closes the connections that probes count
+  TransferPool m_pool; // destroyed first, because it closes the connections that probes count
 };
 
 } // namespace tidewell

@@ -8,7 +8,7 @@ namespace tidewell {
 
 namespace {
 
-// A modem of the last century is faster than this.
+// Slower than any modem.
 constexpr double stalledBytesPerSecond = 1000.0;
 
 constexpr int refinements = 3;
@@ -59,7 +59,7 @@ std::size_t Goodput::lastIndex(std::size_t intervalsAgo) const {
 }
 
 std::size_t Goodput::filledIndex(std::size_t intervalsAgo) const {
-  constexpr std::size_t start = averageDistance - 1; // it says more of TCP than of the line
+  constexpr std::size_t start = averageDistance - 1; // shows TCP's start rather than the line
   std::size_t index = lastIndex(intervalsAgo);
   while (index > start && bytesSince(index) < leastWindow) {
     --index;

@@ -7,21 +7,21 @@ namespace tidewell {
 
 namespace {
 
-// More load nothing that these do not, and take twice the processor time.
+// More connections add no load, and take twice the processor time.
 constexpr std::size_t mostConnections = 8;
 
-// Below this each further connection fights for the same few packets: a queue of ten packets holds
-// no eight flows, and what they lose is taken for the line's. Well above half of a megabit a
-// second, so that a line of one megabit has two of them in every run.
+// Below this, connections compete for few packets: a queue of ten packets cannot hold eight flows,
+// and their losses would be attributed to the line. Well above half a megabit per second, so that a
+// line of one megabit has two connections in every run.
 constexpr double leastPerConnection = 80'000.0; // bytes per second
 
-// One after another they would fill a deep queue seconds later.
+// Opened one after another, they would fill a long queue seconds later.
 std::size_t affordableConnections(double bytesPerSecond) {
   const double affordable = std::floor(bytesPerSecond / leastPerConnection) + 1.0;
   return static_cast<std::size_t>(std::min(affordable, static_cast<double>(mostConnections)));
 }
 
-// A deep queue fills long after the rate is steady, and sways within a single average.
+// A long queue fills long after the rate is steady, and varies within a single average.
 constexpr std::size_t roundTripIntervals = 2 * averageDistance;
 
 } // namespace
@@ -45,7 +45,7 @@ void LineMeasurement::endInterval(Seconds now, std::uint64_t bytes) {
 }
 
 bool LineMeasurement::isDone() const {
-  // A deep queue that fills would else be told half full.
+  // Otherwise a long queue would be measured half full.
   return m_goodput.isSaturated() && m_responsiveness.isSteady() && !m_responsiveness.isDrifting() &&
          m_goodput.windowBytes() >= Goodput::leastWindow;
 }

@@ -2,8 +2,6 @@
 
 #include "base/Scheduler.h"
 #include "helpers/networkQuality/Goodput.h"
-#include "helpers/networkQuality/MovingAverages.h"
-#include "helpers/networkQuality/ProbePace.h"
 #include "helpers/networkQuality/RoundTrips.h"
 
 #include <cstddef>
@@ -12,14 +10,14 @@
 
 namespace tidewell {
 
-/// How far the numbers of one direction can be trusted.
+/// How reliable the numbers of one direction are.
 enum class Confidence {
   low,    // too few intervals for an average
-  medium, // they still moved
+  medium, // the averages still moved
   high,   // steady
 };
 
-/// What is known of one direction of the line.
+/// What was measured of one direction of the line.
 struct LineResult {
   double bytesPerSecond = 0.0;
   std::optional<RoundTripMeans> roundTrips;
@@ -27,11 +25,11 @@ struct LineResult {
   std::size_t connections = 0;
 };
 
-/// Decides about one direction, interval by interval: when to add load, when enough is known, and
-/// what comes of it. Knows no socket; times are of any clock that moves only forward. Pure.
+/// Decides about one direction, interval by interval: when to add load, when the measurement is
+/// done, and what its result is. Times are of any monotonic clock. Pure.
 ///
-/// The rules are those of draft-ietf-ippm-responsiveness with intervals of one second: until the
-/// line is saturated, then until the round trips are steady, too. Further connections all come as
+/// The rules are those of draft-ietf-ippm-responsiveness with intervals of one second: the line has
+/// to be saturated, then the round trips have to be steady. All further connections are opened as
 /// soon as it is known how many the line can feed.
 class LineMeasurement {
 public:
@@ -43,25 +41,25 @@ public:
   void addForeign(Seconds now, const ForeignProbe& probe, double bytes);
   void addSelf(Seconds now, double seconds) { m_roundTrips.addSelf(now, seconds); }
 
-  /// Notes what the direction has moved, ten times an interval or so.
+  /// Records what the direction has moved, about ten times an interval.
   void sample(Seconds now, std::uint64_t bytes) { m_goodput.sample(now, bytes); }
 
-  /// An interval ends; `bytes` is all that the direction has moved by now.
+  /// Ends an interval; `bytes` is all that the direction has moved by now.
   void endInterval(Seconds now, std::uint64_t bytes);
 
-  /// How many connections are to load the line from now on.
+  /// How many connections should load the line from now on.
   [[nodiscard]] std::size_t connections() const { return m_connections; }
 
   /// The time between two pairs of probes.
   [[nodiscard]] Seconds probeInterval() const { return m_pace.interval(m_goodput.current()); }
 
-  /// Whether nothing changes any more.
+  /// Whether the measurement is done.
   [[nodiscard]] bool isDone() const;
 
   /// Whether the line has stopped moving anything.
   [[nodiscard]] bool isStalled() const { return m_goodput.isStalled(); }
 
-  /// What is known by now; none before the first interval has ended.
+  /// The result by now; nullopt before the first interval has ended.
   [[nodiscard]] std::optional<LineResult> result() const;
 
 private:

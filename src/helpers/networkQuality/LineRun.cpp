@@ -8,17 +8,18 @@ namespace {
 
 constexpr std::size_t mostFailures = 3;
 constexpr Seconds tuning = 0.1;
-constexpr Seconds longestSilence = 1.0; // of a connection, when all is done
+constexpr Seconds longestSilence = 1.0; // of a connection at the end
 
 } // namespace
 
-LineRun::LineRun(TransferLoop& loop, const Route& route, const TestServer& server,
+LineRun::LineRun(TransferLoop& loop, const Destination& destination, const TestServer& server,
                  Direction direction)
-    : m_loop(loop), m_route(route), m_server(server), m_direction(direction),
+    : m_loop(loop), m_destination(destination), m_server(server), m_direction(direction),
       m_measurement(TransferLoop::now(), 0),
-      m_foreign(loop, route, server.smallDownload, [this](const ForeignProbe& probe, double bytes) {
-        m_measurement.addForeign(TransferLoop::now(), probe, bytes);
-      }) {
+      m_foreign(loop, destination, server.smallDownload,
+                [this](const ForeignProbe& probe, double bytes) {
+                  m_measurement.addForeign(TransferLoop::now(), probe, bytes);
+                }) {
   open();
 }
 
@@ -26,7 +27,7 @@ void LineRun::run(Seconds deadline, const std::function<void(double)>& onInterva
   Seconds now = TransferLoop::now();
   Seconds tuneAt = now;
   Seconds intervalAt = now + LineMeasurement::interval;
-  // Only then is it known what the line can afford.
+  // What the line can afford is not known before.
   Seconds probeAt = intervalAt;
   while (!m_loop.isStopped() && now < deadline && !m_failure && !isDone(now)) {
     m_loop.serve(std::min({deadline, tuneAt, intervalAt, probeAt}));
@@ -52,7 +53,7 @@ void LineRun::run(Seconds deadline, const std::function<void(double)>& onInterva
 }
 
 bool LineRun::isDone(Seconds now) const {
-  // What a connection has moved and moves no more is no capacity.
+  // A stalled connection does not count towards capacity.
   return m_measurement.isDone() &&
          std::all_of(m_connections.begin(), m_connections.end(), [now](const auto& connection) {
            return now - connection->silentSince() < longestSilence;
@@ -65,7 +66,7 @@ std::optional<LineResult> LineRun::result() const {
 
 void LineRun::open() {
   m_connections.push_back(std::make_unique<LoadConnection>(
-      m_loop, m_route, m_server, m_direction,
+      m_loop, m_destination, m_server, m_direction,
       [this](Seconds roundTrip) { m_measurement.addSelf(TransferLoop::now(), roundTrip); }));
 }
 
@@ -77,7 +78,7 @@ void LineRun::endInterval(Seconds now) {
   }
   const std::size_t wanted = m_measurement.connections();
   if (m_connections.size() == 1 && wanted > 1) {
-    // With its head start it would leave the others next to nothing for many seconds.
+    // It has a head start and would leave the others next to nothing for many seconds.
     m_movedByClosed += m_connections.front()->moved();
     m_connections.clear();
   }

@@ -14,20 +14,21 @@
 
 namespace tidewell {
 
-/// Loads one direction of the line and measures it meanwhile.
+/// Loads one direction of the line and measures it.
 class LineRun {
 public:
   /// Everything that is borrowed outlives the run.
-  LineRun(TransferLoop& loop, const Route& route, const TestServer& server, Direction direction);
+  LineRun(TransferLoop& loop, const Destination& destination, const TestServer& server,
+          Direction direction);
 
-  /// Runs until nothing changes any more, until `deadline`, until the loop is stopped or until it
-  /// fails. `onInterval` hears once a second of the bytes per second.
+  /// Runs until the measurement is done or fails, until `deadline` or until the loop is stopped.
+  /// Calls `onInterval` once a second with the bytes per second.
   void run(Seconds deadline, const std::function<void(double)>& onInterval);
 
-  /// Why it failed, in words; none when it did not.
+  /// Why it failed, for people; nullopt if it did not.
   [[nodiscard]] const std::optional<std::string>& failure() const { return m_failure; }
 
-  /// What was measured; none of a run that failed or was too short.
+  /// What was measured; nullopt if the run failed or was too short.
   [[nodiscard]] std::optional<LineResult> result() const;
 
 private:
@@ -39,7 +40,7 @@ private:
   [[nodiscard]] std::uint64_t moved() const;
 
   TransferLoop& m_loop;
-  const Route& m_route;
+  const Destination& m_destination;
   const TestServer& m_server;
   Direction m_direction;
   LineMeasurement m_measurement;

@@ -9,22 +9,22 @@ namespace tidewell {
 
 namespace {
 
-constexpr curl_off_t uploadBytes = 100'000'000; // more in one body is refused by some servers
-// libcurl 7.88 sends a piece again, now and then, while a probe waits to be sent, and the server
-// finds the body longer than announced. All of it has been carried nevertheless.
+constexpr curl_off_t uploadBytes = 100'000'000; // some servers refuse a larger body
+// libcurl 7.88 sometimes sends a piece twice while a probe waits to be sent, and the server resets
+// a body that is longer than announced. The line has carried all of it nevertheless.
 constexpr curl_off_t nearlyAllUploaded = uploadBytes / 10 * 9;
 constexpr curl_off_t leastDownload = 1'000'000;
 constexpr std::size_t mostProbes = 2;
 constexpr std::size_t largestPiece = 65'536;
 constexpr std::size_t smallestPiece = 1400; // a packet
 constexpr std::size_t firstPiece = 16'384;
-// A packet that is lost again and again is waited for so long, but not in a row with others.
+// A packet that is lost several times in a row takes so long.
 constexpr Seconds longestSilence = 5.0;
 constexpr double unsentSeconds = 0.005;
 constexpr double mostUnsent = 4e6;
 constexpr double leastUnsent = 4096;
 
-/// Bytes that nothing on the way can compress.
+/// Bytes that cannot be compressed.
 const std::array<char, largestPiece>& noise() {
   static const auto bytes = [] {
     std::array<char, largestPiece> made{};
@@ -42,12 +42,13 @@ const std::array<char, largestPiece>& noise() {
 
 } // namespace
 
-LoadConnection::LoadConnection(TransferLoop& loop, const Route& route, const TestServer& server,
-                               Direction direction, std::function<void(Seconds)> onRoundTrip)
-    : m_loop(loop), m_route(route), m_server(server), m_direction(direction),
+LoadConnection::LoadConnection(TransferLoop& loop, const Destination& destination,
+                               const TestServer& server, Direction direction,
+                               std::function<void(Seconds)> onRoundTrip)
+    : m_loop(loop), m_destination(destination), m_server(server), m_direction(direction),
       m_onRoundTrip(std::move(onRoundTrip)), m_piece(firstPiece), m_tunedAt(TransferLoop::now()),
       m_silentSince(m_tunedAt),
-      m_load(route, direction == Direction::download ? server.largeDownload : server.upload),
+      m_load(destination, direction == Direction::download ? server.largeDownload : server.upload),
       m_pool(loop, 1) {
   m_tally.count(m_load.handle());
   m_load.onFinished([this] { transferEnded(); });
@@ -74,7 +75,7 @@ void LoadConnection::prepareUpload() {
   curl_easy_setopt(handle, CURLOPT_READDATA, this);
   curl_easy_setopt(handle, CURLOPT_SEEKFUNCTION, &onSeek);
   curl_easy_setopt(handle, CURLOPT_SEEKDATA, this);
-  m_load.keepBody(leastDownload); // whatever the server has to say about it
+  m_load.keepBody(leastDownload); // the server's reply to it
 }
 
 std::uint64_t LoadConnection::moved() const {
@@ -87,7 +88,7 @@ void LoadConnection::tune(Seconds now) {
     return;
   }
   const std::uint64_t bytes = moved();
-  // Not the connection's bytes, which probes move, too.
+  // Not the connection's bytes, which include those of probes.
   const curl_off_t progress =
       m_direction == Direction::upload ? m_left : m_load.amount(CURLINFO_SIZE_DOWNLOAD_T);
   if (progress != m_progressThen) {
@@ -113,7 +114,7 @@ void LoadConnection::probe() {
   if (moved() == 0 || m_probes.size() >= mostProbes || m_failure) {
     return;
   }
-  m_probes.push_back(std::make_unique<Transfer>(m_route, m_server.smallDownload));
+  m_probes.push_back(std::make_unique<Transfer>(m_destination, m_server.smallDownload));
   Transfer& probe = *m_probes.back();
   curl_easy_setopt(probe.handle(), CURLOPT_PIPEWAIT, 1L);
   m_tally.count(probe.handle());
@@ -123,7 +124,7 @@ void LoadConnection::probe() {
 }
 
 void LoadConnection::probeEnded(Transfer* probe) {
-  // On a connection of its own it would have told nothing about this one.
+  // A probe on a connection of its own says nothing about this one.
   const bool isOnThisConnection = probe->number(CURLINFO_NUM_CONNECTS) == 0;
   if (!probe->failure() && isOnThisConnection) {
     m_onRoundTrip(probe->roundTrip());

@@ -18,31 +18,31 @@ namespace tidewell {
 
 enum class Direction { download, upload };
 
-/// One connection that moves as much as it can in one direction, and is asked how long a round trip
-/// takes on it meanwhile.
+/// A connection that moves as much as it can in one direction, and on which round trips are
+/// measured meanwhile.
 class LoadConnection {
 public:
-  /// Begins to move. `onRoundTrip` hears of every probe that was answered on this connection.
-  LoadConnection(TransferLoop& loop, const Route& route, const TestServer& server,
+  /// Begins to move. Calls `onRoundTrip` for every probe that was answered on this connection.
+  LoadConnection(TransferLoop& loop, const Destination& destination, const TestServer& server,
                  Direction direction, std::function<void(Seconds)> onRoundTrip);
-  LoadConnection(const LoadConnection&) = delete;
-  LoadConnection& operator=(const LoadConnection&) = delete;
   ~LoadConnection();
 
-  /// Bytes that have arrived, here or at the other end.
+  /// The bytes that have arrived, here or at the peer.
   [[nodiscard]] std::uint64_t moved() const;
 
-  /// Adapts what waits in buffers to the speed since the last call, because a probe waits behind
-  /// it, and fails a connection that has moved nothing for long. Call it several times a second.
+  /// Adapts the unsent bytes in buffers to the speed since the last call, because they delay
+  /// probes, and fails a connection that has moved nothing for five seconds. Call it several times
+  /// a second.
   void tune(Seconds now);
 
-  /// Since when no more of its load has been moved.
+  /// When its load moved last.
   [[nodiscard]] Seconds silentSince() const { return m_silentSince; }
 
-  /// Asks for a round trip; does nothing before the connection stands or while two are under way.
+  /// Begins to measure a round trip, unless the connection has moved nothing yet or two are under
+  /// way.
   void probe();
 
-  /// Why nothing is moved any more, in words.
+  /// Why nothing moves any more, for people.
   [[nodiscard]] const std::optional<std::string>& failure() const { return m_failure; }
 
 private:
@@ -55,14 +55,14 @@ private:
   void probeEnded(Transfer* probe);
 
   TransferLoop& m_loop;
-  const Route& m_route;
+  const Destination& m_destination;
   const TestServer& m_server;
   Direction m_direction;
   std::function<void(Seconds)> m_onRoundTrip;
   std::optional<std::string> m_failure;
 
-  std::size_t m_piece;   // how much of a body is taken at a time
-  curl_off_t m_left = 0; // of the present body
+  std::size_t m_piece;   // how much of a body is read at a time
+  curl_off_t m_left = 0; // of the current body
   Seconds m_tunedAt;
   Seconds m_silentSince;
   std::uint64_t m_movedThen = 0;
@@ -71,7 +71,7 @@ private:
   TcpTally m_tally;
   Transfer m_load;
   std::vector<std::unique_ptr<Transfer>> m_probes;
-  TransferPool m_pool; // goes first: it closes the connection that others count
+  TransferPool m_pool; // destroyed first, because it closes the connection that others count
 };
 
 } // namespace tidewell

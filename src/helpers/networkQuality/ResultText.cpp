@@ -39,7 +39,7 @@ std::string capacityLine(const char* name, const std::optional<LineResult>& line
 
 std::string inMilliseconds(double seconds) { return fixedText(seconds * 1e3, 2); }
 
-/// How the numbers came about, for whoever doubts them.
+/// How the numbers came about.
 std::string detailLine(const char* name, const std::optional<LineResult>& line) {
   if (!line) {
     return "";
@@ -54,7 +54,8 @@ std::string detailLine(const char* name, const std::optional<LineResult>& line) 
   return text + "\n";
 }
 
-/// The worse one's round trips per minute; none unless every direction that was measured has them.
+/// The round trips per minute of the worse direction; nullopt unless every measured direction has
+/// them.
 std::optional<double> responsivenessOf(const TestResult& result) {
   std::optional<double> worst;
   for (const auto& line : {result.download, result.upload}) {

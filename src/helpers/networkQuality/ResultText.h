@@ -7,14 +7,14 @@
 
 namespace tidewell {
 
-/// What became of both directions; none of one that was not measured.
+/// The results of both directions; nullopt of one that was not measured.
 struct TestResult {
   std::optional<LineResult> download;
   std::optional<LineResult> upload;
 };
 
-/// The result as lines of text, whatever the locale: capacities in megabits per second and the
-/// responsiveness of the worse direction. What was not measured has no line.
+/// Formats the result as lines of text, independently of the locale: capacities in megabits per
+/// second and the responsiveness of the worse direction. What was not measured has no line.
 [[nodiscard]] std::string resultText(const TestResult& result);
 
 /// Megabits per second.

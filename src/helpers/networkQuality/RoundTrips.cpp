@@ -2,6 +2,7 @@
 
 #include "helpers/networkQuality/Statistics.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -11,8 +12,17 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t fewest = 2;
-// Beyond this it was no network that answered.
+// Faster than any network.
 constexpr double mostPerMinute = 6e7;
+
+constexpr double mostPairsPerSecond = 20.0;
+// A queue of half a second does not change in a twentieth of a second.
+constexpr double mostPairsPerRoundTrip = 3.0;
+constexpr double shareOfLine = 0.05;
+// Estimates of the responsiveness draft; the first one is used until a probe has ended.
+constexpr double foreignBytes = 5000.0;
+constexpr double selfBytes = 1000.0;
+constexpr Seconds longest = 1e6;
 
 } // namespace
 
@@ -43,6 +53,22 @@ std::optional<RoundTripMeans> RoundTrips::since(Seconds begin) const {
       {trimmedMean(std::move(tcp)), trimmedMean(std::move(tls)), trimmedMean(std::move(http))},
       trimmedMean(std::move(self))};
   return means.perMinute() < mostPerMinute ? std::optional(means) : std::nullopt;
+}
+
+void ProbePace::addProbe(Seconds roundTrip, double bytes) {
+  m_roundTrip = roundTrip;
+  m_costs += bytes;
+  m_probes += 1.0;
+}
+
+Seconds ProbePace::interval(double bytesPerSecond) const {
+  const double pair = (m_probes > 0.0 ? m_costs / m_probes : foreignBytes) + selfBytes;
+  const double affordable = bytesPerSecond * shareOfLine / pair;
+  if (affordable <= 1.0 / longest) {
+    return longest;
+  }
+  return std::max(1.0 / std::min(affordable, mostPairsPerSecond),
+                  m_roundTrip / mostPairsPerRoundTrip);
 }
 
 } // namespace tidewell

@@ -19,8 +19,7 @@ struct TcpCounts {
   }
 };
 
-/// Counts what the connections of some transfers have moved, one connection after another, open or
-/// closed.
+/// Adds up what the connections of some transfers have moved. At most one is open at a time.
 class TcpTally {
 public:
   TcpTally() = default;

@@ -1,7 +1,5 @@
 #include "helpers/networkQuality/Transfer.h"
 
-#include "helpers/networkQuality/FailureText.h"
-
 #include <string_view>
 
 #include <openssl/ssl.h>
@@ -18,14 +16,36 @@ template <class Value> void set(CURL* handle, CURLoption option, Value value) {
   curl_easy_setopt(handle, option, value);
 }
 
+std::string textOf(CURLcode code) {
+  switch (code) {
+  case CURLE_COULDNT_RESOLVE_HOST:
+    return "the server's name leads nowhere";
+  case CURLE_COULDNT_CONNECT:
+    return "the server cannot be reached";
+  case CURLE_OPERATION_TIMEDOUT:
+    return "the server does not answer in time";
+  case CURLE_PEER_FAILED_VERIFICATION:
+    return "the server cannot prove who it is";
+  case CURLE_PARTIAL_FILE:
+  case CURLE_GOT_NOTHING:
+  case CURLE_RECV_ERROR:
+  case CURLE_SEND_ERROR:
+    return "the server breaks the connection off";
+  case CURLE_URL_MALFORMAT:
+    return "no authorities are known that a server could be checked against";
+  default:
+    return std::string("the transfer fails: ") + curl_easy_strerror(code);
+  }
+}
+
 } // namespace
 
-Transfer::Transfer(const Route& route, const std::string& address)
+Transfer::Transfer(const Destination& destination, const std::string& address)
     : m_handle(curl_easy_init()),
       m_headers(curl_slist_append(nullptr, "Accept-Encoding: identity")) {
   CURL* const handle = m_handle.get();
-  // Without an address the transfer fails: better than one that trusts anybody.
-  if (route.apply(handle)) {
+  // Without an address the transfer fails, which is better than trusting anybody.
+  if (destination.apply(handle)) {
     set(handle, CURLOPT_URL, address.c_str());
   }
   set(handle, CURLOPT_PRIVATE, this);
@@ -45,8 +65,6 @@ Transfer::Transfer(const Route& route, const std::string& address)
   set(handle, CURLOPT_HEADERDATA, this);
 }
 
-Transfer::~Transfer() = default;
-
 Transfer& Transfer::of(CURL* handle) {
   void* self = nullptr;
   curl_easy_getinfo(handle, CURLINFO_PRIVATE, &self);
@@ -58,9 +76,21 @@ void Transfer::setLimit(Seconds limit) const {
 }
 
 std::optional<std::string> Transfer::failure() const {
-  const long version = number(CURLINFO_HTTP_VERSION);
-  return failureText(
-      {m_code, status(), m_allowsHttp1 || version == CURL_HTTP_VERSION_2_0, m_isTooLong});
+  const long kind = status() / 100;
+  const bool isHttp2 = number(CURLINFO_HTTP_VERSION) == CURL_HTTP_VERSION_2_0;
+  if (status() != 0 && !isHttp2 && !m_allowsHttp1) {
+    return "the server does not speak HTTP/2";
+  }
+  if (kind == 3) {
+    return "the server redirects to another place";
+  }
+  if (kind > 3) {
+    return "the server refuses with status " + std::to_string(status());
+  }
+  if (m_isTooLong) {
+    return "the server's reply is too long";
+  }
+  return m_code == CURLE_OK ? std::nullopt : std::optional(textOf(m_code));
 }
 
 long Transfer::number(CURLINFO what) const {
@@ -104,7 +134,7 @@ std::size_t Transfer::onHeader(const char* /*data*/, std::size_t /*one*/, std::s
   }
   transfer.m_headerBytes += size;
   transfer.m_isTooLong = transfer.m_headerBytes > mostHeaderBytes;
-  // What is of no use need not be received.
+  // An unusable reply need not be received.
   return transfer.failure() ? 0 : size;
 }
 
@@ -128,7 +158,7 @@ void Transfer::begin() {
 void Transfer::finish(CURLcode code) {
   m_code = code;
   if (m_onFinished) {
-    // A copy: the function may destroy the transfer, and itself with it.
+    // Called as a copy, because it may destroy the transfer and so itself.
     const auto function = m_onFinished;
     function();
   }

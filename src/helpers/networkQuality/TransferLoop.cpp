@@ -8,6 +8,8 @@
 #include <cmath>
 #include <span>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include <sys/epoll.h>
 
@@ -15,10 +17,72 @@ namespace tidewell {
 
 namespace {
 
-// libcurl leaves a socket writable that has nothing to write while the other end's window is full.
+// libcurl waits for a writable socket even if it has nothing to write because the peer's window is
+// full.
 constexpr auto pauseOfFutileWriting = std::chrono::microseconds(500);
 
 } // namespace
+
+TransferPool::TransferPool(TransferLoop& loop, long mostConnections)
+    : m_loop(loop), m_multi(curl_multi_init()) {
+  curl_multi_setopt(m_multi, CURLMOPT_SOCKETFUNCTION, &onSocket);
+  curl_multi_setopt(m_multi, CURLMOPT_SOCKETDATA, this);
+  curl_multi_setopt(m_multi, CURLMOPT_TIMERFUNCTION, &onTimer);
+  curl_multi_setopt(m_multi, CURLMOPT_TIMERDATA, this);
+  curl_multi_setopt(m_multi, CURLMOPT_PIPELINING, CURLPIPE_MULTIPLEX);
+  curl_multi_setopt(m_multi, CURLMOPT_MAX_TOTAL_CONNECTIONS, mostConnections);
+  m_loop.m_pools.push_back(this);
+}
+
+TransferPool::~TransferPool() {
+  std::erase(m_loop.m_pools, this);
+  curl_multi_cleanup(m_multi);
+  std::erase_if(m_loop.m_watches, [this](const auto& watch) { return watch.pool == this; });
+}
+
+void TransferPool::add(Transfer& transfer) {
+  transfer.begin();
+  curl_multi_add_handle(m_multi, transfer.handle());
+}
+
+void TransferPool::remove(Transfer& transfer) {
+  curl_multi_remove_handle(m_multi, transfer.handle());
+}
+
+int TransferPool::onSocket(CURL* /*transfer*/, curl_socket_t socket, int what, void* self,
+                           void* /*known*/) {
+  auto& pool = *static_cast<TransferPool*>(self);
+  pool.m_loop.watch(pool, socket, what);
+  return 0;
+}
+
+int TransferPool::onTimer(CURLM* /*multi*/, long milliseconds, void* self) {
+  auto& alarm = static_cast<TransferPool*>(self)->m_alarm;
+  alarm.reset();
+  if (milliseconds >= 0) {
+    alarm = TransferLoop::now() + static_cast<double>(milliseconds) / 1e3;
+  }
+  return 0;
+}
+
+void TransferPool::handle(curl_socket_t socket, int events) {
+  int running = 0;
+  curl_multi_socket_action(m_multi, socket, events, &running);
+}
+
+void TransferPool::finish() {
+  std::vector<std::pair<Transfer*, CURLcode>> finished;
+  int left = 0;
+  while (const CURLMsg* message = curl_multi_info_read(m_multi, &left)) {
+    CURL* const handle = message->easy_handle;
+    const CURLcode code = message->data.result;
+    finished.emplace_back(&Transfer::of(handle), code);
+    curl_multi_remove_handle(m_multi, handle);
+  }
+  for (const auto& [transfer, code] : finished) {
+    transfer->finish(code);
+  }
+}
 
 TransferLoop::TransferLoop(const FileDescriptor& stop) : m_epoll(::epoll_create1(EPOLL_CLOEXEC)) {
   epoll_event event{};
@@ -42,7 +106,7 @@ void TransferLoop::serve(Seconds deadline) {
     dispatch(event.data.fd, event.events);
   }
   fireAlarms();
-  const auto pools = m_pools; // whoever hears of an end may make and drop pools
+  const auto pools = m_pools; // a copy, because a finished transfer may make and destroy pools
   for (TransferPool* pool : pools) {
     if (std::find(m_pools.begin(), m_pools.end(), pool) != m_pools.end()) {
       pool->finish();
@@ -62,8 +126,7 @@ void TransferLoop::dispatch(int socket, std::uint32_t events) {
     m_isStopped = true;
     return;
   }
-  const auto found = std::find_if(m_watches.begin(), m_watches.end(),
-                                  [socket](const Watch& watch) { return watch.socket == socket; });
+  const auto found = std::ranges::find(m_watches, socket, &Watch::socket);
   if (found != m_watches.end()) {
     found->pool->handle(socket, ((events & EPOLLIN) != 0 ? CURL_CSELECT_IN : 0) |
                                     ((events & EPOLLOUT) != 0 ? CURL_CSELECT_OUT : 0) |
@@ -72,8 +135,7 @@ void TransferLoop::dispatch(int socket, std::uint32_t events) {
 }
 
 void TransferLoop::watch(TransferPool& pool, curl_socket_t socket, int what) {
-  const auto found = std::find_if(m_watches.begin(), m_watches.end(),
-                                  [socket](const Watch& watch) { return watch.socket == socket; });
+  const auto found = std::ranges::find(m_watches, socket, &Watch::socket);
   if (what == CURL_POLL_REMOVE) {
     if (found != m_watches.end()) {
       m_watches.erase(found);
@@ -106,6 +168,19 @@ void TransferLoop::fireAlarms() {
       pool->m_alarm.reset();
       pool->handle(CURL_SOCKET_TIMEOUT, 0);
     }
+  }
+}
+
+void TransferLoop::perform(Transfer& transfer) {
+  bool isOver = false;
+  transfer.onFinished([&isOver] { isOver = true; });
+  TransferPool pool(*this, 1);
+  pool.add(transfer);
+  while (!isOver && !m_isStopped) {
+    serve(now() + 1.0);
+  }
+  if (!isOver) {
+    pool.remove(transfer);
   }
 }
 

@@ -14,17 +14,17 @@ namespace tidewell {
 class Transfer;
 class TransferLoop;
 
-/// Transfers that share connections, and nothing with those of other pools.
+/// Transfers that share connections with each other, but not with those of other pools.
 class TransferPool {
 public:
-  /// With at most `mostConnections` at a time; 0 for any number. The loop outlives the pool.
+  /// Opens at most `mostConnections` at a time; 0 for any number. The loop outlives the pool.
   TransferPool(TransferLoop& loop, long mostConnections);
   TransferPool(const TransferPool&) = delete;
   TransferPool& operator=(const TransferPool&) = delete;
   ~TransferPool();
 
   void add(Transfer& transfer);
-  /// Ends a transfer that has not finished; does nothing to one that has.
+  /// Ends a transfer that has not finished.
   void remove(Transfer& transfer);
 
 private:
@@ -40,23 +40,26 @@ private:
   std::optional<Seconds> m_alarm;
 };
 
-/// Moves every pool's transfers forward on one thread.
+/// Serves the transfers of all pools on one thread.
 class TransferLoop {
 public:
-  /// A readable `stop` ends all waiting for good.
+  /// Stops once `stop` is readable.
   explicit TransferLoop(const FileDescriptor& stop);
 
-  /// Seconds on a clock that moves only forward.
+  /// The time on a monotonic clock.
   [[nodiscard]] static Seconds now();
 
-  /// Does what can be done now, waits until `deadline` at the latest if that is nothing, and calls
-  /// `Transfer::onFinished` of what has finished.
+  /// Waits until `deadline` at the latest for something to do, does it, and calls
+  /// `Transfer::onFinished` of the finished transfers.
   void serve(Seconds deadline);
+
+  /// Makes one transfer that has a limit, and waits until it is over or the loop is stopped.
+  void perform(Transfer& transfer);
 
   /// Whether somebody wants the program to end.
   [[nodiscard]] bool isStopped() const { return m_isStopped; }
 
-  /// Tells that a transfer has taken bytes to send.
+  /// To be called when a transfer has taken bytes to send.
   void noteSending() { m_isSending = true; }
 
 private:
@@ -74,7 +77,7 @@ private:
 
   FileDescriptor m_epoll;
   std::vector<TransferPool*> m_pools;
-  std::vector<Watch> m_watches; // a handful
+  std::vector<Watch> m_watches; // few
   bool m_isSending = false;
   bool m_isStopped = false;
 };

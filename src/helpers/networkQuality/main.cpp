@@ -1,14 +1,14 @@
-// Measures the line and prints capacities and responsiveness: `networkQuality -s -v`.
+// Measures the line and prints capacities and responsiveness: `networkQuality [-s] [-v]`.
 
-#include "helpers/networkQuality/ServerChoice.h"
+#include "base/NumberText.h"
 #include "helpers/networkQuality/SpeedTest.h"
 #include "platform/linux/process/Confinement.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include <curl/curl.h>
@@ -18,7 +18,7 @@
 namespace tidewell {
 namespace {
 
-/// Readable once somebody wants the program to end; before any other thread starts.
+/// Readable once the program is asked to end. To be called before another thread starts.
 FileDescriptor terminationSignals() {
   struct sigaction ignored {};
   ignored.sa_handler = SIG_IGN;
@@ -32,7 +32,7 @@ FileDescriptor terminationSignals() {
   return FileDescriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
 }
 
-/// Writes all of it, or as much as a reader takes.
+/// Writes the text, or as much of it as the reader takes.
 void print(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const auto size = ::write(descriptor, text.data(), text.size());
@@ -43,15 +43,30 @@ void print(int descriptor, std::string_view text) {
   }
 }
 
+/// Shows a person at a terminal how the test goes. Returns whether anything is shown. An empty text
+/// clears the line.
+bool showProgress(const std::string& text) {
+  constexpr const char* backToEmptyLine = "\r\x1b[K";
+  const bool isTerminal = ::isatty(STDERR_FILENO) == 1;
+  if (isTerminal) {
+    print(STDERR_FILENO, backToEmptyLine + text);
+  }
+  return isTerminal && !text.empty();
+}
+
 int measure() {
   forbidWritingAndStarting();
   const FileDescriptor stop = terminationSignals();
   curl_global_init(CURL_GLOBAL_DEFAULT);
   TransferLoop loop(stop);
-  Progress progress;
-  SpeedTest test(loop, progress);
-  test.run(documentAddress());
-  progress.clear();
+  bool isShown = false;
+  SpeedTest test(loop, [&isShown](const std::string& direction, double bytesPerSecond) {
+    isShown = showProgress(direction + ": " + fixedText(inMegabits(bytesPerSecond), 1) + " Mbit/s");
+  });
+  test.run();
+  if (isShown) {
+    showProgress("");
+  }
   print(STDOUT_FILENO, resultText(test.result()));
   if (test.failure()) {
     print(STDERR_FILENO, "networkQuality: " + *test.failure() + "\n");
@@ -71,6 +86,6 @@ int main(int argumentCount, char** arguments) {
     tidewell::print(STDERR_FILENO, "usage: networkQuality [-s] [-v]\n");
     return 2;
   }
-  // Not `exit`: a name that is still being looked up would keep the program for seconds.
+  // `exit` would wait, for seconds at times, for a host name that is still being resolved.
   ::_exit(tidewell::measure());
 }

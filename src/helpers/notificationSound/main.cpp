@@ -1,5 +1,5 @@
-// Plays the desktop's sound for a new message once and ends. A process of its own, so that the
-// resident carries neither a sound library nor its threads.
+// Plays the desktop's sound for a new message once and exits. A process of its own, so that the
+// resident loads neither a sound library nor its threads.
 
 #include "platform/linux/process/Confinement.h"
 

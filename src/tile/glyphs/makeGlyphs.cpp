@@ -27,7 +27,7 @@ struct Group {
   std::vector<Size> sizes;
 };
 
-// Narrow sets are condensed rather than small: at these sizes height is what keeps text legible.
+// Narrow sets are condensed rather than small, because small text needs its height to be legible.
 std::array<Group, 5> groupsToMake() {
   return {{
       {"twoLines22", 1, {{6, 8}, {5, 8}, {4, 8}, {3, 8}, {2, 6}}},
@@ -61,7 +61,7 @@ public:
     FT_Done_FreeType(m_library);
   }
 
-  /// Makes the advance and the height of capitals come out at so many pixels.
+  /// Scales the font to this advance and height of capitals, in pixels.
   void setSize(const Size& size) {
     const double em = m_face->units_per_EM;
     const auto points = [em](int pixels, double units) {
@@ -143,7 +143,7 @@ void write(std::ostream& out, char** fontPaths) {
   Font medium(fontPaths[0]);
   Font bold(fontPaths[1]);
   const std::array<Font*, 2> fonts = {&medium, &bold};
-  out << "#include \"tile/GlyphSet.h\"\n\n#include <array>\n\nnamespace tidewell {\n\nnamespace "
+  out << "#include \"tile/Glyphs.h\"\n\n#include <array>\n\nnamespace tidewell {\n\nnamespace "
          "{\n\n";
   for (const Group& group : groupsToMake()) {
     writeGroup(out, group, *fonts.at(static_cast<std::size_t>(group.font)));

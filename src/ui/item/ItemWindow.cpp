@@ -1,6 +1,5 @@
 #include "ui/item/ItemWindow.h"
 
-#include "tile/LabelGuide.h"
 #include "tile/TextTile.h"
 #include "ui/placement/PanelPlacement.h"
 

@@ -72,32 +72,26 @@ TEST(NettopText, FitsAPipeWhateverTheNames) {
   EXPECT_EQ(parseNettopOutput(text).size(), 10U) << "and no sum overflows";
 }
 
-TEST(ProgramName, KeepsWhatCanBeShown) {
-  for (const char* name : {"firefox", "Web Content", "Überträger", "🌊-1", "-", "a:b/c"}) {
-    EXPECT_EQ(printableName(name), name);
+TEST(ProgramName, IsFitForTheOutputAndItsReader) {
+  for (const auto& [bytes, name] : std::initializer_list<std::pair<std::string, const char*>>{
+           {"firefox", "firefox"},
+           {"Web Content", "Web Content"},
+           {"Überträger", "Überträger"},
+           {"🌊-1", "🌊-1"},
+           {"-", "-"},
+           {"a:b/c", "a:b/c"},
+           {"com.example.agent", "com_example_agent"},
+           {"a,b\nc\td\re\x7F", "a_b_c_d_e_"},
+           {{"a\0b", 3}, "a_b"},
+           {"caf\xE9", "caf_"},
+           {"\xF0\x9F\x8C", "___"},
+           {"a\u202Eb", "a_b"}, // a reversal of direction
+           {"", "_"},
+           {"kernel_task", "kernel_task_"},
+           {"kernel.task", "kernel_task_"},
+           {"mDNSResponder", "mDNSResponder_"}}) {
+    EXPECT_EQ(printableName(bytes), name);
   }
-}
-
-TEST(ProgramName, ReplacesWhatTheReaderSplitsAt) {
-  EXPECT_EQ(printableName("com.example.agent"), "com_example_agent");
-  EXPECT_EQ(printableName("a,b\nc\td\re\x7F"), "a_b_c_d_e_");
-  EXPECT_EQ(printableName(std::string_view("a\0b", 3)), "a_b");
-}
-
-TEST(ProgramName, IsWellFormedWhateverTheBytes) {
-  EXPECT_EQ(printableName("caf\xE9"), "caf_");
-  EXPECT_EQ(printableName("\xF0\x9F\x8C"), "___");
-  EXPECT_EQ(printableName("a\xE2\x80\xAE"
-                          "b"),
-            "a_b")
-      << "a reversal of direction";
-}
-
-TEST(ProgramName, IsNeitherEmptyNorOneThatReadersLeaveOut) {
-  EXPECT_EQ(printableName(""), "_");
-  EXPECT_EQ(printableName("kernel_task"), "kernel_task_");
-  EXPECT_EQ(printableName("kernel.task"), "kernel_task_");
-  EXPECT_EQ(printableName("mDNSResponder"), "mDNSResponder_");
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace tidewell::nettop {
 namespace {
 
@@ -26,45 +28,36 @@ TcpReadings readings(std::initializer_list<TcpReading> sockets) {
   return result;
 }
 
-TEST(TcpMovement, IsTheDifferenceOfTwoReadings) {
-  const auto movement =
-      tcpMovement(readings({socket(1, 100, 10)}), readings({socket(1, 150, 17)}), {});
-  ASSERT_EQ(movement.size(), 1U);
-  EXPECT_EQ(movement[0].received, 50U);
-  EXPECT_EQ(movement[0].sent, 7U);
+/// What the only socket that moved anything received and sent.
+using Moved = std::pair<std::uint64_t, std::uint64_t>;
+Moved moved(const std::vector<TcpReading>& movement) {
+  EXPECT_EQ(movement.size(), 1U);
+  return movement.empty() ? Moved() : Moved(movement[0].received, movement[0].sent);
 }
 
-TEST(TcpMovement, LeavesOutWhatStoodStill) {
-  EXPECT_TRUE(tcpMovement(readings({socket(1, 5, 5)}), readings({socket(1, 5, 5)}), {}).empty());
+TEST(TcpMovement, IsTheDifferenceOfTwoReadings) {
+  const TcpReadings before = readings({socket(1, 100, 10)});
+  EXPECT_EQ(moved(tcpMovement(before, readings({socket(1, 150, 17)}), {})), Moved(50, 7));
+  EXPECT_TRUE(tcpMovement(before, before, {}).empty()) << "it stood still";
+  EXPECT_EQ(moved(tcpMovement(before, readings({socket(1, 50, 11)}), {})), Moved(0, 1))
+      << "a counter that went back";
 }
 
 TEST(TcpMovement, CountsANewSocketFromItsBeginning) {
-  const auto movement = tcpMovement({}, readings({socket(1, 9, 8)}), {});
-  ASSERT_EQ(movement.size(), 1U);
-  EXPECT_EQ(movement[0].received, 9U);
+  EXPECT_EQ(moved(tcpMovement({}, readings({socket(1, 9, 8)}), {})), Moved(9, 8));
 }
 
 TEST(TcpMovement, CountsTheLastBytesOfASocketThatEnded) {
   const auto movement =
       tcpMovement(readings({socket(1, 100, 10, 42)}), {}, readings({socket(1, 130, 10, 0)}));
-  ASSERT_EQ(movement.size(), 1U);
-  EXPECT_EQ(movement[0].received, 30U);
-  EXPECT_EQ(movement[0].inode, 42U) << "by which its holder may still be known";
-  EXPECT_EQ(movement[0].user, 1000U);
+  EXPECT_EQ(moved(movement), Moved(30, 0));
+  EXPECT_EQ(movement.at(0).inode, 42U) << "by which its holder may still be known";
+  EXPECT_EQ(movement.at(0).user, 1000U);
 }
 
 TEST(TcpMovement, CountsASocketOnceThatEndedDuringTheSecondReading) {
-  const auto movement = tcpMovement({}, readings({socket(1, 9, 8)}), readings({socket(1, 10, 8)}));
-  ASSERT_EQ(movement.size(), 1U);
-  EXPECT_EQ(movement[0].received, 10U);
-}
-
-TEST(TcpMovement, TakesACounterThatWentBackForOneThatStoodStill) {
-  const auto movement =
-      tcpMovement(readings({socket(1, 100, 10)}), readings({socket(1, 50, 11)}), {});
-  ASSERT_EQ(movement.size(), 1U);
-  EXPECT_EQ(movement[0].received, 0U);
-  EXPECT_EQ(movement[0].sent, 1U);
+  EXPECT_EQ(moved(tcpMovement({}, readings({socket(1, 9, 8)}), readings({socket(1, 10, 8)}))),
+            Moved(10, 8));
 }
 
 TEST(TcpMovement, LeavesOutTheMachinesConversationWithItself) {

@@ -58,24 +58,16 @@ TEST(LineMeasurement, AddsConnectionsAsALineThatBeginsSlowlyGetsFaster) {
   EXPECT_EQ(line.run(1).connections(), 2U);
   EXPECT_EQ(line.run(3).connections(), 3U) << "two hundred kilobytes a second on average";
   EXPECT_EQ(line.run(18).connections(), 8U);
-}
-
-TEST(LineMeasurement, NeverHasMoreThanEightConnections) {
-  const Line line{
+  const Line fast{
       [](int second, double connections) { return connections * (second + 1.0) * 1e6; }};
-  EXPECT_EQ(line.run(18).connections(), 8U);
+  EXPECT_EQ(fast.run(18).connections(), 8U) << "and never more";
 }
 
-TEST(LineMeasurement, AddsNoConnectionThatWouldOnlyTakeFromOthers) {
+TEST(LineMeasurement, TakesLongerOnASlowLineAndAddsNoConnectionThatWouldOnlyTakeFromOthers) {
   const Line line{[](int, double) { return 120e3; }};
   const LineMeasurement measured = line.run(30);
   EXPECT_TRUE(measured.isDone());
   EXPECT_EQ(measured.connections(), 2U);
-}
-
-TEST(LineMeasurement, TakesLongerOnASlowLineForAsExactANumber) {
-  const Line line{[](int, double) { return 120e3; }};
-  EXPECT_TRUE(line.run(30).isDone());
   EXPECT_EQ(line.ended, 14) << "eleven seconds of it, after three that count for nothing";
 }
 
@@ -116,11 +108,7 @@ TEST(LineMeasurement, NoticesThatNothingMovesAnyMore) {
   const Line line{[](int second, double) { return second < 5 ? second * 1e6 : 0.0; }};
   EXPECT_TRUE(line.run(30).isStalled());
   EXPECT_EQ(line.ended, 9);
-}
-
-TEST(LineMeasurement, OfATrickleIsAStallAndNoNumber) {
-  const Line line{[](int, double) { return 10.0; }};
-  EXPECT_TRUE(line.run(30).isStalled());
+  EXPECT_TRUE(Line{[](int, double) { return 10.0; }}.run(30).isStalled()) << "a trickle, too";
 }
 
 TEST(LineMeasurement, ProbesAsOftenAsTheLineAffords) {

@@ -39,14 +39,16 @@ TEST(ResultText, IsReadAsItWasMeant) {
 }
 
 TEST(ResultText, RatesAsItPrints) {
-  EXPECT_NE(resultText({line(1, 60.0 / 999.6), line(1, 0.01)}).find("High (1000 RPM)"),
-            std::string::npos);
-  EXPECT_NE(resultText({line(1, 60.0 / 999.4), line(1, 0.01)}).find("Medium (999 RPM)"),
-            std::string::npos);
-  EXPECT_NE(resultText({line(1, 60.0 / 200.0), line(1, 0.01)}).find("Medium (200 RPM)"),
-            std::string::npos);
-  EXPECT_NE(resultText({line(1, 0.01), line(1, 60.0 / 199.0)}).find("Low (199 RPM)"),
-            std::string::npos);
+  for (const auto& [perMinute, words] :
+       std::initializer_list<std::pair<double, const char*>>{{999.6, "High (1000 RPM)"},
+                                                             {999.4, "Medium (999 RPM)"},
+                                                             {200.0, "Medium (200 RPM)"},
+                                                             {199.0, "Low (199 RPM)"}}) {
+    EXPECT_NE(resultText({line(1, 60.0 / perMinute), line(1, 0.01)}).find(words),
+              std::string::npos);
+    EXPECT_NE(resultText({line(1, 0.01), line(1, 60.0 / perMinute)}).find(words),
+              std::string::npos);
+  }
 }
 
 TEST(ResultText, SaysNothingOfWhatWasNotMeasured) {

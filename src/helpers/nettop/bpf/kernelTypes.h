@@ -1,5 +1,5 @@
-/* The few fields of the kernel's own types that the programs read. Where they lie is looked up in
- * the running kernel when the programs are loaded, so no header of one kernel is needed. */
+/* The fields of the kernel's types that the programs read. Their offsets are looked up in the
+ * running kernel when the programs are loaded, so no kernel's own header is needed. */
 #pragma once
 
 #include <linux/types.h>

@@ -1,27 +1,27 @@
-/* What the programs in the kernel leave for the program that loaded them. */
+/* The data that the programs in the kernel share with the program that loaded them. */
 #pragma once
 
 #include <linux/types.h>
 
 enum {
-  longestName = 64, /* with the 0 at its end */
+  longestName = 64, /* including the terminating 0 */
   deviceWords = 64,
   mostSockets = 65536,
   mostProcesses = 16384,
 };
 
-/* What one socket has moved, as IP bytes on everything but the loopback. */
+/* The IP bytes that a socket has moved, without the loopback. */
 struct SocketTraffic {
   __u64 received;
   __u64 sent;
-  __u64 tunnelReceived; /* the part of it that went over the devices of `tunnelDevices` */
+  __u64 tunnelReceived; /* the part that went over the devices of `tunnelDevices` */
   __u64 tunnelSent;
-  __u32 owner;     /* the process, 0 when it is not known */
-  __u16 isHeld;    /* whether the owner was found to hold the socket, or to have closed it */
-  __u16 mayTunnel; /* whether the devices that it used can have been those of `tunnelDevices` */
+  __u32 owner;     /* the process; 0 if unknown */
+  __u16 isHeld;    /* whether the owner holds the socket or has closed it */
+  __u16 mayTunnel; /* whether its devices may be those of `tunnelDevices` */
 };
 
-/* A process that is or was. */
+/* A process, running or not. */
 struct ProcessRecord {
   __u32 user;
   __u32 servesTunnel;     /* whether it holds /dev/net/tun open */
@@ -30,14 +30,14 @@ struct ProcessRecord {
 
 enum Phase {
   idle,
-  counting, /* packets, and who makes and closes sockets */
-  naming,   /* the latter alone */
+  counting, /* packets, and who opens and closes sockets */
+  naming,   /* only who opens and closes sockets */
 };
 
-/* Shared memory: the loader writes `phase` and what is of tunnels, the programs the rest. */
+/* Shared memory: the loader writes `phase` and the tunnels' members, the programs the others. */
 struct Control {
   __u32 phase;
-  __u32 lost; /* packets of sockets that found no room in the table */
+  __u32 lost; /* packets of sockets that did not fit the table */
   __u32 lastHolder;
   __u32 hasTunnels;
   __u64 network; /* the cookie of the network namespace that the tunnels are of */

@@ -1,5 +1,5 @@
-/* Counts the bytes of every socket while they pass the root of the control groups, and finds out
- * whose socket it is. Loaded by the helper for the one second that it measures. */
+/* Counts the bytes of every socket at the root of the control groups, and finds the process that
+ * owns the socket. Loaded by the helper for the second that it measures. */
 #include <linux/bpf.h>
 
 #include <bpf/bpf_core_read.h>
@@ -46,7 +46,7 @@ static struct SocketTraffic* entryOf(__u64 cookie) {
   return entry;
 }
 
-/* Bytes of the IP and transport headers in front of the payload. */
+/* The size of the IP and transport headers. */
 static __u32 headerBytes(struct __sk_buff* skb) {
   __u8 first = 0, next = 0, tail = 0;
   bpf_skb_load_bytes(skb, 0, &first, 1);
@@ -69,7 +69,7 @@ static __u32 headerBytes(struct __sk_buff* skb) {
   return size + (tail >> 4) * 4;
 }
 
-/* What passes here as one packet may go over the wire as many, each with headers of its own. */
+/* One packet here may be many on the wire, each with headers of its own. */
 static __u32 bytesOnTheWire(struct __sk_buff* skb) {
   const __u32 segment = skb->gso_size;
   if (segment == 0) {
@@ -88,7 +88,7 @@ static int isOnTunnel(__u32 device) {
   return word < deviceWords && (control.tunnelDevices[word] >> (device % 64) & 1);
 }
 
-/* Where the packet is to be counted; null when it is not. */
+/* The entry in which to count the packet; null if it is not counted. */
 static struct SocketTraffic* counted(struct __sk_buff* skb) {
   if (control.phase != counting || skb->ifindex == loopback) {
     return 0;
@@ -130,8 +130,8 @@ int countSent(struct __sk_buff* skb) {
   return 1;
 }
 
-/* Notes the name of a process. One that is ending has given up its executable; what is known of it
- * from before is the better name then. */
+/* Records the name of a process. An exiting process has released its executable, so its name from
+ * before is kept. */
 static void noteProcess(struct task_struct* task, __u32 process) {
   struct ProcessRecord record = {};
   struct mm_struct* const memory = BPF_CORE_READ(task, mm);
@@ -149,7 +149,7 @@ static void noteProcess(struct task_struct* task, __u32 process) {
   bpf_map_update_elem(&processes, &process, &record, BPF_ANY);
 }
 
-/* A socket that is made or closed meanwhile belongs to the process that does it. */
+/* A socket that is opened or closed meanwhile belongs to the process that does so. */
 static void noteOwner(struct bpf_sock* socket, int isHeld) {
   struct task_struct* const task = bpf_get_current_task_btf();
   if (control.phase == idle || BPF_CORE_READ(task, flags) & kernelThread) {
@@ -177,7 +177,7 @@ int noteCloser(struct bpf_sock* socket) {
   return 1;
 }
 
-/* Before the second: names of what may end in it. */
+/* Before the second: the names of processes that may exit during it. */
 SEC("iter/task")
 int nameProcesses(struct bpf_iter__task* context) {
   struct task_struct* const task = context->task;
@@ -197,11 +197,11 @@ static int isTunnelServer(struct file* file) {
          (BPF_CORE_READ(inode, i_mode) & fileType) == characterDevice;
 }
 
-/* Notes the process as the holder of the socket, if that has moved something. Of several holders it
- * is the first, but never the one that makes sockets for others. */
+/* Records the process as the holder of the socket, if the socket has moved something. Keeps the
+ * first of several holders, but prefers any to process 1, which opens sockets for others. */
 static int noteHolder(struct socket* socket, __u32 process) {
-  /* Direct, since it is done for every socket of the machine; elsewhere that would only make the
-   * kernel's check of the program longer. */
+  /* A direct read is faster, and this is done for every socket of the machine. Elsewhere it would
+   * only prolong the kernel's verification. */
   const __u64 cookie = socket->sk->__sk_common.skc_cookie.counter;
   struct SocketTraffic* const entry = cookie ? bpf_map_lookup_elem(&sockets, &cookie) : 0;
   if (!entry || (entry->isHeld && entry->owner != 1)) {
@@ -209,7 +209,7 @@ static int noteHolder(struct socket* socket, __u32 process) {
   }
   entry->owner = process;
   entry->isHeld = 1;
-  /* The iterator runs for the helper, whose network namespace is that of the tunnels. */
+  /* The iterator runs in the helper, whose network namespace is that of the tunnels. */
   entry->mayTunnel =
       control.hasTunnels && BPF_CORE_READ(socket, sk, __sk_common.skc_net.net) ==
                                 BPF_CORE_READ(bpf_get_current_task_btf(), nsproxy, net_ns);
@@ -218,7 +218,8 @@ static int noteHolder(struct socket* socket, __u32 process) {
   return isNew;
 }
 
-/* After the second: who holds the sockets that moved something, and who serves the tunnels. */
+/* After the second: which processes hold the sockets that moved something, and which serve the
+ * tunnels. */
 SEC("iter/task_file")
 int findHolders(struct bpf_iter__task_file* context) {
   struct task_struct* const task = context->task;

@@ -1,4 +1,4 @@
-/* The programs that count in the kernel: loading them, and what they are reached by. */
+/* Loads the programs that count in the kernel. */
 #pragma once
 
 #include "records.h"
@@ -20,8 +20,8 @@ struct TrafficPrograms {
   struct Control* control;
 };
 
-/* Loads the programs, which then run nowhere yet; they stay loaded until the process ends. Gives 0,
- * or the negated number of the error. Needs CAP_BPF, CAP_PERFMON and CAP_NET_ADMIN. */
+/* Loads the programs without attaching them; they stay loaded until the process ends. Returns 0 or
+ * a negative errno. Needs CAP_BPF, CAP_PERFMON and CAP_NET_ADMIN. */
 int loadTrafficPrograms(struct TrafficPrograms* programs);
 
 #ifdef __cplusplus

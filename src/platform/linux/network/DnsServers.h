@@ -24,14 +24,15 @@ struct DnsPlaces {
 
 /// Picks the DNS servers from lists that are offered in order of preference.
 ///
-/// systemd-resolved's own address on this machine, which only forwards questions, counts when no
-/// list holds another server.
+/// systemd-resolved's own address on this machine, which only forwards queries, is used only if no
+/// list contains another server.
 class DnsChoice {
 public:
-  /// Takes the list unless an earlier one was taken. True once a list with a real server was taken.
+  /// Takes the list unless an earlier one was taken. Returns true once a list with another server
+  /// was taken.
   bool offer(const std::vector<std::string>& servers);
 
-  /// The servers of the list that was taken, else the stubs; nullopt without either.
+  /// The servers of that list, else systemd-resolved's own; nullopt without either.
   [[nodiscard]] std::optional<std::vector<std::string>> servers() const;
 
 private:
@@ -39,8 +40,8 @@ private:
   std::vector<std::string> m_stubs;
 };
 
-/// The DNS servers in use: systemd-resolved's, those of the interface with this index first, those
-/// of its file, those of resolv.conf. Waits a quarter of a second at the most.
+/// The DNS servers in use: systemd-resolved's, with those of the interface with this index first,
+/// else those of its file, else those of resolv.conf. Waits at most a quarter of a second.
 [[nodiscard]] Async<std::optional<std::vector<std::string>>>
 findDnsServers(EventLoop& loop, DnsPlaces places, std::optional<int> primaryIndex);
 

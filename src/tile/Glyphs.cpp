@@ -1,4 +1,4 @@
-#include "tile/TileWords.h"
+#include "tile/Glyphs.h"
 
 #include <array>
 #include <optional>
@@ -17,7 +17,7 @@ constexpr std::array<std::pair<std::string_view, Glyph>, 6> symbols = {{
     {"\u2191", Glyph::up},
 }};
 
-// Removes one character, or one byte that is none we know, from the front of the text.
+// Removes one character, or one byte of an unknown one, from the front of the text.
 std::optional<Glyph> takeGlyph(std::string_view& text) {
   if (text.front() >= '0' && text.front() <= '9') {
     const auto digit = static_cast<Glyph>(text.front() - '0');
