@@ -113,16 +113,16 @@ int pixelsOf(const QImage& image, const QColor& color) {
 TEST(BandwidthChartTest, IsEmptyWithoutSamplesButForItsGrid) {
   const QImage image = chartPicture<BandwidthChart>({});
   EXPECT_EQ(image.height(), 200);
-  EXPECT_EQ(pixelsOf(image, TWColor::accent()), 0);
-  EXPECT_EQ(pixelsOf(image, TWColor::cyan()), 0);
-  EXPECT_GT(pixelsOf(image, TWColor::borderSubtle()), 6 * 500);
+  EXPECT_EQ(pixelsOf(image, TWColor::accent), 0);
+  EXPECT_EQ(pixelsOf(image, TWColor::cyan), 0);
+  EXPECT_GT(pixelsOf(image, TWColor::borderSubtle), 6 * 500);
 }
 
 TEST(BandwidthChartTest, ShowsOneSampleAsTwoDotsAtTheLeft) {
   const QImage image = chartPicture<BandwidthChart>(samples({1'250'000}));
-  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::accent()), 8);
-  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::cyan()), 5);
-  EXPECT_EQ(pixelsOf(image.copy(10, 0, 622, 200), TWColor::accent()), 0);
+  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::accent), 8);
+  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::cyan), 5);
+  EXPECT_EQ(pixelsOf(image.copy(10, 0, 622, 200), TWColor::accent), 0);
 }
 
 TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
@@ -146,7 +146,7 @@ TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
     return columns;
   };
   const auto isDownload = [](const QColor& pixel) {
-    return pixel.name() == TWColor::accent().name();
+    return pixel.name() == TWColor::accent.name();
   };
   const auto isUpload = [](const QColor& pixel) {
     return pixel.alpha() > 180 && pixel.green() > 150 && pixel.red() < 40;
@@ -189,13 +189,12 @@ SnapshotList latencies(const std::vector<double>& values) {
 TEST(LatencyChartTest, DrawsMillisecondsInYellow) {
   const QImage image = chartPicture<LatencyChart>(latencies(std::vector<double>(300, 20.0)));
   EXPECT_EQ(image.height(), 150);
-  EXPECT_GT(pixelsOf(image, TWColor::yellow()), 500);
+  EXPECT_GT(pixelsOf(image, TWColor::yellow), 500);
 }
 
 TEST(LatencyChartTest, LeavesOutWhatIsNoNumber) {
   EXPECT_EQ(
-      pixelsOf(chartPicture<LatencyChart>(latencies({nan, infinite, 1e300})), TWColor::yellow()),
-      0);
+      pixelsOf(chartPicture<LatencyChart>(latencies({nan, infinite, 1e300})), TWColor::yellow), 0);
   LatencyChart chart;
   chart.setSnapshots(latencies({20.0, nan}));
   EXPECT_DOUBLE_EQ(chart.axis().top(), 20.0);

@@ -21,8 +21,8 @@ QImage cellPicture(const StatFigure& figure) {
 }
 
 TEST(StatCellTest, StandsTheFigureInTheSamePlaceWithAndWithoutUnit) {
-  const QImage with = cellPicture({"Latency", "24", "ms", TWColor::text()});
-  const QImage without = cellPicture({"Latency", "24", "", TWColor::text()});
+  const QImage with = cellPicture({"Latency", "24", "ms", TWColor::text});
+  const QImage without = cellPicture({"Latency", "24", "", TWColor::text});
   const QRect left(0, 0, 34, with.height());
   EXPECT_EQ(with.size(), without.size());
   EXPECT_EQ(difference(with.copy(left), without.copy(left)).pixels, 0);
@@ -31,41 +31,41 @@ TEST(StatCellTest, StandsTheFigureInTheSamePlaceWithAndWithoutUnit) {
 
 TEST(StatCellTest, ShowsItsLabelInUpperCaseAndKeepsItAsGiven) {
   StatCell cell;
-  cell.setFigure({"Packet loss", "0.0", "%", TWColor::green()});
+  cell.setFigure({"Packet loss", "0.0", "%", TWColor::green});
   EXPECT_EQ(cell.figure().label, "Packet loss");
-  EXPECT_EQ(difference(cellPicture({"Packet loss", "0", "%", TWColor::text()}),
-                       cellPicture({"PACKET LOSS", "0", "%", TWColor::text()}))
+  EXPECT_EQ(difference(cellPicture({"Packet loss", "0", "%", TWColor::text}),
+                       cellPicture({"PACKET LOSS", "0", "%", TWColor::text}))
                 .pixels,
             0);
 }
 
 TEST(StatCellTest, FillsAllOfItselfWithSquareCorners) {
-  const QImage image = cellPicture({"Jitter", "1.0", "ms", TWColor::text()});
+  const QImage image = cellPicture({"Jitter", "1.0", "ms", TWColor::text});
   for (const QPoint corner : {QPoint(0, 0), QPoint(157, 0), QPoint(0, image.height() - 1)}) {
-    EXPECT_EQ(image.pixelColor(corner).name(), TWColor::surface2().name());
+    EXPECT_EQ(image.pixelColor(corner).name(), TWColor::surface2.name());
   }
 }
 
 TEST(StatCellTest, KeepsItsSizeWhateverItShows) {
   StatCell cell;
   const QSize before = cell.sizeHint();
-  cell.setFigure({"Upload", QString(400, u'8'), "GB/s", TWColor::text()});
+  cell.setFigure({"Upload", QString(400, u'8'), "GB/s", TWColor::text});
   EXPECT_EQ(cell.sizeHint(), before);
 }
 
 TEST(StatCellTest, TellsInItsToolTipWhatWasCut) {
   StatCell cell;
   cell.resize(158, 66);
-  cell.setFigure({"Latency", "24", "ms", TWColor::text()});
+  cell.setFigure({"Latency", "24", "ms", TWColor::text});
   EXPECT_EQ(cell.toolTip(), "");
-  cell.setFigure({"Latency", QString(309, u'9'), "ms", TWColor::text()});
+  cell.setFigure({"Latency", QString(309, u'9'), "ms", TWColor::text});
   EXPECT_EQ(cell.toolTip(), QString(309, u'9') + " ms");
 }
 
 TEST(StatCellTest, DrawsNothingOfTheFigureOutsideItsPadding) {
-  const QImage image = cellPicture({"Upload", QString(400, u'8'), "GB/s", TWColor::text()});
+  const QImage image = cellPicture({"Upload", QString(400, u'8'), "GB/s", TWColor::text});
   for (int y = 0; y < image.height(); ++y) {
-    EXPECT_EQ(image.pixelColor(image.width() - 11, y).name(), TWColor::surface2().name()) << y;
+    EXPECT_EQ(image.pixelColor(image.width() - 11, y).name(), TWColor::surface2.name()) << y;
   }
 }
 
@@ -78,10 +78,10 @@ struct BadgeLook {
 
 TEST(StatusBadgeTest, NamesTheStatusInItsColours) {
   for (const auto& [status, text, color, ground] : std::vector<BadgeLook>{
-           {NetworkStatus::excellent, "Excellent", TWColor::green(), TWColor::greenDim()},
-           {NetworkStatus::good, "Good", TWColor::green(), TWColor::greenDim()},
-           {NetworkStatus::degraded, "High Latency", TWColor::yellow(), TWColor::yellowDim()},
-           {NetworkStatus::down, "No Internet", TWColor::red(), TWColor::redDim()}}) {
+           {NetworkStatus::excellent, "Excellent", TWColor::green, TWColor::greenDim},
+           {NetworkStatus::good, "Good", TWColor::green, TWColor::greenDim},
+           {NetworkStatus::degraded, "High Latency", TWColor::yellow, TWColor::yellowDim},
+           {NetworkStatus::down, "No Internet", TWColor::red, TWColor::redDim}}) {
     StatusBadge badge(FakeTime().time().now);
     badge.setStatus(status);
     EXPECT_EQ(badge.text(), text);
@@ -124,21 +124,21 @@ TEST(SpinnerTest, RestsWhileHidden) {
 TEST(ValueRowTest, CutsLongValuesAndTellsThemInFull) {
   ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue("Riverside", TWColor::text());
+  row.setValue("Riverside", TWColor::text);
   EXPECT_EQ(row.toolTip(), "");
   const QString name = QString(200, u'W') + "end";
-  row.setValue(name, TWColor::text());
+  row.setValue(name, TWColor::text);
   EXPECT_EQ(row.toolTip(), name);
   EXPECT_EQ(row.accessibleName(), "Network " + name);
   row.resize(4000, 29);
-  row.setValue("short", TWColor::text());
+  row.setValue("short", TWColor::text);
   EXPECT_EQ(row.toolTip(), "");
 }
 
 TEST(ValueRowTest, LeavesRoomBetweenKeyAndValue) {
   ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue(QString(200, u'W'), TWColor::text());
+  row.setValue(QString(200, u'W'), TWColor::text);
   const QImage image = picture(row);
   const int keyEnd = static_cast<int>(QFontMetricsF(TWFont::body()).horizontalAdvance("Network"));
   for (int x = keyEnd + 2; x < keyEnd + 12; ++x) {
@@ -176,7 +176,7 @@ TEST(ActionButtonTest, StacksIconAndLabelWithTheirSpacing) {
 }
 
 TEST(TextLineTest, KeepsItsHeightWhateverItSays) {
-  TextLine line({TWFont::body(), TWColor::text()});
+  TextLine line({TWFont::body(), TWColor::text});
   const int height = line.sizeHint().height();
   for (const char* const text : {"", "text", "\u05D4\u05E8\u05E9\u05EA", "\u0E17\u0E35\u0E48"}) {
     line.setText(QString::fromUtf8(text));

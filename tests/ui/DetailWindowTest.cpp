@@ -72,7 +72,7 @@ TEST_F(DetailWindowTest, MarksTheSelectedTabWithABarOfTwoPixels) {
   const QImage image = picture(tabs());
   const QRect selected = tabs().tabRect(1);
   for (const int y : {selected.bottom() - 1, selected.bottom()}) {
-    EXPECT_EQ(image.pixelColor(selected.center().x(), y).name(), TWColor::accent().name());
+    EXPECT_EQ(image.pixelColor(selected.center().x(), y).name(), TWColor::accent.name());
     EXPECT_EQ(image.pixelColor(tabs().tabRect(0).center().x(), y).alpha(), 0);
   }
   EXPECT_EQ(image.pixelColor(selected.center().x(), selected.bottom() - 2).alpha(), 0);

@@ -49,10 +49,10 @@ using Texts = std::vector<std::string>;
 
 TEST_F(DiagnosticsTest, TellsWhetherThereIsAConnection) {
   EXPECT_EQ(shown(0, 1), Texts{"Status|Connected"});
-  EXPECT_EQ(row(0).color(), TWColor::green());
+  EXPECT_EQ(row(0).color(), TWColor::green);
   monitor.isConnected.set(false);
   EXPECT_EQ(shown(0, 1), Texts{"Status|Disconnected"});
-  EXPECT_EQ(row(0).color(), TWColor::red());
+  EXPECT_EQ(row(0).color(), TWColor::red);
 }
 
 TEST_F(DiagnosticsTest, ShowsTheDetailsAsTheyAreDelivered) {
@@ -65,7 +65,7 @@ TEST_F(DiagnosticsTest, ShowsTheDetailsAsTheyAreDelivered) {
             (Texts{"Interface|Ethernet (eth0)", "Network|Riverside", "Local IP|192.168.1.20",
                    "Public IP|203.0.113.77", "DNS Server|192.168.1.1", "Interface Type|Ethernet"}));
   for (std::size_t index = 1; index < 7; ++index) {
-    EXPECT_EQ(row(index).color(), TWColor::text());
+    EXPECT_EQ(row(index).color(), TWColor::text);
   }
 }
 
@@ -98,13 +98,13 @@ struct Judged {
 
 TEST_F(DiagnosticsTest, JudgesLatency) {
   for (const auto& [value, text, color] :
-       std::vector<Judged>{{0.0, "Latency|0.0 ms", TWColor::green()},
-                           {49.99, "Latency|50.0 ms", TWColor::green()},
-                           {50.0, "Latency|50.0 ms", TWColor::yellow()},
-                           {99.9, "Latency|99.9 ms", TWColor::yellow()},
-                           {100.0, "Latency|100.0 ms", TWColor::red()},
-                           {nan, "Latency|-- ms", TWColor::red()},
-                           {infinite, "Latency|-- ms", TWColor::red()}}) {
+       std::vector<Judged>{{0.0, "Latency|0.0 ms", TWColor::green},
+                           {49.99, "Latency|50.0 ms", TWColor::green},
+                           {50.0, "Latency|50.0 ms", TWColor::yellow},
+                           {99.9, "Latency|99.9 ms", TWColor::yellow},
+                           {100.0, "Latency|100.0 ms", TWColor::red},
+                           {nan, "Latency|-- ms", TWColor::red},
+                           {infinite, "Latency|-- ms", TWColor::red}}) {
     sampler.latencyMs.set(value);
     EXPECT_EQ(shown(7, 1), Texts{text});
     EXPECT_EQ(row(7).color(), color) << value;
@@ -113,10 +113,10 @@ TEST_F(DiagnosticsTest, JudgesLatency) {
 
 TEST_F(DiagnosticsTest, JudgesJitter) {
   for (const auto& [value, text, color] :
-       std::vector<Judged>{{4.99, "Jitter|5.0 ms", TWColor::green()},
-                           {5.0, "Jitter|5.0 ms", TWColor::yellow()},
-                           {19.9, "Jitter|19.9 ms", TWColor::yellow()},
-                           {20.0, "Jitter|20.0 ms", TWColor::red()}}) {
+       std::vector<Judged>{{4.99, "Jitter|5.0 ms", TWColor::green},
+                           {5.0, "Jitter|5.0 ms", TWColor::yellow},
+                           {19.9, "Jitter|19.9 ms", TWColor::yellow},
+                           {20.0, "Jitter|20.0 ms", TWColor::red}}) {
     sampler.jitterMs.set(value);
     EXPECT_EQ(shown(8, 1), Texts{text});
     EXPECT_EQ(row(8).color(), color) << value;
@@ -125,11 +125,11 @@ TEST_F(DiagnosticsTest, JudgesJitter) {
 
 TEST_F(DiagnosticsTest, JudgesPacketLoss) {
   for (const auto& [value, text, color] :
-       std::vector<Judged>{{0.5, "Packet Loss|0.5%", TWColor::green()},
-                           {1.0, "Packet Loss|1.0%", TWColor::yellow()},
-                           {4.9, "Packet Loss|4.9%", TWColor::yellow()},
-                           {5.0, "Packet Loss|5.0%", TWColor::red()},
-                           {100.0, "Packet Loss|100.0%", TWColor::red()}}) {
+       std::vector<Judged>{{0.5, "Packet Loss|0.5%", TWColor::green},
+                           {1.0, "Packet Loss|1.0%", TWColor::yellow},
+                           {4.9, "Packet Loss|4.9%", TWColor::yellow},
+                           {5.0, "Packet Loss|5.0%", TWColor::red},
+                           {100.0, "Packet Loss|100.0%", TWColor::red}}) {
     sampler.packetLossPercent.set(value);
     EXPECT_EQ(shown(9, 1), Texts{text});
     EXPECT_EQ(row(9).color(), color) << value;
@@ -166,7 +166,7 @@ TEST_F(DiagnosticsTest, ShowsTheResultAndOffersAnotherTest) {
                                  "Responsiveness|812 RPM", "Tested At|22:13"}));
   for (std::size_t index = 10; index < 14; ++index) {
     EXPECT_TRUE(row(index).isVisible());
-    EXPECT_EQ(row(index).color(), TWColor::text());
+    EXPECT_EQ(row(index).color(), TWColor::text);
   }
   runNow().click();
   EXPECT_EQ(testsRun, 1);

@@ -27,8 +27,8 @@ QImage graphPicture(const SnapshotList& snapshots) {
 bool hasInk(const QImage& image, const QRect& box) {
   for (int y = box.top(); y <= box.bottom(); ++y) {
     for (int x = box.left(); x <= box.right(); ++x) {
-      if (image.pixelColor(x, y) != TWColor::surface2().toRgb() &&
-          image.pixelColor(x, y).name() != TWColor::surface2().name()) {
+      if (image.pixelColor(x, y) != TWColor::surface2.toRgb() &&
+          image.pixelColor(x, y).name() != TWColor::surface2.name()) {
         return true;
       }
     }

@@ -1,5 +1,6 @@
 #include "support/Panel.h"
 #include "ui/components/AccessibleWidgets.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
 
@@ -61,17 +62,17 @@ TEST_F(PanelTextTest, ShowsTheFourFigures) {
 TEST_F(PanelTextTest, ColoursOnlyThePacketLoss) {
   open();
   for (const auto& [loss, color] :
-       std::vector<std::pair<double, QColor>>{{0.0, TWColor::green()},
-                                              {1.0, TWColor::green()},
-                                              {1.01, TWColor::yellow()},
-                                              {100.0, TWColor::yellow()}}) {
+       std::vector<std::pair<double, QColor>>{{0.0, TWColor::green},
+                                              {1.0, TWColor::green},
+                                              {1.01, TWColor::yellow},
+                                              {100.0, TWColor::yellow}}) {
     sampler.packetLossPercent.set(loss);
     EXPECT_EQ(cell(3).figure().valueColor, color) << loss;
   }
   sampler.latencyMs.set(900.0);
   sampler.jitterMs.set(900.0);
-  EXPECT_EQ(cell(1).figure().valueColor, TWColor::text());
-  EXPECT_EQ(cell(2).figure().valueColor, TWColor::text());
+  EXPECT_EQ(cell(1).figure().valueColor, TWColor::text);
+  EXPECT_EQ(cell(2).figure().valueColor, TWColor::text);
 }
 
 TEST_F(PanelTextTest, ShowsWhatIsNotKnownAsNotKnown) {
@@ -151,16 +152,15 @@ TEST_F(PanelTextTest, ShowsTheResultOnceTheTestIsOver) {
 }
 
 TEST_F(PanelTextTest, TellsTheTimeInTheUsersLocale) {
-  EXPECT_EQ(ResultLine::timeOfDay(1'700'000'000.0), "22:13");
+  EXPECT_EQ(timeOfDay(1'700'000'000.0), "22:13");
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-  EXPECT_EQ(ResultLine::timeOfDay(1'700'000'000.0).simplified().replace(QChar(0x202F), ' '),
-            "10:13 PM");
+  EXPECT_EQ(timeOfDay(1'700'000'000.0).simplified().replace(QChar(0x202F), ' '), "10:13 PM");
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
 }
 
 TEST_F(PanelTextTest, TellsNoTimeThatNoCalendarHas) {
   for (const double seconds : {nan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
-    EXPECT_EQ(ResultLine::timeOfDay(seconds), "");
+    EXPECT_EQ(timeOfDay(seconds), "");
   }
 }
 

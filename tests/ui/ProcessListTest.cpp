@@ -83,9 +83,9 @@ TEST_F(ProcessListTest, TakesNoShareThatIsNone) {
 
 TEST_F(ProcessListTest, ColoursRowsByTheirPosition) {
   show(programs({"a", "b", "c", "d", "e", "f", "g", "h"}));
-  const std::vector<QColor> expected = {TWColor::accent(), TWColor::green(),  TWColor::purple(),
-                                        TWColor::cyan(),   TWColor::yellow(), TWColor::red(),
-                                        TWColor::accent(), TWColor::green()};
+  const std::vector<QColor> expected = {TWColor::accent, TWColor::green,  TWColor::purple,
+                                        TWColor::cyan,   TWColor::yellow, TWColor::red,
+                                        TWColor::accent, TWColor::green};
   const QImage image = picture(view);
   for (std::size_t index = 0; index < expected.size(); ++index) {
     EXPECT_EQ(processBarColor(index), expected[index]);

@@ -30,7 +30,7 @@ public:
 protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), TWColor::surface());
+    painter.fillRect(rect(), TWColor::surface);
     painter.setRenderHint(QPainter::Antialiasing);
     if (paint) {
       paint(painter);
@@ -47,10 +47,10 @@ std::shared_ptr<QWidget> shown(std::shared_ptr<Sheet> sheet) {
 std::shared_ptr<QWidget> statCells() {
   auto sheet = std::make_shared<Sheet>(QSize(330, 144));
   const std::vector<StatFigure> figures = {
-      {"Latency", "24", "ms", TWColor::text()},
-      {"packet loss", "12.0", "%", TWColor::yellow()},
-      {"Upload", "1.2 MB/s", "", TWColor::text()},
-      {"Upload", "4611686018.4 GB/s", "", TWColor::green()},
+      {"Latency", "24", "ms", TWColor::text},
+      {"packet loss", "12.0", "%", TWColor::yellow},
+      {"Upload", "1.2 MB/s", "", TWColor::text},
+      {"Upload", "4611686018.4 GB/s", "", TWColor::green},
   };
   int index = 0;
   for (const StatFigure& figure : figures) {
@@ -83,7 +83,7 @@ std::shared_ptr<QWidget> pulse() {
   for (const double seconds : {0.0, 0.5, 1.0}) {
     FakeTime time;
     auto* const dot = new PulseDot(time.time().now, sheet.get());
-    dot->setColors(TWColor::green(), TWColor::greenDim());
+    dot->setColors(TWColor::green, TWColor::greenDim);
     dot->move(x, 4);
     shown(sheet);
     time.advance(seconds);
@@ -115,7 +115,7 @@ std::shared_ptr<QWidget> icons() {
     for (const Icon icon :
          {Icon::bolt, Icon::hourglass, Icon::copy, Icon::checkMark, Icon::barChart, Icon::gear,
           Icon::power, Icon::bell, Icon::drive, Icon::link}) {
-      drawIcon(painter, icon, QPointF(x, 4.0), TWColor::text());
+      drawIcon(painter, icon, QPointF(x, 4.0), TWColor::text);
       x += 20;
     }
   };
@@ -128,7 +128,7 @@ std::shared_ptr<QWidget> rows() {
   for (const char* const value :
        {"Riverside", "--", "A network whose name goes on and on and on and on until its end"}) {
     auto* const row = new ValueRow(QStringLiteral("Network"), {.padding = 6}, nullptr);
-    row->setValue(QString::fromUtf8(value), TWColor::text());
+    row->setValue(QString::fromUtf8(value), TWColor::text);
     sheet->place(row, QRect(0, y, 300, 29));
     y += 29;
   }
@@ -171,7 +171,7 @@ std::shared_ptr<QWidget> type() {
       {"sectionTitle 0123456789", TWFont::sectionTitle()}};
   int y = 4;
   for (const auto& [text, font] : styles) {
-    TextStyle style{font, TWColor::text()};
+    TextStyle style{font, TWColor::text};
     style.isTabular = true;
     auto* const line = new TextLine(style);
     line->setText(text);
