@@ -14,19 +14,11 @@
 namespace tidewell::test {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
 constexpr QRectF plot(10.0, 20.0, 300.0, 100.0);
 
-std::vector<std::string> labels(const ValueAxis& axis) {
-  std::vector<std::string> texts;
-  for (const double tick : axis.ticks()) {
-    texts.push_back(axis.label(tick).toStdString());
-  }
-  return texts;
+Texts labels(const ValueAxis& axis) {
+  return textsOf(axis.ticks(), [&](double tick) { return axis.label(tick).toStdString(); });
 }
-
-using Texts = std::vector<std::string>;
 
 TEST(ValueAxisTest, RunsFromZeroToARoundNumberInRoundSteps) {
   EXPECT_EQ(labels({67.0, 1.0}), (Texts{"0", "20", "40", "60", "80"}));
@@ -99,15 +91,16 @@ template <class Chart> QImage chartPicture(const SnapshotList& snapshots) {
   return picture(chart);
 }
 
-// Pixels of a colour that nothing else has.
+// Counts the pixels of a colour that nothing else has.
 int pixelsOf(const QImage& image, const QColor& color) {
-  int count = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      count += image.pixelColor(x, y).name() == color.name() ? 1 : 0;
-    }
-  }
-  return count;
+  return pixelsWhere(image, image.rect(),
+                     [&](const QColor& pixel) { return pixel.name() == color.name(); });
+}
+
+// 300 samples of 80 Mbps down and 40 Mbps up.
+void showSteady(BandwidthChart& chart) {
+  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000)));
+  chart.resize(632, 200);
 }
 
 TEST(BandwidthChartTest, IsEmptyWithoutSamplesButForItsGrid) {
@@ -127,21 +120,15 @@ TEST(BandwidthChartTest, ShowsOneSampleAsTwoDotsAtTheLeft) {
 
 TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
   BandwidthChart chart;
-  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000))); // 80 and 40 Mbps
+  showSteady(chart);
   EXPECT_DOUBLE_EQ(chart.axis().top(), 80.0);
-  chart.resize(632, 200);
   const QImage image = picture(chart);
   const int top = static_cast<int>(chart.plot().top());
   const int middle = static_cast<int>(chart.plot().center().y());
   const auto columnsNear = [&](int y, const std::function<bool(const QColor&)>& isThere) {
     int columns = 0;
     for (int x = 100; x < 400; ++x) {
-      for (int row = y - 2; row <= y + 2; ++row) {
-        if (isThere(image.pixelColor(x, row))) {
-          ++columns;
-          break;
-        }
-      }
+      columns += pixelsWhere(image, QRect(x, y - 2, 1, 5), isThere) > 0 ? 1 : 0;
     }
     return columns;
   };
@@ -159,8 +146,7 @@ TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
 
 TEST(BandwidthChartTest, FillsTheAreaFromFaintToNothing) {
   BandwidthChart chart;
-  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000)));
-  chart.resize(632, 200);
+  showSteady(chart);
   const QImage image = picture(chart);
   const int top = static_cast<int>(chart.plot().top()) + 4;
   const int bottom = static_cast<int>(chart.plot().bottom()) - 4;
@@ -212,7 +198,7 @@ TEST(ThroughputTotalsTest, FindsThePeak) {
 }
 
 TEST(ThroughputTotalsTest, AddsTheRatesOfBothDirectionsOncePerSample) {
-  // Half of each rate goes up: 3 x (200 + 100) MB.
+  // The upload is half of each rate: 3 x (200 + 100) MB.
   EXPECT_EQ(totalTransferred(samples({200'000'000, 200'000'000, 200'000'000})), "900 MB");
   EXPECT_EQ(totalTransferred({}), "0 MB");
 }

@@ -1,6 +1,7 @@
 #include "support/FakeTime.h"
 #include "support/ImageComparison.h"
 #include "support/Panel.h"
+#include "ui/components/PulseAnimation.h"
 #include "ui/components/Spinner.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
@@ -9,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <QtTest/QTest>
+
+#include <set>
 
 namespace tidewell::test {
 namespace {
@@ -148,25 +151,19 @@ TEST(ValueRowTest, LeavesRoomBetweenKeyAndValue) {
   }
 }
 
-TEST(ActionButtonTest, IsPressedWithSpaceAndEnter) {
+TEST(ActionButtonTest, IsPressedWithSpaceEnterAndInAllOfItsRectangle) {
   ActionButton button(Icon::gear, "Settings", nullptr);
+  button.resize(67, 47);
   int presses = 0;
   QObject::connect(&button, &QPushButton::clicked, [&] { ++presses; });
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
     QTest::keyClick(&button, key);
   }
   EXPECT_EQ(presses, 3);
-}
-
-TEST(ActionButtonTest, IsPressedInAllOfItsRectangle) {
-  ActionButton button(Icon::gear, "Settings", nullptr);
-  button.resize(67, 47);
-  int presses = 0;
-  QObject::connect(&button, &QPushButton::clicked, [&] { ++presses; });
   for (const QPoint point : {QPoint(0, 0), QPoint(66, 0), QPoint(33, 24), QPoint(66, 46)}) {
     QTest::mouseClick(&button, Qt::LeftButton, {}, point);
   }
-  EXPECT_EQ(presses, 4);
+  EXPECT_EQ(presses, 7);
 }
 
 TEST(ActionButtonTest, StacksIconAndLabelWithTheirSpacing) {
@@ -182,6 +179,75 @@ TEST(TextLineTest, KeepsItsHeightWhateverItSays) {
     line.setText(QString::fromUtf8(text));
     EXPECT_EQ(line.sizeHint().height(), height);
   }
+}
+
+TEST(PulseAnimationTest, FadesToTwoFifthsAndBackInTwoSeconds) {
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(0.0), 1.0);
+  EXPECT_NEAR(PulseAnimation::opacityAfter(0.5), 0.7, 0.01);
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(1.0), 0.4);
+  EXPECT_NEAR(PulseAnimation::opacityAfter(1.5), 0.7, 0.01);
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(2.0), 1.0);
+}
+
+TEST(PulseAnimationTest, GoesOnForever) {
+  for (const double seconds : {0.0, 0.3, 0.77, 1.0, 1.4}) {
+    EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(86'400.0 * 60 + seconds),
+                     PulseAnimation::opacityAfter(seconds));
+  }
+}
+
+TEST(PulseAnimationTest, EasesInAndOut) {
+  const auto change = [](double from, double to) {
+    return PulseAnimation::opacityAfter(from) - PulseAnimation::opacityAfter(to);
+  };
+  EXPECT_LT(change(0.0, 0.2), change(0.4, 0.6) / 2.0);
+  EXPECT_LT(change(0.8, 1.0), change(0.4, 0.6) / 2.0);
+}
+
+TEST(PulseAnimationTest, HasThirtyTwoStepsEachWay) {
+  std::set<double> levels;
+  for (int millisecond = 0; millisecond <= 1000; ++millisecond) {
+    levels.insert(PulseAnimation::opacityAfter(millisecond / 1000.0));
+  }
+  EXPECT_EQ(levels.size(), 33U);
+}
+
+TEST(PulseAnimationTest, StaysAtFullOpacityShouldTimeGoBack) {
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(-3.0), 1.0);
+}
+
+TEST(PulseAnimationTest, BeginsWhenItsWidgetAppearsAndRestsWhileItIsHidden) {
+  FakeTime time;
+  PulseDot dot(time.time().now, nullptr);
+  PulseAnimation& pulse = dot.pulse();
+  EXPECT_EQ(dot.size(), QSize(6, 6));
+  EXPECT_FALSE(pulse.isPulsing());
+  EXPECT_FALSE(pulse.isTicking());
+  const auto opacityAfter = [&](double seconds) {
+    time.advance(seconds);
+    pulse.advance();
+    return pulse.opacity();
+  };
+  dot.show();
+  EXPECT_TRUE(pulse.isPulsing());
+  EXPECT_TRUE(pulse.isTicking());
+  EXPECT_DOUBLE_EQ(opacityAfter(1.0), 0.4);
+  dot.hide();
+  EXPECT_FALSE(pulse.isTicking());
+  time.advance(5.05);
+  dot.show();
+  EXPECT_DOUBLE_EQ(pulse.opacity(), 1.0) << "it starts afresh";
+  EXPECT_DOUBLE_EQ(opacityAfter(1.0), 0.4);
+}
+
+TEST(PulseAnimationTest, IsNotDisturbedByAChangeOfStatus) {
+  FakeTime time;
+  StatusBadge badge(time.time().now);
+  badge.show();
+  time.advance(1.0);
+  badge.dot().pulse().advance();
+  badge.setStatus(NetworkStatus::down);
+  EXPECT_DOUBLE_EQ(badge.dot().pulse().opacity(), 0.4);
 }
 
 } // namespace

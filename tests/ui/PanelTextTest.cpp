@@ -13,20 +13,17 @@
 namespace tidewell::test {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
 class PanelTextTest : public testing::Test, protected Panel {
 protected:
   [[nodiscard]] QString line(int index) const {
     return view->findChildren<TextLine*>().at(index)->text();
   }
-  // The one line that lies across the panel.
+  // The horizontal divider.
   [[nodiscard]] Divider& divider() const {
     return *view->findChild<Divider*>({}, Qt::FindDirectChildrenOnly);
   }
-  [[nodiscard]] std::string shown(int index) const {
-    const StatFigure& figure = cell(index).figure();
-    return (figure.label + u'|' + figure.value + u'|' + figure.unit).toStdString();
+  [[nodiscard]] Texts shown() const {
+    return {textOf(cell(0)), textOf(cell(1)), textOf(cell(2)), textOf(cell(3))};
   }
 };
 
@@ -53,10 +50,8 @@ TEST_F(PanelTextTest, ShowsTheFourFigures) {
   sampler.latencyMs.set(23.6);
   sampler.jitterMs.set(3.14);
   open();
-  EXPECT_EQ(shown(0), "Upload|12 KB/s|");
-  EXPECT_EQ(shown(1), "Latency|24|ms");
-  EXPECT_EQ(shown(2), "Jitter|3.1|ms");
-  EXPECT_EQ(shown(3), "Packet Loss|0.0|%");
+  EXPECT_EQ(shown(),
+            (Texts{"Upload|12 KB/s|", "Latency|24|ms", "Jitter|3.1|ms", "Packet Loss|0.0|%"}));
 }
 
 TEST_F(PanelTextTest, ColoursOnlyThePacketLoss) {
@@ -77,10 +72,10 @@ TEST_F(PanelTextTest, ColoursOnlyThePacketLoss) {
 
 TEST_F(PanelTextTest, ShowsWhatIsNotKnownAsNotKnown) {
   sampler.latencyMs.set(nan);
-  sampler.jitterMs.set(std::numeric_limits<double>::infinity());
+  sampler.jitterMs.set(infinite);
   open();
-  EXPECT_EQ(shown(1), "Latency|--|ms");
-  EXPECT_EQ(shown(2), "Jitter|--|ms");
+  EXPECT_EQ(textOf(cell(1)), "Latency|--|ms");
+  EXPECT_EQ(textOf(cell(2)), "Jitter|--|ms");
   EXPECT_EQ(cell(1).accessibleName(), "Latency unknown");
 }
 
@@ -159,7 +154,7 @@ TEST_F(PanelTextTest, TellsTheTimeInTheUsersLocale) {
 }
 
 TEST_F(PanelTextTest, TellsNoTimeThatNoCalendarHas) {
-  for (const double seconds : {nan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
+  for (const double seconds : {nan, infinite, 1e300, -1e300}) {
     EXPECT_EQ(timeOfDay(seconds), "");
   }
 }

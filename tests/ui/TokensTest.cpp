@@ -59,7 +59,7 @@ TEST(TWFontTest, HasTheSevenStyles) {
   for (const Style& style : styles) {
     EXPECT_EQ(style.font.pixelSize(), style.pixels);
     EXPECT_EQ(style.font.weight(), style.weight);
-    // What is drawn with, not only what was asked for.
+    // Checks the resolved font, not only the requested one.
     EXPECT_TRUE(QFontInfo(style.font).family().startsWith(style.family));
   }
 }
@@ -79,7 +79,7 @@ TEST(TWFontTest, ShowsHyphensAsTheyStand) {
 TEST(TabularTextTest, GivesEqualWidthToNumbersOfEqualLength) {
   const QFont font = TWFont::standard(13, QFont::Normal);
   EXPECT_DOUBLE_EQ(TabularText::width(font, "11.1 Mbps"), TabularText::width(font, "88.8 Mbps"));
-  // The font itself does not.
+  // The font itself has digits of different widths.
   const QFontMetricsF metrics(font);
   EXPECT_NE(metrics.horizontalAdvance("11.1 Mbps"), metrics.horizontalAdvance("88.8 Mbps"));
 }

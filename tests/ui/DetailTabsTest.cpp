@@ -1,12 +1,16 @@
 #include "support/Details.h"
+#include "support/Scene.h"
+#include "ui/charts/AxisCharts.h"
 #include "ui/components/Buttons.h"
 #include "ui/components/Spinner.h"
 #include "ui/components/TextLine.h"
 #include "ui/components/ValueRow.h"
+#include "ui/detail/RecentReadings.h"
 #include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>
 
+#include <QLocale>
 #include <QtTest/QTest>
 
 #include <limits>
@@ -15,8 +19,6 @@ namespace tidewell::test {
 namespace {
 
 constexpr int diagnostics = 3;
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
 const SpeedTestResult evenResult{1'700'000'000.0, 245.64, 19.25, 812};
 
 class DiagnosticsTest : public testing::Test, protected Details {
@@ -33,19 +35,9 @@ protected:
     }
     return texts;
   }
-  [[nodiscard]] std::vector<std::string> lines() const {
-    std::vector<std::string> texts;
-    for (const TextLine* line : all<TextLine>(diagnostics)) {
-      if (line->isVisible()) {
-        texts.push_back(line->text().toStdString());
-      }
-    }
-    return texts;
-  }
+  [[nodiscard]] Texts lines() const { return linesIn(*pane(diagnostics).widget()); }
   [[nodiscard]] TextButton& runNow() const { return only<TextButton>(diagnostics); }
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(DiagnosticsTest, TellsWhetherThereIsAConnection) {
   EXPECT_EQ(shown(0, 1), Texts{"Status|Connected"});
@@ -82,57 +74,38 @@ TEST_F(DiagnosticsTest, NamesEveryKindOfLink) {
   }
 }
 
-TEST_F(DiagnosticsTest, CutsLongValuesAndTellsThemInFull) {
-  const std::string name = std::string(200, 'W') + "end";
-  monitor.connectionInfo.mutate([&](ConnectionInfo& info) { info.networkName = name; });
-  Panel::settle();
-  EXPECT_EQ(row(2).toolTip().toStdString(), name);
-  EXPECT_EQ(row(2).accessibleName().toStdString(), "Network " + name);
-}
-
 struct Judged {
+  Published<double>& figure;
+  std::size_t row;
   double value;
   const char* text;
   QColor color;
 };
 
-TEST_F(DiagnosticsTest, JudgesLatency) {
-  for (const auto& [value, text, color] :
-       std::vector<Judged>{{0.0, "Latency|0.0 ms", TWColor::green},
-                           {49.99, "Latency|50.0 ms", TWColor::green},
-                           {50.0, "Latency|50.0 ms", TWColor::yellow},
-                           {99.9, "Latency|99.9 ms", TWColor::yellow},
-                           {100.0, "Latency|100.0 ms", TWColor::red},
-                           {nan, "Latency|-- ms", TWColor::red},
-                           {infinite, "Latency|-- ms", TWColor::red}}) {
-    sampler.latencyMs.set(value);
-    EXPECT_EQ(shown(7, 1), Texts{text});
-    EXPECT_EQ(row(7).color(), color) << value;
-  }
-}
-
-TEST_F(DiagnosticsTest, JudgesJitter) {
-  for (const auto& [value, text, color] :
-       std::vector<Judged>{{4.99, "Jitter|5.0 ms", TWColor::green},
-                           {5.0, "Jitter|5.0 ms", TWColor::yellow},
-                           {19.9, "Jitter|19.9 ms", TWColor::yellow},
-                           {20.0, "Jitter|20.0 ms", TWColor::red}}) {
-    sampler.jitterMs.set(value);
-    EXPECT_EQ(shown(8, 1), Texts{text});
-    EXPECT_EQ(row(8).color(), color) << value;
-  }
-}
-
-TEST_F(DiagnosticsTest, JudgesPacketLoss) {
-  for (const auto& [value, text, color] :
-       std::vector<Judged>{{0.5, "Packet Loss|0.5%", TWColor::green},
-                           {1.0, "Packet Loss|1.0%", TWColor::yellow},
-                           {4.9, "Packet Loss|4.9%", TWColor::yellow},
-                           {5.0, "Packet Loss|5.0%", TWColor::red},
-                           {100.0, "Packet Loss|100.0%", TWColor::red}}) {
-    sampler.packetLossPercent.set(value);
-    EXPECT_EQ(shown(9, 1), Texts{text});
-    EXPECT_EQ(row(9).color(), color) << value;
+TEST_F(DiagnosticsTest, JudgesLatencyJitterAndPacketLoss) {
+  auto& latency = sampler.latencyMs;
+  auto& jitter = sampler.jitterMs;
+  auto& loss = sampler.packetLossPercent;
+  for (const auto& [figure, index, value, text, color] :
+       std::vector<Judged>{{latency, 7, 0.0, "Latency|0.0 ms", TWColor::green},
+                           {latency, 7, 49.99, "Latency|50.0 ms", TWColor::green},
+                           {latency, 7, 50.0, "Latency|50.0 ms", TWColor::yellow},
+                           {latency, 7, 99.9, "Latency|99.9 ms", TWColor::yellow},
+                           {latency, 7, 100.0, "Latency|100.0 ms", TWColor::red},
+                           {latency, 7, nan, "Latency|-- ms", TWColor::red},
+                           {latency, 7, infinite, "Latency|-- ms", TWColor::red},
+                           {jitter, 8, 4.99, "Jitter|5.0 ms", TWColor::green},
+                           {jitter, 8, 5.0, "Jitter|5.0 ms", TWColor::yellow},
+                           {jitter, 8, 19.9, "Jitter|19.9 ms", TWColor::yellow},
+                           {jitter, 8, 20.0, "Jitter|20.0 ms", TWColor::red},
+                           {loss, 9, 0.5, "Packet Loss|0.5%", TWColor::green},
+                           {loss, 9, 1.0, "Packet Loss|1.0%", TWColor::yellow},
+                           {loss, 9, 4.9, "Packet Loss|4.9%", TWColor::yellow},
+                           {loss, 9, 5.0, "Packet Loss|5.0%", TWColor::red},
+                           {loss, 9, 100.0, "Packet Loss|100.0%", TWColor::red}}) {
+    figure.set(value);
+    EXPECT_EQ(shown(index, 1), Texts{text});
+    EXPECT_EQ(row(index).color(), color) << text;
   }
 }
 
@@ -186,6 +159,78 @@ TEST_F(DiagnosticsTest, GivesTheKeyboardBackToTheButton) {
   speedTest.isRunning.set(true);
   speedTest.isRunning.set(false);
   EXPECT_TRUE(runNow().hasFocus());
+}
+
+constexpr int history = 2;
+
+class HistoryTest : public testing::Test, protected Details {
+protected:
+  [[nodiscard]] std::vector<ReadingRow*> readings() const {
+    auto rows = all<ReadingRow>(history);
+    std::erase_if(rows, [](const ReadingRow* row) { return row->isHidden(); });
+    return rows;
+  }
+  [[nodiscard]] Texts lines() const { return linesIn(*pane(history).widget()); }
+};
+
+// Samples with downloads of 1, 2, 3 ... kilobytes per second.
+SnapshotList numbered(int count) {
+  SnapshotList list;
+  for (int number = 1; number <= count; ++number) {
+    list.push_back(std::make_shared<const NetworkSnapshot>(1.7e9 + 60.0 * number, 1'000 * number,
+                                                           2'000 * number, 23.6, 1.0, 0.0));
+  }
+  return list;
+}
+
+TEST_F(HistoryTest, SaysThatItCollectsWhileThereIsNothing) {
+  open(history);
+  EXPECT_EQ(lines(), (Texts{"Speed History",
+                            "Collecting data... History will appear here after a few seconds."}));
+  EXPECT_FALSE(only<LatencyChart>(history).isVisible());
+  sampler.snapshots.set(numbered(1));
+  EXPECT_EQ(lines(), (Texts{"Speed History", "Latency Over Time", "Recent Readings"}));
+  EXPECT_TRUE(only<LatencyChart>(history).isVisible());
+  EXPECT_EQ(readings().size(), 1U);
+}
+
+TEST_F(HistoryTest, ListsTheLastTwentyWithTheNewestFirst) {
+  sampler.snapshots.set(numbered(35));
+  open(history);
+  ASSERT_EQ(readings().size(), 20U);
+  for (std::size_t index = 0; index < 20; ++index) {
+    EXPECT_EQ(readings()[index]->texts()[1].toStdString(), std::to_string(35 - index) + " KB/s");
+  }
+}
+
+TEST_F(HistoryTest, ShowsTimeRatesAndLatency) {
+  sampler.snapshots.set(numbered(3));
+  open(history);
+  EXPECT_EQ(readings()[0]->texts(), (std::array<QString, 4>{"22:16", "3 KB/s", "6 KB/s", "24 ms"}));
+}
+
+TEST_F(HistoryTest, TellsTheTimeInTheUsersLocale) {
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
+  sampler.snapshots.set(numbered(3));
+  open(history);
+  EXPECT_EQ(readings()[0]->texts()[0].simplified().replace(QChar(0x202F), ' '), "10:16 PM");
+  QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
+}
+
+TEST_F(HistoryTest, ShowsWhatIsNotKnownAsNotKnown) {
+  sampler.snapshots.set({std::make_shared<const NetworkSnapshot>(nan, 0, -1, nan, nan, nan)});
+  open(history);
+  EXPECT_EQ(readings()[0]->texts(), (std::array<QString, 4>{"--", "0 KB/s", "-0.0 GB/s", "-- ms"}));
+}
+
+TEST_F(HistoryTest, FollowsTheSamplesUntilThereAreNoneAgain) {
+  sampler.snapshots.set(evening(300));
+  open(history);
+  EXPECT_EQ(readings().size(), 20U);
+  sampler.snapshots.set(numbered(5));
+  EXPECT_EQ(readings().size(), 5U);
+  sampler.snapshots.set({});
+  EXPECT_EQ(lines().size(), 2U);
 }
 
 } // namespace
