@@ -9,7 +9,7 @@
 
 namespace tidewell::bench {
 
-/// As many programs as the tracker publishes.
+/// As many processes as the tracker publishes.
 inline std::vector<ProcessUsage> busyPrograms() {
   std::vector<ProcessUsage> list;
   for (std::int32_t index = 0; index < 10; ++index) {
@@ -19,7 +19,7 @@ inline std::vector<ProcessUsage> busyPrograms() {
   return list;
 }
 
-/// The details with everything in them that they can show.
+/// The details with all values set.
 struct FilledDetails {
   SamplerState sampler;
   MonitorState monitor;

@@ -10,7 +10,7 @@
 
 namespace tidewell::bench {
 
-/// As many samples as the sampler keeps, each unlike the one before.
+/// As many samples as the sampler keeps, all different.
 inline SnapshotList fullHistory() {
   SnapshotList list;
   for (std::int64_t index = 0; index < 300; ++index) {
@@ -21,7 +21,7 @@ inline SnapshotList fullHistory() {
   return list;
 }
 
-/// A panel with everything in it that it can show.
+/// A panel with all values set.
 struct FilledPanel {
   SamplerState sampler;
   MonitorState monitor;

@@ -21,7 +21,7 @@ void paintAll(benchmark::State& state, QWidget& widget) {
   }
 }
 
-/// A repaint of the whole panel, at one and at two pixels to the unit.
+/// Repaints the whole panel with device pixel ratios 1 and 2.
 void panelRepaint(benchmark::State& state) {
   bench::FilledPanel panel;
   QCoreApplication::processEvents();
@@ -38,7 +38,7 @@ void graphRepaint(benchmark::State& state) {
 }
 BENCHMARK(graphRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
-/// What a sample costs in the view, before anything is painted.
+/// The cost of a new sample in the panel, without painting.
 void newSample(benchmark::State& state) {
   bench::FilledPanel panel;
   const SnapshotList history = bench::fullHistory();
@@ -59,7 +59,7 @@ void detailChartRepaint(benchmark::State& state) {
 }
 BENCHMARK(detailChartRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
-/// A repaint of all of the details' first tab.
+/// Repaints the first tab of the details.
 void detailRepaint(benchmark::State& state) {
   bench::FilledDetails details;
   QCoreApplication::processEvents();
@@ -67,7 +67,7 @@ void detailRepaint(benchmark::State& state) {
 }
 BENCHMARK(detailRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
-/// What a sample costs in the details, before anything is painted.
+/// The cost of a new sample in the details, without painting.
 void newSampleInDetails(benchmark::State& state) {
   bench::FilledDetails details;
   const SnapshotList history = bench::fullHistory();
@@ -79,7 +79,7 @@ void newSampleInDetails(benchmark::State& state) {
 }
 BENCHMARK(newSampleInDetails)->Unit(benchmark::kMicrosecond);
 
-/// Making the details, up to their first picture.
+/// Creates the details and paints them once.
 void firstPictureOfDetails(benchmark::State& state) {
   for (auto _ : state) {
     bench::FilledDetails details;
@@ -89,7 +89,7 @@ void firstPictureOfDetails(benchmark::State& state) {
 }
 BENCHMARK(firstPictureOfDetails)->Unit(benchmark::kMillisecond);
 
-/// Making a panel, up to its first picture.
+/// Creates a panel and paints it once.
 void firstPicture(benchmark::State& state) {
   for (auto _ : state) {
     bench::FilledPanel panel;

@@ -37,7 +37,7 @@ std::optional<Kind> kindOf(std::string_view name) {
   return found == names.end() ? std::nullopt : std::optional(found->first);
 }
 
-/// Cuts the text's first word, and the blank behind it, off.
+/// Removes and returns the text's first word, and removes the space after it.
 std::string_view takeWord(std::string_view& text) {
   const auto end = std::min(text.find(' '), text.size());
   const auto word = text.substr(0, end);

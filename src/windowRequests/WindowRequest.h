@@ -7,22 +7,22 @@
 
 namespace tidewell {
 
-/// What the resident asks of the windows' process. One message each on the socket between them.
+/// A request from the resident to the windows' process: one message on the socket between them.
 struct WindowRequest {
   enum class Kind {
     panel,
     detail,
     settings,
-    /// Put `text` on the clipboard.
+    /// Copies `text` to the clipboard.
     copy,
-    /// Show the item ourselves, in whatever tray or window there is: no panel takes it.
+    /// Shows the item in a system tray or a window, because no panel shows it.
     showItem,
     hideItem,
-    /// End: the program was told to.
+    /// Exits, because the resident quits.
     quit,
   };
 
-  /// A place on the screen in the pixels of the item's host.
+  /// A position on the screen, in the pixels of the item's host.
   struct Point {
     int x = 0;
     int y = 0;
@@ -30,24 +30,24 @@ struct WindowRequest {
   };
 
   Kind kind = Kind::panel;
-  /// What the host gave to prove that the user asked; empty when it gave none.
+  /// The host's activation token, or empty.
   std::string token;
-  /// Where the user clicked; none when the host does not tell.
+  /// Where the user clicked, if the host reports it.
   std::optional<Point> point;
   std::string text;
 
   friend bool operator==(const WindowRequest&, const WindowRequest&) = default;
 };
 
-/// The longest proof that is passed on; any but it is taken for none. Desktops make short ones.
+/// The longest activation token in bytes. Longer ones are ignored; desktops create short ones.
 inline constexpr std::size_t longestActivationToken = 255;
 
-/// What the windows' process answers.
+/// A report from the windows' process to the resident.
 struct WindowReport {
   enum class Kind {
-    /// The oldest request that was not yet taken is.
+    /// The oldest pending request was taken.
     taken,
-    /// The window of this name is on the screen, or no longer.
+    /// The window was opened or closed.
     opened,
     closed,
   };
@@ -58,13 +58,13 @@ struct WindowReport {
   friend bool operator==(const WindowReport&, const WindowReport&) = default;
 };
 
-/// The longest message that is sent; a longer one is cut.
+/// The longest message in bytes. Longer ones are truncated.
 inline constexpr std::size_t longestWindowMessage = 4096;
 
 [[nodiscard]] std::string messageOf(const WindowRequest& request);
 [[nodiscard]] std::string messageOf(const WindowReport& report);
 
-/// None for what is no request.
+/// Return nullopt if the message is invalid.
 [[nodiscard]] std::optional<WindowRequest> parseWindowRequest(std::string_view message);
 [[nodiscard]] std::optional<WindowReport> parseWindowReport(std::string_view message);
 

@@ -9,6 +9,12 @@ namespace {
 
 class ActionsTest : public testing::Test, protected Panel {
 protected:
+  void SetUp() override { open(); }
+
+  void activate() const {
+    view->activateWindow();
+    settle();
+  }
   void setAddresses(const std::string& local, const std::string& publicAddress) {
     monitor.connectionInfo.mutate([&](ConnectionInfo& info) {
       info.ipAddress = local;
@@ -18,7 +24,6 @@ protected:
 };
 
 TEST_F(ActionsTest, AsksForWhatEachButtonSays) {
-  open();
   for (int index = 0; index < 5; ++index) {
     button(index).click();
   }
@@ -31,7 +36,6 @@ TEST_F(ActionsTest, AsksForWhatEachButtonSays) {
 
 TEST_F(ActionsTest, StartsNoSecondSpeedTest) {
   speedTest.isRunning.set(true);
-  open();
   EXPECT_TRUE(button(0).isEnabled());
   button(0).click();
   EXPECT_EQ(calls.runSpeedTest, 0);
@@ -41,7 +45,6 @@ TEST_F(ActionsTest, StartsNoSecondSpeedTest) {
 }
 
 TEST_F(ActionsTest, CopiesThePublicAddressElseTheLocalOne) {
-  open();
   setAddresses("192.168.1.20", "203.0.113.77");
   button(1).click();
   setAddresses("192.168.1.20", "--");
@@ -55,7 +58,6 @@ TEST_F(ActionsTest, CopiesThePublicAddressElseTheLocalOne) {
 }
 
 TEST_F(ActionsTest, SaysForOneAndAHalfSecondsThatItCopied) {
-  open();
   EXPECT_EQ(button(1).text(), "Copy IP");
   EXPECT_EQ(button(1).face(), Icon::copy);
   button(1).click();
@@ -70,7 +72,6 @@ TEST_F(ActionsTest, SaysForOneAndAHalfSecondsThatItCopied) {
 }
 
 TEST_F(ActionsTest, LetsTheFirstResetFireAtItsOwnTime) {
-  open();
   button(1).click();
   time.advance(1.0);
   button(1).click();
@@ -82,7 +83,6 @@ TEST_F(ActionsTest, LetsTheFirstResetFireAtItsOwnTime) {
 }
 
 TEST_F(ActionsTest, HasCopiedNothingWhenOpenedAgain) {
-  open();
   button(1).click();
   open();
   EXPECT_FALSE(view->copiedIP());
@@ -93,11 +93,10 @@ TEST_F(ActionsTest, HasCopiedNothingWhenOpenedAgain) {
 }
 
 TEST_F(ActionsTest, IsClosedWhileAResetIsStillToCome) {
-  open();
   button(1).click();
   view.reset();
   time.advance(2.0);
-  sampler.currentDownloadBytesPerSec.set(5); // nobody listens any more
+  sampler.currentDownloadBytesPerSec.set(5); // has no observer left
   EXPECT_EQ(calls.copied.size(), 1U);
 }
 
@@ -117,17 +116,13 @@ TEST(ViewTimeTest, CallsBackOnceWhenItIsTime) {
 }
 
 TEST_F(ActionsTest, PressesNothingBeforeAButtonIsChosen) {
-  open();
-  view->activateWindow();
-  settle();
+  activate();
   QTest::keyClick(view->focusWidget() ? view->focusWidget() : view.get(), Qt::Key_Space);
   EXPECT_EQ(calls.runSpeedTest, 0);
 }
 
 TEST_F(ActionsTest, ReachesEveryButtonInOrderWithTab) {
-  open();
-  view->activateWindow();
-  settle();
+  activate();
   for (int index = 0; index < 5; ++index) {
     QTest::keyClick(view->focusWidget() ? view->focusWidget() : view.get(), Qt::Key_Tab);
     EXPECT_EQ(view->focusWidget(), &button(index)) << index;
@@ -135,9 +130,7 @@ TEST_F(ActionsTest, ReachesEveryButtonInOrderWithTab) {
 }
 
 TEST_F(ActionsTest, MovesBetweenButtonsWithTheArrows) {
-  open();
-  view->activateWindow();
-  settle();
+  activate();
   button(0).setFocus();
   QTest::keyClick(&button(0), Qt::Key_Right);
   EXPECT_EQ(view->focusWidget(), &button(1));
@@ -146,7 +139,6 @@ TEST_F(ActionsTest, MovesBetweenButtonsWithTheArrows) {
 }
 
 TEST_F(ActionsTest, LeavesEscapeToItsWindow) {
-  open();
   QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
   QCoreApplication::sendEvent(&button(2), &escape);
   EXPECT_FALSE(escape.isAccepted());

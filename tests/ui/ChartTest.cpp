@@ -14,19 +14,11 @@
 namespace tidewell::test {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinite = std::numeric_limits<double>::infinity();
 constexpr QRectF plot(10.0, 20.0, 300.0, 100.0);
 
-std::vector<std::string> labels(const ValueAxis& axis) {
-  std::vector<std::string> texts;
-  for (const double tick : axis.ticks()) {
-    texts.push_back(axis.label(tick).toStdString());
-  }
-  return texts;
+Texts labels(const ValueAxis& axis) {
+  return textsOf(axis.ticks(), [&](double tick) { return axis.label(tick).toStdString(); });
 }
-
-using Texts = std::vector<std::string>;
 
 TEST(ValueAxisTest, RunsFromZeroToARoundNumberInRoundSteps) {
   EXPECT_EQ(labels({67.0, 1.0}), (Texts{"0", "20", "40", "60", "80"}));
@@ -99,54 +91,49 @@ template <class Chart> QImage chartPicture(const SnapshotList& snapshots) {
   return picture(chart);
 }
 
-// Pixels of a colour that nothing else has.
+// Counts the pixels of a colour that nothing else has.
 int pixelsOf(const QImage& image, const QColor& color) {
-  int count = 0;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) {
-      count += image.pixelColor(x, y).name() == color.name() ? 1 : 0;
-    }
-  }
-  return count;
+  return pixelsWhere(image, image.rect(),
+                     [&](const QColor& pixel) { return pixel.name() == color.name(); });
+}
+
+// 300 samples of 80 Mbps down and 40 Mbps up.
+void showSteady(BandwidthChart& chart) {
+  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000)));
+  chart.resize(632, 200);
 }
 
 TEST(BandwidthChartTest, IsEmptyWithoutSamplesButForItsGrid) {
   const QImage image = chartPicture<BandwidthChart>({});
   EXPECT_EQ(image.height(), 200);
-  EXPECT_EQ(pixelsOf(image, TWColor::accent()), 0);
-  EXPECT_EQ(pixelsOf(image, TWColor::cyan()), 0);
-  EXPECT_GT(pixelsOf(image, TWColor::borderSubtle()), 6 * 500);
+  EXPECT_EQ(pixelsOf(image, TWColor::accent), 0);
+  EXPECT_EQ(pixelsOf(image, TWColor::cyan), 0);
+  EXPECT_GT(pixelsOf(image, TWColor::borderSubtle), 6 * 500);
 }
 
 TEST(BandwidthChartTest, ShowsOneSampleAsTwoDotsAtTheLeft) {
   const QImage image = chartPicture<BandwidthChart>(samples({1'250'000}));
-  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::accent()), 8);
-  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::cyan()), 5);
-  EXPECT_EQ(pixelsOf(image.copy(10, 0, 622, 200), TWColor::accent()), 0);
+  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::accent), 8);
+  EXPECT_GT(pixelsOf(image.copy(0, 0, 10, 200), TWColor::cyan), 5);
+  EXPECT_EQ(pixelsOf(image.copy(10, 0, 622, 200), TWColor::accent), 0);
 }
 
 TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
   BandwidthChart chart;
-  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000))); // 80 and 40 Mbps
+  showSteady(chart);
   EXPECT_DOUBLE_EQ(chart.axis().top(), 80.0);
-  chart.resize(632, 200);
   const QImage image = picture(chart);
   const int top = static_cast<int>(chart.plot().top());
   const int middle = static_cast<int>(chart.plot().center().y());
   const auto columnsNear = [&](int y, const std::function<bool(const QColor&)>& isThere) {
     int columns = 0;
     for (int x = 100; x < 400; ++x) {
-      for (int row = y - 2; row <= y + 2; ++row) {
-        if (isThere(image.pixelColor(x, row))) {
-          ++columns;
-          break;
-        }
-      }
+      columns += pixelsWhere(image, QRect(x, y - 2, 1, 5), isThere) > 0 ? 1 : 0;
     }
     return columns;
   };
   const auto isDownload = [](const QColor& pixel) {
-    return pixel.name() == TWColor::accent().name();
+    return pixel.name() == TWColor::accent.name();
   };
   const auto isUpload = [](const QColor& pixel) {
     return pixel.alpha() > 180 && pixel.green() > 150 && pixel.red() < 40;
@@ -159,8 +146,7 @@ TEST(BandwidthChartTest, DrawsMegabitsWithTheUploadOverTheDownload) {
 
 TEST(BandwidthChartTest, FillsTheAreaFromFaintToNothing) {
   BandwidthChart chart;
-  chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000)));
-  chart.resize(632, 200);
+  showSteady(chart);
   const QImage image = picture(chart);
   const int top = static_cast<int>(chart.plot().top()) + 4;
   const int bottom = static_cast<int>(chart.plot().bottom()) - 4;
@@ -189,13 +175,12 @@ SnapshotList latencies(const std::vector<double>& values) {
 TEST(LatencyChartTest, DrawsMillisecondsInYellow) {
   const QImage image = chartPicture<LatencyChart>(latencies(std::vector<double>(300, 20.0)));
   EXPECT_EQ(image.height(), 150);
-  EXPECT_GT(pixelsOf(image, TWColor::yellow()), 500);
+  EXPECT_GT(pixelsOf(image, TWColor::yellow), 500);
 }
 
 TEST(LatencyChartTest, LeavesOutWhatIsNoNumber) {
   EXPECT_EQ(
-      pixelsOf(chartPicture<LatencyChart>(latencies({nan, infinite, 1e300})), TWColor::yellow()),
-      0);
+      pixelsOf(chartPicture<LatencyChart>(latencies({nan, infinite, 1e300})), TWColor::yellow), 0);
   LatencyChart chart;
   chart.setSnapshots(latencies({20.0, nan}));
   EXPECT_DOUBLE_EQ(chart.axis().top(), 20.0);
@@ -213,7 +198,7 @@ TEST(ThroughputTotalsTest, FindsThePeak) {
 }
 
 TEST(ThroughputTotalsTest, AddsTheRatesOfBothDirectionsOncePerSample) {
-  // Half of each rate goes up: 3 x (200 + 100) MB.
+  // The upload is half of each rate: 3 x (200 + 100) MB.
   EXPECT_EQ(totalTransferred(samples({200'000'000, 200'000'000, 200'000'000})), "900 MB");
   EXPECT_EQ(totalTransferred({}), "0 MB");
 }

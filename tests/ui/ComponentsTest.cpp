@@ -1,6 +1,7 @@
 #include "support/FakeTime.h"
 #include "support/ImageComparison.h"
 #include "support/Panel.h"
+#include "ui/components/PulseAnimation.h"
 #include "ui/components/Spinner.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
@@ -9,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <QtTest/QTest>
+
+#include <set>
 
 namespace tidewell::test {
 namespace {
@@ -21,8 +24,8 @@ QImage cellPicture(const StatFigure& figure) {
 }
 
 TEST(StatCellTest, StandsTheFigureInTheSamePlaceWithAndWithoutUnit) {
-  const QImage with = cellPicture({"Latency", "24", "ms", TWColor::text()});
-  const QImage without = cellPicture({"Latency", "24", "", TWColor::text()});
+  const QImage with = cellPicture({"Latency", "24", "ms", TWColor::text});
+  const QImage without = cellPicture({"Latency", "24", "", TWColor::text});
   const QRect left(0, 0, 34, with.height());
   EXPECT_EQ(with.size(), without.size());
   EXPECT_EQ(difference(with.copy(left), without.copy(left)).pixels, 0);
@@ -31,41 +34,41 @@ TEST(StatCellTest, StandsTheFigureInTheSamePlaceWithAndWithoutUnit) {
 
 TEST(StatCellTest, ShowsItsLabelInUpperCaseAndKeepsItAsGiven) {
   StatCell cell;
-  cell.setFigure({"Packet loss", "0.0", "%", TWColor::green()});
+  cell.setFigure({"Packet loss", "0.0", "%", TWColor::green});
   EXPECT_EQ(cell.figure().label, "Packet loss");
-  EXPECT_EQ(difference(cellPicture({"Packet loss", "0", "%", TWColor::text()}),
-                       cellPicture({"PACKET LOSS", "0", "%", TWColor::text()}))
+  EXPECT_EQ(difference(cellPicture({"Packet loss", "0", "%", TWColor::text}),
+                       cellPicture({"PACKET LOSS", "0", "%", TWColor::text}))
                 .pixels,
             0);
 }
 
 TEST(StatCellTest, FillsAllOfItselfWithSquareCorners) {
-  const QImage image = cellPicture({"Jitter", "1.0", "ms", TWColor::text()});
+  const QImage image = cellPicture({"Jitter", "1.0", "ms", TWColor::text});
   for (const QPoint corner : {QPoint(0, 0), QPoint(157, 0), QPoint(0, image.height() - 1)}) {
-    EXPECT_EQ(image.pixelColor(corner).name(), TWColor::surface2().name());
+    EXPECT_EQ(image.pixelColor(corner).name(), TWColor::surface2.name());
   }
 }
 
 TEST(StatCellTest, KeepsItsSizeWhateverItShows) {
   StatCell cell;
   const QSize before = cell.sizeHint();
-  cell.setFigure({"Upload", QString(400, u'8'), "GB/s", TWColor::text()});
+  cell.setFigure({"Upload", QString(400, u'8'), "GB/s", TWColor::text});
   EXPECT_EQ(cell.sizeHint(), before);
 }
 
 TEST(StatCellTest, TellsInItsToolTipWhatWasCut) {
   StatCell cell;
   cell.resize(158, 66);
-  cell.setFigure({"Latency", "24", "ms", TWColor::text()});
+  cell.setFigure({"Latency", "24", "ms", TWColor::text});
   EXPECT_EQ(cell.toolTip(), "");
-  cell.setFigure({"Latency", QString(309, u'9'), "ms", TWColor::text()});
+  cell.setFigure({"Latency", QString(309, u'9'), "ms", TWColor::text});
   EXPECT_EQ(cell.toolTip(), QString(309, u'9') + " ms");
 }
 
 TEST(StatCellTest, DrawsNothingOfTheFigureOutsideItsPadding) {
-  const QImage image = cellPicture({"Upload", QString(400, u'8'), "GB/s", TWColor::text()});
+  const QImage image = cellPicture({"Upload", QString(400, u'8'), "GB/s", TWColor::text});
   for (int y = 0; y < image.height(); ++y) {
-    EXPECT_EQ(image.pixelColor(image.width() - 11, y).name(), TWColor::surface2().name()) << y;
+    EXPECT_EQ(image.pixelColor(image.width() - 11, y).name(), TWColor::surface2.name()) << y;
   }
 }
 
@@ -78,10 +81,10 @@ struct BadgeLook {
 
 TEST(StatusBadgeTest, NamesTheStatusInItsColours) {
   for (const auto& [status, text, color, ground] : std::vector<BadgeLook>{
-           {NetworkStatus::excellent, "Excellent", TWColor::green(), TWColor::greenDim()},
-           {NetworkStatus::good, "Good", TWColor::green(), TWColor::greenDim()},
-           {NetworkStatus::degraded, "High Latency", TWColor::yellow(), TWColor::yellowDim()},
-           {NetworkStatus::down, "No Internet", TWColor::red(), TWColor::redDim()}}) {
+           {NetworkStatus::excellent, "Excellent", TWColor::green, TWColor::greenDim},
+           {NetworkStatus::good, "Good", TWColor::green, TWColor::greenDim},
+           {NetworkStatus::degraded, "High Latency", TWColor::yellow, TWColor::yellowDim},
+           {NetworkStatus::down, "No Internet", TWColor::red, TWColor::redDim}}) {
     StatusBadge badge(FakeTime().time().now);
     badge.setStatus(status);
     EXPECT_EQ(badge.text(), text);
@@ -124,21 +127,21 @@ TEST(SpinnerTest, RestsWhileHidden) {
 TEST(ValueRowTest, CutsLongValuesAndTellsThemInFull) {
   ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue("Riverside", TWColor::text());
+  row.setValue("Riverside", TWColor::text);
   EXPECT_EQ(row.toolTip(), "");
   const QString name = QString(200, u'W') + "end";
-  row.setValue(name, TWColor::text());
+  row.setValue(name, TWColor::text);
   EXPECT_EQ(row.toolTip(), name);
   EXPECT_EQ(row.accessibleName(), "Network " + name);
   row.resize(4000, 29);
-  row.setValue("short", TWColor::text());
+  row.setValue("short", TWColor::text);
   EXPECT_EQ(row.toolTip(), "");
 }
 
 TEST(ValueRowTest, LeavesRoomBetweenKeyAndValue) {
   ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);
-  row.setValue(QString(200, u'W'), TWColor::text());
+  row.setValue(QString(200, u'W'), TWColor::text);
   const QImage image = picture(row);
   const int keyEnd = static_cast<int>(QFontMetricsF(TWFont::body()).horizontalAdvance("Network"));
   for (int x = keyEnd + 2; x < keyEnd + 12; ++x) {
@@ -148,25 +151,19 @@ TEST(ValueRowTest, LeavesRoomBetweenKeyAndValue) {
   }
 }
 
-TEST(ActionButtonTest, IsPressedWithSpaceAndEnter) {
+TEST(ActionButtonTest, IsPressedWithSpaceEnterAndInAllOfItsRectangle) {
   ActionButton button(Icon::gear, "Settings", nullptr);
+  button.resize(67, 47);
   int presses = 0;
   QObject::connect(&button, &QPushButton::clicked, [&] { ++presses; });
   for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
     QTest::keyClick(&button, key);
   }
   EXPECT_EQ(presses, 3);
-}
-
-TEST(ActionButtonTest, IsPressedInAllOfItsRectangle) {
-  ActionButton button(Icon::gear, "Settings", nullptr);
-  button.resize(67, 47);
-  int presses = 0;
-  QObject::connect(&button, &QPushButton::clicked, [&] { ++presses; });
   for (const QPoint point : {QPoint(0, 0), QPoint(66, 0), QPoint(33, 24), QPoint(66, 46)}) {
     QTest::mouseClick(&button, Qt::LeftButton, {}, point);
   }
-  EXPECT_EQ(presses, 4);
+  EXPECT_EQ(presses, 7);
 }
 
 TEST(ActionButtonTest, StacksIconAndLabelWithTheirSpacing) {
@@ -176,12 +173,81 @@ TEST(ActionButtonTest, StacksIconAndLabelWithTheirSpacing) {
 }
 
 TEST(TextLineTest, KeepsItsHeightWhateverItSays) {
-  TextLine line({TWFont::body(), TWColor::text()});
+  TextLine line({TWFont::body(), TWColor::text});
   const int height = line.sizeHint().height();
   for (const char* const text : {"", "text", "\u05D4\u05E8\u05E9\u05EA", "\u0E17\u0E35\u0E48"}) {
     line.setText(QString::fromUtf8(text));
     EXPECT_EQ(line.sizeHint().height(), height);
   }
+}
+
+TEST(PulseAnimationTest, FadesToTwoFifthsAndBackInTwoSeconds) {
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(0.0), 1.0);
+  EXPECT_NEAR(PulseAnimation::opacityAfter(0.5), 0.7, 0.01);
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(1.0), 0.4);
+  EXPECT_NEAR(PulseAnimation::opacityAfter(1.5), 0.7, 0.01);
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(2.0), 1.0);
+}
+
+TEST(PulseAnimationTest, GoesOnForever) {
+  for (const double seconds : {0.0, 0.3, 0.77, 1.0, 1.4}) {
+    EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(86'400.0 * 60 + seconds),
+                     PulseAnimation::opacityAfter(seconds));
+  }
+}
+
+TEST(PulseAnimationTest, EasesInAndOut) {
+  const auto change = [](double from, double to) {
+    return PulseAnimation::opacityAfter(from) - PulseAnimation::opacityAfter(to);
+  };
+  EXPECT_LT(change(0.0, 0.2), change(0.4, 0.6) / 2.0);
+  EXPECT_LT(change(0.8, 1.0), change(0.4, 0.6) / 2.0);
+}
+
+TEST(PulseAnimationTest, HasThirtyTwoStepsEachWay) {
+  std::set<double> levels;
+  for (int millisecond = 0; millisecond <= 1000; ++millisecond) {
+    levels.insert(PulseAnimation::opacityAfter(millisecond / 1000.0));
+  }
+  EXPECT_EQ(levels.size(), 33U);
+}
+
+TEST(PulseAnimationTest, StaysAtFullOpacityShouldTimeGoBack) {
+  EXPECT_DOUBLE_EQ(PulseAnimation::opacityAfter(-3.0), 1.0);
+}
+
+TEST(PulseAnimationTest, BeginsWhenItsWidgetAppearsAndRestsWhileItIsHidden) {
+  FakeTime time;
+  PulseDot dot(time.time().now, nullptr);
+  PulseAnimation& pulse = dot.pulse();
+  EXPECT_EQ(dot.size(), QSize(6, 6));
+  EXPECT_FALSE(pulse.isPulsing());
+  EXPECT_FALSE(pulse.isTicking());
+  const auto opacityAfter = [&](double seconds) {
+    time.advance(seconds);
+    pulse.advance();
+    return pulse.opacity();
+  };
+  dot.show();
+  EXPECT_TRUE(pulse.isPulsing());
+  EXPECT_TRUE(pulse.isTicking());
+  EXPECT_DOUBLE_EQ(opacityAfter(1.0), 0.4);
+  dot.hide();
+  EXPECT_FALSE(pulse.isTicking());
+  time.advance(5.05);
+  dot.show();
+  EXPECT_DOUBLE_EQ(pulse.opacity(), 1.0) << "it starts afresh";
+  EXPECT_DOUBLE_EQ(opacityAfter(1.0), 0.4);
+}
+
+TEST(PulseAnimationTest, IsNotDisturbedByAChangeOfStatus) {
+  FakeTime time;
+  StatusBadge badge(time.time().now);
+  badge.show();
+  time.advance(1.0);
+  badge.dot().pulse().advance();
+  badge.setStatus(NetworkStatus::down);
+  EXPECT_DOUBLE_EQ(badge.dot().pulse().opacity(), 0.4);
 }
 
 } // namespace

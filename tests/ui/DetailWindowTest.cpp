@@ -18,13 +18,8 @@ namespace {
 
 class DetailWindowTest : public testing::Test, protected Details {
 protected:
-  [[nodiscard]] std::vector<std::string> cards() const {
-    std::vector<std::string> texts;
-    for (const StatCell* card : all<StatCell>(0)) {
-      const StatFigure& figure = card->figure();
-      texts.push_back((figure.label + u'|' + figure.value + u'|' + figure.unit).toStdString());
-    }
-    return texts;
+  [[nodiscard]] Texts cards() const {
+    return textsOf(all<StatCell>(0), [](const StatCell* card) { return textOf(*card); });
   }
   [[nodiscard]] std::string chosenRange() const {
     for (const RangeButton* button : all<RangeButton>(0)) {
@@ -38,8 +33,6 @@ protected:
     return *all<RangeButton>(0).at(index);
   }
 };
-
-using Texts = std::vector<std::string>;
 
 TEST_F(DetailWindowTest, OpensInItsSizeUnderItsTitleOnTheFirstTab) {
   open();
@@ -72,7 +65,7 @@ TEST_F(DetailWindowTest, MarksTheSelectedTabWithABarOfTwoPixels) {
   const QImage image = picture(tabs());
   const QRect selected = tabs().tabRect(1);
   for (const int y : {selected.bottom() - 1, selected.bottom()}) {
-    EXPECT_EQ(image.pixelColor(selected.center().x(), y).name(), TWColor::accent().name());
+    EXPECT_EQ(image.pixelColor(selected.center().x(), y).name(), TWColor::accent.name());
     EXPECT_EQ(image.pixelColor(tabs().tabRect(0).center().x(), y).alpha(), 0);
   }
   EXPECT_EQ(image.pixelColor(selected.center().x(), selected.bottom() - 2).alpha(), 0);
@@ -118,17 +111,15 @@ TEST_F(DetailWindowTest, CutsTheAverageTowardsZero) {
   sampler.snapshots.set(samples({1'999'999, 1'999'999, 2'000'000})); // 1 999 999.33
   open();
   EXPECT_EQ(cards()[1], "Average|2.0 MB/s|");
-  sampler.snapshots.set(samples({1'499, 1'500})); // 1 499.5, and 1 500 would read 2 KB/s
+  sampler.snapshots.set(samples({1'499, 1'500})); // 1 499.5; 1 500 would be 2 KB/s
   EXPECT_EQ(cards()[1], "Average|1 KB/s|");
 }
 
 TEST_F(DetailWindowTest, NamesItsRangesAndItsLines) {
   open();
-  Texts texts;
-  for (const RangeButton* button : all<RangeButton>(0)) {
-    texts.push_back(button->text().toStdString());
-  }
-  EXPECT_EQ(texts, (Texts{"5m", "1h", "24h", "7d"}));
+  EXPECT_EQ(textsOf(all<RangeButton>(0),
+                    [](const RangeButton* button) { return button->text().toStdString(); }),
+            (Texts{"5m", "1h", "24h", "7d"}));
   EXPECT_EQ(all<LegendItem>(0).at(0)->accessibleName(), "Download");
   EXPECT_EQ(all<LegendItem>(0).at(1)->accessibleName(), "Upload");
   EXPECT_EQ(range(1).geometry().left() - range(0).geometry().right(), 5); // four pixels between

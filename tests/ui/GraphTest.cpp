@@ -17,23 +17,26 @@ namespace {
 
 constexpr QRectF plot(10.0, 20.0, 299.0, 50.0);
 
+// As wide as in the panel.
+constexpr int graphWidth = 300;
+
 QImage graphPicture(const SnapshotList& snapshots) {
   MiniGraphView view;
-  view.resize(300, view.sizeHint().height());
+  view.resize(graphWidth, view.sizeHint().height());
   view.setSnapshots(snapshots);
   return picture(view);
 }
 
+QRect chartArea() {
+  MiniGraphView view;
+  view.resize(graphWidth, view.sizeHint().height());
+  return view.chart();
+}
+
 bool hasInk(const QImage& image, const QRect& box) {
-  for (int y = box.top(); y <= box.bottom(); ++y) {
-    for (int x = box.left(); x <= box.right(); ++x) {
-      if (image.pixelColor(x, y) != TWColor::surface2().toRgb() &&
-          image.pixelColor(x, y).name() != TWColor::surface2().name()) {
-        return true;
-      }
-    }
-  }
-  return false;
+  return pixelsWhere(image, box, [](const QColor& pixel) {
+           return pixel.name() != TWColor::surface2.name();
+         }) > 0;
 }
 
 TEST(GraphCurvesTest, PlacesSamplesEvenlyWithTheOldestAtTheLeft) {
@@ -93,44 +96,34 @@ TEST(GraphCurvesTest, StaysFiniteAndInsideForEveryRateAndPlace) {
 }
 
 TEST(MiniGraphViewTest, ShowsItsHeaderOverAnEmptyChart) {
-  MiniGraphView view;
-  view.resize(300, view.sizeHint().height());
   const QImage empty = graphPicture({});
-  EXPECT_FALSE(hasInk(empty, view.chart().adjusted(2, 2, -2, -2)));
+  EXPECT_FALSE(hasInk(empty, chartArea().adjusted(2, 2, -2, -2)));
   EXPECT_TRUE(hasInk(empty, QRect(0, 0, 140, 16)));
-  EXPECT_EQ(view.chart().height(), 60);
-  EXPECT_EQ(view.chart().width(), 300);
+  EXPECT_EQ(chartArea().height(), 60);
+  EXPECT_EQ(chartArea().width(), 300);
 }
 
 TEST(MiniGraphViewTest, ShowsOneSampleAsAPoint) {
-  MiniGraphView view;
-  view.resize(300, view.sizeHint().height());
   const QImage one = graphPicture(samples({1'250'000}));
-  const QRect chart = view.chart().adjusted(2, 2, -2, -2);
+  const QRect chart = chartArea().adjusted(2, 2, -2, -2);
   EXPECT_TRUE(hasInk(one, QRect(chart.left(), chart.top(), 10, chart.height())));
   EXPECT_FALSE(hasInk(one, chart.adjusted(12, 0, 0, 0)));
 }
 
 TEST(MiniGraphViewTest, DrawsTheDownloadThroughAndTheUploadInDashes) {
   const QImage image = graphPicture(samples(std::vector<std::int64_t>(300, 1'000'000)));
-  MiniGraphView view;
-  view.resize(300, view.sizeHint().height());
-  const QRect chart = view.chart();
+  const QRect chart = chartArea();
   const auto columnsWhere = [&](int y, const std::function<bool(const QColor&)>& isThere) {
-    int columns = 0;
-    for (int x = chart.left() + 6; x < chart.right() - 6; ++x) {
-      columns += isThere(image.pixelColor(x, chart.top() + y)) ? 1 : 0;
-    }
-    return columns;
+    return pixelsWhere(image, QRect(6, chart.top() + y, chart.width() - 13, 1), isThere);
   };
-  // The upload is half of the download; the area between them is a dark green.
+  // The upload is half of the download. The area between them is dark green.
   EXPECT_GT(columnsWhere(5, [](const QColor& pixel) { return pixel.green() > 180; }), 280);
   const int dashes = columnsWhere(30, [](const QColor& pixel) { return pixel.blue() > 110; });
   EXPECT_GT(dashes, 110);
   EXPECT_LT(dashes, 175);
 }
 
-// What is drawn in pieces differs from what is drawn at once by no more than the joints.
+// Compares curves drawn in pieces with curves drawn at once. Only the joints may differ.
 class CurvePaintingTest : public testing::Test {
 protected:
   template <class F> static QImage drawn(F&& draw) {
@@ -169,7 +162,7 @@ TEST_F(CurvePaintingTest, CarriesDashesOnFromPieceToPiece) {
     p.setPen(pen);
     p.drawPolyline(waves());
   });
-  EXPECT_LT(difference(whole, pieces).pixels, 60); // of some thousand; 29 joints
+  EXPECT_LT(difference(whole, pieces).pixels, 60); // of several thousand; there are 29 joints
   EXPECT_GT(difference(whole, drawn([](QPainter&) {})).pixels, 700);
 }
 

@@ -1,5 +1,6 @@
 #include "support/Panel.h"
 #include "ui/components/AccessibleWidgets.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
 
@@ -12,20 +13,17 @@
 namespace tidewell::test {
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
 class PanelTextTest : public testing::Test, protected Panel {
 protected:
   [[nodiscard]] QString line(int index) const {
     return view->findChildren<TextLine*>().at(index)->text();
   }
-  // The one line that lies across the panel.
+  // The horizontal divider.
   [[nodiscard]] Divider& divider() const {
     return *view->findChild<Divider*>({}, Qt::FindDirectChildrenOnly);
   }
-  [[nodiscard]] std::string shown(int index) const {
-    const StatFigure& figure = cell(index).figure();
-    return (figure.label + u'|' + figure.value + u'|' + figure.unit).toStdString();
+  [[nodiscard]] Texts shown() const {
+    return {textOf(cell(0)), textOf(cell(1)), textOf(cell(2)), textOf(cell(3))};
   }
 };
 
@@ -52,34 +50,32 @@ TEST_F(PanelTextTest, ShowsTheFourFigures) {
   sampler.latencyMs.set(23.6);
   sampler.jitterMs.set(3.14);
   open();
-  EXPECT_EQ(shown(0), "Upload|12 KB/s|");
-  EXPECT_EQ(shown(1), "Latency|24|ms");
-  EXPECT_EQ(shown(2), "Jitter|3.1|ms");
-  EXPECT_EQ(shown(3), "Packet Loss|0.0|%");
+  EXPECT_EQ(shown(),
+            (Texts{"Upload|12 KB/s|", "Latency|24|ms", "Jitter|3.1|ms", "Packet Loss|0.0|%"}));
 }
 
 TEST_F(PanelTextTest, ColoursOnlyThePacketLoss) {
   open();
   for (const auto& [loss, color] :
-       std::vector<std::pair<double, QColor>>{{0.0, TWColor::green()},
-                                              {1.0, TWColor::green()},
-                                              {1.01, TWColor::yellow()},
-                                              {100.0, TWColor::yellow()}}) {
+       std::vector<std::pair<double, QColor>>{{0.0, TWColor::green},
+                                              {1.0, TWColor::green},
+                                              {1.01, TWColor::yellow},
+                                              {100.0, TWColor::yellow}}) {
     sampler.packetLossPercent.set(loss);
     EXPECT_EQ(cell(3).figure().valueColor, color) << loss;
   }
   sampler.latencyMs.set(900.0);
   sampler.jitterMs.set(900.0);
-  EXPECT_EQ(cell(1).figure().valueColor, TWColor::text());
-  EXPECT_EQ(cell(2).figure().valueColor, TWColor::text());
+  EXPECT_EQ(cell(1).figure().valueColor, TWColor::text);
+  EXPECT_EQ(cell(2).figure().valueColor, TWColor::text);
 }
 
 TEST_F(PanelTextTest, ShowsWhatIsNotKnownAsNotKnown) {
   sampler.latencyMs.set(nan);
-  sampler.jitterMs.set(std::numeric_limits<double>::infinity());
+  sampler.jitterMs.set(infinite);
   open();
-  EXPECT_EQ(shown(1), "Latency|--|ms");
-  EXPECT_EQ(shown(2), "Jitter|--|ms");
+  EXPECT_EQ(textOf(cell(1)), "Latency|--|ms");
+  EXPECT_EQ(textOf(cell(2)), "Jitter|--|ms");
   EXPECT_EQ(cell(1).accessibleName(), "Latency unknown");
 }
 
@@ -151,16 +147,15 @@ TEST_F(PanelTextTest, ShowsTheResultOnceTheTestIsOver) {
 }
 
 TEST_F(PanelTextTest, TellsTheTimeInTheUsersLocale) {
-  EXPECT_EQ(ResultLine::timeOfDay(1'700'000'000.0), "22:13");
+  EXPECT_EQ(timeOfDay(1'700'000'000.0), "22:13");
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-  EXPECT_EQ(ResultLine::timeOfDay(1'700'000'000.0).simplified().replace(QChar(0x202F), ' '),
-            "10:13 PM");
+  EXPECT_EQ(timeOfDay(1'700'000'000.0).simplified().replace(QChar(0x202F), ' '), "10:13 PM");
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
 }
 
 TEST_F(PanelTextTest, TellsNoTimeThatNoCalendarHas) {
-  for (const double seconds : {nan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
-    EXPECT_EQ(ResultLine::timeOfDay(seconds), "");
+  for (const double seconds : {nan, infinite, 1e300, -1e300}) {
+    EXPECT_EQ(timeOfDay(seconds), "");
   }
 }
 

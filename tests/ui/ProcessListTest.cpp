@@ -75,7 +75,7 @@ TEST_F(ProcessListTest, DrawsTheShareButNeverLessThanAStub) {
 }
 
 TEST_F(ProcessListTest, TakesNoShareThatIsNone) {
-  show({usage("a", std::numeric_limits<double>::quiet_NaN()), usage("b", -1.0), usage("c", 1e300)});
+  show({usage("a", nan), usage("b", -1.0), usage("c", 1e300)});
   EXPECT_DOUBLE_EQ(row(0).bar().width(), 4.0);
   EXPECT_DOUBLE_EQ(row(1).bar().width(), 4.0);
   EXPECT_DOUBLE_EQ(row(2).bar().width(), 80.0);
@@ -83,9 +83,9 @@ TEST_F(ProcessListTest, TakesNoShareThatIsNone) {
 
 TEST_F(ProcessListTest, ColoursRowsByTheirPosition) {
   show(programs({"a", "b", "c", "d", "e", "f", "g", "h"}));
-  const std::vector<QColor> expected = {TWColor::accent(), TWColor::green(),  TWColor::purple(),
-                                        TWColor::cyan(),   TWColor::yellow(), TWColor::red(),
-                                        TWColor::accent(), TWColor::green()};
+  const std::vector<QColor> expected = {TWColor::accent, TWColor::green,  TWColor::purple,
+                                        TWColor::cyan,   TWColor::yellow, TWColor::red,
+                                        TWColor::accent, TWColor::green};
   const QImage image = picture(view);
   for (std::size_t index = 0; index < expected.size(); ++index) {
     EXPECT_EQ(processBarColor(index), expected[index]);
@@ -153,6 +153,10 @@ TEST_F(ProcessListTest, LeavesNothingBehindOfLongerLists) {
 
 class PinnedHeaderTest : public testing::Test, protected Details {
 protected:
+  void SetUp() override {
+    tracker.processes.set(programs({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
+    open(1);
+  }
   [[nodiscard]] int headerTop() const {
     const auto& header = only<ProcessListHeader>(1);
     return header.mapTo(pane(1).viewport(), QPoint()).y();
@@ -160,8 +164,6 @@ protected:
 };
 
 TEST_F(PinnedHeaderTest, StaysAtTheTopWhileTheRowsScroll) {
-  tracker.processes.set(programs({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
-  open(1);
   QScrollBar& bar = *pane(1).verticalScrollBar();
   ASSERT_GT(bar.maximum(), 100);
   const int atRest = headerTop();
@@ -177,8 +179,6 @@ TEST_F(PinnedHeaderTest, StaysAtTheTopWhileTheRowsScroll) {
 }
 
 TEST_F(PinnedHeaderTest, HidesTheRowsBehindIt) {
-  tracker.processes.set(programs({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
-  open(1);
   pane(1).verticalScrollBar()->setValue(150);
   Panel::settle();
   const QRect strip(QPoint(), QSize(listWidth, only<ProcessListHeader>(1).height()));

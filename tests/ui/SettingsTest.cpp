@@ -14,27 +14,20 @@ namespace tidewell::test {
 namespace {
 
 using Section = SettingsSection;
-using Texts = std::vector<std::string>;
-
 class SettingsTest : public testing::Test, protected Preferences {
 protected:
-  // The texts of the section shown, top to bottom.
+  // The texts of the current section, from top to bottom.
   [[nodiscard]] Texts lines() const {
-    Texts texts;
-    for (const TextLine* line :
-         view->findChild<QStackedWidget*>()->currentWidget()->findChildren<TextLine*>()) {
-      texts.push_back(line->text().toStdString());
-    }
-    return texts;
+    return linesIn(*view->findChild<QStackedWidget*>()->currentWidget());
   }
-  // As the user does it: opens the list and takes an entry.
+  // Selects an entry as the user does.
   void choose(const QString& title, const QString& entry) {
     ChoiceList& choices = list(title);
     choices.setCurrentIndex(choices.findText(entry));
     Q_EMIT choices.activated(choices.currentIndex());
   }
-  [[nodiscard]] std::vector<std::string> entries(const QString& title) const {
-    std::vector<std::string> texts;
+  [[nodiscard]] Texts entries(const QString& title) const {
+    Texts texts;
     for (int index = 0; index < list(title).count(); ++index) {
       texts.push_back(list(title).itemText(index).toStdString());
     }
@@ -55,11 +48,9 @@ TEST_F(SettingsTest, BeginsWithTheFirstSection) {
 
 TEST_F(SettingsTest, ListsItsSections) {
   open();
-  Texts titles;
-  for (const SidebarEntry* found : view->findChildren<SidebarEntry*>()) {
-    titles.push_back(found->text().toStdString());
-  }
-  EXPECT_EQ(titles, (Texts{"General", "Alerts", "Display", "Data", "Advanced"}));
+  EXPECT_EQ(textsOf(view->findChildren<SidebarEntry*>(),
+                    [](const SidebarEntry* found) { return found->text().toStdString(); }),
+            (Texts{"General", "Alerts", "Display", "Data", "Advanced"}));
   const QWidget* const sidebar = entry(Section::general).parentWidget();
   EXPECT_EQ(sidebar->width(), 160);
   EXPECT_EQ(entry(Section::general).geometry().topLeft(), QPoint(8, 8));
@@ -104,18 +95,6 @@ TEST_F(SettingsTest, HasNoControlsForTheAdvanced) {
   const QWidget* const page = view->findChild<QStackedWidget*>()->currentWidget();
   EXPECT_TRUE(page->findChildren<ToggleSwitch*>().isEmpty());
   EXPECT_TRUE(page->findChildren<ChoiceList*>().isEmpty());
-}
-
-TEST_F(SettingsTest, OffersFixedChoices) {
-  open();
-  EXPECT_EQ(entries("Refresh Interval"), (Texts{"1 second", "2 seconds", "5 seconds"}));
-  EXPECT_EQ(entries("Monitor Interface"),
-            (Texts{"All Interfaces", "Wi-Fi (en0)", "Ethernet (en1)"}));
-  EXPECT_EQ(entries("Slow Speed Warning"), (Texts{"5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"}));
-  EXPECT_EQ(entries("High Latency Warning"), (Texts{"50 ms", "100 ms", "200 ms"}));
-  EXPECT_EQ(entries("Keep History"), (Texts{"7 days", "30 days", "90 days", "1 year"}));
-  open(Section::data);
-  EXPECT_EQ(list("Keep History").width(), 120);
 }
 
 TEST_F(SettingsTest, ShowsTheDefaultsOfAFreshUser) {
@@ -163,20 +142,46 @@ TEST_F(SettingsTest, StoresEachSwitchAtOnce) {
   }
 }
 
-TEST_F(SettingsTest, StoresEachChoiceAtOnce) {
-  open();
-  choose("Refresh Interval", "5 seconds");
-  EXPECT_EQ(stored<double>("refreshInterval"), 5.0);
-  choose("Monitor Interface", "Ethernet (en1)");
-  EXPECT_EQ(stored<std::string>("monitorInterface"), "en1");
-  choose("Monitor Interface", "Wi-Fi (en0)");
-  EXPECT_EQ(stored<std::string>("monitorInterface"), "en0");
-  choose("Slow Speed Warning", "50 Mbps");
-  EXPECT_EQ(stored<double>("slowSpeedThreshold"), 50.0);
-  choose("High Latency Warning", "200 ms");
-  EXPECT_EQ(stored<double>("highLatencyThreshold"), 200.0);
-  choose("Keep History", "1 year");
-  EXPECT_EQ(stored<std::int64_t>("dataRetentionDays"), 365);
+// A setting's entries and their stored values.
+struct Options {
+  const char* title;
+  const char* key;
+  std::vector<const char*> labels;
+  std::vector<PreferenceValue> values;
+};
+
+TEST_F(SettingsTest, OffersFixedChoicesAndStoresThemAtOnce) {
+  open(Section::data);
+  EXPECT_EQ(list("Keep History").width(), 120);
+  using Text = std::string;
+  using Days = std::int64_t;
+  for (const auto& [title, key, labels, values] :
+       std::vector<Options>{{"Refresh Interval",
+                             "refreshInterval",
+                             {"1 second", "2 seconds", "5 seconds"},
+                             {1.0, 2.0, 5.0}},
+                            {"Monitor Interface",
+                             "monitorInterface",
+                             {"All Interfaces", "Wi-Fi (en0)", "Ethernet (en1)"},
+                             {Text("all"), Text("en0"), Text("en1")}},
+                            {"Slow Speed Warning",
+                             "slowSpeedThreshold",
+                             {"5 Mbps", "10 Mbps", "25 Mbps", "50 Mbps"},
+                             {5.0, 10.0, 25.0, 50.0}},
+                            {"High Latency Warning",
+                             "highLatencyThreshold",
+                             {"50 ms", "100 ms", "200 ms"},
+                             {50.0, 100.0, 200.0}},
+                            {"Keep History",
+                             "dataRetentionDays",
+                             {"7 days", "30 days", "90 days", "1 year"},
+                             {Days{7}, Days{30}, Days{90}, Days{365}}}}) {
+    EXPECT_EQ(entries(title), Texts(labels.begin(), labels.end()));
+    for (std::size_t index = 0; index < labels.size(); ++index) {
+      choose(title, labels[index]);
+      EXPECT_TRUE(store.value(key) == values.at(index)) << title << ": " << labels[index];
+    }
+  }
 }
 
 TEST_F(SettingsTest, KeepsAllValuesWhenSectionsChange) {
@@ -191,7 +196,7 @@ TEST_F(SettingsTest, KeepsAllValuesWhenSectionsChange) {
 
 TEST_F(SettingsTest, ShowsWhatOthersWrite) {
   open();
-  store.set("refreshInterval", std::int64_t{5}); // as a person may write it
+  store.set("refreshInterval", std::int64_t{5}); // as a user may write it
   store.set("showUploadInMenubar", false);
   store.set("dataRetentionDays", std::int64_t{90});
   scheduler.settle();
@@ -206,7 +211,7 @@ TEST_F(SettingsTest, ShowsWhatOthersWrite) {
 
 TEST_F(SettingsTest, ShowsNoEntryForAValueThatNoneHas) {
   store.set("refreshInterval", 3.0);
-  store.set("slowSpeedThreshold", std::numeric_limits<double>::quiet_NaN());
+  store.set("slowSpeedThreshold", nan);
   open();
   store.set("dataRetentionDays", std::int64_t{31});
   store.set("monitorInterface", std::string("ALL"));
@@ -232,7 +237,7 @@ TEST_F(SettingsTest, RegistersTheLoginItemAndStaysOnWhenThatFails) {
   EXPECT_TRUE(stored<bool>("launchAtLogin"));
 }
 
-// A store that takes nothing, not even for its own readers.
+// A store that ignores all writes.
 class ClosedStore final : public PreferencesStore {
 public:
   [[nodiscard]] std::optional<PreferenceValue> value(std::string_view) const override { return {}; }

@@ -1,6 +1,5 @@
 #include "support/Details.h"
 #include "support/Preferences.h"
-#include "support/ReadAloud.h"
 #include "ui/components/Buttons.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +11,6 @@
 namespace tidewell::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 std::string nameOfFocus(const QWidget& window) {
   const QWidget* const focus = window.focusWidget();
   if (focus == nullptr || focus == &window) {
@@ -24,7 +21,7 @@ std::string nameOfFocus(const QWidget& window) {
   return (name.isEmpty() && button != nullptr ? button->text() : name).toStdString();
 }
 
-// What Tab reaches, in its order, until it comes round.
+// The names of the widgets that Tab reaches, in order, until the first one comes again.
 Texts reached(QWidget& window) {
   Texts names;
   for (int step = 0; step < 20; ++step) {

@@ -5,14 +5,14 @@
 
 #include <ctime>
 
-// Qt paints large areas with threads of its own, and orders them in ways that the thread sanitizer
-// does not see. The views themselves run on one thread.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer asks for this name.
+// Qt paints large areas with its own threads, in an order that the thread sanitizer cannot see. The
+// views run on one thread.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer requires this name.
 extern "C" const char* __tsan_default_suppressions() {
   return "race:libQt6Core.so\nrace:libQt6Gui.so\n";
 }
 
-// Everything that could make two machines draw differently is settled before Qt looks at it.
+// Fixes everything that could make two machines draw differently, before Qt reads it.
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
   qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -1,17 +1,111 @@
 #include "ui/mirror/ResidentMirror.h"
 
+#include "app/ResidentShell.h"
+#include "connectivity/MonitorState.h"
+#include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/loop/EpollLoop.h"
+#include "processes/TrackerState.h"
+#include "sampling/SamplerState.h"
+#include "settings/AppSettings.h"
+#include "speedtest/SpeedTestState.h"
+#include "support/FakeLoginItem.h"
+#include "support/FakePreferencesStore.h"
 #include "support/PrivateBus.h"
-#include "windows/support/ResidentThread.h"
 
 #include <gtest/gtest.h>
 
 #include <QTest>
 
+#include <atomic>
+#include <functional>
+#include <future>
 #include <limits>
 #include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace tidewell::test {
 namespace {
+
+/// The resident's bus interface for states that a test sets, on a thread with its own event loop.
+/// Stops in the destructor.
+class ResidentThread {
+public:
+  struct States {
+    SamplerState sampler;
+    MonitorState monitor;
+    TrackerState tracker;
+    SpeedTestState speedTest;
+  };
+
+  explicit ResidentThread(std::string address)
+      : m_thread([this, address = std::move(address)] { run(address); }) {
+    m_loop = m_ready.get_future().get();
+  }
+  ResidentThread(const ResidentThread&) = delete;
+  ResidentThread& operator=(const ResidentThread&) = delete;
+  ~ResidentThread() {
+    post([this] { m_loop->quit(); });
+    m_thread.join();
+    ::close(m_wake);
+  }
+
+  /// Changes the states on the resident's thread.
+  void publish(std::function<void(States& states)> change) {
+    post([this, change = std::move(change)] { change(m_states); });
+  }
+
+  std::atomic<int> quits = 0;
+  std::atomic<int> speedTests = 0;
+
+private:
+  // The loop itself belongs to one thread.
+  void post(std::function<void()> task) {
+    const std::lock_guard lock(m_mutex);
+    m_tasks.push_back(std::move(task));
+    ::eventfd_write(m_wake, 1);
+  }
+  void runTasks() {
+    eventfd_t count = 0;
+    ::eventfd_read(m_wake, &count);
+    std::unique_lock lock(m_mutex);
+    const auto tasks = std::exchange(m_tasks, {});
+    lock.unlock();
+    for (const auto& task : tasks) {
+      task();
+    }
+  }
+  void run(const std::string& address) {
+    EpollLoop loop;
+    const auto watch = loop.watch(m_wake, EPOLLIN, [this](std::uint32_t) { runTasks(); });
+    SessionBus bus(loop, address);
+    FakePreferencesStore preferences(loop);
+    FakeLoginItem loginItem;
+    const AppSettings settings(preferences, loginItem);
+    const ResidentShell shell(
+        loop, bus,
+        ResidentSources{m_states.sampler, m_states.monitor, m_states.tracker, m_states.speedTest,
+                        settings, preferences},
+        {[this] { ++quits; }, [] {}, [this] { ++speedTests; }, [](const WindowRequest&) {}});
+    m_ready.set_value(&loop);
+    loop.run();
+  }
+
+  States m_states; // used only by the thread while it runs
+  std::promise<EpollLoop*> m_ready;
+  EpollLoop* m_loop = nullptr;
+  std::mutex m_mutex;
+  std::vector<std::function<void()>> m_tasks;
+  int m_wake = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  std::thread m_thread;
+};
 
 template <class Condition> bool until(Condition&& condition) {
   return QTest::qWaitFor(std::forward<Condition>(condition), 10'000);

@@ -1,5 +1,6 @@
 #include "ui/application/AbsenceNotice.h"
 
+#include "ui/components/Painting.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -10,7 +11,7 @@ namespace tidewell {
 
 namespace {
 
-// Within the room that the panel leaves above its first line.
+// Fits into the panel's padding above its first line.
 constexpr int noticeHeight = 20;
 constexpr int margin = 4;
 constexpr int radius = 6;
@@ -32,12 +33,9 @@ AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* windo
 }
 
 void AbsenceNotice::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(TWColor::redDim());
-  painter.drawRoundedRect(rect(), radius, radius);
-  painter.setPen(TWColor::red());
+  SmoothPainter painter(this);
+  fillRounded(painter, rect(), radius, TWColor::redDim);
+  painter.setPen(TWColor::red);
   painter.setFont(TWFont::caption());
   painter.drawText(rect(), Qt::AlignCenter, text());
 }

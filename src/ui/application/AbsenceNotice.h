@@ -6,16 +6,16 @@
 
 namespace tidewell {
 
-/// Says at an edge of a window that the resident does not run, for as long as it does not. Takes
-/// no room from what it lies on. Main thread.
+/// A notice at an edge of a window while the resident is not running. It takes no space in the
+/// layout.
 class AbsenceNotice final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  /// Where the window leaves room for it.
+  /// The edge where the window has free space.
   enum class Edge { top, bottom };
 
-  /// Borrows what tells whether the resident runs.
+  /// Borrows `isThere`, which is true while the resident runs.
   AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* window);
 
 protected:

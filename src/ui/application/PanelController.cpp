@@ -12,7 +12,7 @@ namespace tidewell {
 
 namespace {
 
-// Between a panel's loss of focus and the click that caused it.
+// The longest time between a panel's loss of focus and the click that caused it.
 constexpr std::chrono::milliseconds sameClick(250);
 
 } // namespace
@@ -52,7 +52,7 @@ void PanelController::open(std::optional<QPoint> point) {
 void PanelController::close() {
   if (PanelWindow* const host = m_host.release()) {
     host->hide();
-    host->deleteLater(); // it may be what called
+    host->deleteLater(); // it may be the caller
     Q_EMIT closed();
   }
 }

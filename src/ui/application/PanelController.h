@@ -13,7 +13,7 @@ namespace tidewell {
 
 struct ResidentState;
 
-/// Opens and closes the panel. Main thread.
+/// Opens and closes the panel.
 class PanelController final : public QObject {
   Q_OBJECT
 
@@ -22,10 +22,10 @@ public:
   PanelController(ResidentState& state, PanelActions actions);
   ~PanelController() override;
 
-  /// What a click on the item does: opens the panel, or closes it when it is open. A click that
-  /// has just made the panel lose the focus was meant to close it.
+  /// Handles a click on the item: opens the panel, or closes it if it is open. A click that has
+  /// just taken the focus from the panel was meant to close it.
   void toggle(std::optional<QPoint> point);
-  /// Shows the panel, wherever it was.
+  /// Opens the panel if it is not open.
   void open(std::optional<QPoint> point);
   void close();
 

@@ -10,14 +10,12 @@
 
 namespace tidewell {
 
-/// The user's preferences in the process of the windows: the same file as the resident's, observed
-/// like any other writer's. Main thread.
+/// The user's preferences in the windows' process. Resident and windows share one file and watch it
+/// for each other's changes.
 class Preferences {
 public:
   /// Reads them. `resident` is the absolute path of the program that starts at login.
   explicit Preferences(const std::string& resident);
-  Preferences(const Preferences&) = delete;
-  Preferences& operator=(const Preferences&) = delete;
   ~Preferences();
 
   [[nodiscard]] static AppSettings& settings() { return AppSettings::shared(); }
@@ -29,8 +27,8 @@ private:
   AutostartLoginItem m_loginItem;
 };
 
-/// The resident that belongs to a windows' process of this absolute path: where the distribution
-/// or the build directory has it. Pure but for looking whether files exist.
+/// The path of the resident for a windows' process with this absolute path, as installed or in the
+/// build directory. Checks which file exists.
 [[nodiscard]] std::string residentProgram(const std::string& windowsProgram);
 
 } // namespace tidewell

@@ -40,7 +40,7 @@ public:
       if (const Ticks next = toPeriod(period); next > Ticks::zero()) {
         m_timer.start(milliseconds(period));
       }
-      const Task fire = m_task; // a copy: it may destroy this timer
+      const Task fire = m_task; // a copy, since it may destroy this timer
       runAtOnce(fire);
     });
     m_timer.start(milliseconds(first));
@@ -56,7 +56,7 @@ public:
   QtWatch(int descriptor, EventLoop::FdHandler handler)
       : m_notifier(descriptor, QSocketNotifier::Read), m_handler(std::move(handler)) {
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] {
-      const EventLoop::FdHandler readable = m_handler; // which may destroy this watch
+      const EventLoop::FdHandler readable = m_handler; // may destroy this watch
       readable(EPOLLIN);
     });
   }
@@ -83,13 +83,7 @@ void QtQueue::post(Task task) {
 
 void QtQueue::postAfter(Seconds delay, Task task) {
   post([this, delay, task = std::move(task)] {
-    auto* const timer = new QTimer(&m_context);
-    timer->setSingleShot(true);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, task] {
-      timer->deleteLater();
-      runAtOnce(task);
-    });
-    timer->start(milliseconds(delay));
+    QTimer::singleShot(milliseconds(delay), &m_context, [task] { runAtOnce(task); });
   });
 }
 

@@ -7,8 +7,8 @@
 
 namespace tidewell {
 
-/// The application's event loop as the main queue.
-/// Timers repeat from their last firing, which is good enough for windows.
+/// The application's event loop as a work queue. Timers repeat from their last firing, which is
+/// accurate enough for windows.
 class QtQueue final : public WorkQueue {
 public:
   void post(Task task) override;
@@ -21,7 +21,7 @@ private:
     bool event(QEvent* event) override;
   };
 
-  Context m_context; // what is posted goes with it
+  Context m_context; // discards posted tasks when destroyed
 };
 
 /// Watches descriptors for reading in the application's event loop.

@@ -35,8 +35,8 @@ void ResidentSocket::read() {
     }
     report({WindowReport::Kind::taken, {}});
   } else if (size == 0 || (errno != EAGAIN && errno != EINTR && errno != ECONNRESET)) {
-    // A resident that ends without having read all reports resets the connection; its last words
-    // are there all the same, behind that error.
+    // A resident that exits with unread reports resets the connection. Its last messages can still
+    // be read after that error.
     m_readable.setEnabled(false);
     Q_EMIT closed();
   }

@@ -9,8 +9,7 @@
 
 namespace tidewell {
 
-/// The socket to the resident, which is the standard input when the resident has started this
-/// process. Main thread.
+/// The socket to the resident: the standard input, if the resident started this process.
 class ResidentSocket final : public QObject {
   Q_OBJECT
 
@@ -18,15 +17,15 @@ public:
   /// Whether the standard input is such a socket.
   [[nodiscard]] static bool isThere();
 
-  /// Call when `isThere`.
+  /// Call only if `isThere`.
   ResidentSocket();
 
   void report(const WindowReport& report) const;
 
 Q_SIGNALS:
-  /// Each request is reported as taken after this.
+  /// Emitted for each request, before it is reported as taken.
   void requested(const tidewell::WindowRequest& request);
-  /// The resident is gone.
+  /// The resident has exited.
   void closed();
 
 private:

@@ -10,8 +10,8 @@ namespace tidewell {
 QIcon windowIcon() {
   const QIcon theme = QIcon::fromTheme(QStringLiteral("com.halden.Tidewell"));
   QIcon icon;
-  // Under X11 every size becomes a part of one property of each window; all that the theme has
-  // would be more than a megabyte.
+  // X11 stores all sizes in one property of each window. All sizes of the theme would take more
+  // than a megabyte.
   for (const int size : {16, 24, 32, 48, 64}) {
     const QPixmap picture = theme.pixmap(QSize(size, size), 1.0);
     if (!picture.isNull()) {
@@ -42,7 +42,7 @@ void SingleWindow::show(const std::string& token) {
     });
   }
   if (!token.empty()) {
-    // Where the toolkit looks for it when the window asks for the focus.
+    // The toolkit reads the token from here when the window requests the focus.
     qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(token));
   }
   m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);

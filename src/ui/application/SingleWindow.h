@@ -10,24 +10,22 @@
 
 namespace tidewell {
 
-/// The program's icon of the desktop's theme in the sizes that window lists and title bars show;
-/// null where it is not installed. Main thread.
+/// The program's icon from the desktop's theme, in the sizes used by window lists and title bars.
+/// Null if it is not installed.
 [[nodiscard]] QIcon windowIcon();
 
-/// A window of which there is at most one: made when it is asked for, raised when it is asked for
-/// again, and gone when it is closed. Main thread.
+/// At most one window of a kind. `show` creates or raises it; closing deletes it.
 class SingleWindow final : public QObject {
   Q_OBJECT
 
 public:
-  /// Makes the window's content; the caller owns it.
+  /// Creates the window. The caller owns it.
   using Make = std::function<QWidget*()>;
 
   explicit SingleWindow(Make make);
   ~SingleWindow() override;
 
-  /// Brings the window to the front. `token` is what the desktop gave to prove that the user asked,
-  /// empty when there is none.
+  /// Brings the window to the front. `token` is the desktop's activation token, or empty.
   void show(const std::string& token);
 
   [[nodiscard]] bool isOpen() const { return !m_window.isNull(); }

@@ -18,10 +18,10 @@ namespace {
 
 using Window = WindowRequest::Kind;
 
-// Opening again within this time costs a few milliseconds; afterwards a new process.
+// Reopening a window within this time takes a few milliseconds; later it takes a new process.
 constexpr std::chrono::seconds idleLife(60);
 
-// The resident answers within a few milliseconds, or does not run.
+// A running resident answers within a few milliseconds.
 constexpr std::chrono::milliseconds valuesPatience(150);
 
 QString ownName() { return QStringLiteral("com.halden.Tidewell.Windows"); }
@@ -87,7 +87,7 @@ void WindowsApplication::listen() {
   }
   m_socket = std::make_unique<ResidentSocket>();
   connect(m_socket.get(), &ResidentSocket::requested, this, &WindowsApplication::handle);
-  // Windows stay when the resident is gone: it may come back, and they say so until then.
+  // Windows stay open without the resident, which may come back. They show a notice until then.
   connect(m_socket.get(), &ResidentSocket::closed, this, [this] { setItemShown(false); });
 }
 
@@ -101,7 +101,7 @@ void WindowsApplication::becomeTheOnlyOne() {
       QCoreApplication::quit();
     }
   });
-  // Whoever has the name belongs to a resident that is gone, since a resident has one such process.
+  // A resident has one such process, so the current owner belongs to a resident that has exited.
   names->registerService(ownName(), QDBusConnectionInterface::ReplaceExistingService,
                          QDBusConnectionInterface::AllowReplacement);
 }
@@ -186,7 +186,7 @@ void WindowsApplication::windowsChanged() {
 
 void WindowsApplication::leaveIfUnused() {
   if (QGuiApplication::clipboard()->ownsClipboard()) {
-    // What was copied would go along.
+    // Exiting would clear the clipboard.
     m_idle.start();
     return;
   }

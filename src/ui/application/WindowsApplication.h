@@ -17,8 +17,7 @@ namespace tidewell {
 
 class OwnItem;
 
-/// The windows of one process: opens what is asked for and ends a while after the last one closed.
-/// Main thread.
+/// Opens the requested windows, and exits some time after the last one was closed.
 class WindowsApplication final : public QObject {
   Q_OBJECT
 
@@ -27,7 +26,7 @@ public:
   WindowsApplication(QDBusConnection bus, const std::string& resident);
   ~WindowsApplication() override;
 
-  /// Does what is asked, as soon as the resident's values have arrived.
+  /// Handles the request as soon as the resident's values have arrived.
   void handle(const WindowRequest& request);
 
 private:
@@ -49,14 +48,14 @@ private:
   QDBusConnection m_bus;
   ResidentMirror m_mirror;
   Preferences m_preferences;
-  std::unique_ptr<ResidentSocket> m_socket; // none when started by hand
+  std::unique_ptr<ResidentSocket> m_socket; // null if the user started the process
   PanelController m_panel;
   SingleWindow m_detail;
   SingleWindow m_settings;
   std::unique_ptr<OwnItem> m_item;
-  std::vector<WindowRequest> m_waiting; // for the resident's values
+  std::vector<WindowRequest> m_waiting; // until the resident's values arrive
   bool m_isReady = false;
-  QTimer m_patience; // with a resident that does not answer
+  QTimer m_patience; // limits the wait for those values
   QTimer m_idle;
 };
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// What somebody asks who starts this program by hand: the window of the first word, else the
+/// The request of a user who starts this program: the window named by the first argument, or the
 /// panel.
 tidewell::WindowRequest requestOf(const QStringList& arguments) {
   const std::string word = arguments.value(1, QStringLiteral("panel")).toStdString();
@@ -26,7 +26,7 @@ int main(int argumentCount, char** arguments) {
     return 1;
   }
   QApplication::setQuitOnLastWindowClosed(false);
-  // Under X11 the windows' class, and what assistive technology calls the program.
+  // Becomes the windows' class under X11, and the program's name for assistive technology.
   QApplication::setApplicationName(QStringLiteral("Tidewell"));
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);

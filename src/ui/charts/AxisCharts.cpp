@@ -3,6 +3,7 @@
 #include "ui/charts/Curves.h"
 #include "ui/charts/ThroughputFigures.h"
 #include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
@@ -22,27 +23,27 @@ namespace {
 constexpr int labelSpacing = 8;
 constexpr int labelWidth = 62;
 
-TextStyle labelStyle() { return {TWFont::monoTiny(), TWColor::textTertiary()}; }
+TextStyle labelStyle() { return {TWFont::monoTiny(), TWColor::textTertiary}; }
 
 constexpr int bandwidthHeight = 200;
 constexpr double areaOpacity = 0.25;
 constexpr double downloadWidth = 2.0;
 constexpr double uploadWidth = 1.5;
-// In megabits per second: less than this is the noise of an idle machine.
+// In megabits per second. Idle machines stay below this.
 constexpr double leastMegabits = 0.1;
 
 QString bandwidthTitle() { return QStringLiteral("Bandwidth Over Time"); }
 
 QBrush fade(const QRectF& plot) {
   QLinearGradient gradient(plot.topLeft(), plot.bottomLeft());
-  gradient.setColorAt(0.0, withOpacity(TWColor::accent(), areaOpacity));
-  gradient.setColorAt(1.0, withOpacity(TWColor::accent(), 0.0));
+  gradient.setColorAt(0.0, withOpacity(TWColor::accent, areaOpacity));
+  gradient.setColorAt(1.0, withOpacity(TWColor::accent, 0.0));
   return gradient;
 }
 
 constexpr int latencyHeight = 150;
 constexpr double latencyWidth = 1.5;
-// In milliseconds: below this differences mean nothing.
+// In milliseconds. Smaller differences are insignificant.
 constexpr double leastMilliseconds = 1.0;
 
 constexpr int swatchWidth = 16;
@@ -50,21 +51,16 @@ constexpr int swatchHeight = 3;
 constexpr double swatchRadius = 2.0;
 constexpr int swatchSpacing = 6;
 
-TextStyle legendStyle() {
-  static const QFont font = TWFont::standard(12, QFont::Normal);
-  return {font, TWColor::textSecondary()};
-}
+TextStyle legendStyle() { return {TWFont::standard(12, QFont::Normal), TWColor::textSecondary}; }
 
 } // namespace
 
 AxisChart::AxisChart(int height, QString unit, QWidget* parent)
     : PaintedWidget(QAccessible::Chart, parent), m_height(height), m_unit(std::move(unit)),
-      m_axis(1.0, 1.0) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-}
+      m_axis(1.0, 1.0) {}
 
 QRectF AxisChart::plot() const {
-  // Half a label stands out above the uppermost grid line and below the lowest.
+  // Leaves room for half a label above the top grid line and below the bottom one.
   const int edge = (lineHeight(labelStyle()) + 1) / 2;
   return QRectF(rect()).adjusted(0.0, edge, -(labelSpacing + labelWidth), -edge);
 }
@@ -83,7 +79,7 @@ void AxisChart::paintGrid(QPainter& painter) const {
   const int half = QFontMetrics(labelStyle().font).ascent() / 2;
   for (const double tick : m_axis.ticks()) {
     const double y = std::round(m_axis.yOf(tick, area));
-    painter.fillRect(QRectF(area.left(), y, area.width(), 1.0), TWColor::borderSubtle());
+    painter.fillRect(QRectF(area.left(), y, area.width(), 1.0), TWColor::borderSubtle);
     const bool isTop = tick == m_axis.ticks().back();
     const QString text = m_axis.label(tick) + (isTop ? u' ' + m_unit : QString());
     drawLine(painter, QRectF(area.right() + labelSpacing, y - half - 1, labelWidth, 2.0 * half),
@@ -114,8 +110,8 @@ void BandwidthChart::paintCurves(QPainter& painter) const {
   const ChartCurve download(m_download, axis(), area);
   const ChartCurve upload(m_upload, axis(), area);
   download.fill(painter, fade(area), area);
-  download.draw(painter, TWColor::accent(), downloadWidth);
-  upload.draw(painter, TWColor::cyan(), uploadWidth);
+  download.draw(painter, TWColor::accent, downloadWidth);
+  upload.draw(painter, TWColor::cyan, uploadWidth);
 }
 
 LatencyChart::LatencyChart(QWidget* parent)
@@ -143,23 +139,21 @@ QString LatencyChart::summary() const {
 }
 
 void LatencyChart::paintCurves(QPainter& painter) const {
-  ChartCurve(m_latency, axis(), plot()).draw(painter, TWColor::yellow(), latencyWidth);
+  ChartCurve(m_latency, axis(), plot()).draw(painter, TWColor::yellow, latencyWidth);
 }
 
 LegendItem::LegendItem(QString label, QColor color, QWidget* parent)
     : PaintedWidget(QAccessible::StaticText, parent), m_label(std::move(label)), m_color(color) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   const int textWidth = static_cast<int>(std::ceil(lineWidth(m_label, legendStyle())));
   setFixedSize(swatchWidth + swatchSpacing + textWidth, lineHeight(legendStyle()));
   setSpoken(m_label);
 }
 
 void LegendItem::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(m_color);
+  SmoothPainter painter(this);
   const int top = (height() - swatchHeight) / 2;
-  painter.drawRoundedRect(QRectF(0.0, top, swatchWidth, swatchHeight), swatchRadius, swatchRadius);
+  fillRounded(painter, QRectF(0.0, top, swatchWidth, swatchHeight), swatchRadius, m_color);
   drawLine(painter, rect().adjusted(swatchWidth + swatchSpacing, 0, 0, 0), m_label, legendStyle());
 }
 

@@ -11,8 +11,7 @@
 
 namespace tidewell {
 
-/// A chart without a horizontal axis and with a vertical one at its right, whose uppermost label
-/// tells the unit. Main thread.
+/// A chart with a vertical axis at its right and no horizontal one. The top label has the unit.
 class AxisChart : public PaintedWidget {
   Q_OBJECT
 
@@ -20,13 +19,13 @@ public:
   [[nodiscard]] QSize sizeHint() const override { return {0, m_height}; }
   [[nodiscard]] const ValueAxis& axis() const { return m_axis; }
 
-  /// Where the values lie.
+  /// The area of the values.
   [[nodiscard]] QRectF plot() const;
 
 protected:
   AxisChart(int height, QString unit, QWidget* parent);
 
-  /// The axis to draw from now on.
+  /// Replaces the axis.
   void setAxis(const ValueAxis& axis);
   virtual void paintCurves(QPainter& painter) const = 0;
 
@@ -40,7 +39,7 @@ private:
   ValueAxis m_axis;
 };
 
-/// Download and upload of all samples, in megabits per second. Main thread.
+/// Download and upload of all samples, in megabits per second.
 class BandwidthChart final : public AxisChart {
   Q_OBJECT
 
@@ -58,7 +57,7 @@ private:
   std::vector<double> m_upload;
 };
 
-/// Latency of all samples, in milliseconds. Main thread.
+/// Latency of all samples, in milliseconds.
 class LatencyChart final : public AxisChart {
   Q_OBJECT
 
@@ -77,7 +76,7 @@ private:
   std::vector<double> m_latency;
 };
 
-/// Names a line of a chart beside a piece of its colour. Main thread.
+/// A legend entry: a sample of a curve's colour and the curve's name.
 class LegendItem final : public PaintedWidget {
   Q_OBJECT
 

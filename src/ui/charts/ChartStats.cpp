@@ -1,8 +1,8 @@
 #include "ui/charts/ChartStats.h"
 
 #include "base/Checked.h"
-#include "format/SpeedFormatter.h"
 #include "ui/charts/ThroughputFigures.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/StatCell.h"
 #include "ui/tokens/TWColor.h"
 
@@ -15,9 +15,8 @@ namespace {
 constexpr int spacing = 12;
 constexpr double radius = 8.0;
 
-StatFigure chartStatCard(const char* label, const std::string& value, const char* unit = "") {
-  return {QString::fromLatin1(label), QString::fromStdString(value), QString::fromLatin1(unit),
-          TWColor::text()};
+StatFigure chartStatCard(const char* label, const QString& value) {
+  return {QString::fromLatin1(label), value, {}, TWColor::text};
 }
 
 } // namespace
@@ -34,15 +33,15 @@ ChartStats::ChartStats(QWidget* parent)
 }
 
 void ChartStats::setCurrent(std::int64_t downloadBytesPerSec) {
-  m_cards[0]->setFigure(chartStatCard("Current", SpeedFormatter::format(downloadBytesPerSec)));
+  m_cards[0]->setFigure(chartStatCard("Current", rateText(downloadBytesPerSec)));
 }
 
 void ChartStats::setSnapshots(const SnapshotList& snapshots) {
   const std::int64_t average = checkedTruncate(averageDownloadBytes(snapshots));
-  m_cards[1]->setFigure(chartStatCard("Average", SpeedFormatter::format(average)));
-  m_cards[2]->setFigure(
-      chartStatCard("Peak", SpeedFormatter::format(peakDownloadBytes(snapshots))));
-  m_cards[3]->setFigure(chartStatCard("Total", totalTransferred(snapshots)));
+  m_cards[1]->setFigure(chartStatCard("Average", rateText(average)));
+  m_cards[2]->setFigure(chartStatCard("Peak", rateText(peakDownloadBytes(snapshots))));
+  m_cards[3]->setFigure(
+      chartStatCard("Total", QString::fromStdString(totalTransferred(snapshots))));
 }
 
 void ChartStats::resizeEvent(QResizeEvent* /*event*/) {

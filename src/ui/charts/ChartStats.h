@@ -10,16 +10,16 @@ namespace tidewell {
 
 class StatCell;
 
-/// Four cards side by side with figures of the download. Main thread.
+/// Four cards with figures about the download, side by side.
 class ChartStats final : public SpokenGroup {
   Q_OBJECT
 
 public:
   explicit ChartStats(QWidget* parent);
 
-  /// The rate of the moment, in bytes per second.
+  /// The current rate, in bytes per second.
   void setCurrent(std::int64_t downloadBytesPerSec);
-  /// The samples that the other figures are about.
+  /// The samples for the other figures.
   void setSnapshots(const SnapshotList& snapshots);
 
 protected:

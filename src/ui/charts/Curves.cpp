@@ -1,6 +1,7 @@
 #include "ui/charts/Curves.h"
 
 #include "ui/charts/ValueAxis.h"
+#include "ui/components/Painting.h"
 
 #include <QLineF>
 
@@ -12,7 +13,7 @@ namespace tidewell {
 namespace {
 
 constexpr int segmentsAtOnce = 10;
-// A whole number of pixels of the device at every usual scale, quarters included.
+// A whole number of device pixels at every common scale, including quarters.
 constexpr double stripWidth = 16.0;
 
 double lengthOf(const QPointF* points, int segments) {
@@ -28,14 +29,14 @@ double heightAt(const QPointF& left, const QPointF& right, double x) {
   return left.y() + share * (right.y() - left.y());
 }
 
-// Beyond, labels would not fit. Nothing that is measured comes near it.
+// Labels of larger values would not fit. Measured values are far smaller.
 constexpr double farthest = 1e15;
 
 } // namespace
 
 void drawCurve(QPainter& painter, const QPolygonF& curve, QPen pen) {
   const bool isDashed = pen.style() != Qt::SolidLine;
-  // Round ends close the joints between pieces; at a dash they would make it longer.
+  // Round caps close the gaps between pieces, but would lengthen dashes.
   pen.setCapStyle(isDashed ? Qt::FlatCap : Qt::RoundCap);
   const auto last = static_cast<int>(curve.size()) - 1;
   for (int begin = 0; begin < last; begin += segmentsAtOnce) {
@@ -105,9 +106,7 @@ ChartCurve::ChartCurve(const std::vector<double>& values, const ValueAxis& axis,
 void ChartCurve::draw(QPainter& painter, const QColor& color, double width) const {
   for (const QPolygonF& piece : m_pieces) {
     if (piece.size() == 1) {
-      painter.setPen(Qt::NoPen);
-      painter.setBrush(color);
-      painter.drawEllipse(piece.first(), 1.5 * width, 1.5 * width);
+      fillDisc(painter, piece.first(), 1.5 * width, color);
     } else {
       drawCurve(painter, piece, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
     }

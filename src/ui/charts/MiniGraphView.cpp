@@ -3,6 +3,7 @@
 #include "ui/charts/Curves.h"
 #include "ui/charts/ThroughputFigures.h"
 #include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -20,7 +21,7 @@ namespace {
 constexpr int chartHeight = 60;
 constexpr double chartRadius = 6.0;
 constexpr int headerSpacing = 8;
-// Keeps half a line's width, and the round corners, out of the curves.
+// Keeps the curves clear of the rounded corners.
 constexpr double plotInset = 5.0;
 constexpr double areaOpacity = 0.3;
 constexpr double downloadWidth = 2.0;
@@ -33,12 +34,9 @@ constexpr double tagRadius = 4.0;
 QString titleText() { return QStringLiteral("Bandwidth (last 5 min)"); }
 QString tagText() { return QStringLiteral("Live"); }
 
-TextStyle titleStyle() {
-  static const QFont font = TWFont::standard(12, QFont::Medium);
-  return {font, TWColor::textSecondary()};
-}
+TextStyle titleStyle() { return {TWFont::standard(12, QFont::Medium), TWColor::textSecondary}; }
 
-TextStyle tagStyle() { return {TWFont::caption(), TWColor::textTertiary()}; }
+TextStyle tagStyle() { return {TWFont::caption(), TWColor::textTertiary}; }
 
 int headerHeight() { return lineHeight(tagStyle()) + 2 * tagEdgePadding; }
 
@@ -49,21 +47,18 @@ QPen curvePen(const QColor& color, double width) {
 
 QBrush areaBrush(const QRectF& plot) {
   QLinearGradient fade(plot.topLeft(), plot.bottomLeft());
-  fade.setColorAt(0.0, withOpacity(TWColor::green(), areaOpacity));
-  fade.setColorAt(1.0, withOpacity(TWColor::green(), 0.0));
+  fade.setColorAt(0.0, withOpacity(TWColor::green, areaOpacity));
+  fade.setColorAt(1.0, withOpacity(TWColor::green, 0.0));
   return fade;
 }
 
 void paintPoint(QPainter& painter, QPointF centre, const QColor& color, double radius) {
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(color);
-  painter.drawEllipse(centre, radius, radius);
+  fillDisc(painter, centre, radius, color);
 }
 
 } // namespace
 
 MiniGraphView::MiniGraphView(QWidget* parent) : PaintedWidget(QAccessible::Chart, parent) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   setSpoken(titleText(), graphSummary({}));
 }
 
@@ -80,14 +75,11 @@ QRect MiniGraphView::chart() const {
 }
 
 void MiniGraphView::paintEvent(QPaintEvent* event) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   if (!chart().contains(event->rect())) {
     paintHeader(painter);
   }
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(TWColor::surface2());
-  painter.drawRoundedRect(chart(), chartRadius, chartRadius);
+  fillRounded(painter, chart(), chartRadius, TWColor::surface2);
   if (!m_snapshots.empty()) {
     paintChart(painter);
   }
@@ -96,9 +88,7 @@ void MiniGraphView::paintEvent(QPaintEvent* event) {
 void MiniGraphView::paintHeader(QPainter& painter) const {
   const double tagWidth = std::ceil(lineWidth(tagText(), tagStyle())) + 2 * tagSidePadding;
   const QRectF tag(width() - tagWidth, 0.0, tagWidth, headerHeight());
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(TWColor::surface2());
-  painter.drawRoundedRect(tag, tagRadius, tagRadius);
+  fillRounded(painter, tag, tagRadius, TWColor::surface2);
   drawLine(painter, tag.adjusted(tagSidePadding, tagEdgePadding, -tagSidePadding, 0.0), tagText(),
            tagStyle());
   const int titleTop = (headerHeight() - lineHeight(titleStyle())) / 2;
@@ -109,14 +99,14 @@ void MiniGraphView::paintChart(QPainter& painter) const {
   const QRectF plot = QRectF(chart()).adjusted(plotInset, plotInset, -plotInset, -plotInset);
   const GraphCurves curves(m_snapshots, plot);
   if (m_snapshots.size() == 1) {
-    paintPoint(painter, curves.download.first(), TWColor::green(), 1.5 * downloadWidth);
-    paintPoint(painter, curves.upload.first(), TWColor::cyan(), uploadWidth);
+    paintPoint(painter, curves.download.first(), TWColor::green, 1.5 * downloadWidth);
+    paintPoint(painter, curves.upload.first(), TWColor::cyan, uploadWidth);
     return;
   }
   fillBelow(painter, curves.download, plot.bottom(), areaBrush(plot));
-  drawCurve(painter, curves.download, curvePen(TWColor::green(), downloadWidth));
-  QPen dashed = curvePen(TWColor::cyan(), uploadWidth);
-  dashed.setDashPattern({dash / uploadWidth, dash / uploadWidth}); // in widths of the pen
+  drawCurve(painter, curves.download, curvePen(TWColor::green, downloadWidth));
+  QPen dashed = curvePen(TWColor::cyan, uploadWidth);
+  dashed.setDashPattern({dash / uploadWidth, dash / uploadWidth}); // in pen widths
   drawCurve(painter, curves.upload, dashed);
 }
 

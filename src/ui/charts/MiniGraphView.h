@@ -5,7 +5,7 @@
 
 namespace tidewell {
 
-/// A small chart of the recent throughput, without axes, under a header. Main thread.
+/// A small chart of the recent throughput with a header and without axes.
 class MiniGraphView final : public PaintedWidget {
   Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
 
   [[nodiscard]] QSize sizeHint() const override;
 
-  /// Where the chart lies, with its ground.
+  /// The chart's area, including its background.
   [[nodiscard]] QRect chart() const;
 
 protected:

@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -19,10 +20,9 @@ constexpr int edgePadding = 4;
 constexpr double radius = 4.0;
 
 TextStyle textStyle(bool isChosen) {
-  static const QFont font = TWFont::standard(11, QFont::Medium);
-  TextStyle style{font, isChosen ? TWColor::accent() : TWColor::textSecondary()};
-  style.alignment = Qt::AlignHCenter;
-  return style;
+  return {.font = TWFont::standard(11, QFont::Medium),
+          .color = isChosen ? TWColor::accent : TWColor::textSecondary,
+          .alignment = Qt::AlignHCenter};
 }
 
 constexpr int spacing = 4;
@@ -35,13 +35,11 @@ QSize RangeButton::sizeHint() const {
 }
 
 void RangeButton::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(isChecked()    ? TWColor::accentDim()
-                   : underMouse() ? TWColor::surface3()
-                                  : TWColor::surface2());
-  painter.drawRoundedRect(rect(), radius, radius);
+  SmoothPainter painter(this);
+  fillRounded(painter, rect(), radius,
+              isChecked()    ? TWColor::accentDim
+              : underMouse() ? TWColor::surface3
+                             : TWColor::surface2);
   drawLine(painter, rect().adjusted(0, edgePadding, 0, 0), text(), textStyle(isChecked()));
   if (hasFocus()) {
     drawFocusRing(painter, rect(), radius);
@@ -54,9 +52,7 @@ RangeSelector::RangeSelector(QWidget* parent)
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(spacing);
   for (const TimeRange range : allTimeRanges) {
-    const std::string_view text = rawValue(range);
-    auto* const button = new RangeButton(
-        QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())), this);
+    auto* const button = new RangeButton(shownText(rawValue(range)), this);
     button->setChecked(range == m_selection);
     connect(button, &QRadioButton::toggled, this, [this, range](bool isChosen) {
       if (isChosen) {

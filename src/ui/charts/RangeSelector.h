@@ -4,33 +4,25 @@
 #include "ui/components/Buttons.h"
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace tidewell {
 
-/// The spans of time that the chart's buttons name.
+/// The time ranges of the bandwidth chart.
 enum class TimeRange { fiveMin, oneHour, twentyFourHour, sevenDay };
 
-/// All of them, in the order of the buttons.
+/// All ranges, in the order of the buttons.
 inline constexpr std::array<TimeRange, 4> allTimeRanges = {
     TimeRange::fiveMin, TimeRange::oneHour, TimeRange::twentyFourHour, TimeRange::sevenDay};
 
 /// The text of the button: "5m", "1h", "24h" or "7d".
 [[nodiscard]] constexpr std::string_view rawValue(TimeRange range) {
-  switch (range) {
-  case TimeRange::fiveMin:
-    return "5m";
-  case TimeRange::oneHour:
-    break;
-  case TimeRange::twentyFourHour:
-    return "24h";
-  case TimeRange::sevenDay:
-    return "7d";
-  }
-  return "1h";
+  constexpr std::array<std::string_view, 4> texts = {"5m", "1h", "24h", "7d"};
+  return texts.at(static_cast<std::size_t>(range));
 }
 
-/// Chooses one of the chart's spans of time. Main thread.
+/// Selects a time range.
 class RangeButton final : public ChoiceButton {
   Q_OBJECT
 
@@ -43,7 +35,7 @@ protected:
   void paintEvent(QPaintEvent* event) override;
 };
 
-/// The buttons of the chart's spans of time, of which one is chosen. Main thread.
+/// Buttons for the time ranges, one of which is selected.
 class RangeSelector final : public SpokenGroup {
   Q_OBJECT
 

@@ -1,8 +1,8 @@
 #include "ui/charts/ThroughputFigures.h"
 
 #include "base/Checked.h"
-#include "format/SpeedFormatter.h"
 #include "processes/ProcessUsage.h"
+#include "ui/components/ShownText.h"
 
 #include <algorithm>
 
@@ -12,24 +12,20 @@ namespace {
 
 using Rate = std::int64_t (NetworkSnapshot::*)() const;
 
-QString words(std::int64_t bytesPerSec) {
-  return QString::fromStdString(SpeedFormatter::format(bytesPerSec));
-}
-
 QString direction(const SnapshotList& snapshots, Rate rate) {
   double average = 0.0;
   std::int64_t peak = 0;
   for (const auto& snapshot : snapshots) {
     const std::int64_t value = (*snapshot.*rate)();
-    // Each share by itself: the sum of 300 large rates would not fit an integer.
+    // Adds shares, because the sum of 300 large rates can exceed an integer.
     average += static_cast<double>(value) / static_cast<double>(snapshots.size());
     peak = std::max(peak, value);
   }
-  // The largest rates round up to doubles that fit no integer.
+  // As doubles, the largest rates round up to values that no integer holds.
   const bool fits = average < static_cast<double>(peak);
   return QStringLiteral("current %1, average %2, peak %3")
-      .arg(words((*snapshots.back().*rate)()),
-           words(fits ? static_cast<std::int64_t>(average) : peak), words(peak));
+      .arg(rateText((*snapshots.back().*rate)()),
+           rateText(fits ? static_cast<std::int64_t>(average) : peak), rateText(peak));
 }
 
 } // namespace

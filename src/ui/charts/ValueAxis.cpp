@@ -12,9 +12,9 @@ namespace tidewell {
 namespace {
 
 constexpr double mostSteps = 5.0;
-// From here on labels are written in thousands, millions and so on.
+// Larger labels are written in thousands, millions and so on.
 constexpr double leastShortened = 10'000.0;
-// Steps are powers of ten and small multiples of them; this keeps rounding from adding a step.
+// Prevents rounding errors from adding a step.
 constexpr double tolerance = 1e-9;
 
 double roundStep(double atLeast) {
@@ -27,7 +27,7 @@ double roundStep(double atLeast) {
   return 10.0 * power;
 }
 
-// What the labels of an axis are divided by, and how that is written.
+// The divisor of an axis's labels, and its suffix.
 std::pair<double, const char*> unitOf(double top) {
   constexpr std::array<std::pair<double, const char*>, 4> units = {
       {{1e12, "T"}, {1e9, "G"}, {1e6, "M"}, {1e3, "k"}}};

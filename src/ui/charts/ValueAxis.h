@@ -7,18 +7,18 @@
 
 namespace tidewell {
 
-/// The vertical axis of a chart: from 0 up to a round number, with grid lines at round distances.
+/// The vertical axis of a chart: from 0 to a round number, with grid lines at round steps.
 class ValueAxis {
 public:
-  /// Covers 0 to `largest`, and at least to `leastTop`, which is above 0.
+  /// Covers 0 to `largest`, and at least 0 to `leastTop`, which is above 0.
   ValueAxis(double largest, double leastTop);
 
   [[nodiscard]] double top() const { return m_top; }
-  /// Values of the grid lines, upwards; the first is 0, the last `top`.
+  /// The grid lines in ascending order, from 0 to `top`.
   [[nodiscard]] const std::vector<double>& ticks() const { return m_ticks; }
-  /// The text beside a grid line: at most four characters up to a trillion.
+  /// The label of a grid line: at most four characters up to a trillion.
   [[nodiscard]] QString label(double tick) const;
-  /// Where a value lies. One outside of the axis lies at its end.
+  /// The position of a value. Values outside of the axis are at its ends.
   [[nodiscard]] double yOf(double value, const QRectF& plot) const;
 
 private:

@@ -1,5 +1,6 @@
 #include "ui/components/AccessibleWidgets.h"
 
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QAccessibleWidget>
@@ -20,12 +21,10 @@ public:
   }
 };
 
-QAccessibleInterface* makeLeaf(const QString& /*className*/, QObject* object) {
-  auto* const painted = qobject_cast<PaintedWidget*>(object);
-  return painted ? new Leaf(painted) : nullptr;
-}
-
-QAccessibleInterface* makeGroup(const QString& /*className*/, QObject* object) {
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+  if (auto* const painted = qobject_cast<PaintedWidget*>(object)) {
+    return new Leaf(painted);
+  }
   auto* const group = qobject_cast<SpokenGroup*>(object);
   return group ? new QAccessibleWidget(group, group->role()) : nullptr;
 }
@@ -34,7 +33,8 @@ QAccessibleInterface* makeGroup(const QString& /*className*/, QObject* object) {
 
 PaintedWidget::PaintedWidget(QAccessible::Role role, QWidget* parent)
     : QWidget(parent), m_role(role) {
-  QAccessible::installFactory(makeLeaf); // once, however often it is called
+  QAccessible::installFactory(makeInterface); // repeated calls have no effect
+  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 void PaintedWidget::setSpoken(const QString& name, const QString& description) {
@@ -46,6 +46,13 @@ void PaintedWidget::setSpoken(const QString& name, const QString& description) {
   }
 }
 
+void PaintedWidget::contentChanged() {
+  setToolTip(toolTipText(cutText()));
+  update();
+}
+
+void PaintedWidget::resizeEvent(QResizeEvent* /*event*/) { setToolTip(toolTipText(cutText())); }
+
 Divider::Divider(QWidget* parent) : PaintedWidget(QAccessible::Separator, parent) {}
 
 Divider* Divider::horizontal(QWidget* parent) {
@@ -56,17 +63,18 @@ Divider* Divider::horizontal(QWidget* parent) {
 
 Divider* Divider::vertical(int height, QWidget* parent) {
   auto* const divider = new Divider(parent);
+  divider->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   divider->setFixedSize(1, height);
   return divider;
 }
 
 void Divider::paintEvent(QPaintEvent* /*event*/) {
-  QPainter(this).fillRect(rect(), TWColor::borderSubtle());
+  QPainter(this).fillRect(rect(), TWColor::borderSubtle);
 }
 
 SpokenGroup::SpokenGroup(QAccessible::Role role, const QString& name, QWidget* parent)
     : QWidget(parent), m_role(role) {
-  QAccessible::installFactory(makeGroup); // once, however often it is called
+  QAccessible::installFactory(makeInterface); // repeated calls have no effect
   setAccessibleName(name);
 }
 

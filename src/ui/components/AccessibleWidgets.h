@@ -5,8 +5,8 @@
 
 namespace tidewell {
 
-/// A widget that paints one thing, and that assistive technology meets as one thing: with a role, a
-/// name and no children. Main thread.
+/// A widget that paints one thing and appears to assistive technology as one thing: with a role, a
+/// name and no children. In a layout it takes any width and a fixed height.
 class PaintedWidget : public QWidget {
   Q_OBJECT
 
@@ -16,20 +16,26 @@ public:
   [[nodiscard]] QAccessible::Role role() const { return m_role; }
 
 protected:
-  /// What is read aloud. Tells assistive technology when it is new.
+  /// Sets the accessible name and description, which are announced when they change.
   void setSpoken(const QString& name, const QString& description = {});
+  /// Repaints and updates the tool tip. Call it when the content has changed.
+  void contentChanged();
+  /// The full text if it does not fit and is shown cut, otherwise empty. Becomes the tool tip.
+  [[nodiscard]] virtual QString cutText() const { return {}; }
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
   QAccessible::Role m_role;
 };
 
-/// A line one pixel wide. Main thread.
+/// A line one pixel wide.
 class Divider final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  /// Horizontal: as wide as its place. Vertical: so many pixels high.
+  /// A horizontal one takes the available width.
   static Divider* horizontal(QWidget* parent);
+  /// `height` is in pixels.
   static Divider* vertical(int height, QWidget* parent);
 
 protected:
@@ -39,8 +45,7 @@ private:
   explicit Divider(QWidget* parent);
 };
 
-/// A widget of several parts that assistive technology meets as a group with a role of its own.
-/// Main thread.
+/// A widget of several parts that appears to assistive technology as a group with its own role.
 class SpokenGroup : public QWidget {
   Q_OBJECT
 

@@ -14,6 +14,34 @@ namespace tidewell {
 
 namespace {
 
+// Makes Return and Enter press a button, as Space does.
+class ReturnKey final : public QObject {
+public:
+  explicit ReturnKey(QAbstractButton* button) : QObject(button) {
+    button->installEventFilter(this);
+  }
+
+protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress) {
+      return false;
+    }
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (isReturn) {
+      static_cast<QAbstractButton*>(parent())->click();
+    }
+    return isReturn;
+  }
+};
+
+// Not focused by a click, which would leave the focus ring behind.
+void prepare(QAbstractButton* button, Qt::FocusPolicy policy = Qt::TabFocus) {
+  new ReturnKey(button);
+  button->setFocusPolicy(policy);
+  button->setAttribute(Qt::WA_Hover);
+}
+
 constexpr int actionPadding = 10;
 constexpr int actionSpacing = 3;
 constexpr double stateInset = 3.0;
@@ -21,10 +49,9 @@ constexpr double stateRadius = 6.0;
 constexpr double focusWidth = 1.5;
 
 TextStyle actionStyle() {
-  static const QFont font = TWFont::standard(10, QFont::Medium);
-  TextStyle style{font, TWColor::textSecondary()};
-  style.alignment = Qt::AlignHCenter;
-  return style;
+  return {.font = TWFont::standard(10, QFont::Medium),
+          .color = TWColor::textSecondary,
+          .alignment = Qt::AlignHCenter};
 }
 
 constexpr int textSidePadding = 14;
@@ -34,15 +61,14 @@ constexpr int hoverLightness = 115; // percent
 constexpr int pressedLightness = 85;
 
 TextStyle textStyle() {
-  static const QFont font = TWFont::standard(12, QFont::Medium);
-  TextStyle style{font, TWColor::accent()};
-  style.alignment = Qt::AlignHCenter;
-  return style;
+  return {.font = TWFont::standard(12, QFont::Medium),
+          .color = TWColor::accent,
+          .alignment = Qt::AlignHCenter};
 }
 
 constexpr int trackWidth = 36;
 constexpr int trackHeight = 20;
-// Around the track, for the mark of the keyboard.
+// Around the track, for the focus ring.
 constexpr int margin = 3;
 constexpr double knobInset = 2.0;
 
@@ -51,8 +77,7 @@ constexpr double knobInset = 2.0;
 ActionButton::ActionButton(Icon icon, const QString& label, QWidget* parent)
     : QPushButton(label, parent), m_icon(icon) {
   setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  setFocusPolicy(Qt::TabFocus); // not by a click, which would leave its mark
-  setAttribute(Qt::WA_Hover);
+  prepare(this);
 }
 
 void ActionButton::setFace(Icon icon, const QString& label) {
@@ -60,7 +85,7 @@ void ActionButton::setFace(Icon icon, const QString& label) {
     return;
   }
   m_icon = icon;
-  setText(label); // which is also its accessible name
+  setText(label); // also its accessible name
   update();
 }
 
@@ -71,32 +96,25 @@ QSize ActionButton::sizeHint() const {
 void ActionButton::paintState(QPainter& painter) const {
   const QRectF inside = QRectF(rect()).adjusted(stateInset, stateInset, -stateInset, -stateInset);
   if (isDown() || underMouse()) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isDown() ? TWColor::surface3() : TWColor::surface2());
-    painter.drawRoundedRect(inside, stateRadius, stateRadius);
+    fillRounded(painter, inside, stateRadius, isDown() ? TWColor::surface3 : TWColor::surface2);
   }
   if (hasFocus()) {
-    painter.setPen(QPen(TWColor::accent(), focusWidth));
+    painter.setPen(QPen(TWColor::accent, focusWidth));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(inside, stateRadius, stateRadius);
   }
 }
 
 void ActionButton::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   paintState(painter);
   const int left = (width() - iconEdge) / 2;
-  drawIcon(painter, m_icon, QPointF(left, actionPadding), TWColor::textSecondary());
+  drawIcon(painter, m_icon, QPointF(left, actionPadding), TWColor::textSecondary);
   const int labelTop = actionPadding + iconEdge + actionSpacing;
   drawLine(painter, rect().adjusted(0, labelTop, 0, 0), text(), actionStyle());
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
-    return;
-  }
   if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
     focusNextPrevChild(event->key() == Qt::Key_Right);
     return;
@@ -105,9 +123,8 @@ void ActionButton::keyPressEvent(QKeyEvent* event) {
 }
 
 TextButton::TextButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
-  setFocusPolicy(Qt::TabFocus);
+  prepare(this);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-  setAttribute(Qt::WA_Hover);
 }
 
 QSize TextButton::sizeHint() const {
@@ -116,51 +133,30 @@ QSize TextButton::sizeHint() const {
 }
 
 void TextButton::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  QColor ground = TWColor::accentDim();
+  SmoothPainter painter(this);
+  QColor ground = TWColor::accentDim;
   if (isDown()) {
     ground = ground.lighter(pressedLightness);
   } else if (underMouse()) {
     ground = ground.lighter(hoverLightness);
   }
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(ground);
-  painter.drawRoundedRect(rect(), textRadius, textRadius);
+  fillRounded(painter, rect(), textRadius, ground);
   drawLine(painter, rect().adjusted(0, textEdgePadding, 0, -textEdgePadding), text(), textStyle());
   if (hasFocus()) {
     drawFocusRing(painter, rect(), textRadius);
   }
 }
 
-void TextButton::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
-    return;
-  }
-  QPushButton::keyPressEvent(event);
-}
-
 ChoiceButton::ChoiceButton(const QString& text, QWidget* parent) : QRadioButton(text, parent) {
-  // One stop for all of them. Not by a click, which would leave its mark.
-  setFocusPolicy(Qt::NoFocus);
+  prepare(this, Qt::NoFocus); // Tab stops only at the chosen one
   connect(this, &QRadioButton::toggled, this,
           [this](bool isChosen) { setFocusPolicy(isChosen ? Qt::TabFocus : Qt::NoFocus); });
-  setAttribute(Qt::WA_Hover);
 }
 
 bool ChoiceButton::hitButton(const QPoint& point) const { return rect().contains(point); }
 
-void ChoiceButton::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
-    return;
-  }
-  QRadioButton::keyPressEvent(event);
-}
-
 ToggleSwitch::ToggleSwitch(QWidget* parent) : QCheckBox(parent) {
-  setFocusPolicy(Qt::TabFocus);
+  prepare(this);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -169,28 +165,18 @@ QSize ToggleSwitch::sizeHint() const { return {trackWidth + 2 * margin, trackHei
 bool ToggleSwitch::hitButton(const QPoint& point) const { return rect().contains(point); }
 
 void ToggleSwitch::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   const QRectF track = QRectF(rect()).adjusted(margin, margin, -margin, -margin);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(isChecked() ? TWColor::accent() : TWColor::textTertiary());
-  painter.drawRoundedRect(track, trackHeight / 2.0, trackHeight / 2.0);
+  fillRounded(painter, track, trackHeight / 2.0,
+              isChecked() ? TWColor::accent : TWColor::textTertiary);
 
   const double knob = trackHeight - 2.0 * knobInset;
   const double left = isChecked() ? track.right() - knobInset - knob : track.left() + knobInset;
-  painter.setBrush(TWColor::text());
+  painter.setBrush(TWColor::text);
   painter.drawEllipse(QRectF(left, track.top() + knobInset, knob, knob));
   if (hasFocus()) {
     drawFocusRing(painter, rect(), height() / 2.0);
   }
-}
-
-void ToggleSwitch::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    click();
-    return;
-  }
-  QCheckBox::keyPressEvent(event);
 }
 
 } // namespace tidewell

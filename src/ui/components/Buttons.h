@@ -8,8 +8,8 @@
 
 namespace tidewell {
 
-/// A borderless button: an icon over a label, pressed anywhere in its rectangle, with Space or with
-/// Enter. Main thread.
+/// A borderless button: an icon over a label. Clicked anywhere in its rectangle, or pressed with
+/// Space or Enter. Left and Right move the focus.
 class ActionButton final : public QPushButton {
   Q_OBJECT
 
@@ -32,8 +32,7 @@ private:
   Icon m_icon;
 };
 
-/// A button of one word or two on a tinted ground, pressed with the mouse, with Space or with
-/// Enter. Main thread.
+/// A text button on a tinted background. Space and Enter press it.
 class TextButton final : public QPushButton {
   Q_OBJECT
 
@@ -45,11 +44,10 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
-/// One of several choices of which exactly one holds: those with the same parent. Chosen anywhere
-/// in its rectangle, with Space or with Enter; the arrows move the choice. Main thread.
+/// One of several exclusive choices with the same parent. Chosen by a click anywhere in its
+/// rectangle, with Space, Enter or the arrow keys.
 class ChoiceButton : public QRadioButton {
   Q_OBJECT
 
@@ -60,11 +58,9 @@ public:
 
 protected:
   [[nodiscard]] bool hitButton(const QPoint& point) const override;
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
-/// A switch without a label, turned with the mouse, with Space or with Enter. Assistive technology
-/// meets it as a check box. Main thread.
+/// A switch without a label. Space and Enter turn it. A check box to assistive technology.
 class ToggleSwitch final : public QCheckBox {
   Q_OBJECT
 
@@ -77,7 +73,6 @@ public:
 protected:
   [[nodiscard]] bool hitButton(const QPoint& point) const override;
   void paintEvent(QPaintEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
 };
 
 } // namespace tidewell

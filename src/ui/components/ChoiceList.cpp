@@ -30,28 +30,26 @@ constexpr double chevronPen = 1.4;
 constexpr double radius = 6.0;
 
 TextStyle textStyle() {
-  static const QFont font = TWFont::standard(12, QFont::Normal);
-  TextStyle style{font, TWColor::text()};
-  style.smallestPixelSize = 10;
-  return style;
+  return {
+      .font = TWFont::standard(12, QFont::Normal), .color = TWColor::text, .smallestPixelSize = 10};
 }
 
 void drawChevron(QPainter& painter, QPointF centre) {
   const QPointF half(chevronWidth / 2.0, chevronHeight / 2.0);
   painter.setPen(
-      QPen(TWColor::textSecondary(), chevronPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+      QPen(TWColor::textSecondary, chevronPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPolyline(QPolygonF{centre - half, centre + QPointF(0.0, half.y()),
                                  centre + QPointF(half.x(), -half.y())});
 }
 
 QPalette listPalette() {
   QPalette palette;
-  palette.setColor(QPalette::Window, TWColor::surface2());
-  palette.setColor(QPalette::Base, TWColor::surface2());
-  palette.setColor(QPalette::Text, TWColor::text());
-  palette.setColor(QPalette::WindowText, TWColor::text());
-  palette.setColor(QPalette::Highlight, TWColor::accentDim());
-  palette.setColor(QPalette::HighlightedText, TWColor::text());
+  palette.setColor(QPalette::Window, TWColor::surface2);
+  palette.setColor(QPalette::Base, TWColor::surface2);
+  palette.setColor(QPalette::Text, TWColor::text);
+  palette.setColor(QPalette::WindowText, TWColor::text);
+  palette.setColor(QPalette::Highlight, TWColor::accentDim);
+  palette.setColor(QPalette::HighlightedText, TWColor::text);
   return palette;
 }
 
@@ -63,8 +61,8 @@ void ChoiceListItem::paint(QPainter* painter, const QStyleOptionViewItem& option
                            const QModelIndex& index) const {
   const bool isPointedAt = option.state.testFlag(QStyle::State_Selected) ||
                            option.state.testFlag(QStyle::State_MouseOver);
-  painter->fillRect(option.rect, isPointedAt ? TWColor::accentDim() : TWColor::surface2());
-  TextStyle style{option.font, isChosen(index, parent()) ? TWColor::accent() : TWColor::text()};
+  painter->fillRect(option.rect, isPointedAt ? TWColor::accentDim : TWColor::surface2);
+  TextStyle style{option.font, isChosen(index, parent()) ? TWColor::accent : TWColor::text};
   style.smallestPixelSize = 10;
   drawLine(*painter, option.rect.adjusted(sidePadding, itemPadding, -sidePadding, -itemPadding),
            index.data().toString(), style);
@@ -92,10 +90,9 @@ QSize ChoiceList::sizeHint() const {
 }
 
 void ChoiceList::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(TWColor::surface3(), 1.0));
-  painter.setBrush(underMouse() ? TWColor::surface3() : TWColor::surface2());
+  SmoothPainter painter(this);
+  painter.setPen(QPen(TWColor::surface3, 1.0));
+  painter.setBrush(underMouse() ? TWColor::surface3 : TWColor::surface2);
   painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
   const int right = sidePadding + chevronWidth + spacing;
   drawLine(painter, rect().adjusted(sidePadding, edgePadding, -right, -edgePadding), currentText(),

@@ -5,8 +5,8 @@
 
 namespace tidewell {
 
-/// Draws one choice of an open list: bright on a tinted ground when it is pointed at, and in the
-/// accent's colour when it is the chosen one. Main thread.
+/// Draws an entry of an open list: on a tinted background under the pointer, and in the accent
+/// colour if it is selected.
 class ChoiceListItem final : public QStyledItemDelegate {
   Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
                                const QModelIndex& index) const override;
 };
 
-/// A drop-down list of choices, 120 pixels wide, of which none may be chosen. Main thread.
+/// A drop-down list, 120 pixels wide. It may have no selection.
 class ChoiceList final : public QComboBox {
   Q_OBJECT
 
@@ -34,7 +34,7 @@ public:
 protected:
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  /// Goes on to what scrolls: a wheel that turns over a list must not change what is chosen.
+  /// Ignored, so that the page scrolls and the selection does not change.
   void wheelEvent(QWheelEvent* event) override;
 };
 

@@ -19,8 +19,7 @@ double digitWidth(const QFontMetricsF& metrics) {
   return widest;
 }
 
-// Calls `piece(text, x, advance)` for each digit and for each run of other characters; returns the
-// width of all.
+// Calls `piece(text, x)` for each digit and each run of other characters. Returns the total width.
 template <class F> double lay(const QFontMetricsF& metrics, const QString& text, F&& piece) {
   const double cell = digitWidth(metrics);
   double x = 0.0;
@@ -43,7 +42,7 @@ template <class F> double lay(const QFontMetricsF& metrics, const QString& text,
   return x;
 }
 
-// Fractions of a pixel that rounding may add to a text's width, which are not worth an ellipsis.
+// Rounding may add a fraction of a pixel to a text's width. That is no reason for an ellipsis.
 constexpr double tolerance = 0.5;
 
 double widthIn(const QFont& font, const QString& text, bool isTabular) {
@@ -59,7 +58,7 @@ double startOf(const QRectF& box, double width, Qt::Alignment alignment) {
   return alignment.testFlag(Qt::AlignHCenter) ? box.center().x() - width / 2.0 : box.left();
 }
 
-// On whole pixels of the device, so that equal text always looks equal.
+// Rounds to whole device pixels, so that equal text looks the same everywhere.
 double snapped(double position, const QPainter& painter) {
   const double scale = painter.deviceTransform().m11();
   return std::round(position * scale) / scale;

@@ -7,8 +7,8 @@
 
 namespace tidewell {
 
-/// Text whose digits all take the width of the widest, so that a changing number keeps its place
-/// and moves nothing beside it. For one line of left-to-right text in a proportional font.
+/// Text whose digits all have the width of the widest, so that changing numbers do not move. For
+/// one line of left-to-right text in a proportional font.
 struct TabularText {
   /// In pixels.
   [[nodiscard]] static double width(const QFont& font, const QString& text);
@@ -16,38 +16,36 @@ struct TabularText {
   static void draw(QPainter& painter, QPointF baseline, const QString& text);
 };
 
-/// One line of text and how it is to look.
+/// The style of a line of text.
 struct TextStyle {
   QFont font;
   QColor color;
   Qt::Alignment alignment = Qt::AlignLeft;
-  /// Text too wide for its place is set smaller down to this size in pixels, and then cut. 0: it
-  /// is cut at once.
+  /// Text that is too wide shrinks to this size in pixels before it is cut. 0: it does not shrink.
   int smallestPixelSize = 0;
   Qt::TextElideMode elide = Qt::ElideRight;
-  /// Whether digits all take the same width, in a proportional font.
+  /// Whether all digits have the same width, in a proportional font.
   bool isTabular = false;
 };
 
-/// A line of text made to fit a width.
+/// A line of text, fitted to a width.
 struct FittedText {
   QFont font;
   QString text;
-  /// Whether something of the text is missing.
+  /// Whether the text was shortened.
   bool isCut = false;
 
   FittedText(const QString& wanted, const TextStyle& style, double width);
 };
 
-/// Width of a line in pixels, without the space that letter spacing adds behind it.
+/// Width of a line in pixels, without the letter spacing after its last letter.
 [[nodiscard]] double lineWidth(const QString& text, const TextStyle& style);
 
-/// Height in pixels of the lines of a style, whatever characters they have.
+/// Height of a line of this style in pixels, for any characters.
 [[nodiscard]] int lineHeight(const TextStyle& style);
 
-/// Draws a line with its baseline where the style's own would lie in a box of `lineHeight`,
-/// starting at the box's top. Whatever is too long for the box is fitted. Tells whether the text
-/// was cut.
+/// Draws a line at the top of the box, fitted to the box's width. Fallback fonts do not move the
+/// baseline. Returns whether the text was cut.
 bool drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style);
 
 } // namespace tidewell

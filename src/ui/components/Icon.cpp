@@ -16,7 +16,7 @@ namespace {
 
 // Outlines to fill, each in a square of `iconEdge` by `iconEdge`.
 
-// The outline of a line drawn along the path with a round pen.
+// The outline of the path's stroke with a round pen.
 QPainterPath penned(const QPainterPath& path, double width) {
   QPainterPathStroker stroker;
   stroker.setWidth(width);
@@ -29,7 +29,7 @@ QPainterPath bolt() {
   QPainterPath path;
   path.addPolygon({{6.9, 0.4}, {2.1, 6.2}, {5.1, 6.2}, {4.1, 10.6}, {8.9, 4.6}, {5.8, 4.6}});
   path.closeSubpath();
-  // A thin pen around it takes the needles off the corners.
+  // A thin stroke rounds the corners.
   QPainterPath rounded = path.united(penned(path, 0.6));
   rounded.setFillRule(Qt::WindingFill);
   return rounded;
@@ -66,7 +66,7 @@ QPainterPath hourglass() {
 
 constexpr double sheetPen = 1.0;
 
-// The sheet behind, where the one in front leaves it to be seen.
+// The visible part of the sheet behind.
 QPainterPath sheetBehind() {
   QPainterPath path({2.5, 7.5});
   path.lineTo(1.8, 7.5);
@@ -113,7 +113,7 @@ struct GearCorner {
   double degrees;
   double radius;
 };
-// One tooth, from its middle.
+// One tooth, relative to its middle.
 constexpr std::array<GearCorner, 4> tooth = {
     {{-13.0, rootRadius}, {-9.0, tipRadius}, {9.0, tipRadius}, {13.0, rootRadius}}};
 
@@ -139,7 +139,7 @@ QPainterPath gear() {
 }
 
 QPainterPath power() {
-  // A ring that is open for 80 degrees at the top, where the stroke stands.
+  // A ring with a gap of 80 degrees at the top for the stroke.
   QPainterPath path;
   const QRectF ring(1.2, 1.7, 8.6, 8.6);
   path.arcMoveTo(ring, 130.0);
@@ -189,7 +189,7 @@ QPainterPath drive() {
 
 constexpr double linkPen = 1.3;
 
-// One link of the chain, open where the other one passes through.
+// One link of the chain, open where the other passes through.
 QPainterPath halfLink() {
   QPainterPath path({5.1, 3.6});
   path.lineTo(2.9, 3.6);

@@ -11,7 +11,7 @@ enum class Icon { bolt, hourglass, copy, checkMark, barChart, gear, power, bell,
 /// Width and height of an icon in device-independent pixels.
 constexpr int iconEdge = 11;
 
-/// Draws the icon with its top left corner there. Wants an antialiasing painter.
+/// Draws the icon. Expects an antialiasing painter.
 void drawIcon(QPainter& painter, Icon icon, QPointF topLeft, const QColor& color);
 
 } // namespace tidewell

@@ -9,26 +9,25 @@
 
 namespace tidewell {
 
-/// A slow breathing of a widget's opacity between 1 and 0.4, one second in each direction, for as
-/// long as it is shown. Main thread.
+/// Fades a widget's opacity between 1 and 0.4 while it is shown, one second in each direction.
 ///
-/// The widget paints itself at `opacity()`. The curve has 32 levels, and the widget is repainted
-/// only when the level changes, which at the turns of the curve is less often than every 50 ms.
+/// The widget paints itself with `opacity()`. The curve has 32 levels. The widget is repainted only
+/// when the level changes, which is less often than every 50 ms near the ends of the curve.
 class PulseAnimation final {
 public:
-  /// `now` tells the time in seconds. Every appearance of the widget starts the pulse afresh.
+  /// `now` returns the time in seconds. The pulse restarts whenever the widget is shown.
   PulseAnimation(QWidget& widget, std::function<double()> now);
 
-  /// Whether the widget has appeared; nothing ever ends that.
+  /// Whether the widget has been shown. Never becomes false again.
   [[nodiscard]] bool isPulsing() const { return m_isPulsing; }
   [[nodiscard]] double opacity() const { return m_opacity; }
-  /// Whether the timer runs.
+  /// Whether the timer is running.
   [[nodiscard]] bool isTicking() const { return m_ticker->isRunning(); }
 
-  /// Takes the opacity of this moment and has the widget repainted if it is another one.
+  /// Updates the opacity, and repaints the widget if it changed.
   void advance();
 
-  /// The opacity so many seconds after the appearance.
+  /// The opacity this many seconds after the start.
   [[nodiscard]] static double opacityAfter(double seconds);
 
 private:
@@ -42,8 +41,8 @@ private:
   ShownTicker* m_ticker; // the widget's
 };
 
-/// A round dot of 6 by 6 pixels that pulses on a plain ground. It fills all of itself, so that a
-/// beat repaints nothing below it. Main thread.
+/// A pulsing dot of 6 by 6 pixels on a plain background. It is opaque, so that its animation
+/// repaints nothing below it.
 class PulseDot final : public QWidget {
   Q_OBJECT
 

@@ -15,7 +15,7 @@ constexpr int lineStep = 24;
 constexpr double ringInset = 2.0;
 constexpr double ringRadius = 6.0;
 
-// Only the handle, and nothing at all while there is nothing to scroll.
+// Shows only the handle, and nothing if there is nothing to scroll.
 QString barLook() {
   return QStringLiteral("QScrollBar:vertical { width: %1px; margin: 0; background: %2; }"
                         "QScrollBar::handle:vertical { background: %3; border-radius: 3px;"
@@ -24,8 +24,8 @@ QString barLook() {
                         "QScrollBar::handle:vertical:disabled { background: %2; }"
                         "QScrollBar::add-line, QScrollBar::sub-line { height: 0; }"
                         "QScrollBar::add-page, QScrollBar::sub-page { background: %2; }")
-      .arg(QString::number(ScrollPane::barWidth), TWColor::surface().name(),
-           TWColor::surface3().name(), TWColor::textTertiary().name());
+      .arg(QString::number(ScrollPane::barWidth), TWColor::surface.name(), TWColor::surface3.name(),
+           TWColor::textTertiary.name());
 }
 
 QAccessibleInterface* makePane(const QString& /*className*/, QObject* object) {

@@ -4,13 +4,13 @@
 
 namespace tidewell {
 
-/// Scrolls its content vertically, and lets it stretch to the width that there is. Reached with the
-/// keyboard when there is something to scroll. Main thread.
+/// Scrolls its content vertically and gives it the available width. Accepts the keyboard focus if
+/// there is something to scroll.
 class ScrollPane final : public QScrollArea {
   Q_OBJECT
 
 public:
-  /// In pixels; the room is always kept, so that nothing moves when the bar appears.
+  /// In pixels. The space is always reserved, so that nothing moves when the bar appears.
   static constexpr int barWidth = 10;
 
   ScrollPane(QWidget* content, const QString& name, QWidget* parent = nullptr);

@@ -2,21 +2,31 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <string_view>
 
 namespace tidewell {
 
-/// The bytes as text for a label: what could break a line or turn the writing direction, and what
-/// is no UTF-8, is replaced by U+FFFD.
+/// The bytes as label text. Invalid UTF-8, line breaks and characters that change the writing
+/// direction become U+FFFD.
 [[nodiscard]] QString shownText(std::string_view bytes);
 
-/// The text as a tool tip that shows it as it is, also when it looks like markup.
+/// A tool tip that shows the text literally, even if it looks like markup.
 [[nodiscard]] QString toolTipText(const QString& text);
 
-/// A value as it is read aloud: the text "--" is an unknown value.
+/// A value as it is read aloud: "--" is read as "unknown".
 [[nodiscard]] QString spokenValue(const QString& value);
 
-/// A figure as text with so many decimals; "--" for one that is no finite number.
+/// A number with this many decimals, or "--" if it is not finite.
 [[nodiscard]] QString figureText(double value, int decimals);
+
+/// A rate as `SpeedFormatter` writes it.
+[[nodiscard]] QString rateText(std::int64_t bytesPerSec);
+
+/// The time of day in the user's locale and time zone. Empty if no calendar has that time.
+[[nodiscard]] QString timeOfDay(double secondsSince1970);
+
+/// The same, or "--" if no calendar has that time.
+[[nodiscard]] QString timeText(double secondsSince1970);
 
 } // namespace tidewell

@@ -1,5 +1,6 @@
 #include "ui/components/Spinner.h"
 
+#include "ui/components/Painting.h"
 #include "ui/components/ViewTime.h"
 #include "ui/tokens/TWColor.h"
 
@@ -43,15 +44,14 @@ void Spinner::advance() {
 }
 
 void Spinner::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   painter.translate(edge / 2.0, edge / 2.0);
   painter.rotate(360.0 / spokes * m_spoke);
-  // From the bright spoke backwards, each fainter than the one before.
+  // Starts at the bright spoke and fades backwards.
   for (int age = 0; age < spokes; ++age) {
     const double opacity = 1.0 - (1.0 - faintest) * age / (spokes - 1);
     painter.setPen(
-        QPen(withOpacity(TWColor::text(), opacity), spokeWidth, Qt::SolidLine, Qt::RoundCap));
+        QPen(withOpacity(TWColor::text, opacity), spokeWidth, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(0.0, -innerRadius), QPointF(0.0, -outerRadius));
     painter.rotate(-360.0 / spokes);
   }

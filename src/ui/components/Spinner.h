@@ -8,20 +8,20 @@ namespace tidewell {
 
 class ShownTicker;
 
-/// A small indicator of progress without a known end: eight spokes, of which the bright one goes
-/// round once in 0.8 seconds while it is shown. Repaints only itself. Main thread.
+/// An indeterminate progress indicator: eight spokes, whose bright one turns once in 0.8 seconds
+/// while the widget is shown.
 class Spinner final : public QWidget {
   Q_OBJECT
 
 public:
-  /// `now` tells the time in seconds.
+  /// `now` returns the time in seconds.
   explicit Spinner(std::function<double()> now, QWidget* parent = nullptr);
 
-  /// The bright spoke, clockwise from the top, from 0 to 7.
+  /// The bright spoke: 0 to 7, clockwise from the top.
   [[nodiscard]] int spoke() const { return m_spoke; }
   [[nodiscard]] bool isTicking() const;
 
-  /// Takes the spoke of this moment and repaints if it is another one.
+  /// Updates the spoke, and repaints if it changed.
   void advance();
 
 protected:

@@ -22,16 +22,14 @@ constexpr double labelSpacing = 1.0;
 constexpr int smallestValueSize = 10;
 
 TextStyle labelStyle() {
-  return {withLetterSpacing(TWFont::label(), labelSpacing), TWColor::textTertiary()};
+  return {withLetterSpacing(TWFont::label(), labelSpacing), TWColor::textTertiary};
 }
 
 TextStyle valueStyle(const QColor& color) {
-  TextStyle style{TWFont::statValue(), color};
-  style.smallestPixelSize = smallestValueSize;
-  return style;
+  return {.font = TWFont::statValue(), .color = color, .smallestPixelSize = smallestValueSize};
 }
 
-TextStyle unitStyle() { return {TWFont::caption(), TWColor::textSecondary()}; }
+TextStyle unitStyle() { return {TWFont::caption(), TWColor::textSecondary}; }
 
 QString spokenFigure(const StatFigure& figure) {
   const QString value = spokenValue(figure.value);
@@ -41,9 +39,7 @@ QString spokenFigure(const StatFigure& figure) {
 
 } // namespace
 
-StatCell::StatCell(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-}
+StatCell::StatCell(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
 
 void StatCell::setFigure(const StatFigure& figure) {
   if (figure == m_figure) {
@@ -51,8 +47,7 @@ void StatCell::setFigure(const StatFigure& figure) {
   }
   m_figure = figure;
   setSpoken(spokenFigure(figure));
-  updateToolTip();
-  update();
+  contentChanged();
 }
 
 void StatCell::setClip(const QPainterPath& clip) {
@@ -74,11 +69,11 @@ QRect StatCell::valueBox() const {
 
 void StatCell::paintGround(QPainter& painter) const {
   if (m_clip.isEmpty()) {
-    painter.fillRect(rect(), TWColor::surface2());
+    painter.fillRect(rect(), TWColor::surface2);
     return;
   }
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillPath(m_clip, TWColor::surface2());
+  painter.fillPath(m_clip, TWColor::surface2);
 }
 
 void StatCell::paintEvent(QPaintEvent* /*event*/) {
@@ -100,11 +95,9 @@ void StatCell::paintEvent(QPaintEvent* /*event*/) {
            m_figure.unit, unitStyle());
 }
 
-void StatCell::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
-
-void StatCell::updateToolTip() {
+QString StatCell::cutText() const {
   const bool isCut = FittedText(m_figure.value, valueStyle({}), valueBox().width()).isCut;
-  setToolTip(isCut ? toolTipText(m_figure.value + u' ' + m_figure.unit) : QString());
+  return isCut ? m_figure.value + u' ' + m_figure.unit : QString();
 }
 
 } // namespace tidewell

@@ -8,20 +8,20 @@
 
 namespace tidewell {
 
-/// A labelled figure.
+/// A figure with a label.
 struct StatFigure {
-  /// Name of the figure, as it is stored; shown in upper case.
+  /// Shown in upper case.
   QString label;
   /// The figure, formatted.
   QString value;
-  /// Shown after the figure; may be empty.
+  /// Shown after the value; may be empty.
   QString unit;
   QColor valueColor;
 
   friend bool operator==(const StatFigure&, const StatFigure&) = default;
 };
 
-/// Shows a labelled figure on a ground of its own, with square corners. Main thread.
+/// Shows a figure with its label on a background with square corners.
 class StatCell final : public PaintedWidget {
   Q_OBJECT
 
@@ -31,19 +31,18 @@ public:
   void setFigure(const StatFigure& figure);
   [[nodiscard]] const StatFigure& figure() const { return m_figure; }
 
-  /// The shape, in the cell's coordinates, that the container cuts the ground to. Empty: all of it.
+  /// Clips the background to this shape, in the cell's coordinates. Empty: no clipping.
   void setClip(const QPainterPath& clip);
 
   [[nodiscard]] QSize sizeHint() const override;
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   [[nodiscard]] QRect valueBox() const;
   void paintGround(QPainter& painter) const;
-  void updateToolTip();
 
   StatFigure m_figure;
   QPainterPath m_clip;

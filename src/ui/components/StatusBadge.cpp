@@ -1,6 +1,7 @@
 #include "ui/components/StatusBadge.h"
 
 #include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/components/PulseAnimation.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
@@ -28,26 +29,24 @@ struct Look {
 Look lookOf(NetworkStatus status) {
   switch (status) {
   case NetworkStatus::good:
-    return {"Good", TWColor::green(), TWColor::greenDim()};
+    return {"Good", TWColor::green, TWColor::greenDim};
   case NetworkStatus::degraded:
-    return {"High Latency", TWColor::yellow(), TWColor::yellowDim()};
+    return {"High Latency", TWColor::yellow, TWColor::yellowDim};
   case NetworkStatus::down:
-    return {"No Internet", TWColor::red(), TWColor::redDim()};
+    return {"No Internet", TWColor::red, TWColor::redDim};
   case NetworkStatus::excellent:
     break;
   }
-  return {"Excellent", TWColor::green(), TWColor::greenDim()};
+  return {"Excellent", TWColor::green, TWColor::greenDim};
 }
 
-TextStyle textStyle(const QColor& color) {
-  static const QFont font = TWFont::standard(12, QFont::Medium);
-  return {font, color};
-}
+TextStyle textStyle(const QColor& color) { return {TWFont::standard(12, QFont::Medium), color}; }
 
 } // namespace
 
 StatusBadge::StatusBadge(std::function<double()> now, QWidget* parent)
     : PaintedWidget(QAccessible::StaticText, parent), m_dot(new PulseDot(std::move(now), this)) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   showStatus();
 }
 
@@ -73,11 +72,8 @@ void StatusBadge::showStatus() {
 
 void StatusBadge::paintEvent(QPaintEvent* /*event*/) {
   const Look look = lookOf(m_status);
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(look.ground);
-  painter.drawRoundedRect(rect(), height() / 2.0, height() / 2.0);
+  SmoothPainter painter(this);
+  fillRounded(painter, rect(), height() / 2.0, look.ground);
   drawLine(painter, rect().adjusted(textLeft, edgePadding, -sidePadding, -edgePadding), text(),
            textStyle(look.color));
 }

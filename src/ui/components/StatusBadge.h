@@ -9,16 +9,15 @@ namespace tidewell {
 
 class PulseDot;
 
-/// A pill that names the network's status in its colour, with a dot that pulses. Its size follows
-/// the text. Main thread.
+/// A pill with the network's status in its colour and a pulsing dot. Its size depends on the text.
 class StatusBadge final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  /// `now` tells the pulse the time in seconds.
+  /// `now` returns the time in seconds, for the pulse.
   explicit StatusBadge(std::function<double()> now, QWidget* parent = nullptr);
 
-  /// Changes text and colours at once; the pulse goes on.
+  /// Changes text and colours; the pulse continues.
   void setStatus(NetworkStatus status);
   [[nodiscard]] NetworkStatus status() const { return m_status; }
   [[nodiscard]] QString text() const;

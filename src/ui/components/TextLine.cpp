@@ -1,16 +1,12 @@
 #include "ui/components/TextLine.h"
 
-#include "ui/components/ShownText.h"
-
 #include <cmath>
 #include <utility>
 
 namespace tidewell {
 
 TextLine::TextLine(TextStyle style, QWidget* parent, QAccessible::Role role)
-    : PaintedWidget(role, parent), m_style(std::move(style)) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-}
+    : PaintedWidget(role, parent), m_style(std::move(style)) {}
 
 void TextLine::setText(const QString& text, const QString& spoken) {
   setSpoken(spoken.isEmpty() ? text : spoken);
@@ -18,8 +14,7 @@ void TextLine::setText(const QString& text, const QString& spoken) {
     return;
   }
   m_text = text;
-  updateToolTip();
-  update();
+  contentChanged();
 }
 
 QSize TextLine::sizeHint() const {
@@ -31,11 +26,8 @@ void TextLine::paintEvent(QPaintEvent* /*event*/) {
   drawLine(painter, rect(), m_text, m_style);
 }
 
-void TextLine::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
-
-void TextLine::updateToolTip() {
-  const bool isCut = FittedText(m_text, m_style, width()).isCut;
-  setToolTip(isCut ? toolTipText(m_text) : QString());
+QString TextLine::cutText() const {
+  return FittedText(m_text, m_style, width()).isCut ? m_text : QString();
 }
 
 } // namespace tidewell

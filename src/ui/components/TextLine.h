@@ -5,8 +5,8 @@
 
 namespace tidewell {
 
-/// One line of text that takes the width it is given and always the height of its style: whatever
-/// the text becomes, nothing around it moves. Main thread.
+/// One line of text with any width and the height of its style, so that new text does not move
+/// anything.
 class TextLine final : public PaintedWidget {
   Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
   explicit TextLine(TextStyle style, QWidget* parent = nullptr,
                     QAccessible::Role role = QAccessible::StaticText);
 
-  /// Shows the text, and reads it aloud as `spoken`, or as it stands when that is empty.
+  /// Shows the text. It is read aloud as `spoken`, unless that is empty.
   void setText(const QString& text, const QString& spoken = {});
   [[nodiscard]] QString text() const { return m_text; }
 
@@ -22,11 +22,9 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
-  void updateToolTip();
-
   TextStyle m_style;
   QString m_text;
 };

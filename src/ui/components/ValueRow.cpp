@@ -18,13 +18,13 @@ namespace {
 
 constexpr int leastGap = 16;
 
-TextStyle keyStyle() { return {TWFont::body(), TWColor::textSecondary()}; }
+TextStyle keyStyle() { return {TWFont::body(), TWColor::textSecondary}; }
 
 TextStyle valueStyle(const QColor& color = {}) {
-  TextStyle style{TWFont::monoSmall(), color};
-  style.alignment = Qt::AlignRight;
-  style.elide = Qt::ElideMiddle;
-  return style;
+  return {.font = TWFont::monoSmall(),
+          .color = color,
+          .alignment = Qt::AlignRight,
+          .elide = Qt::ElideMiddle};
 }
 
 int contentHeight() { return std::max(lineHeight(keyStyle()), lineHeight(valueStyle())); }
@@ -33,7 +33,6 @@ int contentHeight() { return std::max(lineHeight(keyStyle()), lineHeight(valueSt
 
 ValueRow::ValueRow(QString key, Frame frame, QWidget* parent)
     : PaintedWidget(QAccessible::StaticText, parent), m_key(std::move(key)), m_frame(frame) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   setSpoken(m_key);
 }
 
@@ -44,8 +43,7 @@ void ValueRow::setValue(const QString& value, const QColor& color) {
   m_value = value;
   m_color = color;
   setSpoken(m_key + u' ' + spokenValue(value));
-  updateToolTip();
-  update();
+  contentChanged();
 }
 
 QSize ValueRow::sizeHint() const {
@@ -54,7 +52,7 @@ QSize ValueRow::sizeHint() const {
 
 QRect ValueRow::valueBox() const {
   const int left = static_cast<int>(std::ceil(lineWidth(m_key, keyStyle()))) + leastGap;
-  // One baseline for both.
+  // Puts both on one baseline.
   const int top = m_frame.padding + QFontMetrics(keyStyle().font).ascent() -
                   QFontMetrics(valueStyle().font).ascent();
   return {left, top, std::max(0, width() - left), contentHeight()};
@@ -63,18 +61,15 @@ QRect ValueRow::valueBox() const {
 void ValueRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(QRect(0, height() - m_frame.lineThickness, width(), m_frame.lineThickness),
-                   TWColor::borderSubtle());
+                   TWColor::borderSubtle);
   const QRect text =
       rect().adjusted(0, m_frame.padding, 0, -m_frame.padding - m_frame.lineThickness);
   drawLine(painter, text, m_key, keyStyle());
   drawLine(painter, valueBox(), m_value, valueStyle(m_color));
 }
 
-void ValueRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
-
-void ValueRow::updateToolTip() {
-  const bool isCut = FittedText(m_value, valueStyle(), valueBox().width()).isCut;
-  setToolTip(isCut ? toolTipText(m_value) : QString());
+QString ValueRow::cutText() const {
+  return FittedText(m_value, valueStyle(), valueBox().width()).isCut ? m_value : QString();
 }
 
 } // namespace tidewell

@@ -8,12 +8,12 @@
 namespace tidewell {
 
 /// A key at the left and its value at the right, on one baseline. A value that is too long is cut
-/// in its middle and stands in full in the tool tip and in what is read aloud. Main thread.
+/// in the middle; the tool tip and the accessible name have all of it.
 class ValueRow final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  /// What lies around the text, in device-independent pixels.
+  /// The space around the text, in device-independent pixels.
   struct Frame {
     int padding = 0;       // above and below
     int lineThickness = 0; // of the line below
@@ -31,11 +31,10 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   [[nodiscard]] QRect valueBox() const;
-  void updateToolTip();
 
   QString m_key;
   Frame m_frame;

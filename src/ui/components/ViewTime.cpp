@@ -17,13 +17,8 @@ double secondsNow() {
 }
 
 void callLater(double seconds, std::function<void()> task) {
-  auto* const timer = new QTimer(QCoreApplication::instance());
-  timer->setSingleShot(true);
-  QObject::connect(timer, &QTimer::timeout, timer, [timer, task = std::move(task)] {
-    timer->deleteLater();
-    task();
-  });
-  timer->start(static_cast<int>(std::lround(seconds * 1000.0)));
+  QTimer::singleShot(static_cast<int>(std::lround(seconds * 1000.0)), QCoreApplication::instance(),
+                     std::move(task));
 }
 
 } // namespace

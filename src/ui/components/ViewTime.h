@@ -7,24 +7,24 @@
 
 namespace tidewell {
 
-/// Time as the views see it: handed in, so that a test moves it by hand. Main thread.
+/// The time for views. Tests pass their own.
 struct ViewTime {
-  /// Seconds that never go back.
+  /// Monotonic time in seconds.
   std::function<double()> now;
-  /// Calls back once, so many seconds later.
+  /// Calls `task` once after this many seconds.
   std::function<void(double seconds, std::function<void()> task)> after;
 
-  /// The machine's time. Delays need the application's event loop.
+  /// The real time. Delays need the application's event loop.
   [[nodiscard]] static ViewTime real();
 };
 
-/// A timer that runs only while a widget is shown. Owned by the widget. Main thread.
+/// A timer that runs only while its widget, which owns it, is shown.
 class ShownTicker final : public QObject {
   Q_OBJECT
 
 public:
   struct Calls {
-    /// The widget appears.
+    /// The widget is shown.
     std::function<void()> shown;
     /// A period has passed.
     std::function<void()> tick;

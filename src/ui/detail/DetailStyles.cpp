@@ -18,17 +18,16 @@ TextLine* makeLine(const TextStyle& style, const QString& text, QAccessible::Rol
 } // namespace
 
 TextLine* makeHeading(const QString& text, QWidget* parent) {
-  return makeLine({TWFont::sectionTitle(), TWColor::text()}, text, QAccessible::Heading, parent);
+  return makeLine({TWFont::sectionTitle(), TWColor::text}, text, QAccessible::Heading, parent);
 }
 
 TextLine* makeSubheading(const QString& text, QWidget* parent) {
-  return makeLine({TWFont::standard(13, QFont::Medium), TWColor::textSecondary()}, text,
+  return makeLine({TWFont::standard(13, QFont::Medium), TWColor::textSecondary}, text,
                   QAccessible::Heading, parent);
 }
 
 TextLine* makeHint(const QString& text, QWidget* parent) {
-  return makeLine({TWFont::body(), TWColor::textSecondary()}, text, QAccessible::StaticText,
-                  parent);
+  return makeLine({TWFont::body(), TWColor::textSecondary}, text, QAccessible::StaticText, parent);
 }
 
 } // namespace tidewell

@@ -42,8 +42,8 @@ BandwidthSection::BandwidthSection(QWidget* parent)
 
   auto* const legend = new QHBoxLayout;
   legend->setSpacing(legendSpacing);
-  legend->addWidget(new LegendItem(QStringLiteral("Download"), TWColor::accent(), this));
-  legend->addWidget(new LegendItem(QStringLiteral("Upload"), TWColor::cyan(), this));
+  legend->addWidget(new LegendItem(QStringLiteral("Download"), TWColor::accent, this));
+  legend->addWidget(new LegendItem(QStringLiteral("Upload"), TWColor::cyan, this));
   legend->addStretch();
   column->addLayout(legend);
 }

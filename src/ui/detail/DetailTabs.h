@@ -21,8 +21,8 @@ class RangeSelector;
 class RecentReadings;
 class TextLine;
 
-/// The chart of the throughput under its title and its spans of time, and over its legend. The
-/// chosen span changes nothing but its button. Main thread.
+/// The bandwidth chart with its title, time ranges and legend. The selected range changes only its
+/// button.
 class BandwidthSection final : public QWidget {
   Q_OBJECT
 
@@ -33,13 +33,13 @@ public:
   [[nodiscard]] TimeRange timeRange() const;
 
 private:
-  // Children, made in the order in which they are read.
+  // Children, in reading order.
   QWidget* m_heading;
   RangeSelector* m_ranges;
   BandwidthChart* m_chart;
 };
 
-/// All programs that use the network. Main thread.
+/// All processes that use the network.
 class ProcessesTab final : public QWidget {
   Q_OBJECT
 
@@ -54,10 +54,10 @@ private:
   TextLine* m_title;
   TextLine* m_empty;
   ProcessListView* m_list;
-  Subscription m_subscription; // ended before the children go
+  Subscription m_subscription; // destroyed before the children
 };
 
-/// How latency and rates have been. Main thread.
+/// The recent latency and rates.
 class HistoryTab final : public QWidget {
   Q_OBJECT
 
@@ -77,15 +77,15 @@ private:
   LatencyChart* m_chart;
   TextLine* m_readingsTitle;
   RecentReadings* m_readings;
-  Subscription m_subscription; // ended before the children go
+  Subscription m_subscription; // destroyed before the children
 };
 
-/// The chart, its figures and the busiest programs. Main thread.
+/// The bandwidth chart, its figures and the busiest processes.
 class OverviewTab final : public QWidget {
   Q_OBJECT
 
 public:
-  /// How many programs are shown.
+  /// The number of processes shown.
   static constexpr int previewRows = 4;
 
   explicit OverviewTab(DetailSources sources, QWidget* parent = nullptr);
@@ -101,7 +101,7 @@ private:
   ChartStats* m_stats;
   TextLine* m_programs;
   ProcessListView* m_preview;
-  // Ended before the children go.
+  // Destroyed before the children.
   std::vector<Subscription> m_subscriptions;
 };
 

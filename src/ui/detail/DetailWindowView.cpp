@@ -24,7 +24,7 @@ namespace tidewell {
 
 namespace {
 
-// Beside a title; with the padding around the bar, the first one stands above the content's edge.
+// Beside a title. Aligns the first title with the content's left edge.
 constexpr int sidePadding = 8;
 constexpr int edgePadding = 4;
 constexpr int barSpacing = 4;
@@ -32,8 +32,8 @@ constexpr int barHeight = 2;
 constexpr double focusRadius = 5.0;
 
 TextStyle titleStyle(bool isSelected) {
-  static const QFont font = TWFont::standard(13, QFont::Medium);
-  return {font, isSelected ? TWColor::accent() : TWColor::textSecondary()};
+  return {TWFont::standard(13, QFont::Medium),
+          isSelected ? TWColor::accent : TWColor::textSecondary};
 }
 
 constexpr int tabBarPadding = 16;
@@ -65,8 +65,7 @@ QSize DetailTabBar::tabSizeHint(int index) const {
 }
 
 void DetailTabBar::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   for (int index = 0; index < count(); ++index) {
     paintTab(painter, index);
   }
@@ -79,7 +78,7 @@ void DetailTabBar::paintTab(QPainter& painter, int index) const {
   drawLine(painter, title, tabText(index), titleStyle(isSelected));
   if (isSelected) {
     painter.fillRect(QRect(title.left(), tab.bottom() + 1 - barHeight, title.width(), barHeight),
-                     TWColor::accent());
+                     TWColor::accent);
   }
   if (isSelected && hasFocus()) {
     drawFocusRing(painter, tab.adjusted(1, 0, -1, -barHeight - 1), focusRadius);
@@ -94,7 +93,7 @@ DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> 
       m_tabs(new DetailTabBar(tabTitles(), this)), m_stack(new QStackedWidget(this)),
       m_overview(new OverviewTab(sources)) {
   setWindowTitle(accessibleName());
-  setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
+  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(defaultSize);
   addTab(m_overview);
@@ -106,7 +105,7 @@ DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> 
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { window()->close(); });
   resize(defaultSize);
-  setFocus(); // nothing is marked before Tab has chosen something
+  setFocus(); // no control shows the focus before Tab is pressed
 }
 
 DetailWindowView::~DetailWindowView() = default;
@@ -116,7 +115,7 @@ int DetailWindowView::selectedTab() const { return m_stack->currentIndex(); }
 DetailWindowView::TimeRange DetailWindowView::timeRange() const { return m_overview->timeRange(); }
 
 void DetailWindowView::paintEvent(QPaintEvent* event) {
-  QPainter(this).fillRect(event->rect(), TWColor::surface());
+  QPainter(this).fillRect(event->rect(), TWColor::surface);
 }
 
 void DetailWindowView::addTab(QWidget* content) {

@@ -18,7 +18,7 @@ struct SamplerState;
 struct SpeedTestState;
 struct TrackerState;
 
-/// What the details show. The states outlive the views.
+/// The states that the details show. They outlive the views.
 struct DetailSources {
   SamplerState& sampler;
   MonitorState& monitor;
@@ -26,8 +26,7 @@ struct DetailSources {
   SpeedTestState& speedTest;
 };
 
-/// Titles side by side, with a bar under the selected one. Left and Right select another. Main
-/// thread.
+/// Titles side by side, with a bar under the selected one. Left and Right change the selection.
 class DetailTabBar final : public QTabBar {
   Q_OBJECT
 
@@ -38,30 +37,29 @@ protected:
   [[nodiscard]] QSize tabSizeHint(int index) const override;
   [[nodiscard]] QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
   void paintEvent(QPaintEvent* event) override;
-  /// Goes on to what scrolls.
+  /// Ignored, so that the page scrolls.
   void wheelEvent(QWheelEvent* event) override;
 
 private:
   void paintTab(QPainter& painter, int index) const;
 };
 
-/// The details: four tabs and the selected one's content, which scrolls. A window or a part of one.
-/// Made anew for every opening. Main thread.
+/// The details: four tabs and the scrollable content of the selected one. Created for each opening.
 class DetailWindowView final : public SpokenGroup {
   Q_OBJECT
 
 public:
   using TimeRange = tidewell::TimeRange;
 
-  /// The size to open with and the least one, in device-independent pixels.
+  /// The initial and minimum size, in device-independent pixels.
   static constexpr QSize defaultSize{680, 520};
 
-  /// `runSpeedTest` is called on the main thread, and only while no test runs.
+  /// `runSpeedTest` is called only while no test is running.
   DetailWindowView(DetailSources sources, std::function<void()> runSpeedTest,
                    const ViewTime& time = ViewTime::real(), QWidget* parent = nullptr);
   ~DetailWindowView() override;
 
-  /// Which tab is shown, from 0 to 3.
+  /// The selected tab, from 0 to 3.
   [[nodiscard]] int selectedTab() const;
   [[nodiscard]] TimeRange timeRange() const;
 

@@ -18,7 +18,7 @@ constexpr PerformanceGroup::Thresholds latencyMs{50.0, 100.0};
 constexpr PerformanceGroup::Thresholds jitterMs{5.0, 20.0};
 constexpr PerformanceGroup::Thresholds lossPercent{1.0, 5.0};
 
-// So that a title stands equally far above its rows with and without a button beside it.
+// Keeps the same distance from title to rows with and without a button.
 constexpr int titleHeight = 28;
 
 } // namespace
@@ -34,16 +34,16 @@ ConnectionGroup::ConnectionGroup(QWidget* parent)
 
 void ConnectionGroup::setConnected(bool isConnected) {
   m_status->setValue(isConnected ? QStringLiteral("Connected") : QStringLiteral("Disconnected"),
-                     isConnected ? TWColor::green() : TWColor::red());
+                     isConnected ? TWColor::green : TWColor::red);
 }
 
 void ConnectionGroup::setInfo(const ConnectionInfo& info) {
-  m_details[0]->setValue(shownText(info.interfaceName), TWColor::text());
-  m_details[1]->setValue(shownText(info.networkName), TWColor::text());
-  m_details[2]->setValue(shownText(info.ipAddress), TWColor::text());
-  m_details[3]->setValue(shownText(info.publicIP), TWColor::text());
-  m_details[4]->setValue(shownText(info.dns), TWColor::text());
-  m_details[5]->setValue(shownText(rawValue(info.interfaceType)), TWColor::text());
+  m_details[0]->setValue(shownText(info.interfaceName), TWColor::text);
+  m_details[1]->setValue(shownText(info.networkName), TWColor::text);
+  m_details[2]->setValue(shownText(info.ipAddress), TWColor::text);
+  m_details[3]->setValue(shownText(info.publicIP), TWColor::text);
+  m_details[4]->setValue(shownText(info.dns), TWColor::text);
+  m_details[5]->setValue(shownText(rawValue(info.interfaceType)), TWColor::text);
 }
 
 PerformanceGroup::PerformanceGroup(QWidget* parent)
@@ -66,9 +66,9 @@ void PerformanceGroup::setPacketLoss(double percent) {
 
 const QColor& PerformanceGroup::colorOf(double value, Thresholds thresholds) {
   if (value < thresholds.yellow) {
-    return TWColor::green();
+    return TWColor::green;
   }
-  return value < thresholds.red ? TWColor::yellow() : TWColor::red();
+  return value < thresholds.red ? TWColor::yellow : TWColor::red;
 }
 
 DiagnosticGroup::DiagnosticGroup(const QString& title, QWidget* parent)

@@ -14,18 +14,18 @@ namespace tidewell {
 class ValueRow;
 struct ConnectionInfo;
 
-/// A title above rows. Main thread.
+/// A title with rows below it.
 class DiagnosticGroup : public SpokenGroup {
   Q_OBJECT
 
 public:
   DiagnosticGroup(const QString& title, QWidget* parent);
 
-  /// Adds a row at the end.
+  /// Appends a row.
   [[nodiscard]] ValueRow* diagnosticRow(const char* label);
-  /// Adds something else at the end.
+  /// Appends another widget.
   void add(QWidget* widget);
-  /// Puts something at the right of the title.
+  /// Adds a widget at the right of the title.
   void addBesideTitle(QWidget* widget);
 
 private:
@@ -33,7 +33,7 @@ private:
   QHBoxLayout* m_titleRow;
 };
 
-/// Whether there is a connection, and which. Main thread.
+/// The state and the details of the connection.
 class ConnectionGroup final : public DiagnosticGroup {
   Q_OBJECT
 
@@ -49,12 +49,12 @@ private:
   std::array<ValueRow*, 6> m_details;
 };
 
-/// Latency, jitter and loss, each in the colour of its quality. Main thread.
+/// Latency, jitter and packet loss, coloured by quality.
 class PerformanceGroup final : public DiagnosticGroup {
   Q_OBJECT
 
 public:
-  /// From which values on a figure is no longer good, and no longer fair.
+  /// The smallest values that are yellow and red.
   struct Thresholds {
     double yellow;
     double red;
@@ -66,8 +66,7 @@ public:
   void setJitter(double milliseconds);
   void setPacketLoss(double percent);
 
-  /// Green below the first threshold, yellow below the second, red for all else, also for what is
-  /// no number.
+  /// Green below the first threshold, yellow below the second, otherwise red, also for NaN.
   [[nodiscard]] static const QColor& colorOf(double value, Thresholds thresholds);
 
 private:

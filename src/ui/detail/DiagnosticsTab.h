@@ -16,7 +16,7 @@ class PerformanceGroup;
 class SpeedTestGroup;
 class TextLine;
 
-/// The connection, how good it is, and the speed test. Main thread.
+/// Connection, performance and speed test.
 class DiagnosticsTab final : public QWidget {
   Q_OBJECT
 
@@ -35,7 +35,7 @@ private:
   ConnectionGroup* m_connection;
   PerformanceGroup* m_performance;
   SpeedTestGroup* m_speedTest;
-  // Ended before the children go.
+  // Destroyed before the children.
   std::vector<Subscription> m_subscriptions;
 };
 

@@ -1,9 +1,7 @@
 #include "ui/detail/RecentReadings.h"
 
-#include "format/SpeedFormatter.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/ShownText.h"
-#include "ui/panel/SpeedTestStrip.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -19,27 +17,14 @@ constexpr int columnGap = 16;
 constexpr std::array<int, 4> columnWidths = {70, 100, 100, 100};
 
 TextStyle columnStyle(std::size_t column) {
-  const std::array<const QColor*, 4> colors = {&TWColor::textTertiary(), &TWColor::accent(),
-                                               &TWColor::cyan(), &TWColor::textSecondary()};
-  TextStyle style{TWFont::monoSmall(), *colors.at(column)};
-  style.smallestPixelSize = 8;
-  return style;
-}
-
-QString rateText(std::int64_t bytesPerSec) {
-  return QString::fromStdString(SpeedFormatter::format(bytesPerSec));
-}
-
-QString timeText(double secondsSince1970) {
-  const QString time = ResultLine::timeOfDay(secondsSince1970);
-  return time.isEmpty() ? QStringLiteral("--") : time;
+  const std::array<const QColor*, 4> colors = {&TWColor::textTertiary, &TWColor::accent,
+                                               &TWColor::cyan, &TWColor::textSecondary};
+  return {.font = TWFont::monoSmall(), .color = *colors.at(column), .smallestPixelSize = 8};
 }
 
 } // namespace
 
-ReadingRow::ReadingRow(QWidget* parent) : PaintedWidget(QAccessible::ListItem, parent) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-}
+ReadingRow::ReadingRow(QWidget* parent) : PaintedWidget(QAccessible::ListItem, parent) {}
 
 void ReadingRow::setSnapshot(const NetworkSnapshot& snapshot) {
   const std::array<QString, 4> texts = {

@@ -7,7 +7,7 @@
 
 namespace tidewell {
 
-/// One sample as a line of text. Main thread.
+/// A row with one sample.
 class ReadingRow final : public PaintedWidget {
   Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
 
   void setSnapshot(const NetworkSnapshot& snapshot);
 
-  /// Time of day, download, upload and latency, as shown.
+  /// The texts shown: time of day, download, upload and latency.
   [[nodiscard]] const std::array<QString, 4>& texts() const { return m_texts; }
 
   [[nodiscard]] QSize sizeHint() const override;
@@ -28,7 +28,7 @@ private:
   std::array<QString, 4> m_texts;
 };
 
-/// The last samples, the newest first. Main thread.
+/// The last samples, newest first.
 class RecentReadings final : public SpokenGroup {
   Q_OBJECT
 
@@ -37,11 +37,11 @@ public:
 
   explicit RecentReadings(QWidget* parent);
 
-  /// Shows the last of these samples, which are the oldest first.
+  /// Shows the last of these samples, which are sorted oldest first.
   void setSnapshots(const SnapshotList& snapshots);
 
 private:
-  std::array<ReadingRow*, mostReadings> m_rows{}; // children; those not needed are hidden
+  std::array<ReadingRow*, mostReadings> m_rows{}; // children; unused ones are hidden
 };
 
 } // namespace tidewell

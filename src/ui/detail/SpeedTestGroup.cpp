@@ -6,7 +6,6 @@
 #include "ui/components/TextLine.h"
 #include "ui/components/ValueRow.h"
 #include "ui/detail/DetailStyles.h"
-#include "ui/panel/SpeedTestStrip.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QHBoxLayout>
@@ -21,11 +20,6 @@ constexpr int linePadding = 8;
 constexpr int spinnerSpacing = 8;
 
 QString megabitsText(double megabits) { return figureText(megabits, 1) + QStringLiteral(" Mbps"); }
-
-QString timeText(double secondsSince1970) {
-  const QString time = ResultLine::timeOfDay(secondsSince1970);
-  return time.isEmpty() ? QStringLiteral("--") : time;
-}
 
 } // namespace
 
@@ -62,12 +56,10 @@ void SpeedTestGroup::setState(bool isRunning, const std::optional<SpeedTestResul
 }
 
 void SpeedTestGroup::showResult(const SpeedTestResult& result) {
-  m_rows[0]->setValue(megabitsText(result.downloadMbps), TWColor::text());
-  m_rows[1]->setValue(megabitsText(result.uploadMbps), TWColor::text());
-  m_rows[2]->setValue(QString::fromStdString(std::to_string(result.responsiveness)) +
-                          QStringLiteral(" RPM"),
-                      TWColor::text());
-  m_rows[3]->setValue(timeText(result.timestamp), TWColor::text());
+  m_rows[0]->setValue(megabitsText(result.downloadMbps), TWColor::text);
+  m_rows[1]->setValue(megabitsText(result.uploadMbps), TWColor::text);
+  m_rows[2]->setValue(QStringLiteral("%1 RPM").arg(result.responsiveness), TWColor::text);
+  m_rows[3]->setValue(timeText(result.timestamp), TWColor::text);
 }
 
 void SpeedTestGroup::showButton(bool isShown) {

@@ -14,8 +14,8 @@ class Spinner;
 class TextButton;
 class TextLine;
 
-/// The speed test: that it runs, else its last result, else that there is none; and a button that
-/// starts one while none runs. Main thread.
+/// The state of the speed test: running, its last result, or no result. A button starts a test
+/// while none is running.
 class SpeedTestGroup final : public DiagnosticGroup {
   Q_OBJECT
 
@@ -34,7 +34,7 @@ private:
   Spinner* m_spinner;
   TextLine* m_text;
   std::array<ValueRow*, 4> m_rows{};
-  bool m_hadFocus = false; // the button, when it had to go
+  bool m_hadFocus = false; // whether the button had the focus when it was hidden
 };
 
 } // namespace tidewell

@@ -55,7 +55,7 @@ ItemWindow::ItemWindow(QMenu& menu, Clicked clicked)
 
 void ItemWindow::showText(const std::string& text) {
   m_picture = widePicture(text);
-  // Drawn for screens of twice the density, which is the size of a panel's text on others.
+  // The picture is drawn for twice the density. Scaled down it matches the size of text in panels.
   m_picture.setDevicePixelRatio(2.0);
   setAccessibleName(QStringLiteral("Tidewell ") + QString::fromStdString(text));
   if (!isVisible()) {

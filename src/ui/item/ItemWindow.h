@@ -11,18 +11,18 @@ class QMenu;
 
 namespace tidewell {
 
-/// The panel's text as a picture, as hosts of the item get it. `edge` is 22 or 44.
+/// Pictures of the item's text, as its hosts receive them. `edge` is 22 or 44 pixels.
 [[nodiscard]] QPixmap squarePicture(const std::string& text, int edge);
 [[nodiscard]] QPixmap widePicture(const std::string& text);
 
-/// The item as a small window that stays above others and can be dragged. Main thread.
+/// The item as a small draggable window above all others.
 class ItemWindow final : public QWidget {
   Q_OBJECT
 
 public:
   using Clicked = std::function<void(std::optional<QPoint> point)>;
 
-  /// Borrows the menu, which the other mouse button opens.
+  /// Borrows the menu, which a right click opens.
   ItemWindow(QMenu& menu, Clicked clicked);
 
   void showText(const std::string& text);
@@ -39,7 +39,7 @@ private:
   QMenu& m_menu;
   Clicked m_clicked;
   QPixmap m_picture;
-  std::optional<QPoint> m_pressed; // where the button went down, unless it became a drag
+  std::optional<QPoint> m_pressed; // where the button was pressed; empty after a drag has started
 };
 
 } // namespace tidewell

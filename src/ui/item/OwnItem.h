@@ -16,9 +16,9 @@ namespace tidewell {
 
 class ItemWindow;
 
-/// What the item's user may ask for. Main thread.
+/// The commands of the item.
 struct ItemCommands {
-  /// Opens the panel, or closes it; the place in the display server's pixels.
+  /// Opens or closes the panel. `point` is in the display server's pixels.
   std::function<void(std::optional<QPoint> point)> togglePanel;
   std::function<void()> openDetail;
   std::function<void()> openSettings;
@@ -27,14 +27,12 @@ struct ItemCommands {
   std::function<void()> quit;
 };
 
-/// The item where no panel takes one: an icon in an old-style tray, or a small window above all
-/// others where there is not even that. Main thread.
+/// The item on desktops whose panel shows none: an icon in an X11 system tray, otherwise a small
+/// window.
 class OwnItem {
 public:
   /// Borrows the text.
   OwnItem(Published<std::string>& text, ItemCommands commands);
-  OwnItem(const OwnItem&) = delete;
-  OwnItem& operator=(const OwnItem&) = delete;
   ~OwnItem();
 
 private:

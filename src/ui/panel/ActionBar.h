@@ -10,33 +10,33 @@ namespace tidewell {
 
 class ActionButton;
 
-/// What the panel's buttons ask for. Called on the main thread.
+/// The actions of the panel's buttons.
 struct PanelActions {
   std::function<void()> openDetail;
   std::function<void()> openSettings;
   std::function<void()> runSpeedTest;
-  /// Ends the application.
+  /// Quits the application.
   std::function<void()> quit;
-  /// Clears the clipboard and puts the plain text on it.
+  /// Replaces the clipboard's content with the plain text.
   std::function<void(const std::string& text)> copyText;
 };
 
-/// The panel's buttons, in their order.
+/// The panel's buttons, in order.
 enum class PanelAction { speedTest, copyIP, details, settings, quit };
 
-/// Five buttons of equal width side by side. Left and Right move between them. Main thread.
+/// Five buttons of equal width, side by side. Left and Right move between them.
 class ActionBar final : public QWidget {
   Q_OBJECT
 
 public:
   explicit ActionBar(QWidget* parent);
 
-  /// Has the task run whenever the button is pressed.
+  /// Runs the task whenever the button is pressed.
   void onPressed(PanelAction action, std::function<void()> task);
 
-  /// Whether a speed test runs. Its button stays enabled.
+  /// Shows whether a speed test is running. The button stays enabled.
   void setTesting(bool isTesting);
-  /// Whether an address was just copied.
+  /// Shows whether an address was just copied.
   void setCopied(bool isCopied);
 
   [[nodiscard]] ActionButton& button(PanelAction action);

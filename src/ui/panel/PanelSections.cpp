@@ -29,23 +29,21 @@ constexpr int titleSpacing = 4;
 constexpr int badgeSpacing = 10;
 
 TextStyle centred(const QFont& font, const QColor& color) {
-  TextStyle style{font, color};
-  style.alignment = Qt::AlignHCenter;
-  return style;
+  return {.font = font, .color = color, .alignment = Qt::AlignHCenter};
 }
 
 TextStyle titleStyle() {
-  return centred(withLetterSpacing(TWFont::label(), 1.5), TWColor::textTertiary());
+  return centred(withLetterSpacing(TWFont::label(), 1.5), TWColor::textTertiary);
 }
 
 TextStyle rateStyle() {
-  TextStyle style = centred(TWFont::monospaced(36, QFont::Bold), TWColor::text());
+  TextStyle style = centred(TWFont::monospaced(36, QFont::Bold), TWColor::text);
   style.smallestPixelSize = 20;
   return style;
 }
 
 TextStyle megabitsStyle() {
-  TextStyle style = centred(TWFont::standard(13, QFont::Normal), TWColor::textSecondary());
+  TextStyle style = centred(TWFont::standard(13, QFont::Normal), TWColor::textSecondary);
   style.isTabular = true;
   return style;
 }
@@ -66,11 +64,11 @@ ConnectionSection::ConnectionSection(QWidget* parent) : QWidget(parent) {
 }
 
 void ConnectionSection::setInfo(const ConnectionInfo& info) {
-  m_rows[0]->setValue(shownText(info.networkName), TWColor::text());
-  m_rows[1]->setValue(shownText(info.interfaceName), TWColor::text());
-  m_rows[2]->setValue(shownText(info.ipAddress), TWColor::text());
-  m_rows[3]->setValue(shownText(info.publicIP), TWColor::text());
-  m_rows[4]->setValue(shownText(info.dns), TWColor::text());
+  m_rows[0]->setValue(shownText(info.networkName), TWColor::text);
+  m_rows[1]->setValue(shownText(info.interfaceName), TWColor::text);
+  m_rows[2]->setValue(shownText(info.ipAddress), TWColor::text);
+  m_rows[3]->setValue(shownText(info.publicIP), TWColor::text);
+  m_rows[4]->setValue(shownText(info.dns), TWColor::text);
 }
 
 StatsGrid::StatsGrid(QWidget* parent)
@@ -88,16 +86,16 @@ StatsGrid::StatsGrid(QWidget* parent)
 
 void StatsGrid::setFigures(std::int64_t uploadBytesPerSec, double latencyMs, double jitterMs,
                            double packetLossPercent) {
-  const QString upload = QString::fromStdString(SpeedFormatter::format(uploadBytesPerSec));
+  const QString upload = rateText(uploadBytesPerSec);
   const QString milliseconds = QStringLiteral("ms");
   const bool isLossy = packetLossPercent > tolerableLossPercent;
-  m_cells[0]->setFigure({QStringLiteral("Upload"), upload, QString(), TWColor::text()});
+  m_cells[0]->setFigure({QStringLiteral("Upload"), upload, QString(), TWColor::text});
   m_cells[1]->setFigure(
-      {QStringLiteral("Latency"), figureText(latencyMs, 0), milliseconds, TWColor::text()});
+      {QStringLiteral("Latency"), figureText(latencyMs, 0), milliseconds, TWColor::text});
   m_cells[2]->setFigure(
-      {QStringLiteral("Jitter"), figureText(jitterMs, 1), milliseconds, TWColor::text()});
+      {QStringLiteral("Jitter"), figureText(jitterMs, 1), milliseconds, TWColor::text});
   m_cells[3]->setFigure({QStringLiteral("Packet Loss"), figureText(packetLossPercent, 1),
-                         QStringLiteral("%"), isLossy ? TWColor::yellow() : TWColor::green()});
+                         QStringLiteral("%"), isLossy ? TWColor::yellow : TWColor::green});
 }
 
 void StatsGrid::resizeEvent(QResizeEvent* /*event*/) {
@@ -138,7 +136,7 @@ void ThroughputHero::layOut() {
 }
 
 void ThroughputHero::setDownload(std::int64_t bytesPerSec) {
-  const QString rate = QString::fromStdString(SpeedFormatter::format(bytesPerSec));
+  const QString rate = rateText(bytesPerSec);
   const QString megabits =
       QString::fromStdString(SpeedFormatter::formatMbps(bytesPerSec)) + QStringLiteral(" Mbps");
   m_rate->setText(rate, QStringLiteral("Download ") + rate);

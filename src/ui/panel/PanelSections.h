@@ -16,14 +16,14 @@ class StatusBadge;
 class TextLine;
 struct ConnectionInfo;
 
-/// The details of the connection, one row each. Main thread.
+/// The details of the connection, one per row.
 class ConnectionSection final : public QWidget {
   Q_OBJECT
 
 public:
   explicit ConnectionSection(QWidget* parent);
 
-  /// Changes only the rows that show something new.
+  /// Repaints only rows that changed.
   void setInfo(const ConnectionInfo& info);
 
 private:
@@ -31,14 +31,14 @@ private:
   std::array<ValueRow*, 5> m_rows{};
 };
 
-/// Two rows of two labelled figures on one card with round corners. Main thread.
+/// Four labelled figures in two rows on a card with rounded corners.
 class StatsGrid final : public QWidget {
   Q_OBJECT
 
 public:
   explicit StatsGrid(QWidget* parent);
 
-  /// Bytes per second, milliseconds and percent. Changes only the cells that show something new.
+  /// Bytes per second, milliseconds and percent. Repaints only cells that changed.
   void setFigures(std::int64_t uploadBytesPerSec, double latencyMs, double jitterMs,
                   double packetLossPercent);
 
@@ -52,7 +52,7 @@ private:
   std::array<StatCell*, 4> m_cells;
 };
 
-/// The current download rate in large type, the same in megabits, and the status. Main thread.
+/// The current download rate in large type, the same in megabits, and the network's status.
 class ThroughputHero final : public QWidget {
   Q_OBJECT
 

@@ -22,7 +22,7 @@ namespace tidewell {
 
 namespace {
 
-// Nothing blurs what lies behind, so only a trace of it may shine through the text.
+// The background is not blurred, so little of it may show through the text.
 constexpr double translucentOpacity = 0.94;
 
 constexpr double copiedSeconds = 1.5;
@@ -31,14 +31,14 @@ constexpr double copiedSeconds = 1.5;
 
 void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop) {
   if (backdrop == Backdrop::opaque) {
-    painter.fillRect(panel, TWColor::surface());
-    painter.setPen(TWColor::surface3());
+    painter.fillRect(panel, TWColor::surface);
+    painter.setPen(TWColor::surface3);
     painter.drawRect(panel.adjusted(0, 0, -1, -1));
     return;
   }
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(TWColor::surface3(), 1.0));
-  painter.setBrush(withOpacity(TWColor::surface(), translucentOpacity));
+  painter.setPen(QPen(TWColor::surface3, 1.0));
+  painter.setBrush(withOpacity(TWColor::surface, translucentOpacity));
   painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius - 0.5,
                           panelRadius - 0.5);
 }
@@ -51,7 +51,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
       m_strip(new SpeedTestStrip(time, this)), m_divider(Divider::horizontal(this)),
       m_actionBar(new ActionBar(this)) {
   setAccessibleName(QStringLiteral("Tidewell"));
-  setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
+  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
   setAttribute(Qt::WA_TranslucentBackground, backdrop == Backdrop::translucent);
   setAttribute(Qt::WA_OpaquePaintEvent, backdrop == Backdrop::opaque);
   layOut();
@@ -59,7 +59,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
   observeSampler();
   observeMonitor();
   observeSpeedTest();
-  setFocus(); // Space presses nothing before Tab has chosen a button
+  setFocus(); // Space presses no button before Tab is pressed
 }
 
 PopoverView::~PopoverView() = default;

@@ -24,32 +24,30 @@ struct MonitorState;
 struct SamplerState;
 struct SpeedTestState;
 
-/// What lies behind the panel.
+/// The panel's background.
 enum class Backdrop {
-  /// Lightly translucent, with round corners. The window has to have an alpha channel.
+  /// Slightly translucent, with rounded corners. The window needs an alpha channel.
   translucent,
-  /// Opaque, with square corners: where nothing composes windows.
+  /// Opaque, with square corners, for displays without compositing.
   opaque
 };
 
 /// Radius of a translucent panel's corners, in pixels.
 constexpr int panelRadius = 12;
 
-/// Paints the ground of a panel and its outline.
+/// Paints the panel's background and outline.
 void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop);
 
-/// What the panel shows. The states outlive the view. `SamplerState::isConnected` has to be written
-/// before `MonitorState::isConnected`, which is what tells the view of it.
+/// The states that the panel shows. They outlive the view. Write `SamplerState::isConnected` before
+/// `MonitorState::isConnected`, which the view observes.
 struct PanelSources {
   SamplerState& sampler;
   MonitorState& monitor;
   SpeedTestState& speedTest;
 };
 
-/// The panel: 340 pixels wide and as high as its content. Main thread.
-///
-/// A window or a part of one. It keeps its own size, which changes when the line of the speed test
-/// comes or goes. Made anew for every opening.
+/// The panel: 340 pixels wide and as high as its content, which changes with the speed test.
+/// Created for each opening.
 class PopoverView final : public QWidget {
   Q_OBJECT
 
@@ -93,7 +91,7 @@ private:
   SpeedTestStrip* m_strip;
   Divider* m_divider;
   ActionBar* m_actionBar;
-  // Ended before the children go.
+  // Destroyed before the children.
   std::vector<Subscription> m_subscriptions;
 };
 

@@ -13,7 +13,7 @@ namespace tidewell {
 
 class Spinner;
 
-/// Says that a speed test runs. Main thread.
+/// A line shown while a speed test is running.
 class RunningLine final : public PaintedWidget {
   Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
   Spinner* m_spinner; // a child
 };
 
-/// The figures of a speed test, and at what time of day it ended. Main thread.
+/// The figures of a speed test and the time of day when it ended.
 class ResultLine final : public PaintedWidget {
   Q_OBJECT
 
@@ -41,27 +41,21 @@ public:
 
   void setResult(const SpeedTestResult& result);
   [[nodiscard]] QString figures() const { return m_figures; }
-  [[nodiscard]] QString timeOfDay() const { return m_timeOfDay; }
 
   [[nodiscard]] QSize sizeHint() const override;
 
-  /// The time of day in the user's locale and time zone; empty for a time that no calendar has.
-  [[nodiscard]] static QString timeOfDay(double secondsSince1970);
-
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   [[nodiscard]] QRect figuresBox() const;
-  void updateToolTip();
 
   QString m_figures;
-  QString m_timeOfDay;
+  QString m_time;
 };
 
-/// The line about the speed test: that it runs, else its last result, else nothing, and then it
-/// takes no room. Main thread.
+/// The line about the speed test: running, or its last result. Without either it takes no space.
 class SpeedTestStrip final : public QWidget {
   Q_OBJECT
 
@@ -71,7 +65,7 @@ public:
   void setState(bool isRunning, const std::optional<SpeedTestResult>& result);
 
 private:
-  // Children, of which one is shown.
+  // Children; at most one is shown.
   RunningLine* m_running;
   ResultLine* m_result;
 };

@@ -64,7 +64,7 @@ Wayland lookForWayland() {
   return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
 }
 
-/// Null where there is no display.
+/// Returns null if there is no display.
 const char* platformFor(Wayland wayland) {
   const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
   if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
@@ -76,7 +76,7 @@ const char* platformFor(Wayland wayland) {
 } // namespace
 
 xcb_connection_t* xConnection() {
-  // Plugins for other displays may have the interface, too, without a connection.
+  // Plugins for other displays may have this interface without a connection.
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   const bool isX = QGuiApplication::platformName() == QLatin1String("xcb");
   return isX && x11 != nullptr ? x11->connection() : nullptr;
@@ -95,15 +95,15 @@ bool chooseDisplay() {
     }
     qputenv("QT_QPA_PLATFORM", platform);
   }
-  // Everything is painted into memory: without these the platform plugins load a whole GL stack.
+  // Everything is painted in memory. By default the platform plugins would load a GL stack.
   setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");
   setDefault("QT_XCB_GL_INTEGRATION", "none");
-  // The windows look the same everywhere, and a desktop's theme plugin would bring its own toolkit.
+  // The windows look the same everywhere. A desktop's theme plugin would load another toolkit.
   setDefault("QT_QPA_PLATFORMTHEME", "generic");
   setDefault("QT_NO_GLIB", "1");
-  // Bars count on several screens, too.
+  // Respects panels on multiple screens.
   setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
-  // Lets the panel have a surface of no role, which the layer shell then gives its own.
+  // Creates the panel's surface without a role, so that the layer shell can assign one.
   qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
   return true;
 }

@@ -16,7 +16,7 @@ namespace tidewell {
 
 namespace {
 
-// The pointer is told to have entered as soon as the surface is on the screen, if it is there.
+// The compositor reports the pointer as soon as the surface is shown, if it is on this screen.
 constexpr std::chrono::milliseconds pointerPatience(80);
 
 wl_surface* surfaceOf(QWindow* window) {
@@ -34,7 +34,7 @@ LayerPanelWindow::LayerPanelWindow()
 }
 
 LayerPanelWindow::~LayerPanelWindow() {
-  // The role goes before the surface, which the window owns.
+  // Destroys the role before the surface, which the window owns.
   m_surface.reset();
 }
 
@@ -78,7 +78,7 @@ void LayerPanelWindow::showPanel(std::optional<QPoint> pointer) {
 
 void LayerPanelWindow::place() {
   const QRect whole(QPoint(0, 0), size());
-  // All that the compositor tells is how much room bars take; they lie where the pointer is.
+  // The compositor reports only how much space bars take. They are assumed at the pointer's edges.
   const QSize bars = size() - m_workSize;
   const QPoint pointer = m_anchor.value_or(QPoint(whole.right(), 0));
   QRect workArea(QPoint(0, 0), m_workSize);

@@ -10,9 +10,9 @@ namespace tidewell {
 class LayerSurface;
 class PanelFrame;
 
-/// A panel under compositors with a layer shell: a transparent surface over the whole screen with
-/// the panel on it. It learns from the pointer where the user has clicked, since the compositor
-/// tells nobody where bars and their items are, and a click beside the panel reaches it.
+/// The panel's window on compositors with a layer shell: a transparent surface that covers the
+/// screen. The pointer's position replaces the item's, which the compositor does not reveal. A
+/// click beside the panel dismisses it.
 class LayerPanelWindow final : public PanelWindow {
   Q_OBJECT
 
@@ -20,7 +20,7 @@ public:
   LayerPanelWindow();
   ~LayerPanelWindow() override;
 
-  /// Whether the display takes such panels.
+  /// Whether the display supports such windows.
   [[nodiscard]] static bool isSupported();
 
   void open(QWidget* content, std::optional<QPoint> point) override;
@@ -37,7 +37,7 @@ private:
 
   std::unique_ptr<LayerSurface> m_surface;
   PanelFrame* m_frame = nullptr;
-  QSize m_workSize; // of the screen beside its bars
+  QSize m_workSize; // of the screen without bars
   std::optional<QPoint> m_anchor;
   QTimer m_patience;
 };

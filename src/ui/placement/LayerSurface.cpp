@@ -11,11 +11,11 @@ namespace tidewell {
 
 namespace {
 
-// Of the protocol: all four edges, and the keyboard for as long as the surface is shown.
+// Values of the protocol: all four edges; exclusive keyboard input while shown.
 constexpr std::uint32_t everyEdge = 1 | 2 | 4 | 8;
 constexpr std::uint32_t wholeKeyboard = 1;
 
-// Of the protocol: beside what others reserve, or over it.
+// Values of the protocol: beside reserved areas, or over them.
 constexpr std::int32_t besideBars = 0;
 constexpr std::int32_t overBars = -1;
 
@@ -46,7 +46,7 @@ zwlr_layer_shell_v1* findShell() {
   return shell;
 }
 
-/// The shell of the application's connection; looked for once.
+/// The layer shell of the application's connection. Looked up once.
 zwlr_layer_shell_v1* shell() {
   static zwlr_layer_shell_v1* const found = findShell();
   return found;

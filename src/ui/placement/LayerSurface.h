@@ -11,28 +11,26 @@ struct zwlr_layer_surface_v1;
 
 namespace tidewell {
 
-/// A surface above all windows that covers one screen. Main thread.
+/// A surface that covers one screen, above all windows.
 class LayerSurface final : public QObject {
   Q_OBJECT
 
 public:
-  /// Whether the compositor the application is connected to has a layer shell.
+  /// Whether the application's compositor has a layer shell.
   [[nodiscard]] static bool isSupported();
 
-  /// Gives the surface, which has no role yet, that of an overlay. Borrows the surface. The
-  /// compositor picks the screen: the one that the user works on.
+  /// Assigns the overlay role to the surface, which must have none. Borrows the surface. The
+  /// compositor chooses the screen.
   explicit LayerSurface(wl_surface* surface);
-  LayerSurface(const LayerSurface&) = delete;
-  LayerSurface& operator=(const LayerSurface&) = delete;
   ~LayerSurface() override;
 
-  /// From now on the surface covers bars, too.
+  /// Extends the surface over bars.
   void coverBars();
 
 Q_SIGNALS:
-  /// The surface is to have this size; nothing may be drawn before the first one.
+  /// The size to use. Draw nothing before the first one.
   void configured(const QSize& size);
-  /// The screen is gone.
+  /// The screen was removed.
   void closed();
 
 private:

@@ -14,10 +14,10 @@ namespace tidewell {
 
 namespace {
 
-// Further ones are the steps of a wheel.
+// Higher numbers are wheel steps.
 constexpr std::uint32_t lastButton = 3;
 
-/// Asks for the events that tell of buttons whatever window is under the pointer, or for none.
+/// Selects raw button events of all windows, or none.
 void select(xcb_connection_t* connection, std::uint32_t events) {
   const struct {
     xcb_input_event_mask_t head;
@@ -28,7 +28,7 @@ void select(xcb_connection_t* connection, std::uint32_t events) {
   xcb_flush(connection);
 }
 
-/// The event that a button made, or null when it is another one.
+/// Returns the button event, or null for another event.
 const xcb_input_raw_button_press_event_t* buttonEvent(xcb_connection_t* connection,
                                                       const void* message) {
   const auto* const event = static_cast<const xcb_input_raw_button_press_event_t*>(message);

@@ -8,21 +8,19 @@ struct xcb_connection_t;
 
 namespace tidewell {
 
-/// Hears under X11 of clicks beside a window, wherever they go, and takes none away: not every
-/// click elsewhere costs a window the focus, one on a bare desktop does not. Silent on other
-/// displays. Main thread.
+/// Reports clicks outside of a window under X11, without consuming them. The window does not lose
+/// the focus to every such click, for example not to one on a bare desktop. Does nothing on other
+/// displays.
 class OutsideClicks final : public QObject, private QAbstractNativeEventFilter {
   Q_OBJECT
 
 public:
   /// Borrows the window.
   explicit OutsideClicks(const QWidget& window);
-  OutsideClicks(const OutsideClicks&) = delete;
-  OutsideClicks& operator=(const OutsideClicks&) = delete;
   ~OutsideClicks() override;
 
 Q_SIGNALS:
-  /// A button that was pressed beside the window has been released.
+  /// A button was pressed and released outside of the window.
   void clicked();
 
 private:

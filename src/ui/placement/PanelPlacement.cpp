@@ -24,7 +24,7 @@ QPoint scaledWithin(const ScreenScale& screen, const QPoint& point) {
          QPoint(static_cast<int>(std::floor(offset.x())), static_cast<int>(std::floor(offset.y())));
 }
 
-/// Keeps a span of this length within [first, last].
+/// Moves a span of this length into [first, last].
 int within(int begin, int length, int first, int last) {
   return std::max(first, std::min(begin, last - length + 1));
 }
@@ -57,7 +57,7 @@ QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& scre
   const QRect inner = panelRoom(screen, workArea);
   QPoint corner(anchor.x() - panel.width() / 2, anchor.y() - panel.height() / 2);
   if (anchor.x() < room.left() || anchor.x() > room.right()) {
-    // A bar at the side: the panel stands beside it.
+    // A vertical bar. The panel goes beside it.
     corner.setX(anchor.x() < room.left() ? inner.left() : inner.right() - panel.width() + 1);
   } else if (anchor.y() <= room.center().y()) {
     corner.setY(anchor.y() < room.top() ? inner.top() : anchor.y() + panelGap);

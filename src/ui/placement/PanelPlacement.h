@@ -7,36 +7,35 @@
 
 namespace tidewell {
 
-/// A screen as the toolkit and as the display server count it.
+/// A screen in the toolkit's and the display server's coordinates.
 struct ScreenScale {
-  /// In device-independent pixels; its corner is that of the display server.
+  /// In device-independent pixels, with the display server's top left corner.
   QRect geometry;
-  /// Device pixels for each of them.
+  /// Device pixels per device-independent pixel.
   double scale = 1.0;
 };
 
-/// A point of hosts, in the display server's pixels, as the toolkit counts. A point on no screen is
-/// taken for one of the nearest. Pure.
+/// Converts a point from the display server's pixels to the toolkit's. A point outside of all
+/// screens maps to the nearest screen.
 [[nodiscard]] QPoint fromHostPixels(const QPoint& point, const QList<ScreenScale>& screens);
 
 /// Space between the panel and the edges of the work area, in device-independent pixels.
 constexpr int panelGap = 6;
 
-/// Where the panel may be: the work area without the space that the panel keeps to its edges.
-/// `screen` and `workArea` as below. Pure.
+/// The area available to the panel: the work area without the gap at its edges. `screen` and
+/// `workArea` as below.
 [[nodiscard]] QRect panelRoom(const QRect& screen, const QRect& workArea);
 
-/// Where the panel's top left corner goes.
+/// Returns the panel's top left corner.
 ///
-/// `anchor` is where the user clicked. `screen` is the whole of the screen and `workArea` what the
-/// desktop's bars leave of it. The panel keeps to the bar that was clicked, centred on the click as
-/// far as the work area allows, and never leaves the work area, unless it is larger: then its top
-/// left is what shows. Pure.
+/// `anchor` is where the user clicked. `screen` is the whole screen and `workArea` the part without
+/// the desktop's bars. The panel is next to the clicked bar, centred on the click if possible, and
+/// stays inside the work area. If it is larger than the work area, its top left part is visible.
 [[nodiscard]] QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& screen,
                                    const QRect& workArea);
 
-/// Where the user would have clicked, when nobody tells: the end of the bar at the top if there is
-/// one, else of the one at the bottom. Pure.
+/// A likely position of the click if it is unknown: the end of the top bar, otherwise of the bottom
+/// bar.
 [[nodiscard]] QPoint likelyAnchor(const QRect& screen, const QRect& workArea);
 
 } // namespace tidewell

@@ -14,7 +14,7 @@ PanelFrame::PanelFrame(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
   setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setFocusPolicy(Qt::NoFocus);
   setWidget(panel);
-  // The panel paints its own, and what lies behind shines through.
+  // The panel paints its own background, which may be translucent.
   panel->setAutoFillBackground(false);
   viewport()->setAutoFillBackground(false);
 }

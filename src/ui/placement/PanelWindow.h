@@ -9,40 +9,39 @@
 
 namespace tidewell {
 
-/// Shows a panel, or as much of it as there is room for: then the wheel and the focus scroll it.
-/// Main thread.
+/// Shows a panel. If there is not enough space, wheel and focus scroll it.
 class PanelFrame final : public QScrollArea {
   Q_OBJECT
 
 public:
-  /// Takes the panel, which keeps its own size.
+  /// Takes ownership of the panel, which keeps its own size.
   PanelFrame(QWidget* panel, QWidget* parent);
 
-  /// Takes the panel's size as far as that fits, and tells it. Device-independent pixels.
+  /// Resizes to the panel's size within `room`. Returns the new size in device-independent pixels.
   QSize fit(const QSize& room);
 };
 
-/// The window in which a panel appears: beside the item, above everything, gone as soon as the user
-/// turns to something else or presses Escape. Made for one opening. Main thread.
+/// The window of the panel: beside the item and above all others. It closes when the user clicks
+/// elsewhere or presses Escape. Created for each opening.
 class PanelWindow : public QWidget {
   Q_OBJECT
 
 public:
-  /// A host for the display that the application runs on.
+  /// Creates the kind of window that suits the display.
   [[nodiscard]] static std::unique_ptr<PanelWindow> make();
 
-  /// Takes the content, which keeps its own size, and shows it. `point` is where the user clicked,
-  /// in the pixels of the item's host.
+  /// Takes ownership of the content, which keeps its own size, and shows it. `point` is where the
+  /// user clicked, in the display server's pixels.
   virtual void open(QWidget* content, std::optional<QPoint> point) = 0;
 
-  /// How the user got rid of the window.
+  /// How the user closed the window.
   enum class Dismissal {
-    here,      ///< By a key or a click that the window itself was given.
-    elsewhere, ///< By turning to something else, which may be the item, whose click is to come.
+    here,      ///< With a key or click in the window itself.
+    elsewhere, ///< By activating something else, possibly the item, whose click follows.
   };
 
 Q_SIGNALS:
-  /// The user has turned away, and the window is hidden.
+  /// The user has closed the panel. The window is hidden.
   void dismissed(tidewell::PanelWindow::Dismissal how);
 
 protected:

@@ -25,7 +25,7 @@ QScreen* screenOf(const QPoint& point) {
   return screen != nullptr ? screen : QGuiApplication::primaryScreen();
 }
 
-/// Where the pointer is, if that is on a bar, where the user has just clicked the item.
+/// The pointer's position if it is on a bar, where the user has just clicked the item.
 std::optional<QPoint> pointerOnBar() {
   const QPoint pointer = QCursor::pos();
   if (screenOf(pointer)->availableGeometry().contains(pointer)) {
@@ -51,7 +51,7 @@ void ToolPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   show();
   raise();
   activateWindow();
-  // Else the first button would have the focus, and show it, before the user has touched a key.
+  // Otherwise the first button would have the focus ring before the user presses a key.
   content->setFocus();
 }
 

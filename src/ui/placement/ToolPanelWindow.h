@@ -7,7 +7,8 @@ namespace tidewell {
 
 class PanelFrame;
 
-/// A panel as an ordinary window that the window manager keeps above others and that places itself.
+/// The panel's window on other displays: an ordinary window that positions itself and that the
+/// window manager keeps above others.
 class ToolPanelWindow final : public PanelWindow {
   Q_OBJECT
 

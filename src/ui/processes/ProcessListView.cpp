@@ -18,9 +18,7 @@ namespace {
 constexpr int emptyPadding = 32;
 
 TextStyle emptyStyle() {
-  TextStyle style{TWFont::body(), TWColor::textTertiary()};
-  style.alignment = Qt::AlignHCenter;
-  return style;
+  return {.font = TWFont::body(), .color = TWColor::textTertiary, .alignment = Qt::AlignHCenter};
 }
 
 } // namespace
@@ -97,7 +95,7 @@ void ProcessListView::placeHeader() {
   const int headerHeight = m_header->sizeHint().height();
   const int top = std::clamp(scrolledAway(), 0, std::max(0, height() - headerHeight));
   m_header->setGeometry(0, top, width(), headerHeight);
-  // The header comes before the rows for a reader, and so lies below them: they leave it out.
+  // The header comes before the rows in reading order, so it is below them. Their mask excludes it.
   m_body->setMask(QRegion(m_body->rect()) - m_header->geometry().translated(-m_body->pos()));
 }
 

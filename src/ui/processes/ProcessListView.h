@@ -11,18 +11,18 @@ class ProcessListHeader;
 class ProcessRow;
 class TextLine;
 
-/// The table of programs that use the network, in the order given. Inside of a scroll area its
-/// header stays in sight as long as one of its rows does. Main thread.
+/// The table of processes that use the network, in the given order. In a scroll area its header
+/// stays visible while any row is.
 class ProcessListView final : public SpokenGroup {
   Q_OBJECT
 
 public:
   explicit ProcessListView(QWidget* parent = nullptr);
 
-  /// Changes only the rows that show something new.
+  /// Repaints only rows that changed.
   void setProcesses(const std::vector<ProcessUsage>& processes);
 
-  /// The rows shown, top to bottom.
+  /// The visible rows, from top to bottom.
   [[nodiscard]] std::vector<const ProcessRow*> rows() const;
 
 protected:
@@ -39,8 +39,8 @@ private:
   ProcessListHeader* m_header;
   QWidget* m_body;
   TextLine* m_empty;
-  std::vector<ProcessRow*> m_rows; // those not needed are hidden
-  QWidget* m_viewport = nullptr;   // of the scroll area around, if there is one
+  std::vector<ProcessRow*> m_rows; // unused ones are hidden
+  QWidget* m_viewport = nullptr;   // of the enclosing scroll area, if any
 };
 
 } // namespace tidewell

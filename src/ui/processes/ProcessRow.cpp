@@ -1,6 +1,7 @@
 #include "ui/processes/ProcessRow.h"
 
 #include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/processes/ProcessTexts.h"
 #include "ui/tokens/TWColor.h"
@@ -18,9 +19,9 @@ constexpr int headerPadding = 8;
 constexpr double letterSpacing = 1.0;
 
 TextStyle titleStyle(Qt::Alignment alignment) {
-  TextStyle style{withLetterSpacing(TWFont::label(), letterSpacing), TWColor::textTertiary()};
-  style.alignment = alignment;
-  return style;
+  return {.font = withLetterSpacing(TWFont::label(), letterSpacing),
+          .color = TWColor::textTertiary,
+          .alignment = alignment};
 }
 
 QString titleOf(const ProcessColumn& column) { return QString::fromLatin1(column.title); }
@@ -35,29 +36,28 @@ constexpr int barHeight = 4;
 constexpr double barRadius = 2.0;
 constexpr double leastBar = 4.0;
 
-TextStyle nameStyle() { return {TWFont::body(), TWColor::text()}; }
-TextStyle identifierStyle() { return {TWFont::caption(), TWColor::textTertiary()}; }
+TextStyle nameStyle() { return {TWFont::body(), TWColor::text}; }
+TextStyle identifierStyle() { return {TWFont::caption(), TWColor::textTertiary}; }
 
 TextStyle initialStyle() {
-  static const QFont font = TWFont::standard(12, QFont::DemiBold);
-  TextStyle style{font, Qt::white};
-  style.alignment = Qt::AlignHCenter;
-  style.smallestPixelSize = 6;
-  return style;
+  return {.font = TWFont::standard(12, QFont::DemiBold),
+          .color = Qt::white,
+          .alignment = Qt::AlignHCenter,
+          .smallestPixelSize = 6};
 }
 
 TextStyle figureStyle() {
-  TextStyle style{TWFont::monoSmall(), TWColor::textSecondary()};
-  style.alignment = Qt::AlignRight;
-  style.smallestPixelSize = 9;
-  return style;
+  return {.font = TWFont::monoSmall(),
+          .color = TWColor::textSecondary,
+          .alignment = Qt::AlignRight,
+          .smallestPixelSize = 9};
 }
 
 int contentHeight() {
   return std::max(squareEdge, lineHeight(nameStyle()) + lineHeight(identifierStyle()));
 }
 
-// A line of the style, in the middle of the row's height.
+// The box of a line of this style, centred vertically.
 QRect centred(const QRect& column, const TextStyle& style) {
   const int height = lineHeight(style);
   return {column.left(), edgePadding + (contentHeight() - height) / 2, column.width(), height};
@@ -76,16 +76,15 @@ QRect processColumnBox(std::size_t column, const QRect& row) {
 }
 
 const QColor& processBarColor(std::size_t row) {
-  static const std::array<const QColor*, 6> barColors = {&TWColor::accent(), &TWColor::green(),
-                                                         &TWColor::purple(), &TWColor::cyan(),
-                                                         &TWColor::yellow(), &TWColor::red()};
+  static const std::array<const QColor*, 6> barColors = {&TWColor::accent, &TWColor::green,
+                                                         &TWColor::purple, &TWColor::cyan,
+                                                         &TWColor::yellow, &TWColor::red};
   return *barColors.at(row % barColors.size());
 }
 
 ProcessListHeader::ProcessListHeader(QWidget* parent)
     : PaintedWidget(QAccessible::StaticText, parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   QStringList titles;
   for (const ProcessColumn& column : processColumns) {
     titles << titleOf(column);
@@ -99,9 +98,9 @@ QSize ProcessListHeader::sizeHint() const {
 
 void ProcessListHeader::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.fillRect(rect(), TWColor::surface());
+  painter.fillRect(rect(), TWColor::surface);
   painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
-                   TWColor::borderSubtle());
+                   TWColor::borderSubtle);
   for (std::size_t column = 0; column < processColumns.size(); ++column) {
     headerCell(painter, column);
   }
@@ -115,7 +114,6 @@ void ProcessListHeader::headerCell(QPainter& painter, std::size_t column) const 
 
 ProcessRow::ProcessRow(std::size_t index, QWidget* parent)
     : PaintedWidget(QAccessible::ListItem, parent), m_color(processBarColor(index)) {
-  setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   setUsage({});
 }
 
@@ -128,8 +126,7 @@ void ProcessRow::setUsage(const ProcessUsage& usage) {
   m_initial = initialOf(m_name);
   m_figures = figuresOf(usage);
   setSpoken(spokenUsage(usage));
-  updateToolTip();
-  update();
+  contentChanged();
 }
 
 QSize ProcessRow::sizeHint() const {
@@ -158,7 +155,7 @@ QRect ProcessRow::nameBox() const {
 void ProcessRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
-                   TWColor::borderSubtle());
+                   TWColor::borderSubtle);
   painter.setRenderHint(QPainter::Antialiasing);
   paintProgram(painter);
   paintFigures(painter);
@@ -167,9 +164,7 @@ void ProcessRow::paintEvent(QPaintEvent* /*event*/) {
 
 void ProcessRow::paintProgram(QPainter& painter) const {
   const QRect square(0, edgePadding + (contentHeight() - squareEdge) / 2, squareEdge, squareEdge);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(withOpacity(m_color, squareOpacity));
-  painter.drawRoundedRect(square, squareRadius, squareRadius);
+  fillRounded(painter, square, squareRadius, withOpacity(m_color, squareOpacity));
   drawLine(painter, centred(square, initialStyle()), m_initial, initialStyle());
 
   const QRect box = nameBox();
@@ -186,22 +181,17 @@ void ProcessRow::paintFigures(QPainter& painter) const {
 }
 
 void ProcessRow::paintBar(QPainter& painter) const {
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(TWColor::surface3());
-  painter.drawRoundedRect(track(), barRadius, barRadius);
-  painter.setBrush(m_color);
-  painter.drawRoundedRect(bar(), barRadius, barRadius);
+  fillRounded(painter, track(), barRadius, TWColor::surface3);
+  fillRounded(painter, bar(), barRadius, m_color);
 }
 
-void ProcessRow::resizeEvent(QResizeEvent* /*event*/) { updateToolTip(); }
-
-void ProcessRow::updateToolTip() {
+QString ProcessRow::cutText() const {
   bool isCut = FittedText(m_name, nameStyle(), nameBox().width()).isCut;
   for (std::size_t index = 0; index < m_figures.size(); ++index) {
     const QRect column = processColumnBox(index + 1, rect());
     isCut = isCut || FittedText(m_figures.at(index), figureStyle(), column.width()).isCut;
   }
-  setToolTip(isCut ? toolTipText(accessibleName()) : QString());
+  return isCut ? accessibleName() : QString();
 }
 
 } // namespace tidewell

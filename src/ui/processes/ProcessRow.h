@@ -14,7 +14,7 @@ namespace tidewell {
 /// A column of the process table.
 struct ProcessColumn {
   const char* title;
-  /// In pixels; 0: all that the others leave.
+  /// In pixels. 0: the remaining width.
   int width;
   Qt::Alignment alignment;
 };
@@ -29,13 +29,13 @@ inline constexpr std::array<ProcessColumn, 5> processColumns = {{{"Process", 0, 
 /// Between two columns, in pixels.
 inline constexpr int processColumnGap = 16;
 
-/// Where a column lies in a row.
+/// The box of a column in a row.
 [[nodiscard]] QRect processColumnBox(std::size_t column, const QRect& row);
 
-/// The colour of a row's initial and bar; after six rows they begin again.
+/// The colour of a row's initial and bar. Repeats after six rows.
 [[nodiscard]] const QColor& processBarColor(std::size_t row);
 
-/// The titles of the process table's columns, on a ground that hides the rows behind. Main thread.
+/// The column titles of the process table, on an opaque background.
 class ProcessListHeader final : public PaintedWidget {
   Q_OBJECT
 
@@ -51,12 +51,12 @@ private:
   void headerCell(QPainter& painter, std::size_t column) const;
 };
 
-/// What one program has moved, with its initial and a bar for its share. Main thread.
+/// A process with its initial, rates, total and a bar for its share.
 class ProcessRow final : public PaintedWidget {
   Q_OBJECT
 
 public:
-  /// The colour follows from the row's index, not from the program.
+  /// The colour depends on the row's index, not on the process.
   ProcessRow(std::size_t index, QWidget* parent);
 
   void setUsage(const ProcessUsage& usage);
@@ -72,7 +72,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   [[nodiscard]] QRect track() const;
@@ -80,7 +80,6 @@ private:
   void paintProgram(QPainter& painter) const;
   void paintFigures(QPainter& painter) const;
   void paintBar(QPainter& painter) const;
-  void updateToolTip();
 
   const QColor& m_color;
   ProcessUsage m_usage;

@@ -10,7 +10,7 @@
 namespace tidewell {
 
 QString initialOf(const QString& name) {
-  // What a reader takes for one character may be several code points.
+  // A visible character may consist of several code points.
   QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
   const qsizetype end = characters.toNextBoundary();
   return end > 0 ? name.left(end).toUpper() : QString();
@@ -33,7 +33,7 @@ double shareOf(const ProcessUsage& usage) {
 QString spokenUsage(const ProcessUsage& usage) {
   const auto [download, upload, total] = figuresOf(usage);
   const QString name = usage.name.empty() ? QStringLiteral("unnamed") : shownText(usage.name);
-  // Put together piece by piece: a name may hold what looks like a place to fill in.
+  // Concatenated, because a name may contain placeholders.
   return name + QStringLiteral(", ") + identifierText(usage) + QStringLiteral(", download ") +
          download + QStringLiteral(", upload ") + upload + QStringLiteral(", total ") + total +
          QStringLiteral(", usage ") + figureText(shareOf(usage) * 100.0, 0) + QStringLiteral(" %");

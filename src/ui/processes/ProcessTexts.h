@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-/// The first character of a name, in upper case; nothing for an empty one.
+/// The first character of the name in upper case. Empty for an empty name.
 [[nodiscard]] QString initialOf(const QString& name);
 
 /// "PID 123".
@@ -17,10 +17,10 @@ namespace tidewell {
 /// Texts of download rate, upload rate and total.
 [[nodiscard]] std::array<QString, 3> figuresOf(const ProcessUsage& usage);
 
-/// The program's share from 0 to 1, also when it is delivered as something else.
+/// The process's share, limited to 0 to 1. NaN becomes 0.
 [[nodiscard]] double shareOf(const ProcessUsage& usage);
 
-/// All of it as one sentence.
+/// The whole row as one sentence.
 [[nodiscard]] QString spokenUsage(const ProcessUsage& usage);
 
 } // namespace tidewell

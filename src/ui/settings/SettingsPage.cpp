@@ -4,6 +4,7 @@
 #include "ui/components/Buttons.h"
 #include "ui/components/ChoiceList.h"
 #include "ui/components/ScrollPane.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
@@ -25,8 +26,7 @@ constexpr int textSpacing = 2;
 constexpr int leastGap = 16;
 
 TextStyle descriptionStyle() {
-  static const QFont font = TWFont::standard(11, QFont::Normal);
-  return {font, TWColor::textTertiary()};
+  return {TWFont::standard(11, QFont::Normal), TWColor::textTertiary};
 }
 
 constexpr int padding = 24;
@@ -35,17 +35,10 @@ constexpr int groupSpacing = 28;
 constexpr int headingSpacing = 12;
 constexpr double headingLetterSpacing = 1.5;
 
-TextStyle titleStyle() {
-  static const QFont font = TWFont::standard(16, QFont::DemiBold);
-  return {font, TWColor::text()};
-}
+TextStyle titleStyle() { return {TWFont::standard(16, QFont::DemiBold), TWColor::text}; }
 
 TextStyle headingStyle() {
-  return {withLetterSpacing(TWFont::label(), headingLetterSpacing), TWColor::textTertiary()};
-}
-
-QString latin(std::string_view text) {
-  return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
+  return {withLetterSpacing(TWFont::label(), headingLetterSpacing), TWColor::textTertiary};
 }
 
 } // namespace
@@ -55,7 +48,7 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
     : QWidget(parent) {
   control->setAccessibleName(title);
   control->setAccessibleDescription(description);
-  auto* const titleLine = new TextLine({TWFont::body(), TWColor::text()}, this);
+  auto* const titleLine = new TextLine({TWFont::body(), TWColor::text}, this);
   titleLine->setText(title);
   auto* const descriptionLine = new TextLine(descriptionStyle(), this);
   descriptionLine->setText(description);
@@ -82,7 +75,7 @@ SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, Prefer
   frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth, padding);
   frame->setSpacing(0);
   auto* const titleLine = new TextLine(titleStyle(), this, QAccessible::Heading);
-  titleLine->setText(latin(title));
+  titleLine->setText(shownText(title));
   frame->addWidget(titleLine);
   frame->addSpacing(titleSpacing);
   m_column->setSpacing(0);
@@ -95,7 +88,7 @@ void SettingsPage::settingGroup(const char* title) {
     m_column->addSpacing(groupSpacing);
   }
   auto* const heading = new TextLine(headingStyle(), this, QAccessible::Heading);
-  heading->setText(latin(title).toUpper(), latin(title));
+  heading->setText(shownText(title).toUpper(), shownText(title));
   m_column->addWidget(heading);
   m_column->addSpacing(headingSpacing);
 }
@@ -108,7 +101,7 @@ void SettingsPage::settingToggle(const char* title, const char* description,
     toggle->setChecked(std::invoke(isOn.read, m_settings));
     toggle->update();
   };
-  // Not `clicked`: assistive technology turns a switch without one.
+  // Not `clicked`, which assistive technology does not cause.
   connect(toggle, &QAbstractButton::toggled, this, [this, isOn, show](bool value) {
     std::invoke(isOn.write, m_settings, value);
     show(); // what is stored, which a store may refuse to change
@@ -126,22 +119,22 @@ void SettingsPage::addPicker(const char* title, const char* description, std::st
     show();
   });
   addRow(title, description, list);
-  // For assistive technology a choice list bears the name of what is chosen; a label tells of what.
-  auto* const label = new QLabel(latin(title), list->parentWidget());
+  // A choice list's accessible name is its selection. The label adds the setting's title.
+  auto* const label = new QLabel(shownText(title), list->parentWidget());
   label->setBuddy(list);
-  list->view()->setAccessibleName(latin(title));
+  list->view()->setAccessibleName(shownText(title));
   label->hide();
   observe(key, show);
 }
 
 void SettingsPage::note(const char* text) {
-  auto* const line = new TextLine({TWFont::body(), TWColor::textTertiary()}, this);
-  line->setText(latin(text));
+  auto* const line = new TextLine({TWFont::body(), TWColor::textTertiary}, this);
+  line->setText(shownText(text));
   m_column->addWidget(line);
 }
 
 void SettingsPage::addRow(const char* title, const char* description, QWidget* control) {
-  m_column->addWidget(new SettingRow(latin(title), latin(description), control, this));
+  m_column->addWidget(new SettingRow(shownText(title), shownText(description), control, this));
 }
 
 void SettingsPage::observe(std::string_view key, std::function<void()> show) {

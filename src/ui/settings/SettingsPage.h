@@ -19,46 +19,45 @@ namespace tidewell {
 class ChoiceList;
 class ToggleSwitch;
 
-/// A property of the preferences: its key and how it is read and written.
+/// A preference: its key, getter and setter.
 template <class T> struct SettingBinding {
   std::string_view key;
   T (AppSettings::*read)() const;
   void (AppSettings::*write)(T);
 };
 
-/// An entry of a choice list and what is stored for it.
+/// An entry of a choice list and its stored value.
 template <class T> struct SettingOption {
   const char* label;
   T value;
 };
 
-/// A setting: its title over its description at the left, its control at the right, a line below.
-/// Main thread.
+/// A setting: title and description at the left, control at the right, and a line below.
 class SettingRow final : public QWidget {
   Q_OBJECT
 
 public:
-  /// Takes the control, which is named after the setting.
+  /// Takes ownership of the control, which gets the setting's name.
   SettingRow(const QString& title, const QString& description, QWidget* control,
              QWidget* parent = nullptr);
 };
 
-/// The content of one section: its title, and groups of settings below. Every control shows what is
-/// stored, whoever wrote it, and stores what the user chooses at once. Main thread.
+/// The content of one section: its title and groups of settings. The controls always show the
+/// stored values, and store changes immediately.
 class SettingsPage : public QWidget {
   Q_OBJECT
 
 public:
-  /// Borrows the preferences and the store that they are kept in.
+  /// Borrows the preferences and their store.
   SettingsPage(std::string_view title, AppSettings& settings, PreferencesStore& store);
 
-  /// Begins a group; what follows belongs to it.
+  /// Starts a group.
   void settingGroup(const char* title);
 
   /// Adds a switch.
   void settingToggle(const char* title, const char* description, SettingBinding<bool> isOn);
 
-  /// Adds a choice list. It shows no entry for a value that none of the options has.
+  /// Adds a choice list. It shows no selection if no option has the stored value.
   template <class T>
   void settingPicker(const char* title, const char* description, SettingBinding<T> selection,
                      std::vector<SettingOption<T>> options) {
@@ -81,7 +80,7 @@ public:
                }});
   }
 
-  /// Adds a line of text alone.
+  /// Adds a line of text.
   void note(const char* text);
 
 private:

@@ -19,7 +19,7 @@ void fillGeneral(SettingsPage& page) {
       "Refresh Interval", "How often to sample network speed",
       {preference::refreshInterval.key, &S::refreshInterval, &S::setRefreshInterval},
       {{"1 second", 1.0}, {"2 seconds", 2.0}, {"5 seconds", 5.0}});
-  // The devices that the labels name are fixed, whatever the machine has.
+  // The device names are fixed, whatever the machine has.
   page.settingPicker<std::string>(
       "Monitor Interface", "Network interface to track",
       {preference::monitorInterface.key, &S::monitorInterface, &S::setMonitorInterface},
@@ -60,61 +60,36 @@ void fillData(SettingsPage& page) {
       {{"7 days", 7}, {"30 days", 30}, {"90 days", 90}, {"1 year", 365}});
 }
 
+void fillAdvanced(SettingsPage& page) {
+  page.note("Advanced settings coming in a future release.");
+}
+
+struct Section {
+  const char* title;
+  Icon symbol;
+  void (*fill)(SettingsPage& page);
+};
+
+const Section& at(SettingsSection section) {
+  static constexpr std::array<Section, 5> sections = {{{"General", Icon::gear, fillGeneral},
+                                                       {"Alerts", Icon::bell, fillAlerts},
+                                                       {"Display", Icon::barChart, fillDisplay},
+                                                       {"Data", Icon::drive, fillData},
+                                                       {"Advanced", Icon::link, fillAdvanced}}};
+  return sections.at(static_cast<std::size_t>(section));
+}
+
 } // namespace
+
+std::string_view rawValue(SettingsSection section) { return at(section).title; }
+
+Icon symbol(SettingsSection section) { return at(section).symbol; }
 
 SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
                                PreferencesStore& store) {
   auto* const page = new SettingsPage(rawValue(section), settings, store);
-  switch (section) {
-  case SettingsSection::general:
-    fillGeneral(*page);
-    break;
-  case SettingsSection::alerts:
-    fillAlerts(*page);
-    break;
-  case SettingsSection::display:
-    fillDisplay(*page);
-    break;
-  case SettingsSection::data:
-    fillData(*page);
-    break;
-  case SettingsSection::advanced:
-    page->note("Advanced settings coming in a future release.");
-    break;
-  }
+  at(section).fill(*page);
   return page;
-}
-
-std::string_view rawValue(SettingsSection section) {
-  switch (section) {
-  case SettingsSection::general:
-    break;
-  case SettingsSection::alerts:
-    return "Alerts";
-  case SettingsSection::display:
-    return "Display";
-  case SettingsSection::data:
-    return "Data";
-  case SettingsSection::advanced:
-    return "Advanced";
-  }
-  return "General";
-}
-
-Icon symbol(SettingsSection section) {
-  switch (section) {
-  case SettingsSection::general:
-    break;
-  case SettingsSection::alerts:
-    return Icon::bell;
-  case SettingsSection::display:
-    return Icon::barChart;
-  case SettingsSection::data:
-    return Icon::drive;
-  case SettingsSection::advanced:
-    return Icon::link;
-  }
-  return Icon::gear;
 }
 
 } // namespace tidewell

@@ -11,10 +11,10 @@ class AppSettings;
 class PreferencesStore;
 class SettingsPage;
 
-/// The parts of the settings.
+/// The sections of the settings.
 enum class SettingsSection { general, alerts, display, data, advanced };
 
-/// All of them, in the order of the sidebar.
+/// All sections, in the order of the sidebar.
 inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
     SettingsSection::general, SettingsSection::alerts, SettingsSection::display,
     SettingsSection::data, SettingsSection::advanced};
@@ -25,7 +25,8 @@ inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
 /// The symbol beside the title in the sidebar.
 [[nodiscard]] Icon symbol(SettingsSection section);
 
-/// The content of a section, which the caller owns. Borrows the preferences and their store.
+/// Creates the content of a section, which the caller owns. Borrows the preferences and their
+/// store.
 [[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
                                              PreferencesStore& store);
 

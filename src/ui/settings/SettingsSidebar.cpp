@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -37,9 +38,7 @@ QSize SidebarEntry::sizeHint() const {
 
 void SidebarEntry::paintGround(QPainter& painter) const {
   if (isChecked() || underMouse()) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isChecked() ? TWColor::accentDim() : TWColor::surface2());
-    painter.drawRoundedRect(rect(), radius, radius);
+    fillRounded(painter, rect(), radius, isChecked() ? TWColor::accentDim : TWColor::surface2);
   }
   if (hasFocus()) {
     drawFocusRing(painter, rect(), radius);
@@ -47,10 +46,9 @@ void SidebarEntry::paintGround(QPainter& painter) const {
 }
 
 void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
-  QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
+  SmoothPainter painter(this);
   paintGround(painter);
-  const QColor& color = isChecked() ? TWColor::accent() : TWColor::textSecondary();
+  const QColor& color = isChecked() ? TWColor::accent : TWColor::textSecondary;
   painter.save();
   painter.translate(sidePadding + (slotWidth - symbolEdge) / 2.0, (height() - symbolEdge) / 2.0);
   painter.scale(symbolEdge / iconEdge, symbolEdge / iconEdge);
@@ -68,10 +66,7 @@ SettingsSidebar::SettingsSidebar(QWidget* parent)
   column->setContentsMargins(padding, padding, padding, padding);
   column->setSpacing(spacing);
   for (const SettingsSection section : allSettingsSections) {
-    const std::string_view title = rawValue(section);
-    auto* const entry = new SidebarEntry(
-        symbol(section), QString::fromLatin1(title.data(), static_cast<qsizetype>(title.size())),
-        this);
+    auto* const entry = new SidebarEntry(symbol(section), shownText(rawValue(section)), this);
     entry->setChecked(section == allSettingsSections.front());
     connect(entry, &QRadioButton::toggled, this, [this, section](bool isChosen) {
       if (isChosen) {
@@ -84,7 +79,7 @@ SettingsSidebar::SettingsSidebar(QWidget* parent)
 }
 
 void SettingsSidebar::paintEvent(QPaintEvent* /*event*/) {
-  QPainter(this).fillRect(QRect(width() - 1, 0, 1, height()), TWColor::borderSubtle());
+  QPainter(this).fillRect(QRect(width() - 1, 0, 1, height()), TWColor::borderSubtle);
 }
 
 } // namespace tidewell

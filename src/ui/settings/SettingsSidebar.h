@@ -7,7 +7,7 @@
 
 namespace tidewell {
 
-/// Chooses one section: its symbol and its title. Main thread.
+/// Selects a section. Shows its symbol and title.
 class SidebarEntry final : public ChoiceButton {
   Q_OBJECT
 
@@ -25,8 +25,7 @@ private:
   Icon m_symbol;
 };
 
-/// The sections one below the other, of which one is chosen: the first at the beginning. Main
-/// thread.
+/// The list of sections. The first one is selected initially.
 class SettingsSidebar final : public SpokenGroup {
   Q_OBJECT
 

@@ -1,6 +1,7 @@
 #include "ui/settings/SettingsView.h"
 
 #include "ui/components/ScrollPane.h"
+#include "ui/components/ShownText.h"
 #include "ui/settings/SettingsPage.h"
 #include "ui/settings/SettingsSection.h"
 #include "ui/settings/SettingsSidebar.h"
@@ -18,14 +19,12 @@ SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, QWidg
     : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Settings"), parent),
       m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
   setWindowTitle(accessibleName());
-  setLayoutDirection(Qt::LeftToRight); // the words are English, whatever the user's language
+  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(leastSize);
   for (const Section section : allSettingsSections) {
-    const std::string_view title = rawValue(section);
-    m_pages->addWidget(new ScrollPane(
-        makeSettingsPage(section, settings, store),
-        QString::fromLatin1(title.data(), static_cast<qsizetype>(title.size())), m_pages));
+    m_pages->addWidget(new ScrollPane(makeSettingsPage(section, settings, store),
+                                      shownText(rawValue(section)), m_pages));
   }
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -36,13 +35,13 @@ SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, QWidg
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { window()->close(); });
   resize(defaultSize);
-  setFocus(); // nothing is marked before Tab has chosen something
+  setFocus(); // no control shows the focus before Tab is pressed
 }
 
 SettingsView::~SettingsView() = default;
 
 void SettingsView::paintEvent(QPaintEvent* event) {
-  QPainter(this).fillRect(event->rect(), TWColor::surface());
+  QPainter(this).fillRect(event->rect(), TWColor::surface);
 }
 
 void SettingsView::select(Section section) {

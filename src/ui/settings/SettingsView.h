@@ -11,8 +11,8 @@ class AppSettings;
 class PreferencesStore;
 class SettingsSidebar;
 
-/// The settings: a sidebar with the sections and the chosen one's controls, which scroll. A window
-/// or a part of one. Made anew for every opening. Main thread.
+/// The settings: a sidebar with the sections, and the scrollable content of the selected one.
+/// Created for each opening.
 class SettingsView final : public SpokenGroup {
   Q_OBJECT
 
@@ -23,8 +23,7 @@ public:
   static constexpr QSize defaultSize{640, 480};
   static constexpr QSize leastSize{540, 320};
 
-  /// Borrows the preferences and the store that they are attached to, which tells of changes that
-  /// others make.
+  /// Borrows the preferences and their store, whose changes are observed.
   SettingsView(AppSettings& settings, PreferencesStore& store, QWidget* parent = nullptr);
   ~SettingsView() override;
 

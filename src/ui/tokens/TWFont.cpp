@@ -2,86 +2,63 @@
 
 #include <QFontDatabase>
 
+#include <map>
+#include <utility>
+
 namespace tidewell {
 
 namespace {
 
-QStringList standardFamilies() {
-  static const QStringList found =
-      TWFont::families(QStringLiteral("Inter"), QFontDatabase::families(),
-                       QFontDatabase::systemFont(QFontDatabase::GeneralFont).families());
-  return found;
-}
+using Size = std::pair<int, QFont::Weight>;
 
-QStringList monospacedFamilies() {
-  static const QStringList found =
-      TWFont::families(QStringLiteral("JetBrains Mono"), QFontDatabase::families(),
-                       QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
-  return found;
-}
-
-QFont made(const QStringList& families, QFont::StyleHint hint, int pixelSize,
-           QFont::Weight weight) {
+QFont makeFont(const QStringList& families, QFont::StyleHint hint, Size size) {
   QFont font;
   font.setFamilies(families);
   font.setStyleHint(hint);
-  font.setPixelSize(pixelSize);
-  font.setWeight(weight);
+  font.setPixelSize(size.first);
+  font.setWeight(size.second);
   return font;
+}
+
+QFont makeStandard(Size size) {
+  static const QStringList families =
+      TWFont::families(QStringLiteral("Inter"), QFontDatabase::families(),
+                       QFontDatabase::systemFont(QFontDatabase::GeneralFont).families());
+  return makeFont(families, QFont::SansSerif, size);
+}
+
+QFont makeMonospaced(Size size) {
+  static const QStringList families =
+      TWFont::families(QStringLiteral("JetBrains Mono"), QFontDatabase::families(),
+                       QFontDatabase::systemFont(QFontDatabase::FixedFont).families());
+  QFont font = makeFont(families, QFont::Monospace, size);
+  font.setFixedPitch(true);
+  // Programming fonts join "--" and "::" into ligatures. Scripts that need shaping still get it.
+  font.setStyleStrategy(QFont::PreferNoShaping);
+  return font;
+}
+
+// Looks the font up, or makes it at its first use.
+const QFont& cached(std::map<Size, QFont>& fonts, Size size, QFont (*make)(Size)) {
+  const auto found = fonts.find(size);
+  return (found != fonts.end() ? found : fonts.emplace(size, make(size)).first)->second;
 }
 
 } // namespace
 
-QFont TWFont::standard(int pixelSize, QFont::Weight weight) {
-  return made(standardFamilies(), QFont::SansSerif, pixelSize, weight);
+const QFont& TWFont::standard(int pixelSize, QFont::Weight weight) {
+  static std::map<Size, QFont> fonts;
+  return cached(fonts, {pixelSize, weight}, makeStandard);
 }
 
-QFont TWFont::monospaced(int pixelSize, QFont::Weight weight) {
-  QFont font = made(monospacedFamilies(), QFont::Monospace, pixelSize, weight);
-  font.setFixedPitch(true);
-  // Fonts for programmers join "--" and "::" into one sign. Scripts that need shaping still get it.
-  font.setStyleStrategy(QFont::PreferNoShaping);
-  return font;
+const QFont& TWFont::monospaced(int pixelSize, QFont::Weight weight) {
+  static std::map<Size, QFont> fonts;
+  return cached(fonts, {pixelSize, weight}, makeMonospaced);
 }
 
 QStringList TWFont::families(const QString& wanted, const QStringList& installed,
                              const QStringList& systemFamilies) {
   return installed.contains(wanted) ? QStringList{wanted} : systemFamilies;
-}
-
-const QFont& TWFont::statValue() {
-  static const QFont font = monospaced(18, QFont::DemiBold);
-  return font;
-}
-
-const QFont& TWFont::monoSmall() {
-  static const QFont font = monospaced(12, QFont::Normal);
-  return font;
-}
-
-const QFont& TWFont::monoTiny() {
-  static const QFont font = monospaced(11, QFont::Normal);
-  return font;
-}
-
-const QFont& TWFont::label() {
-  static const QFont font = standard(11, QFont::DemiBold);
-  return font;
-}
-
-const QFont& TWFont::body() {
-  static const QFont font = standard(13, QFont::Normal);
-  return font;
-}
-
-const QFont& TWFont::caption() {
-  static const QFont font = standard(11, QFont::Normal);
-  return font;
-}
-
-const QFont& TWFont::sectionTitle() {
-  static const QFont font = standard(15, QFont::DemiBold);
-  return font;
 }
 
 QFont withLetterSpacing(QFont font, double pixels) {

@@ -6,32 +6,31 @@
 namespace tidewell {
 
 /// The type styles: fixed sizes in device-independent pixels, each made at its first use. Needs the
-/// application object. Main thread.
+/// application object.
 ///
-/// Inter and JetBrains Mono where they are installed, else the system's sans-serif and monospaced
-/// faces.
+/// Inter and JetBrains Mono if they are installed, otherwise the system's sans-serif and monospaced
+/// fonts.
 struct TWFont {
-  /// Figures, in the monospaced design.
-  [[nodiscard]] static const QFont& statValue();
-  [[nodiscard]] static const QFont& monoSmall();
-  [[nodiscard]] static const QFont& monoTiny();
-  /// Words, in the default design.
-  [[nodiscard]] static const QFont& label();
-  [[nodiscard]] static const QFont& body();
-  [[nodiscard]] static const QFont& caption();
-  [[nodiscard]] static const QFont& sectionTitle();
+  /// Figures, monospaced.
+  [[nodiscard]] static const QFont& statValue() { return monospaced(18, QFont::DemiBold); }
+  [[nodiscard]] static const QFont& monoSmall() { return monospaced(12, QFont::Normal); }
+  [[nodiscard]] static const QFont& monoTiny() { return monospaced(11, QFont::Normal); }
+  /// Words.
+  [[nodiscard]] static const QFont& label() { return standard(11, QFont::DemiBold); }
+  [[nodiscard]] static const QFont& body() { return standard(13, QFont::Normal); }
+  [[nodiscard]] static const QFont& caption() { return standard(11, QFont::Normal); }
+  [[nodiscard]] static const QFont& sectionTitle() { return standard(15, QFont::DemiBold); }
 
-  /// A style of the default design beyond the named ones.
-  [[nodiscard]] static QFont standard(int pixelSize, QFont::Weight weight);
-  /// A style of the monospaced design beyond the named ones.
-  [[nodiscard]] static QFont monospaced(int pixelSize, QFont::Weight weight);
+  /// Styles beyond the named ones. The font lives as long as the program.
+  [[nodiscard]] static const QFont& standard(int pixelSize, QFont::Weight weight);
+  [[nodiscard]] static const QFont& monospaced(int pixelSize, QFont::Weight weight);
 
-  /// The families to ask for: the wanted one if it is among those installed, else the system's.
+  /// The families to use: `wanted` if it is installed, otherwise the system's.
   [[nodiscard]] static QStringList families(const QString& wanted, const QStringList& installed,
                                             const QStringList& systemFamilies);
 };
 
-/// The style with letters set apart by so many pixels.
+/// The font with this space between letters, in pixels.
 [[nodiscard]] QFont withLetterSpacing(QFont font, double pixels);
 
 } // namespace tidewell

@@ -15,7 +15,7 @@ namespace tidewell::test {
 
 namespace {
 
-// A dark ground to see a component on.
+// A dark background for components.
 class Sheet final : public QWidget {
 public:
   explicit Sheet(QSize size) { resize(size); }
@@ -30,7 +30,7 @@ public:
 protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), TWColor::surface());
+    painter.fillRect(rect(), TWColor::surface);
     painter.setRenderHint(QPainter::Antialiasing);
     if (paint) {
       paint(painter);
@@ -46,17 +46,13 @@ std::shared_ptr<QWidget> shown(std::shared_ptr<Sheet> sheet) {
 
 std::shared_ptr<QWidget> statCells() {
   auto sheet = std::make_shared<Sheet>(QSize(330, 144));
-  const std::vector<StatFigure> figures = {
-      {"Latency", "24", "ms", TWColor::text()},
-      {"packet loss", "12.0", "%", TWColor::yellow()},
-      {"Upload", "1.2 MB/s", "", TWColor::text()},
-      {"Upload", "4611686018.4 GB/s", "", TWColor::green()},
-  };
   int index = 0;
-  for (const StatFigure& figure : figures) {
-    auto* const cell = new StatCell;
-    cell->setFigure(figure);
-    sheet->place(cell, QRect(4 + index % 2 * 162, 4 + index / 2 * 70, 158, 66));
+  for (const StatFigure& figure : {StatFigure{"Latency", "24", "ms", TWColor::text},
+                                   StatFigure{"packet loss", "12.0", "%", TWColor::yellow},
+                                   StatFigure{"Upload", "1.2 MB/s", "", TWColor::text},
+                                   StatFigure{"Upload", "4611686018.4 GB/s", "", TWColor::green}}) {
+    sheet->place(new StatCell, QRect(4 + index % 2 * 162, 4 + index / 2 * 70, 158, 66))
+        ->setFigure(figure);
     ++index;
   }
   return shown(sheet);
@@ -67,25 +63,25 @@ std::shared_ptr<QWidget> badges() {
   int y = 6;
   for (const auto status : {NetworkStatus::excellent, NetworkStatus::good, NetworkStatus::degraded,
                             NetworkStatus::down}) {
-    auto* const badge = new StatusBadge(FakeTime().time().now);
+    auto* const badge = new StatusBadge(FakeTime().time().now, sheet.get());
     badge->setStatus(status);
-    badge->setParent(sheet.get());
     badge->move(8, y);
     y += 28;
   }
   return shown(sheet);
 }
 
-// The dot at the beginning, in the middle and at the dim end of a beat.
+// The dot at the start, in the middle and at the dim end of its fade.
 std::shared_ptr<QWidget> pulse() {
   auto sheet = std::make_shared<Sheet>(QSize(46, 14));
+  shown(sheet);
   int x = 4;
   for (const double seconds : {0.0, 0.5, 1.0}) {
     FakeTime time;
     auto* const dot = new PulseDot(time.time().now, sheet.get());
-    dot->setColors(TWColor::green(), TWColor::greenDim());
+    dot->setColors(TWColor::green, TWColor::greenDim);
     dot->move(x, 4);
-    shown(sheet);
+    dot->show();
     time.advance(seconds);
     dot->pulse().advance();
     x += 16;
@@ -95,12 +91,13 @@ std::shared_ptr<QWidget> pulse() {
 
 std::shared_ptr<QWidget> spinner() {
   auto sheet = std::make_shared<Sheet>(QSize(44, 20));
+  shown(sheet);
   int x = 2;
   for (const double seconds : {0.0, 0.3}) {
     FakeTime time;
     auto* const spinner = new Spinner(time.time().now, sheet.get());
     spinner->move(x, 2);
-    shown(sheet);
+    spinner->show(); // children of a visible widget are hidden at first
     time.advance(seconds);
     spinner->advance();
     x += 22;
@@ -115,7 +112,7 @@ std::shared_ptr<QWidget> icons() {
     for (const Icon icon :
          {Icon::bolt, Icon::hourglass, Icon::copy, Icon::checkMark, Icon::barChart, Icon::gear,
           Icon::power, Icon::bell, Icon::drive, Icon::link}) {
-      drawIcon(painter, icon, QPointF(x, 4.0), TWColor::text());
+      drawIcon(painter, icon, QPointF(x, 4.0), TWColor::text);
       x += 20;
     }
   };
@@ -127,15 +124,14 @@ std::shared_ptr<QWidget> rows() {
   int y = 0;
   for (const char* const value :
        {"Riverside", "--", "A network whose name goes on and on and on and on until its end"}) {
-    auto* const row = new ValueRow(QStringLiteral("Network"), {.padding = 6}, nullptr);
-    row->setValue(QString::fromUtf8(value), TWColor::text());
-    sheet->place(row, QRect(0, y, 300, 29));
+    sheet->place(new ValueRow("Network", {.padding = 6}, nullptr), QRect(0, y, 300, 29))
+        ->setValue(value, TWColor::text);
     y += 29;
   }
   return shown(sheet);
 }
 
-// At rest, pressed, and reached with the keyboard.
+// A normal, a pressed and a focused button.
 std::shared_ptr<QWidget> buttons() {
   auto sheet = std::make_shared<Sheet>(QSize(206, 48));
   sheet->place(new ActionButton(Icon::bolt, "Speed Test", nullptr), QRect(0, 0, 67, 47));
@@ -153,9 +149,7 @@ std::shared_ptr<QWidget> buttons() {
 
 std::shared_ptr<QWidget> graph(const SnapshotList& snapshots) {
   auto sheet = std::make_shared<Sheet>(QSize(320, 100));
-  auto* const view = new MiniGraphView;
-  view->setSnapshots(snapshots);
-  sheet->place(view, QRect(10, 6, 300, 86));
+  sheet->place(new MiniGraphView, QRect(10, 6, 300, 86))->setSnapshots(snapshots);
   return shown(sheet);
 }
 
@@ -171,11 +165,8 @@ std::shared_ptr<QWidget> type() {
       {"sectionTitle 0123456789", TWFont::sectionTitle()}};
   int y = 4;
   for (const auto& [text, font] : styles) {
-    TextStyle style{font, TWColor::text()};
-    style.isTabular = true;
-    auto* const line = new TextLine(style);
-    line->setText(text);
-    sheet->place(line, QRect(6, y, 320, 25));
+    const TextStyle style{.font = font, .color = TWColor::text, .isTabular = true};
+    sheet->place(new TextLine(style), QRect(6, y, 320, 25))->setText(text);
     y += 25;
   }
   return shown(sheet);

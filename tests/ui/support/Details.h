@@ -15,7 +15,7 @@
 
 namespace tidewell::test {
 
-/// The details over states that a test fills by hand.
+/// The details, with states that a test sets.
 struct Details {
   SamplerState sampler;
   MonitorState monitor;
@@ -25,7 +25,7 @@ struct Details {
   FakeTime time;
   std::unique_ptr<DetailWindowView> view;
 
-  /// Makes the view anew, as for another opening.
+  /// Creates the view, as for each opening.
   void open(int tab = 0, QSize size = DetailWindowView::defaultSize) {
     view = std::make_unique<DetailWindowView>(
         DetailSources{sampler, monitor, tracker, speedTest}, [this] { ++testsRun; }, time.time());
@@ -39,7 +39,7 @@ struct Details {
   [[nodiscard]] QScrollArea& pane(int tab) const {
     return *qobject_cast<QScrollArea*>(view->findChild<QStackedWidget*>()->widget(tab));
   }
-  /// What a tab has of a kind, in the order of creation.
+  /// The widgets of this type in a tab, in the order of creation.
   template <class Widget> [[nodiscard]] std::vector<Widget*> all(int tab) const {
     const auto found = pane(tab).widget()->findChildren<Widget*>();
     return {found.begin(), found.end()};
@@ -49,7 +49,7 @@ struct Details {
   }
 };
 
-/// Programs of these names, each half as busy as the one before.
+/// Processes with these names. Each has half the rate of the previous one.
 inline std::vector<ProcessUsage> programs(const std::vector<std::string>& names) {
   std::vector<ProcessUsage> list;
   std::int64_t rate = 4'800'000;

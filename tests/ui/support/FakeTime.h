@@ -9,7 +9,7 @@
 
 namespace tidewell::test {
 
-/// Time that a test moves by hand.
+/// Time that a test advances.
 class FakeTime {
 public:
   [[nodiscard]] ViewTime time() const {
@@ -19,7 +19,7 @@ public:
             }};
   }
 
-  /// Moves on and runs what is due by then, in the order it was asked for.
+  /// Advances the time and runs the tasks that are due, in the order of their creation.
   void advance(double seconds) {
     m_state->now += seconds;
     for (auto& [due, task] : m_state->pending) {

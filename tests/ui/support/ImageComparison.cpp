@@ -58,6 +58,17 @@ ImageDifference difference(const QImage& expected, const QImage& actual) {
   return result;
 }
 
+int pixelsWhere(const QImage& image, const QRect& box,
+                const std::function<bool(const QColor&)>& isThere) {
+  int count = 0;
+  for (int y = box.top(); y <= box.bottom(); ++y) {
+    for (int x = box.left(); x <= box.right(); ++x) {
+      count += isThere(image.pixelColor(x, y)) ? 1 : 0;
+    }
+  }
+  return count;
+}
+
 QImage picture(QWidget& widget, int scale) {
   QImage image(widget.size() * scale, QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(scale);

@@ -8,19 +8,52 @@
 #include "ui/components/Buttons.h"
 #include "ui/components/StatCell.h"
 #include "ui/components/StatusBadge.h"
+#include "ui/components/TextLine.h"
 #include "ui/components/ValueRow.h"
 #include "ui/panel/PopoverView.h"
 #include "ui/panel/SpeedTestStrip.h"
 
 #include <QCoreApplication>
 
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace tidewell::test {
 
-/// Samples of these rates, in both directions.
+using Texts = std::vector<std::string>;
+
+inline constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+inline constexpr double infinite = std::numeric_limits<double>::infinity();
+
+/// The text of each element.
+template <class Range, class Text> Texts textsOf(const Range& range, Text&& text) {
+  Texts texts;
+  for (const auto& element : range) {
+    texts.push_back(text(element));
+  }
+  return texts;
+}
+
+/// The visible lines of text in a widget, in the order of creation.
+inline Texts linesIn(const QWidget& widget) {
+  Texts texts;
+  for (const TextLine* line : widget.findChildren<TextLine*>()) {
+    if (line->isVisible()) {
+      texts.push_back(line->text().toStdString());
+    }
+  }
+  return texts;
+}
+
+/// "label|value|unit".
+inline std::string textOf(const StatCell& cell) {
+  const StatFigure& figure = cell.figure();
+  return (figure.label + u'|' + figure.value + u'|' + figure.unit).toStdString();
+}
+
+/// Samples with these download rates. The upload rates are half of them.
 inline SnapshotList samples(const std::vector<std::int64_t>& rates) {
   SnapshotList list;
   for (const std::int64_t rate : rates) {
@@ -29,9 +62,9 @@ inline SnapshotList samples(const std::vector<std::int64_t>& rates) {
   return list;
 }
 
-/// A panel over states that a test fills by hand.
+/// The panel, with states that a test sets.
 struct Panel {
-  /// What its buttons asked for.
+  /// Counts the actions of its buttons.
   struct Calls {
     int openDetail = 0;
     int openSettings = 0;
@@ -47,7 +80,7 @@ struct Panel {
   FakeTime time;
   std::unique_ptr<PopoverView> view;
 
-  /// Makes the view anew, as for another opening.
+  /// Creates the view, as for each opening.
   void open(Backdrop backdrop = Backdrop::translucent) {
     view = std::make_unique<PopoverView>(
         PanelSources{sampler, monitor, speedTest},
@@ -59,7 +92,7 @@ struct Panel {
     settle();
   }
 
-  /// Lets the layout and the repaints that are due happen.
+  /// Completes pending layouts and repaints.
   static void settle() {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();

@@ -14,7 +14,7 @@
 
 namespace tidewell::test {
 
-/// The settings over a store in memory.
+/// The settings, with preferences in memory.
 struct Preferences {
   VirtualScheduler scheduler;
   FakePreferencesStore store{scheduler.main()};
@@ -22,7 +22,7 @@ struct Preferences {
   AppSettings settings{store, loginItem};
   std::unique_ptr<SettingsView> view;
 
-  /// Makes the view anew, as for another opening.
+  /// Creates the view, as for each opening.
   void open(SettingsSection section = SettingsSection::general) {
     view = std::make_unique<SettingsView>(settings, store);
     view->show();
