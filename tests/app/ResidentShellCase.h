@@ -49,9 +49,8 @@ protected:
   void startResident() {
     shell = std::make_unique<ResidentShell>(
         loop, bus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
-        ResidentShell::Actions{
-            [this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
-            [this](const WindowRequest& request) { requests.push_back(request); }});
+        ResidentActions{[this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
+                        [this](const WindowRequest& request) { requests.push_back(request); }});
   }
   void startBoth() {
     startPanel();

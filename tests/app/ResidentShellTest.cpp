@@ -163,7 +163,7 @@ TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {
   SessionBus secondBus(loop, daemon.address());
   const ResidentShell second(
       loop, secondBus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
-      ResidentShell::Actions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
+      ResidentActions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
   EXPECT_TRUE(runUntil(loop, [&] { return secondFoundAnother == 1; }));
   ASSERT_EQ(requests.size(), 1U);
   EXPECT_EQ(requests[0].kind, WindowRequest::Kind::panel);

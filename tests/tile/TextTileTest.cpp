@@ -1,6 +1,6 @@
 #include "tile/TextTile.h"
 
-#include "app/ItemTexts.h"
+#include "tile/LabelGuide.h"
 #include "tile/TileWords.h"
 
 #include <gtest/gtest.h>
