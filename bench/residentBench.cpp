@@ -1,11 +1,12 @@
-#include "app/ItemTexts.h"
 #include "connectivity/MonitorState.h"
+#include "format/MenubarLabel.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/RouteSocket.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
+#include "tile/LabelGuide.h"
 #include "tile/TextTile.h"
 
 #include <benchmark/benchmark.h>

@@ -72,8 +72,6 @@ namespace {
 using namespace tidewell;
 using fuzz::require;
 
-constexpr const char* service = "com.halden.Tidewell";
-
 /// Keeps the last values that came over the bus.
 class Receiver final : public QDBusVirtualObject {
 public:
@@ -206,6 +204,19 @@ QVariantMap anyValues(FuzzedDataProvider& input) {
   return values;
 }
 
+QDBusMessage anySample(FuzzedDataProvider& input) {
+  auto signal = QDBusMessage::createSignal(QStringLiteral("/"), QStringLiteral("org.example.Any"),
+                                           QStringLiteral("Any"));
+  const bool isUsual = input.ConsumeBool();
+  QVariantList arguments = {1.0, input.ConsumeIntegral<qlonglong>(), qlonglong{0}, 0.0, 0.0, 0.0};
+  if (!isUsual) {
+    arguments[input.ConsumeIntegralInRange(0, 5)] =
+        anyValue(static_cast<Kind>(input.ConsumeIntegralInRange<int>(0, kinds - 1)), input);
+  }
+  signal.setArguments(arguments);
+  return signal;
+}
+
 void checkShown(const QString& text) { fuzz::requireShowable(text.toStdString()); }
 
 void check(const ResidentState& state) {
@@ -237,7 +248,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ResidentMirror mirror(desk.none);
   for (int step = 0; step < 4 && input.remaining_bytes() > 0; ++step) {
     const QVariantMap values = anyValues(input);
-    mirror.propertiesChanged(QLatin1String(service), desk.sent(values), {});
+    mirror.setAll(desk.sent(values));
     const auto sent = values.value(QStringLiteral("Samples"));
     if (sent.metaType() == QMetaType::fromType<QList<AnySample>>()) {
       require(mirror.state().sampler.snapshots.get().size() ==
@@ -245,7 +256,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                   300, static_cast<std::size_t>(sent.value<QList<AnySample>>().size())));
     }
     check(mirror.state());
-    mirror.sampleAdded(1.0, input.ConsumeIntegral<qlonglong>(), 0, 0.0, 0.0, 0.0);
+    mirror.sampleAdded(anySample(input));
     check(mirror.state());
   }
   return 0;

@@ -1,6 +1,6 @@
 // Any message as systemd-resolved's answer: what comes of it is addresses, a limited number.
 
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/bus/ResolvedServers.h"
 #include "support/AnyBody.h"
 #include "support/Require.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/loop/FileDescriptor.h"
 
 #include <cstdint>

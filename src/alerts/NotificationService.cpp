@@ -76,7 +76,7 @@ void NotificationService::notify(NotificationRequest request) {
 }
 
 void NotificationService::send(NotificationRequest request) {
-  // Before the request goes out: the quiet period starts even if the desktop refuses it.
+  // First, so that the quiet period starts even if the desktop refuses the notice.
   m_lastNotificationTime = m_clock->now();
   m_center->add(std::move(request));
 }

@@ -9,31 +9,27 @@ class Clock;
 class NotificationCenter;
 struct NotificationRequest;
 
-/// Words the notices and keeps them from flooding the user: after one of any kind there is a quiet
-/// period of 60 seconds for all of them, which only the restored notice may break.
-///
-/// Sends nothing while the user has notices switched off. Main thread.
+/// Writes the notices and limits their number: after a notice of any kind none is sent for 60
+/// seconds, except that a connection was restored. Sends nothing while the user has notices
+/// switched off.
 class NotificationService {
 public:
-  /// A service that sends nothing until it is attached.
+  /// Sends nothing until `attach`.
   NotificationService() = default;
   /// Like `attach`.
   NotificationService(const AppSettings& settings, const Clock& clock, NotificationCenter& center);
-  NotificationService(const NotificationService&) = delete;
-  NotificationService& operator=(const NotificationService&) = delete;
-  ~NotificationService() = default;
 
-  /// The process's service, made on first use.
+  /// The process's service, constructed on first use.
   [[nodiscard]] static NotificationService& shared();
 
-  /// Gives the service what it works with, borrowed until `detach`.
+  /// Borrows all three until `detach`.
   void attach(const AppSettings& settings, const Clock& clock, NotificationCenter& center);
 
-  /// Lets go of it; nothing is sent from then on.
+  /// Sends nothing from now on.
   void detach();
 
   void notifyConnectionLost();
-  /// Sent also during the quiet period, which starts again.
+  /// Sent during the quiet period, too, and restarts it.
   void notifyConnectionRestored();
   /// Both in megabits per second.
   void notifySpeedDrop(double currentMbps, double thresholdMbps);
@@ -49,7 +45,7 @@ private:
   const AppSettings* m_settings = nullptr;
   const Clock* m_clock = nullptr;
   NotificationCenter* m_center = nullptr;
-  // Seconds since 1970; the distant past until the first notice.
+  // Seconds since 1970; the distant past before the first notice.
   double m_lastNotificationTime = -std::numeric_limits<double>::infinity();
 };
 

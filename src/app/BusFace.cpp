@@ -1,165 +1,180 @@
 #include "app/BusFace.h"
 
-#include "app/BusValues.h"
+#include "bus/ResidentInterface.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "processes/TrackerState.h"
-#include "sampling/SamplerState.h"
-#include "speedtest/SpeedTestState.h"
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace tidewell {
 
 namespace {
 
-constexpr const char* objectPath = "/com/halden/Tidewell";
-constexpr const char* interfaceName = "com.halden.Tidewell";
+namespace face = residentInterface;
+
+constexpr BusService ownService{face::name, face::path};
+
+// Values as sd-bus takes them.
+const char* plain(const std::string& text) { return text.c_str(); }
+template <class Value> Value plain(Value value) { return value; }
+
+template <class Value> int appendValue(sd_bus_message& message, const Value& value) {
+  const char type[] = {face::typeCode<Value>, '\0'};
+  return sd_bus_message_append(&message, type, plain(value));
+}
+
+template <class Record> int appendFields(sd_bus_message& message, const Record& record) {
+  const auto append = [&](auto... field) {
+    return sd_bus_message_append(&message, face::signatureOf<Record>().c_str(),
+                                 plain(std::invoke(field, record))...);
+  };
+  return std::apply(append, face::fieldsOf<Record>);
+}
+
+/// Appends a list of structures; `recordOf` gives the record of an element.
+template <class Record>
+int appendList(sd_bus_message& message, const auto& elements, const auto& recordOf) {
+  const std::string fields = face::signatureOf<Record>();
+  BusWriter writer(message);
+  writer.open('a', ("(" + fields + ")").c_str());
+  for (const auto& element : elements) {
+    writer.open('r', fields.c_str());
+    writer.step([&] { return appendFields<Record>(message, recordOf(element)); }).close();
+  }
+  return writer.close().result();
+}
+
+int appendSamples(sd_bus_message& message, const SnapshotList& samples) {
+  return appendList<NetworkSnapshot>(
+      message, samples, [](const auto& sample) -> auto& { return *sample; });
+}
+
+int appendProcesses(sd_bus_message& message, const std::vector<ProcessUsage>& processes) {
+  return appendList<ProcessUsage>(message, processes, std::identity());
+}
+
+int appendSpeedTest(sd_bus_message& message, const std::optional<SpeedTestResult>& result) {
+  const std::span list(result ? &*result : nullptr, result ? 1U : 0U);
+  return appendList<SpeedTestResult>(message, list, std::identity());
+}
+
+/// Adds a property of a plain type to the object.
+template <class Value, class Read>
+void publish(BusObject& object, const face::Property<Value>& property, Read read) {
+  object.property<Value>(property.name, {face::typeCode<Value>}, std::move(read),
+                         &appendValue<Value>);
+}
 
 } // namespace
 
-BusFace::BusFace(WorkQueue& main, SessionBus& bus, const ResidentSources& sources, Actions actions)
-    : m_actions(std::move(actions)), m_object(objectPath, interfaceName),
-      m_changes(main, [this] { m_object.announce(); }) {
+BusFace::BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions)
+    : m_actions(actions), m_object(face::path, face::name) {
   describeMeasurements(sources);
   describeConnection(sources.monitor);
   describeResults(sources);
-  describeRequests();
-  watch(sources);
+  describeMethods();
+  m_samples = sources.sampler.snapshots.subscribe(
+      [this](const SnapshotList& samples) { announceSample(samples); });
   m_lost = bus.onLost([this] {
     m_call.reset();
     m_object.disappear();
-    m_bus = nullptr;
   });
   m_connected = bus.onConnected([this](sd_bus& connection) { appear(connection); });
 }
 
 void BusFace::describeMeasurements(const ResidentSources& sources) {
-  SamplerState& sampler = sources.sampler;
-  m_object.property("MenubarText", "s", [sources] {
-    const MenubarLabel label(sources.sampler, sources.monitor, sources.settings);
-    return BusValue(label.menubarString());
+  const SamplerState& sampler = sources.sampler;
+  publish(m_object, face::menubarText, [sources] {
+    return MenubarLabel(sources.sampler, sources.monitor, sources.settings).menubarString();
   });
-  m_object.property("Status", "s",
-                    [&] { return BusValue(std::string(rawValue(sampler.currentStatus()))); });
-  m_object.property("DownloadBytesPerSec", "x",
-                    [&] { return BusValue(sampler.currentDownloadBytesPerSec.get()); });
-  m_object.property("UploadBytesPerSec", "x",
-                    [&] { return BusValue(sampler.currentUploadBytesPerSec.get()); });
-  m_object.property("LatencyMs", "d", [&] { return BusValue(sampler.latencyMs.get()); });
-  m_object.property("JitterMs", "d", [&] { return BusValue(sampler.jitterMs.get()); });
-  m_object.property("PacketLossPercent", "d",
-                    [&] { return BusValue(sampler.packetLossPercent.get()); });
-  m_object.silentProperty("Samples", busTypes::samples, [&](sd_bus_message& reply) {
-    return appendSamples(reply, sampler.snapshots.get());
+  publish(m_object, face::status,
+          [&sampler] { return std::string(rawValue(sampler.currentStatus())); });
+  std::vector<std::string> arguments = {"time"};
+  face::forEachMetric([&](const auto& metric) {
+    arguments.emplace_back(metric.argument);
+    publish(m_object, metric.property,
+            [&sampler, &value = sampler.*metric.newest] { return value.get(); });
   });
-  m_object.signal("SampleAdded", busTypes::sample);
+  m_object.silentProperty(
+      face::samples.name, face::listSignatureOf<NetworkSnapshot>(),
+      [&](sd_bus_message& reply) { return appendSamples(reply, sampler.snapshots.get()); });
+  m_object.signal(face::sampleAdded, face::signatureOf<NetworkSnapshot>(), arguments);
 }
 
-void BusFace::describeConnection(MonitorState& monitor) {
-  const auto detail = [&](const char* property, std::string ConnectionInfo::*field) {
-    m_object.property(property, "s",
-                      [&monitor, field] { return BusValue(monitor.connectionInfo.get().*field); });
-  };
-  m_object.property("IsConnected", "b", [&] { return BusValue(monitor.isConnected.get()); });
-  m_object.property("InterfaceType", "s",
-                    [&] { return BusValue(std::string(rawValue(monitor.interfaceType.get()))); });
-  detail("NetworkName", &ConnectionInfo::networkName);
-  detail("InterfaceName", &ConnectionInfo::interfaceName);
-  detail("IpAddress", &ConnectionInfo::ipAddress);
-  detail("PublicIp", &ConnectionInfo::publicIP);
-  detail("Dns", &ConnectionInfo::dns);
+void BusFace::describeConnection(const MonitorState& monitor) {
+  publish(m_object, face::isConnected, [&] { return monitor.isConnected.get(); });
+  publish(m_object, face::interfaceType,
+          [&] { return std::string(rawValue(monitor.interfaceType.get())); });
+  for (const face::Detail& detail : face::details) {
+    publish(m_object, detail.property,
+            [&, field = detail.field] { return monitor.connectionInfo.get().*field; });
+  }
 }
 
 void BusFace::describeResults(const ResidentSources& sources) {
-  TrackerState& tracker = sources.tracker;
-  SpeedTestState& speedTest = sources.speedTest;
-  m_object.property(
-      "Processes", busTypes::processes,
-      [&](sd_bus_message& reply) { return appendProcesses(reply, tracker.processes.get()); },
-      [&] { return BusValue(digestOf(tracker.processes.get())); });
-  m_object.property("SpeedTestIsRunning", "b", [&] { return BusValue(speedTest.isRunning.get()); });
-  m_object.property(
-      "LastSpeedTest", busTypes::speedTests,
-      [&](sd_bus_message& reply) { return appendSpeedTest(reply, speedTest.lastResult.get()); },
-      [&] {
-        const auto& result = speedTest.lastResult.get();
-        return BusValue(result ? result->timestamp : 0.0);
-      });
+  const TrackerState& tracker = sources.tracker;
+  const SpeedTestState& speedTest = sources.speedTest;
+  m_object.property<std::vector<ProcessUsage>>(
+      face::processes.name, face::listSignatureOf<ProcessUsage>(),
+      [&] { return tracker.processes.get(); }, &appendProcesses);
+  publish(m_object, face::speedTestIsRunning, [&] { return speedTest.isRunning.get(); });
+  m_object.property<std::optional<SpeedTestResult>>(
+      face::lastSpeedTest.name, face::listSignatureOf<SpeedTestResult>(),
+      [&] { return speedTest.lastResult.get(); }, &appendSpeedTest);
 }
 
-void BusFace::describeRequests() {
-  const auto request = [this](const char* method, std::function<void()> action) {
-    m_object.method(method, "", "", [action = std::move(action)](auto&, auto&) {
+void BusFace::describeMethods() {
+  using Kind = WindowRequest::Kind;
+  const auto method = [this](const char* name, std::function<void()> action) {
+    m_object.method(name, "", "", [action = std::move(action)](auto&, auto&) {
       action();
       return 0;
     });
   };
-  const auto window = [this](WindowRequest::Kind which, const char* text) {
-    return [this, which, text] {
-      m_object.emit("WindowRequested", [text](sd_bus_message& signal) {
-        return sd_bus_message_append(&signal, "s", text);
+  const auto opens = [this](Kind kind, const char* window) {
+    return [this, kind, window] {
+      m_object.emit(face::windowRequested, [window](sd_bus_message& signal) {
+        return sd_bus_message_append(&signal, "s", window);
       });
-      m_actions.openWindow(which);
+      m_actions.ask({kind, {}, {}, {}});
     };
   };
-  m_object.signal("WindowRequested", "s");
-  request("OpenPanel", window(WindowRequest::Kind::panel, "panel"));
-  request("OpenDetail", window(WindowRequest::Kind::detail, "detail"));
-  request("OpenSettings", window(WindowRequest::Kind::settings, "settings"));
-  request("RunSpeedTest", m_actions.runSpeedTest);
-  request("Quit", m_actions.quit);
-}
-
-void BusFace::watch(const ResidentSources& sources) {
-  m_changes.watch(sources.monitor.isConnected);
-  m_changes.watch(sources.monitor.connectionInfo);
-  m_changes.watch(sources.tracker.processes);
-  m_changes.watch(sources.speedTest.isRunning);
-  m_changes.watch(sources.speedTest.lastResult);
-  m_samples = sources.sampler.snapshots.subscribe([this](const SnapshotList& samples) {
-    announceSample(samples);
-    m_changes.mark();
-  });
+  m_object.signal(face::windowRequested, "s", {"window"});
+  method(face::openPanel, opens(Kind::panel, "panel"));
+  method(face::openDetail, opens(Kind::detail, "detail"));
+  method(face::openSettings, opens(Kind::settings, "settings"));
+  method(face::runSpeedTest, m_actions.runSpeedTest);
+  method(face::quit, m_actions.quit);
 }
 
 void BusFace::appear(sd_bus& bus) {
-  m_bus = &bus;
+  constexpr std::uint32_t doNotQueue = 4;
   m_object.appear(bus);
-  const auto answered = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-    static_cast<BusFace*>(self)->nameAnswered(*reply);
-    return 0;
-  };
-  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_request_name_async(&bus, slot, name, 0, answered, this);
-  });
+  m_call = callMethod(
+      bus, busDaemon, "RequestName", [this, &bus](auto* reply) { nameAnswered(bus, reply); }, "su",
+      face::name, doNotQueue);
 }
 
-void BusFace::nameAnswered(sd_bus_message& reply) {
-  // The bus's answers: 1 the name is ours, 3 it exists and we do not wait for it.
-  constexpr std::uint32_t exists = 3;
+void BusFace::nameAnswered(sd_bus& bus, sd_bus_message* reply) {
+  constexpr std::uint32_t exists = 3; // another program owns the name
   std::uint32_t answer = 0;
-  if (sd_bus_message_is_method_error(&reply, nullptr) != 0 ||
-      sd_bus_message_read(&reply, "u", &answer) < 0 || answer != exists) {
-    return;
+  if (reply != nullptr && sd_bus_message_read(reply, "u", &answer) > 0 && answer == exists) {
+    m_call = callMethod(bus, ownService, face::openPanel,
+                        [this](auto* /*reply*/) { m_actions.alreadyRunning(); });
   }
-  const auto asked = [](sd_bus_message*, void* self, sd_bus_error*) {
-    static_cast<BusFace*>(self)->m_actions.alreadyRunning();
-    return 0;
-  };
-  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(m_bus, slot, name, objectPath, interfaceName, "OpenPanel",
-                                    asked, this, nullptr);
-  });
 }
 
 void BusFace::announceSample(const SnapshotList& samples) {
   if (!samples.empty()) {
-    m_object.emit("SampleAdded",
-                  [&](sd_bus_message& signal) { return appendSample(signal, *samples.back()); });
+    m_object.emit(face::sampleAdded,
+                  [&](sd_bus_message& signal) { return appendFields(signal, *samples.back()); });
   }
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/ChangeCoalescer.h"
-#include "app/ResidentSources.h"
 #include "base/Observers.h"
 #include "platform/linux/bus/BusObject.h"
 #include "sampling/NetworkSnapshot.h"
@@ -11,45 +9,55 @@
 
 namespace tidewell {
 
+class AppSettings;
+class PreferencesStore;
 class SessionBus;
+struct MonitorState;
+struct SamplerState;
+struct SpeedTestState;
+struct TrackerState;
 
-/// The program's own interface on the session bus: what it publishes as properties, a signal for
-/// each sample, and a few requests. Described in docs/dbus.md. Main thread.
+/// What the resident shows. Borrowed.
+struct ResidentSources {
+  SamplerState& sampler;
+  MonitorState& monitor;
+  TrackerState& tracker;
+  SpeedTestState& speedTest;
+  const AppSettings& settings;
+  PreferencesStore& preferences;
+};
+
+/// What others can ask of the resident, through the item, its menu or the bus.
+struct ResidentActions {
+  std::function<void()> quit;
+  /// Another instance owns the name on the bus; it has been asked to open its panel.
+  std::function<void()> alreadyRunning;
+  std::function<void()> runSpeedTest;
+  /// Sends a request to the windows' process.
+  std::function<void(const WindowRequest& request)> ask;
+};
+
+/// The program's own interface on the session bus (docs/dbus.md).
 class BusFace {
 public:
-  /// The name that the program owns.
-  static constexpr const char* name = "com.halden.Tidewell";
+  /// Requests the name on every new connection. Borrows everything.
+  BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions);
 
-  /// What the requests do.
-  struct Actions {
-    std::function<void()> quit;
-    /// Another process owns the name, so the program runs already; it has been asked for its panel.
-    std::function<void()> alreadyRunning;
-    std::function<void()> runSpeedTest;
-    std::function<void(WindowRequest::Kind window)> openWindow;
-  };
-
-  /// Claims the name whenever there is a bus. Borrows everything.
-  BusFace(WorkQueue& main, SessionBus& bus, const ResidentSources& sources, Actions actions);
-
-  /// Tells readers of a change of the preferences that shows.
-  void settingsChanged() { m_changes.mark(); }
+  /// Sends the properties that have changed.
+  void announce() { m_object.announce(); }
 
 private:
   void describeMeasurements(const ResidentSources& sources);
-  void describeConnection(MonitorState& monitor);
+  void describeConnection(const MonitorState& monitor);
   void describeResults(const ResidentSources& sources);
-  void describeRequests();
-  void watch(const ResidentSources& sources);
+  void describeMethods();
   void appear(sd_bus& bus);
-  void nameAnswered(sd_bus_message& reply);
+  void nameAnswered(sd_bus& bus, sd_bus_message* reply);
   void announceSample(const SnapshotList& samples);
 
-  Actions m_actions;
+  const ResidentActions& m_actions;
   BusObject m_object;
-  sd_bus* m_bus = nullptr;
-  BusSlot m_call; // the name request, or the request to the instance that runs
-  ChangeCoalescer m_changes;
+  BusSlot m_call; // RequestName, or the call to the other instance
   Subscription m_samples;
   Subscription m_lost;
   Subscription m_connected;

@@ -2,17 +2,21 @@
 
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace tidewell {
 
 namespace {
+
+// Panels start after the programs of the session, on a slow machine many seconds later.
+constexpr Seconds patience = 20.0;
 
 struct Known {
   std::string_view beginning;
   ItemPresentation presentation;
 };
 
-// What each was seen to do with labels and pictures.
+// As observed on each desktop.
 constexpr std::array<Known, 14> hosts = {{
     {"gnome-shell", ItemPresentation::label},
     {"mate-indicator", ItemPresentation::label},
@@ -62,13 +66,32 @@ ItemPresentation presentationFor(std::string_view process, std::string_view desk
       return known.presentation;
     }
   }
-  // A square is shown by every host, if not at its best.
+  // Every host shows a square.
   return byDesktop(desktop).value_or(ItemPresentation::squareTile);
 }
 
 bool tellsClickedPlace(std::string_view process) {
-  // MATE's notification area tells the place within itself.
+  // MATE's notification area counts from its own corner.
   return !process.starts_with("notification-ar");
+}
+
+FallbackItem::FallbackItem(WorkQueue& main, std::function<void(bool isWanted)> show)
+    : m_main(main), m_show(std::move(show)) {
+  setTaken(false);
+}
+
+void FallbackItem::setTaken(bool isTaken) {
+  if (isTaken) {
+    m_patience.reset();
+    if (std::exchange(m_isShown, false)) {
+      m_show(false);
+    }
+  } else if (!m_isShown && !m_patience) {
+    m_patience = m_main.repeat(patience, 0.0, [this] {
+      m_isShown = true;
+      m_show(true);
+    });
+  }
 }
 
 } // namespace tidewell

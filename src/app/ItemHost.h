@@ -1,5 +1,9 @@
 #pragma once
 
+#include "base/Scheduler.h"
+
+#include <functional>
+#include <memory>
 #include <string_view>
 
 namespace tidewell {
@@ -11,14 +15,29 @@ enum class ItemPresentation {
   squareTile,  ///< It squeezes every picture into a square.
 };
 
-/// What suits the host best.
+/// The best presentation for a host.
 ///
-/// `process` is the name of the process that owns the watcher, up to 15 characters as the kernel
-/// tells it, empty when it is not known; `desktop` is XDG_CURRENT_DESKTOP, which decides when the
-/// process is none that is known. Pure.
+/// `process` is the name of the process that owns the watcher, up to 15 characters, empty if it is
+/// not known. `desktop` is XDG_CURRENT_DESKTOP; it decides if the process is not a known one.
 [[nodiscard]] ItemPresentation presentationFor(std::string_view process, std::string_view desktop);
 
-/// Whether the host tells where on the screen its item was clicked. `process` as above. Pure.
+/// Whether the host reports a click in screen coordinates. `process` as above.
 [[nodiscard]] bool tellsClickedPlace(std::string_view process);
+
+/// Decides when the windows' process has to show the item because no panel does.
+class FallbackItem {
+public:
+  /// Borrows the queue. `show` is called with each change.
+  FallbackItem(WorkQueue& main, std::function<void(bool isWanted)> show);
+
+  /// A panel has taken the item or is gone. A panel that restarts gets some seconds to come back.
+  void setTaken(bool isTaken);
+
+private:
+  WorkQueue& m_main;
+  std::function<void(bool isWanted)> m_show;
+  std::unique_ptr<Timer> m_patience;
+  bool m_isShown = false;
+};
 
 } // namespace tidewell

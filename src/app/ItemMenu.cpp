@@ -2,7 +2,6 @@
 
 #include "platform/linux/bus/SessionBus.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <utility>
@@ -19,34 +18,7 @@ constexpr std::uint32_t layoutRevision = 1;
 
 std::int32_t idOf(std::size_t index) { return static_cast<std::int32_t>(index) + 1; }
 
-/// Appends to a message step by step until a step fails.
-class Writer {
-public:
-  explicit Writer(sd_bus_message& message) : m_message(message) {}
-
-  Writer& open(char type, const char* contents) {
-    return step([&] { return sd_bus_message_open_container(&m_message, type, contents); });
-  }
-  Writer& close() {
-    return step([&] { return sd_bus_message_close_container(&m_message); });
-  }
-  template <class... Values> Writer& add(const char* types, Values... values) {
-    return step([&] { return sd_bus_message_append(&m_message, types, values...); });
-  }
-  template <class Step> Writer& step(Step&& append) {
-    if (m_result >= 0) {
-      m_result = append();
-    }
-    return *this;
-  }
-  [[nodiscard]] int result() const { return m_result; }
-
-private:
-  sd_bus_message& m_message;
-  int m_result = 0;
-};
-
-/// The identifiers in an "ai" argument, up to `most`: a message has room for millions, and an
+/// The identifiers in an "ai" argument, at most `most`: a message has room for millions, and an
 /// answer to all of them would take gigabytes.
 std::vector<std::int32_t> readIds(sd_bus_message& message, std::size_t most) {
   std::vector<std::int32_t> ids;
@@ -72,10 +44,11 @@ std::string escaped(const std::string& label) {
 
 ItemMenu::ItemMenu(SessionBus& bus, std::string path, std::vector<MenuRow> rows)
     : m_rows(std::move(rows)), m_object(std::move(path), menuInterface) {
+  refresh();
   describe();
   m_lost = bus.onLost([this] {
     m_object.disappear();
-    m_wasSeen = false;
+    m_wasRead = false;
   });
   m_connected = bus.onConnected([this](sd_bus& connection) { m_object.appear(connection); });
 }
@@ -96,7 +69,7 @@ void ItemMenu::describe() {
   m_object.method("Event", "isvu", "", [this](auto& call, auto&) { return answerEvent(call); });
   m_object.method("EventGroup", "a(isvu)", "ai",
                   [this](auto& call, auto& reply) { return answerEventGroup(call, reply); });
-  // Labels are kept up to date, so nothing has to be fetched before the menu shows.
+  // Labels are sent when they change, so a host need not read them again before the menu shows.
   m_object.method("AboutToShow", "i", "b", [](auto&, sd_bus_message& reply) {
     return sd_bus_message_append(&reply, "b", 0);
   });
@@ -108,28 +81,25 @@ void ItemMenu::describe() {
   m_object.signal("ItemActivationRequested", "iu");
 }
 
-void ItemMenu::setLabel(std::size_t index, const std::string& label) {
-  MenuRow& changed = m_rows.at(index);
-  if (changed.label == label) {
-    return;
+void ItemMenu::refresh() {
+  std::vector<std::int32_t> changed;
+  for (std::size_t index = 0; index < m_rows.size(); ++index) {
+    MenuRow& row = m_rows[index];
+    std::string label = row.label ? escaped(row.label()) : std::string();
+    if (label != row.shown) {
+      row.shown = std::move(label);
+      changed.push_back(idOf(index));
+    }
   }
-  changed.label = label;
-  if (std::ranges::find(m_changed, idOf(index)) == m_changed.end()) {
-    m_changed.push_back(idOf(index));
-  }
-}
-
-void ItemMenu::announce() {
-  const auto changed = std::exchange(m_changed, {});
-  if (!m_wasSeen || changed.empty()) {
+  if (!m_wasRead || changed.empty()) {
     return;
   }
   m_object.emit("ItemsPropertiesUpdated", [&](sd_bus_message& signal) {
-    Writer writer(signal);
+    BusWriter writer(signal);
     writer.open('a', "(ia{sv})");
     for (const std::int32_t id : changed) {
       writer.open('r', "ia{sv}").add("i", id);
-      writer.add("a{sv}", 1, "label", "s", escaped(row(id)->label).c_str()).close();
+      writer.add("a{sv}", 1, "label", "s", row(id)->shown.c_str()).close();
     }
     return writer.close().add("a(ias)", 0).result();
   });
@@ -152,20 +122,18 @@ int ItemMenu::appendProperties(sd_bus_message& message, std::int32_t id) const {
   if (item == nullptr) {
     return sd_bus_message_append(&message, "a{sv}", 1, "children-display", "s", "submenu");
   }
-  switch (item->kind) {
-  case MenuRow::Kind::separator:
+  if (!item->label) {
     return sd_bus_message_append(&message, "a{sv}", 1, "type", "s", "separator");
-  case MenuRow::Kind::command:
-    return sd_bus_message_append(&message, "a{sv}", 1, "label", "s", escaped(item->label).c_str());
-  case MenuRow::Kind::text:
-    break;
   }
-  return sd_bus_message_append(&message, "a{sv}", 2, "label", "s", escaped(item->label).c_str(),
-                               "enabled", "b", 0);
+  if (item->chosen) {
+    return sd_bus_message_append(&message, "a{sv}", 1, "label", "s", item->shown.c_str());
+  }
+  return sd_bus_message_append(&message, "a{sv}", 2, "label", "s", item->shown.c_str(), "enabled",
+                               "b", 0);
 }
 
 int ItemMenu::appendItem(sd_bus_message& message, std::int32_t id, std::int32_t depth) const {
-  Writer writer(message);
+  BusWriter writer(message);
   writer.open('r', "ia{sv}av").add("i", id);
   writer.step([&] { return appendProperties(message, id); }).open('a', "v");
   if (id == rootId && depth != 0) {
@@ -186,8 +154,8 @@ int ItemMenu::answerLayout(sd_bus_message& call, sd_bus_message& reply) {
   if (parent != rootId && row(parent) == nullptr) {
     return -EINVAL;
   }
-  m_wasSeen = true;
-  return Writer(reply)
+  m_wasRead = true;
+  return BusWriter(reply)
       .add("u", layoutRevision)
       .step([&] { return appendItem(reply, parent, depth); })
       .result();
@@ -196,13 +164,13 @@ int ItemMenu::answerLayout(sd_bus_message& call, sd_bus_message& reply) {
 int ItemMenu::answerGroup(sd_bus_message& call, sd_bus_message& reply) {
   std::vector<std::int32_t> ids = readIds(call, m_rows.size() + 1);
   if (ids.empty()) {
-    // By convention, no identifiers ask for all.
+    // By convention, an empty list asks for all rows.
     for (std::size_t index = 0; index < m_rows.size(); ++index) {
       ids.push_back(idOf(index));
     }
   }
-  m_wasSeen = true;
-  Writer writer(reply);
+  m_wasRead = true;
+  BusWriter writer(reply);
   writer.open('a', "(ia{sv})");
   for (const std::int32_t id : ids) {
     if (id == rootId || row(id) != nullptr) {
@@ -225,17 +193,16 @@ int ItemMenu::answerProperty(sd_bus_message& call, sd_bus_message& reply) const 
   }
   const std::string_view property(name);
   if (property == "label") {
-    return sd_bus_message_append(&reply, "v", "s", escaped(item->label).c_str());
+    return sd_bus_message_append(&reply, "v", "s", item->shown.c_str());
   }
   if (property == "enabled") {
-    return sd_bus_message_append(&reply, "v", "b", item->kind == MenuRow::Kind::text ? 0 : 1);
+    return sd_bus_message_append(&reply, "v", "b", item->label && !item->chosen ? 0 : 1);
   }
   if (property == "visible") {
     return sd_bus_message_append(&reply, "v", "b", 1);
   }
   if (property == "type") {
-    const bool isSeparator = item->kind == MenuRow::Kind::separator;
-    return sd_bus_message_append(&reply, "v", "s", isSeparator ? "separator" : "standard");
+    return sd_bus_message_append(&reply, "v", "s", item->label ? "standard" : "separator");
   }
   return -EINVAL;
 }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
@@ -14,27 +15,30 @@ class SessionBus;
 
 /// One row of the item's menu.
 struct MenuRow {
-  enum class Kind { text, separator, command };
+  /// A text that cannot be chosen.
+  static MenuRow text(std::function<std::string()> label) { return {std::move(label), {}, {}}; }
+  static MenuRow separator() { return {}; }
+  static MenuRow command(std::function<std::string()> label, std::function<void()> chosen) {
+    return {std::move(label), std::move(chosen), {}};
+  }
+  static MenuRow command(const char* label, std::function<void()> chosen) {
+    return command([label] { return label; }, std::move(chosen));
+  }
 
-  Kind kind = Kind::text;
-  std::string label;
-  /// What a command does.
-  std::function<void()> chosen;
+  std::function<std::string()> label; // empty for a separator
+  std::function<void()> chosen;       // empty for all but a command
+  std::string shown;                  // the label read last, as it is sent
 };
 
 /// The item's menu, as a com.canonical.dbusmenu: a flat list of rows whose labels may change while
-/// it is open. Main thread.
+/// it is open.
 class ItemMenu {
 public:
-  /// Borrows the bus. The number and kinds of rows never change.
+  /// Borrows the bus. Neither the number nor the kinds of the rows change.
   ItemMenu(SessionBus& bus, std::string path, std::vector<MenuRow> rows);
 
-  /// Replaces the label of the row at this index and, if somebody has looked at the menu, tells
-  /// them soon (`announce`).
-  void setLabel(std::size_t index, const std::string& label);
-
-  /// Tells whoever has looked at the menu of the labels that changed.
-  void announce();
+  /// Reads the labels, and sends those that changed if anybody has read the menu before.
+  void refresh();
 
 private:
   void describe();
@@ -50,8 +54,7 @@ private:
 
   std::vector<MenuRow> m_rows;
   BusObject m_object;
-  bool m_wasSeen = false;
-  std::vector<std::int32_t> m_changed;
+  bool m_wasRead = false;
   Subscription m_lost;
   Subscription m_connected;
 };

@@ -1,108 +1,91 @@
 #include "app/ResidentShell.h"
 
-#include "app/ItemTexts.h"
 #include "connectivity/MonitorState.h"
+#include "format/MenubarLabel.h"
 #include "platform/PreferencesStore.h"
+#include "processes/TrackerState.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestState.h"
+#include "tile/LabelGuide.h"
 
-#include <cstdlib>
-#include <optional>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace tidewell {
 
-namespace {
-
 using Window = WindowRequest::Kind;
 
-enum Row : std::size_t { statusRow, downloadRow, uploadRow, latencyRow, speedTestRow = 8 };
-
-std::string currentDesktop() {
-  const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-  return desktop != nullptr ? desktop : "";
-}
-
-} // namespace
-
 ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSources& sources,
-                             Actions actions)
-    : m_sources(sources), m_actions(std::move(actions)), m_face(main, bus, sources, busActions()),
-      m_item(bus, activated()), m_menu(bus, StatusItem::menuPath, menuRows()),
-      m_changes(main, [this] { refresh(); }),
+                             ResidentActions actions)
+    : m_main(main), m_sources(sources), m_actions(std::move(actions)),
+      m_face(bus, m_sources, m_actions), m_item(bus, m_actions.ask),
+      m_menu(bus, StatusItem::menuPath, menuRows()),
       m_fallback(main,
                  [this](bool isWanted) { open(isWanted ? Window::showItem : Window::hideItem); }),
-      m_watcher(main, bus, watcherEvents()) {
-  watch();
+      m_watcher(main, bus,
+                {[this](const std::string& process) { m_item.setHost(process); },
+                 [this](bool isTaken) { m_fallback.setTaken(isTaken); }}) {
+  watchSources();
   refresh();
 }
 
 std::vector<MenuRow> ResidentShell::menuRows() const {
-  using Kind = MenuRow::Kind;
+  const auto text = [this](std::string ItemTexts::*field) {
+    return MenuRow::text([this, field] { return m_item.texts().*field; });
+  };
   const auto opens = [this](Window window) { return [this, window] { open(window); }; };
   const auto copy = [this] {
     m_actions.ask({Window::copy, {}, {}, addressToCopy(m_sources.monitor.connectionInfo.get())});
   };
-  return {{Kind::text, "", {}},
-          {Kind::text, "", {}},
-          {Kind::text, "", {}},
-          {Kind::text, "", {}},
-          {Kind::separator, "", {}},
-          {Kind::command, "Open", opens(Window::panel)},
-          {Kind::command, "Details", opens(Window::detail)},
-          {Kind::command, "Settings", opens(Window::settings)},
-          {Kind::command, "Speed Test", m_actions.runSpeedTest},
-          {Kind::command, "Copy IP", copy},
-          {Kind::separator, "", {}},
-          {Kind::command, "Quit", m_actions.quit}};
-}
-
-StatusItem::Activated ResidentShell::activated() const {
-  return [this](int x, int y, const std::string& token) {
-    const WindowRequest::Point point{x, y};
-    m_actions.ask({Window::panel, token, m_isPlaceTold ? std::optional(point) : std::nullopt, {}});
+  const auto speedTest = [this] {
+    return std::string(m_sources.speedTest.isRunning.get() ? "Testing..." : "Speed Test");
   };
+  return {text(&ItemTexts::status),
+          text(&ItemTexts::download),
+          text(&ItemTexts::upload),
+          text(&ItemTexts::latency),
+          MenuRow::separator(),
+          MenuRow::command("Open", opens(Window::panel)),
+          MenuRow::command("Details", opens(Window::detail)),
+          MenuRow::command("Settings", opens(Window::settings)),
+          MenuRow::command(speedTest, m_actions.runSpeedTest),
+          MenuRow::command("Copy IP", copy),
+          MenuRow::separator(),
+          MenuRow::command("Quit", m_actions.quit)};
 }
 
-BusFace::Actions ResidentShell::busActions() const {
-  return {m_actions.quit, m_actions.alreadyRunning, m_actions.runSpeedTest,
-          [this](Window window) { open(window); }};
-}
-
-WatcherClient::Events ResidentShell::watcherEvents() {
-  return {[this](const std::string& process) {
-            m_item.setPresentation(presentationFor(process, currentDesktop()));
-            m_isPlaceTold = tellsClickedPlace(process);
-          },
-          [this](bool isTaken) { m_fallback.setTaken(isTaken); }};
+void ResidentShell::watchSources() {
+  const auto watch = [this](auto& published) {
+    m_changes.push_back(published.subscribe([this](const auto& /*value*/) { refreshSoon(); }));
+  };
+  watch(m_sources.monitor.isConnected);
+  watch(m_sources.monitor.connectionInfo);
+  watch(m_sources.sampler.snapshots);
+  watch(m_sources.tracker.processes);
+  watch(m_sources.speedTest.isRunning);
+  watch(m_sources.speedTest.lastResult);
+  m_changes.push_back(m_sources.preferences.observe(
+      preference::showUploadInMenubar.key, [this](const auto& /*value*/) { refreshSoon(); }));
 }
 
 void ResidentShell::open(Window window) const { m_actions.ask({window, {}, {}, {}}); }
 
-void ResidentShell::watch() {
-  m_changes.watch(m_sources.monitor.isConnected);
-  m_changes.watch(m_sources.sampler.snapshots);
-  m_changes.watch(m_sources.speedTest.isRunning);
-  m_changes.keep(
-      m_sources.preferences.observe(preference::showUploadInMenubar.key, [this](const auto&) {
-        m_changes.mark();
-        m_face.settingsChanged();
-      }));
+void ResidentShell::refreshSoon() {
+  // Once for all changes of the same task, such as the six values of a sample.
+  if (!m_refreshDue) {
+    m_refreshDue = m_main.repeat(0.0, 0.0, [this] {
+      m_refreshDue.reset();
+      refresh();
+    });
+  }
 }
 
 void ResidentShell::refresh() {
-  const ItemTexts texts = itemTexts(m_sources.sampler, m_sources.monitor, m_sources.settings);
-  m_item.show(texts,
+  m_face.announce();
+  m_item.show(itemTexts(m_sources.sampler, m_sources.monitor, m_sources.settings),
               m_sources.settings.showUploadInMenubar() ? labelGuide : labelGuideWithoutUpload);
-  m_menu.setLabel(statusRow, texts.status);
-  m_menu.setLabel(downloadRow, texts.download);
-  m_menu.setLabel(uploadRow, texts.upload);
-  m_menu.setLabel(latencyRow, texts.latency);
-  m_menu.setLabel(speedTestRow, m_sources.speedTest.isRunning.get() ? "Testing..." : "Speed Test");
-  m_menu.announce();
+  m_menu.refresh();
 }
 
 } // namespace tidewell

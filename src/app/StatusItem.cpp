@@ -2,9 +2,10 @@
 
 #include "platform/linux/bus/SessionBus.h"
 #include "tile/TextTile.h"
-#include "windowRequests/WindowRequest.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -16,21 +17,10 @@ namespace {
 constexpr const char* itemPath = "/StatusNotifierItem";
 constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 
-// Hosts that show labels want an icon besides, and show a placeholder without one.
+// Hosts that show labels show a placeholder if there is no icon.
 constexpr const char* themeIcon = "network-transmit-receive";
 
 constexpr const char* title = "Tidewell";
-
-int appendPicture(sd_bus_message& message, TileSize size, const std::vector<std::uint8_t>& argb) {
-  int result = sd_bus_message_open_container(&message, 'r', "iiay");
-  if (result >= 0) {
-    result = sd_bus_message_append(&message, "ii", size.width, size.height);
-  }
-  if (result >= 0) {
-    result = sd_bus_message_append_array(&message, 'y', argb.data(), argb.size());
-  }
-  return result < 0 ? result : sd_bus_message_close_container(&message);
-}
 
 int appendNoPictures(sd_bus_message& message) {
   return sd_bus_message_append(&message, "a(iiay)", 0);
@@ -38,11 +28,11 @@ int appendNoPictures(sd_bus_message& message) {
 
 } // namespace
 
-StatusItem::StatusItem(SessionBus& bus, Activated activated)
-    : m_object(itemPath, itemInterface), m_activated(std::move(activated)) {
+StatusItem::StatusItem(SessionBus& bus, std::function<void(const WindowRequest& request)> ask)
+    : m_object(itemPath, itemInterface), m_ask(std::move(ask)) {
   describeIdentity();
   describeAppearance();
-  describeRequests();
+  describeMethods();
   m_lost = bus.onLost([this] { m_object.disappear(); });
   m_connected = bus.onConnected([this](sd_bus& connection) { m_object.appear(connection); });
 }
@@ -62,7 +52,7 @@ void StatusItem::describeIdentity() {
 void StatusItem::describeAppearance() {
   const auto text = [this](const char* name, auto value) {
     m_object.silentProperty(name, "s", [value = std::move(value)](sd_bus_message& reply) {
-      return appendValue(reply, "s", std::string(value()));
+      return sd_bus_message_append(&reply, "s", std::string(value()).c_str());
     });
   };
   text("IconName", [this] { return iconName(); });
@@ -88,12 +78,16 @@ void StatusItem::describeAppearance() {
   m_object.signal("XAyatanaNewLabel", "ss");
 }
 
-void StatusItem::describeRequests() {
+void StatusItem::describeMethods() {
   const auto atPoint = [this](sd_bus_message& call, sd_bus_message&) {
     int x = 0;
     int y = 0;
     if (sd_bus_message_read(&call, "ii", &x, &y) >= 0) {
-      m_activated(x, y, std::exchange(m_token, {}));
+      const WindowRequest::Point point{x, y};
+      m_ask({WindowRequest::Kind::panel,
+             std::exchange(m_token, {}),
+             m_isPlaceTold ? std::optional(point) : std::nullopt,
+             {}});
     }
     return 0;
   };
@@ -105,11 +99,19 @@ void StatusItem::describeRequests() {
   m_object.method("ProvideXdgActivationToken", "s", "", [this](sd_bus_message& call, auto&) {
     const char* token = "";
     sd_bus_message_read(&call, "s", &token);
-    // Kept until the click that it is for, which may never come.
     const std::string_view text(token);
     m_token = text.size() <= longestActivationToken ? text : "";
     return 0;
   });
+}
+
+void StatusItem::setHost(const std::string& process) {
+  const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
+  const auto presentation = presentationFor(process, desktop != nullptr ? desktop : "");
+  m_isPlaceTold = tellsClickedPlace(process);
+  if (std::exchange(m_presentation, presentation) != presentation) {
+    m_object.emit("NewIcon");
+  }
 }
 
 void StatusItem::show(const ItemTexts& texts, const std::string& guide) {
@@ -129,22 +131,20 @@ void StatusItem::show(const ItemTexts& texts, const std::string& guide) {
   }
 }
 
-void StatusItem::setPresentation(ItemPresentation presentation) {
-  if (std::exchange(m_presentation, presentation) != presentation) {
-    m_object.emit("NewIcon");
-  }
-}
-
 const char* StatusItem::iconName() const {
   return m_presentation == ItemPresentation::label ? themeIcon : "";
 }
 
 int StatusItem::appendPictures(sd_bus_message& message) const {
-  int result = sd_bus_message_open_container(&message, 'a', "(iiay)");
+  BusWriter writer(message);
+  writer.open('a', "(iiay)");
   const auto append = [&](TileSize size, const auto& draw) {
     std::vector<std::uint8_t> argb(size.bytes());
     draw(argb);
-    result = result < 0 ? result : appendPicture(message, size, argb);
+    writer.open('r', "iiay").add("ii", size.width, size.height);
+    writer.step(
+        [&] { return sd_bus_message_append_array(&message, 'y', argb.data(), argb.size()); });
+    writer.close();
   };
   if (m_presentation == ItemPresentation::widePicture) {
     append(TextTile::wideSize(m_guide),
@@ -156,23 +156,13 @@ int StatusItem::appendPictures(sd_bus_message& message) const {
              [this, edge](auto& argb) { TextTile::drawSquare(m_texts.label, edge, argb); });
     }
   }
-  return result < 0 ? result : sd_bus_message_close_container(&message);
+  return writer.close().result();
 }
 
 int StatusItem::appendToolTip(sd_bus_message& message) const {
-  int result = sd_bus_message_open_container(&message, 'r', "sa(iiay)ss");
-  if (result >= 0) {
-    result = sd_bus_message_append(&message, "s", "");
-  }
-  if (result >= 0) {
-    result = appendNoPictures(message);
-  }
-  if (result >= 0) {
-    const std::string heading = std::string(title) + ": " + m_texts.status;
-    const std::string body = m_texts.download + "\n" + m_texts.upload + "\n" + m_texts.latency;
-    result = sd_bus_message_append(&message, "ss", heading.c_str(), body.c_str());
-  }
-  return result < 0 ? result : sd_bus_message_close_container(&message);
+  const std::string heading = std::string(title) + ": " + m_texts.status;
+  const std::string body = m_texts.download + "\n" + m_texts.upload + "\n" + m_texts.latency;
+  return sd_bus_message_append(&message, "(sa(iiay)ss)", "", 0, heading.c_str(), body.c_str());
 }
 
 } // namespace tidewell

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "app/ItemHost.h"
-#include "app/ItemTexts.h"
 #include "base/Observers.h"
+#include "format/MenubarLabel.h"
 #include "platform/linux/bus/BusObject.h"
+#include "windowRequests/WindowRequest.h"
 
 #include <functional>
 #include <string>
@@ -12,37 +13,36 @@ namespace tidewell {
 
 class SessionBus;
 
-/// The item in the panel, as an org.kde.StatusNotifierItem. Main thread.
+/// The item in the panel, as an org.kde.StatusNotifierItem.
 class StatusItem {
 public:
-  /// The item's menu on the same connection.
+  /// The object path of the item's menu.
   static constexpr const char* menuPath = "/MenuBar";
 
-  /// Where on the screen the user activated the item, as far as the host tells, and the token that
-  /// proves it; empty when the host gave none.
-  using Activated = std::function<void(int x, int y, const std::string& token)>;
+  /// Borrows the bus. `ask` is called with a request for the panel when the user clicks the item.
+  StatusItem(SessionBus& bus, std::function<void(const WindowRequest& request)> ask);
 
-  /// Borrows the bus.
-  StatusItem(SessionBus& bus, Activated activated);
+  /// Adapts to the host, given the name of its process; empty if it is not known.
+  void setHost(const std::string& process);
 
-  /// Shows these texts and tells the host of what changed for it. `guide` is the widest label.
+  /// Shows these texts and notifies the host of changes. `guide` is the widest label.
   void show(const ItemTexts& texts, const std::string& guide);
 
-  /// Adapts to the host.
-  void setPresentation(ItemPresentation presentation);
+  [[nodiscard]] const ItemTexts& texts() const { return m_texts; }
 
 private:
   void describeIdentity();
   void describeAppearance();
-  void describeRequests();
+  void describeMethods();
   [[nodiscard]] const char* iconName() const;
   int appendPictures(sd_bus_message& message) const;
   int appendToolTip(sd_bus_message& message) const;
 
   BusObject m_object;
-  Activated m_activated;
-  std::string m_token;
+  std::function<void(const WindowRequest& request)> m_ask;
+  std::string m_token; // of the next click
   ItemPresentation m_presentation = ItemPresentation::squareTile;
+  bool m_isPlaceTold = true; // by the host, with a click
   ItemTexts m_texts;
   std::string m_guide;
   Subscription m_lost;

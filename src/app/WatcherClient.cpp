@@ -11,27 +11,11 @@ namespace tidewell {
 
 namespace {
 
-constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
-constexpr const char* watcherPath = "/StatusNotifierWatcher";
+constexpr BusService watcher{"org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"};
 
-constexpr const char* busName = "org.freedesktop.DBus";
-constexpr const char* busPath = "/org/freedesktop/DBus";
-
-// A watcher that refuses is asked again after so long, then twice as long, up to a minute.
+// A refused registration is repeated after this time, then after twice as long each time.
 constexpr Seconds firstDelay = 2.0;
 constexpr Seconds longestDelay = 60.0;
-
-constexpr const char* ownerMatch =
-    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-    "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
-    "arg0='org.kde.StatusNotifierWatcher'";
-
-bool isError(sd_bus_message& reply) { return sd_bus_message_is_method_error(&reply, nullptr) != 0; }
-
-std::string readText(sd_bus_message& message) {
-  const char* text = nullptr;
-  return sd_bus_message_read(&message, "s", &text) > 0 && text != nullptr ? text : std::string();
-}
 
 } // namespace
 
@@ -42,24 +26,18 @@ WatcherClient::WatcherClient(WorkQueue& main, SessionBus& bus, Events events)
 
 void WatcherClient::appear(sd_bus& bus) {
   m_bus = &bus;
-  const auto changed = [](sd_bus_message* signal, void* self, sd_bus_error*) {
+  m_match = watchOwner(bus, watcher.name, [this](sd_bus_message* signal) {
     const char* owner = nullptr;
     if (sd_bus_message_read(signal, "sss", nullptr, nullptr, &owner) > 0) {
-      static_cast<WatcherClient*>(self)->ownerChanged(owner);
+      ownerChanged(owner);
     }
-    return 0;
-  };
-  m_match = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_add_match_async(&bus, slot, ownerMatch, changed, nullptr, this);
   });
-  const auto found = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-    static_cast<WatcherClient*>(self)->ownerChanged(isError(*reply) ? "" : readText(*reply));
-    return 0;
+  const auto found = [this](sd_bus_message* reply) {
+    const char* owner = nullptr;
+    const bool isOwned = reply != nullptr && sd_bus_message_read(reply, "s", &owner) > 0;
+    ownerChanged(isOwned ? owner : "");
   };
-  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(&bus, slot, busName, busPath, busName, "GetNameOwner", found,
-                                    this, "s", watcherName);
-  });
+  m_call = callMethod(bus, busDaemon, "GetNameOwner", found, "s", watcher.name);
 }
 
 void WatcherClient::disappear() {
@@ -74,27 +52,19 @@ void WatcherClient::ownerChanged(const std::string& owner) {
   m_retry.reset();
   m_call.reset();
   m_delay = firstDelay;
-  // Also when one watcher takes the place of another, which may not take the item.
+  // Also if another watcher takes over, because it may refuse the item.
   m_events.taken(false);
   if (owner.empty() || m_bus == nullptr) {
     return;
   }
-  const auto identified = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-    static_cast<WatcherClient*>(self)->processIdentified(*reply);
-    return 0;
+  const auto identified = [this](sd_bus_message* reply) {
+    std::uint32_t process = 0;
+    const bool isKnown = reply != nullptr && sd_bus_message_read(reply, "u", &process) > 0;
+    m_events.hostKnown(isKnown ? processName(process) : std::string());
+    registerItem();
   };
-  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(m_bus, slot, busName, busPath, busName,
-                                    "GetConnectionUnixProcessID", identified, this, "s",
-                                    owner.c_str());
-  });
-}
-
-void WatcherClient::processIdentified(sd_bus_message& reply) {
-  std::uint32_t process = 0;
-  const bool isKnown = !isError(reply) && sd_bus_message_read(&reply, "u", &process) > 0;
-  m_events.hostKnown(isKnown ? processName(process) : std::string());
-  registerItem();
+  m_call =
+      callMethod(*m_bus, busDaemon, "GetConnectionUnixProcessID", identified, "s", owner.c_str());
 }
 
 void WatcherClient::registerItem() {
@@ -102,15 +72,10 @@ void WatcherClient::registerItem() {
   if (m_bus == nullptr || sd_bus_get_unique_name(m_bus, &unique) < 0) {
     return;
   }
-  const auto answered = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-    static_cast<WatcherClient*>(self)->registrationAnswered(!isError(*reply));
-    return 0;
-  };
-  // The unique name: hosts were seen to lose items of well-known names.
-  m_call = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(m_bus, slot, watcherName, watcherPath, watcherName,
-                                    "RegisterStatusNotifierItem", answered, this, "s", unique);
-  });
+  // The unique name, because some hosts lose items of well-known names.
+  m_call = callMethod(
+      *m_bus, watcher, "RegisterStatusNotifierItem",
+      [this](auto* reply) { registrationAnswered(reply != nullptr); }, "s", unique);
 }
 
 void WatcherClient::registrationAnswered(bool isAccepted) {

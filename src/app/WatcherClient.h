@@ -2,7 +2,7 @@
 
 #include "base/Observers.h"
 #include "base/Scheduler.h"
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 
 #include <functional>
 #include <memory>
@@ -12,13 +12,13 @@ namespace tidewell {
 
 class SessionBus;
 
-/// Registers the status item with the desktop's watcher, again whenever another watcher takes the
-/// name or the bus is a new one. Main thread.
+/// Registers the status item with the desktop's watcher, again for every new owner of the watcher's
+/// name and every new bus connection.
 class WatcherClient {
 public:
   struct Events {
-    /// Hears the name of the process that owns the watcher, empty when it is not known. Called
-    /// before each registration, since hosts read the item at once.
+    /// Receives the name of the watcher's process, empty if it is not known. Called before each
+    /// registration, because hosts read the item at once.
     std::function<void(const std::string& process)> hostKnown;
     /// A watcher has taken the item, or is gone again.
     std::function<void(bool isTaken)> taken;
@@ -31,7 +31,6 @@ private:
   void appear(sd_bus& bus);
   void disappear();
   void ownerChanged(const std::string& owner);
-  void processIdentified(sd_bus_message& reply);
   void registerItem();
   void registrationAnswered(bool isAccepted);
 
@@ -39,7 +38,7 @@ private:
   Events m_events;
   sd_bus* m_bus = nullptr;
   BusSlot m_match;
-  BusSlot m_call; // the call under way, of which there is one at a time
+  BusSlot m_call; // at most one at a time
   Seconds m_delay;
   std::unique_ptr<Timer> m_retry;
   Subscription m_lost;

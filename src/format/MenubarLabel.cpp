@@ -1,11 +1,34 @@
 #include "format/MenubarLabel.h"
 
+#include "base/NumberText.h"
 #include "connectivity/MonitorState.h"
 #include "format/SpeedFormatter.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 
 namespace tidewell {
+
+namespace {
+
+const char* statusName(NetworkStatus status) {
+  switch (status) {
+  case NetworkStatus::excellent:
+    return "Excellent";
+  case NetworkStatus::good:
+    return "Good";
+  case NetworkStatus::degraded:
+    return "Degraded";
+  case NetworkStatus::down:
+    break;
+  }
+  return "Down";
+}
+
+std::string latencyText(double latencyMs) {
+  return latencyMs > 0.0 ? "Latency " + fixedText(latencyMs, 1) + " ms" : "Latency —";
+}
+
+} // namespace
 
 std::string MenubarLabel::menubarString() const {
   if (!m_monitor.isConnected.get()) {
@@ -17,6 +40,15 @@ std::string MenubarLabel::menubarString() const {
     text += " ↑" + SpeedFormatter::formatCompact(m_sampler.currentUploadBytesPerSec.get());
   }
   return text;
+}
+
+ItemTexts itemTexts(const SamplerState& sampler, const MonitorState& monitor,
+                    const AppSettings& settings) {
+  return {MenubarLabel(sampler, monitor, settings).menubarString(),
+          statusName(sampler.currentStatus()),
+          "Download " + SpeedFormatter::format(sampler.currentDownloadBytesPerSec.get()),
+          "Upload " + SpeedFormatter::format(sampler.currentUploadBytesPerSec.get()),
+          latencyText(sampler.latencyMs.get())};
 }
 
 } // namespace tidewell

@@ -5,11 +5,11 @@
 
 namespace tidewell {
 
-/// Text forms of rates in bytes per second. Decimal units, exact halves rounded to the even digit,
-/// the same in every locale. Pure; any thread.
+/// Text forms of rates in bytes per second. Decimal units; exact halves are rounded to the even
+/// digit; independent of the locale.
 struct SpeedFormatter {
-  /// With unit: "0 KB/s", "12 KB/s", "1.2 MB/s", "120 MB/s", "1.2 GB/s". Negative rates take the
-  /// last form.
+  /// With unit: "0 KB/s", "12 KB/s", "1.2 MB/s", "120 MB/s", "1.2 GB/s". Negative rates take
+  /// the last form.
   [[nodiscard]] static std::string format(std::int64_t bytesPerSec);
 
   /// Megabits per second as a bare number: "0.5", "9.88", "98.8", "100".

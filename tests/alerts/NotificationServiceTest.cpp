@@ -110,6 +110,29 @@ TEST_F(NotificationServiceTest, StaysQuietLongerWhenTheClockIsSetBack) {
   EXPECT_EQ(sent().size(), 3U);
 }
 
+/// A desktop during whose call another notice falls due.
+class ReentrantCenter final : public NotificationCenter {
+public:
+  void requestAuthorization() override {}
+  void add(NotificationRequest /*request*/) override {
+    ++requests;
+    if (requests < 3) {
+      service->notifySpeedDrop(1.0, 10.0);
+    }
+  }
+
+  NotificationService* service = nullptr;
+  int requests = 0;
+};
+
+TEST_F(NotificationServiceTest, StartsTheQuietPeriodBeforeTheDesktopHasTheNotice) {
+  ReentrantCenter desktop;
+  NotificationService reentrant(settings, machine.clock, desktop);
+  desktop.service = &reentrant;
+  reentrant.notifyConnectionLost();
+  EXPECT_EQ(desktop.requests, 1);
+}
+
 TEST_F(NotificationServiceTest, SendsNothingWithoutADesktop) {
   NotificationService alone;
   alone.notifyConnectionLost();

@@ -49,9 +49,8 @@ protected:
   void startResident() {
     shell = std::make_unique<ResidentShell>(
         loop, bus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
-        ResidentShell::Actions{
-            [this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
-            [this](const WindowRequest& request) { requests.push_back(request); }});
+        ResidentActions{[this] { ++quits; }, [this] { ++foundAnother; }, [this] { ++speedTests; },
+                        [this](const WindowRequest& request) { requests.push_back(request); }});
   }
   void startBoth() {
     startPanel();
@@ -72,12 +71,18 @@ protected:
       list.push_back(std::make_shared<const NetworkSnapshot>(1.0, download, upload, 0.0, 0.0, 0.0));
     });
   }
+  /// Calls a method with arguments of these types.
+  template <class... Arguments>
+  BusMessage call(const char* path, const char* interface, const char* method, const char* types,
+                  Arguments... arguments) {
+    return panel->call(path, interface, method, [&](sd_bus_message& call) {
+      sd_bus_message_append(&call, types, arguments...);
+    });
+  }
   /// The menu's row of this label; 0 without one.
   int rowOf(const std::string& label) {
     for (int row = 1; row < 20; ++row) {
-      const auto reply = panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
-        sd_bus_message_append(&call, "is", row, "label");
-      });
+      const auto reply = call(menu, menuInterface, "GetProperty", "is", row, "label");
       const char* text = nullptr;
       if (reply && sd_bus_message_read(reply.get(), "v", "s", &text) > 0 && label == text) {
         return row;
@@ -88,9 +93,7 @@ protected:
   void choose(const std::string& label, const char* event = "clicked") {
     const int row = rowOf(label);
     ASSERT_GT(row, 0) << label;
-    ASSERT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
-      sd_bus_message_append(&call, "isvu", row, event, "i", 0, 0);
-    }));
+    ASSERT_TRUE(call(menu, menuInterface, "Event", "isvu", row, event, "i", 0, 0));
   }
   /// Until everything that was sent has arrived.
   void settle() {

@@ -1,5 +1,11 @@
 #include "app/ResidentShellCase.h"
 
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <string_view>
+#include <vector>
+
 namespace tidewell::test {
 namespace {
 
@@ -55,29 +61,54 @@ TEST_F(ResidentShellTest, LivesWithoutABusUntilThereIsOne) {
 
 TEST_F(ResidentShellTest, GivesHostsThePropertiesOfTheTypesTheyExpect) {
   startBoth();
-  const std::pair<const char*, const char*> properties[] = {{"Category", "s"},
-                                                            {"Id", "s"},
-                                                            {"Title", "s"},
-                                                            {"Status", "s"},
-                                                            {"WindowId", "i"},
-                                                            {"IconThemePath", "s"},
-                                                            {"Menu", "o"},
-                                                            {"ItemIsMenu", "b"},
-                                                            {"IconName", "s"},
-                                                            {"IconPixmap", "a(iiay)"},
-                                                            {"OverlayIconName", "s"},
-                                                            {"OverlayIconPixmap", "a(iiay)"},
-                                                            {"AttentionIconName", "s"},
-                                                            {"AttentionIconPixmap", "a(iiay)"},
-                                                            {"AttentionMovieName", "s"},
-                                                            {"ToolTip", "(sa(iiay)ss)"},
-                                                            {"XAyatanaLabel", "s"},
-                                                            {"XAyatanaLabelGuide", "s"},
-                                                            {"XAyatanaOrderingIndex", "u"}};
-  for (const auto& [name, type] : properties) {
-    EXPECT_TRUE(panel->get(item, itemInterface, name, type)) << name << " " << panel->error;
+  const std::map<const char*, std::vector<const char*>> properties = {
+      {"s",
+       {"Category", "Id", "Title", "Status", "IconThemePath", "IconName", "OverlayIconName",
+        "AttentionIconName", "AttentionMovieName", "XAyatanaLabel", "XAyatanaLabelGuide"}},
+      {"i", {"WindowId"}},
+      {"o", {"Menu"}},
+      {"b", {"ItemIsMenu"}},
+      {"a(iiay)", {"IconPixmap", "OverlayIconPixmap", "AttentionIconPixmap"}},
+      {"(sa(iiay)ss)", {"ToolTip"}},
+      {"u", {"XAyatanaOrderingIndex"}}};
+  for (const auto& [type, names] : properties) {
+    for (const char* name : names) {
+      EXPECT_TRUE(panel->get(item, itemInterface, name, type)) << name << " " << panel->error;
+    }
   }
   EXPECT_FALSE(panel->get(item, itemInterface, "Nonsense", "s"));
+}
+
+TEST_F(ResidentShellTest, HasTheDocumentedPropertiesAndSignals) {
+  startBoth();
+  const std::map<const char*, std::vector<const char*>> properties = {
+      {"s",
+       {"MenubarText", "Status", "InterfaceType", "NetworkName", "InterfaceName", "IpAddress",
+        "PublicIp", "Dns"}},
+      {"x", {"DownloadBytesPerSec", "UploadBytesPerSec"}},
+      {"d", {"LatencyMs", "JitterMs", "PacketLossPercent"}},
+      {"b", {"IsConnected", "SpeedTestIsRunning"}},
+      {"a(dxxddd)", {"Samples"}},
+      {"a(isxxxd)", {"Processes"}},
+      {"a(dddx)", {"LastSpeedTest"}}};
+  for (const auto& [type, names] : properties) {
+    for (const char* name : names) {
+      EXPECT_TRUE(panel->get(face, faceInterface, name, type)) << name << " " << panel->error;
+    }
+  }
+  const auto reply = panel->call(face, "org.freedesktop.DBus.Introspectable", "Introspect");
+  const char* text = "";
+  ASSERT_TRUE(reply && sd_bus_message_read(reply.get(), "s", &text) > 0);
+  std::string description;
+  std::ranges::copy_if(std::string_view(text), std::back_inserter(description),
+                       [](char letter) { return letter != ' ' && letter != '\n'; });
+  for (const char* signal :
+       {"<signalname=\"SampleAdded\"><argtype=\"d\"name=\"time\"/><argtype=\"x\"name=\"download\"/>"
+        "<argtype=\"x\"name=\"upload\"/><argtype=\"d\"name=\"latency\"/>"
+        "<argtype=\"d\"name=\"jitter\"/><argtype=\"d\"name=\"loss\"/></signal>",
+        "<signalname=\"WindowRequested\"><argtype=\"s\"name=\"window\"/></signal>"}) {
+    EXPECT_NE(description.find(signal), std::string::npos) << signal << description;
+  }
 }
 
 TEST_F(ResidentShellTest, SaysInTheLabelWhatTheMenuBarSays) {
@@ -135,25 +166,69 @@ TEST_F(ResidentShellTest, PublishesASettingThatShowsAtOnce) {
   EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabelGuide"), "↓10000M");
 }
 
-TEST_F(ResidentShellTest, PublishesConnectionProcessesAndSpeedTest) {
+TEST_F(ResidentShellTest, PublishesEachValueUnderItsName) {
   startBoth();
-  ConnectionInfo info;
-  info.publicIP = "203.0.113.7";
-  monitor.connectionInfo.set(info);
+  sampler.currentDownloadBytesPerSec.set(1);
+  sampler.currentUploadBytesPerSec.set(2);
+  sampler.latencyMs.set(3.0);
+  sampler.jitterMs.set(4.0);
+  sampler.packetLossPercent.set(5.0);
+  monitor.connectionInfo.set({"network", "interface", {}, "local", "public", "server", {}});
+  const auto number = [this](const char* name) {
+    std::int64_t value = 0;
+    const auto reply = panel->get(face, faceInterface, name, "x");
+    return reply && sd_bus_message_read(reply.get(), "x", &value) > 0 ? value : -1;
+  };
+  const auto real = [this](const char* name) {
+    double value = 0.0;
+    const auto reply = panel->get(face, faceInterface, name, "d");
+    return reply && sd_bus_message_read(reply.get(), "d", &value) > 0 ? value : -1.0;
+  };
+  EXPECT_EQ(number("DownloadBytesPerSec"), 1);
+  EXPECT_EQ(number("UploadBytesPerSec"), 2);
+  EXPECT_EQ(real("LatencyMs"), 3.0);
+  EXPECT_EQ(real("JitterMs"), 4.0);
+  EXPECT_EQ(real("PacketLossPercent"), 5.0);
+  EXPECT_EQ(panel->text(face, faceInterface, "NetworkName"), "network");
+  EXPECT_EQ(panel->text(face, faceInterface, "InterfaceName"), "interface");
+  EXPECT_EQ(panel->text(face, faceInterface, "IpAddress"), "local");
+  EXPECT_EQ(panel->text(face, faceInterface, "PublicIp"), "public");
+  EXPECT_EQ(panel->text(face, faceInterface, "Dns"), "server");
+}
+
+TEST_F(ResidentShellTest, PublishesTheFieldsOfItsListsInTheirOrder) {
+  startBoth();
+  sampler.snapshots.set({std::make_shared<const NetworkSnapshot>(1.0, 2, 3, 4.0, 5.0, 6.0)});
   tracker.processes.set({{812, "browser", 5, 6, 11, 1.0}});
   speedTest.lastResult.set(SpeedTestResult{7.0, 100.0, 20.0, 900});
   settle();
-  EXPECT_EQ(panel->text(face, faceInterface, "PublicIp"), "203.0.113.7");
+  double time = 0.0;
+  double reals[3] = {};
+  std::int64_t numbers[3] = {};
+  const auto samples = panel->get(face, faceInterface, "Samples", "a(dxxddd)");
+  ASSERT_TRUE(samples);
+  sd_bus_message_read(samples.get(), "a(dxxddd)", 1, &time, &numbers[0], &numbers[1], &reals[0],
+                      &reals[1], &reals[2]);
+  EXPECT_EQ(time, 1.0);
+  EXPECT_EQ(std::vector(numbers, numbers + 2), (std::vector<std::int64_t>{2, 3}));
+  EXPECT_EQ(std::vector(reals, reals + 3), (std::vector{4.0, 5.0, 6.0}));
+  int id = 0;
+  const char* name = "";
   const auto processes = panel->get(face, faceInterface, "Processes", "a(isxxxd)");
   ASSERT_TRUE(processes);
-  ASSERT_GT(sd_bus_message_enter_container(processes.get(), 'a', "(isxxxd)"), 0);
-  int id = 0;
-  const char* name = nullptr;
-  ASSERT_GT(sd_bus_message_enter_container(processes.get(), 'r', "isxxxd"), 0);
-  sd_bus_message_read(processes.get(), "is", &id, &name);
+  sd_bus_message_read(processes.get(), "a(isxxxd)", 1, &id, &name, &numbers[0], &numbers[1],
+                      &numbers[2], &reals[0]);
   EXPECT_EQ(id, 812);
   EXPECT_STREQ(name, "browser");
-  EXPECT_TRUE(panel->get(face, faceInterface, "LastSpeedTest", "a(dddx)"));
+  EXPECT_EQ(std::vector(numbers, numbers + 3), (std::vector<std::int64_t>{5, 6, 11}));
+  EXPECT_EQ(reals[0], 1.0);
+  const auto results = panel->get(face, faceInterface, "LastSpeedTest", "a(dddx)");
+  ASSERT_TRUE(results);
+  sd_bus_message_read(results.get(), "a(dddx)", 1, &time, &reals[0], &reals[1], &numbers[0]);
+  EXPECT_EQ(time, 7.0);
+  EXPECT_EQ(reals[0], 100.0);
+  EXPECT_EQ(reals[1], 20.0);
+  EXPECT_EQ(numbers[0], 900);
 }
 
 TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {
@@ -163,7 +238,7 @@ TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {
   SessionBus secondBus(loop, daemon.address());
   const ResidentShell second(
       loop, secondBus, ResidentSources{sampler, monitor, tracker, speedTest, settings, preferences},
-      ResidentShell::Actions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
+      ResidentActions{[] {}, [&] { ++secondFoundAnother; }, [] {}, [](const auto&) {}});
   EXPECT_TRUE(runUntil(loop, [&] { return secondFoundAnother == 1; }));
   ASSERT_EQ(requests.size(), 1U);
   EXPECT_EQ(requests[0].kind, WindowRequest::Kind::panel);

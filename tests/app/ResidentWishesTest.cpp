@@ -12,43 +12,49 @@ TEST_F(ResidentWishesTest, ChangesTheMenuOnlyForWhoHasLookedAtIt) {
   publish(12'345);
   settle();
   EXPECT_EQ(panel->signals["ItemsPropertiesUpdated"], 0);
-  ASSERT_TRUE(panel->call(menu, menuInterface, "GetLayout", [](sd_bus_message& call) {
-    sd_bus_message_append(&call, "iias", 0, -1, 0);
-  }));
+  ASSERT_TRUE(call(menu, menuInterface, "GetLayout", "iias", 0, -1, 0));
   publish(99'999);
   settle();
   EXPECT_EQ(panel->signals["ItemsPropertiesUpdated"], 1);
   EXPECT_EQ(panel->signals["LayoutUpdated"], 0);
 }
 
+TEST_F(ResidentWishesTest, OffersTextsCommandsAndSeparators) {
+  startBoth();
+  std::string kinds;
+  for (int row = 1; row <= 12; ++row) {
+    int isEnabled = 0;
+    const char* type = "";
+    sd_bus_message_read(call(menu, menuInterface, "GetProperty", "is", row, "enabled").get(), "v",
+                        "b", &isEnabled);
+    const auto reply = call(menu, menuInterface, "GetProperty", "is", row, "type");
+    sd_bus_message_read(reply.get(), "v", "s", &type);
+    kinds += std::string(type) == "separator" ? '-' : isEnabled != 0 ? 'c' : 't';
+  }
+  EXPECT_EQ(kinds, "tttt-ccccc-c");
+  const char* labels[] = {"Excellent", "Download 0 KB/s", "Upload 0 KB/s", "Latency —"};
+  for (int row = 1; row <= 4; ++row) {
+    EXPECT_EQ(rowOf(labels[row - 1]), row);
+  }
+}
+
 TEST_F(ResidentWishesTest, AnswersNonsenseFromTheMenusHostWithErrors) {
   startBoth();
   for (const int id : {-1, 99, 2'000'000'000}) {
-    EXPECT_FALSE(panel->call(menu, menuInterface, "GetLayout", [&](sd_bus_message& call) {
-      sd_bus_message_append(&call, "iias", id, -1, 0);
-    })) << id;
-    EXPECT_FALSE(panel->call(menu, menuInterface, "GetProperty", [&](sd_bus_message& call) {
-      sd_bus_message_append(&call, "is", id, "label");
-    })) << id;
-    EXPECT_TRUE(panel->call(menu, menuInterface, "Event", [&](sd_bus_message& call) {
-      sd_bus_message_append(&call, "isvu", id, "clicked", "i", 0, 0);
-    })) << id;
+    EXPECT_FALSE(call(menu, menuInterface, "GetLayout", "iias", id, -1, 0)) << id;
+    EXPECT_FALSE(call(menu, menuInterface, "GetProperty", "is", id, "label")) << id;
+    EXPECT_TRUE(call(menu, menuInterface, "Event", "isvu", id, "clicked", "i", 0, 0)) << id;
   }
-  EXPECT_FALSE(panel->call(menu, menuInterface, "GetProperty", [](sd_bus_message& call) {
-    sd_bus_message_append(&call, "is", 1, "nonsense");
-  }));
+  EXPECT_FALSE(call(menu, menuInterface, "GetProperty", "is", 1, "nonsense"));
   EXPECT_FALSE(panel->call(menu, menuInterface, "Nonsense"));
-  EXPECT_FALSE(panel->call(item, itemInterface, "Activate", [](sd_bus_message& call) {
-    sd_bus_message_append(&call, "s", "left");
-  }));
+  EXPECT_FALSE(call(item, itemInterface, "Activate", "s", "left"));
   EXPECT_EQ(quits, 0);
 }
 
 TEST_F(ResidentWishesTest, AnswersAGroupOfEventsWithTheUnknownOnes) {
   startBoth();
-  const auto reply = panel->call(menu, menuInterface, "EventGroup", [](sd_bus_message& call) {
-    sd_bus_message_append(&call, "a(isvu)", 2, 77, "clicked", "i", 0, 0, 1, "hovered", "i", 0, 0);
-  });
+  const auto reply = call(menu, menuInterface, "EventGroup", "a(isvu)", 2, 77, "clicked", "i", 0, 0,
+                          1, "hovered", "i", 0, 0);
   ASSERT_TRUE(reply);
   ASSERT_GT(sd_bus_message_enter_container(reply.get(), 'a', "i"), 0);
   int unknown = 0;
@@ -88,12 +94,9 @@ TEST_F(ResidentWishesTest, SaysInItsMenuThatASpeedTestRuns) {
 TEST_F(ResidentWishesTest, AsksForThePanelWhereTheItemWasActivatedWithTheTokenOfThatClickAlone) {
   startBoth();
   const auto activate = [&](int x, int y) {
-    ASSERT_TRUE(panel->call(item, itemInterface, "Activate", [&](sd_bus_message& call) {
-      sd_bus_message_append(&call, "ii", x, y);
-    }));
+    ASSERT_TRUE(call(item, itemInterface, "Activate", "ii", x, y));
   };
-  ASSERT_TRUE(panel->call(item, itemInterface, "ProvideXdgActivationToken",
-                          [](sd_bus_message& call) { sd_bus_message_append(&call, "s", "t1"); }));
+  ASSERT_TRUE(call(item, itemInterface, "ProvideXdgActivationToken", "s", "t1"));
   activate(812, 16);
   activate(-5, 2000);
   using Request = WindowRequest;
@@ -124,13 +127,8 @@ TEST_F(ResidentWishesTest, KeepsNoTokenThatIsTooLongForOne) {
   startBoth();
   for (const std::size_t size : {255U, 256U, 1U << 20U}) {
     const std::string token(size, 't');
-    ASSERT_TRUE(
-        panel->call(item, itemInterface, "ProvideXdgActivationToken", [&](sd_bus_message& call) {
-          sd_bus_message_append(&call, "s", token.c_str());
-        }));
-    ASSERT_TRUE(panel->call(item, itemInterface, "Activate", [](sd_bus_message& call) {
-      sd_bus_message_append(&call, "ii", 1, 2);
-    }));
+    ASSERT_TRUE(call(item, itemInterface, "ProvideXdgActivationToken", "s", token.c_str()));
+    ASSERT_TRUE(call(item, itemInterface, "Activate", "ii", 1, 2));
   }
   ASSERT_EQ(requests.size(), 3U);
   EXPECT_EQ(requests[0].token, std::string(255, 't'));

@@ -1,6 +1,6 @@
 #include "app/WatcherClient.h"
 
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "support/LoopRunner.h"

@@ -26,21 +26,24 @@ ROOMS = {
     "alerts": ["base", "platform", "settings"],
     "format": ["base", *SERVICES],
     "windowRequests": ["base"],
+    "bus": ["base"],
     "tile": ["base"],
     "helpers": ["base", "platform/linux"],
     # The process knows where the preferences lie; its windows do not.
-    "ui/application": ["base", "platform", "platform/linux", "format", "windowRequests", "tile",
+    "ui/application": ["base", "platform", "platform/linux", "format", "windowRequests", "bus", "tile",
                        "settings", "ui"],
-    "ui": ["base", "platform", "format", "windowRequests", "tile", "settings"],
-    "app": ["base", "platform", "platform/linux", "format", "windowRequests", "tile", *SERVICES],
+    "ui": ["base", "platform", "format", "windowRequests", "bus", "tile", "settings"],
+    "app": ["base", "platform", "platform/linux", "format", "windowRequests", "bus", "tile",
+            *SERVICES],
 }
 
-# Single files beyond that, room -> files. Views show what services publish and start none: they see
-# the states, the values that these are made of, and the text forms of such values.
+# Single files beyond that, room -> files. Views and the bus interface show what services publish and
+# start none: they see the states, the values that these are made of, and the text forms of such
+# values.
 _STATES = re.compile(
     r"[a-z]+/([A-Za-z]+State|NetworkSnapshot|NetworkStatus|ConnectionInfo|ProcessUsage)\.h"
 )
-VALUES = {"ui": _STATES, "ui/application": _STATES}
+VALUES = {"bus": _STATES, "ui": _STATES, "ui/application": _STATES}
 
 # What only some rooms may include of the world outside.
 OUTSIDE = {

@@ -47,7 +47,7 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
       delegate.bandwidthSampler(), delegate.networkMonitor(), delegate.processTracker(),
       delegate.speedTest(),        machine.settings,          machine.preferences};
   shell = std::make_unique<ResidentShell>(machine.loop, bus, sources,
-                                          ResidentShell::Actions{quit, quit, runSpeedTest, ask});
+                                          ResidentActions{quit, quit, runSpeedTest, ask});
 }
 
 void Resident::retire() {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Findings.h"
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/loop/EventLoop.h"
 #include "platform/linux/loop/FileDescriptor.h"
 

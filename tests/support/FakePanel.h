@@ -2,7 +2,7 @@
 
 #include "platform/linux/bus/BusObject.h"
 #include "platform/linux/bus/SessionBus.h"
-#include "platform/linux/loop/EventLoop.h"
+#include "platform/linux/loop/EpollLoop.h"
 #include "support/LoopRunner.h"
 
 #include <cerrno>
@@ -18,7 +18,7 @@ namespace tidewell::test {
 /// asks it whatever a test asks, on a connection of its own.
 class FakePanel {
 public:
-  FakePanel(EventLoop& loop, std::string address)
+  FakePanel(EpollLoop& loop, std::string address)
       : m_loop(loop), m_watcher("/StatusNotifierWatcher", watcherName),
         m_bus(loop, std::move(address)),
         m_connected(m_bus.onConnected([this](sd_bus& bus) { appear(bus); })) {
@@ -108,7 +108,7 @@ private:
     });
   }
 
-  EventLoop& m_loop;
+  EpollLoop& m_loop;
   BusMessage m_reply;
   bool m_isThere = false;
   BusObject m_watcher;

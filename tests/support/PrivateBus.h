@@ -75,6 +75,7 @@ public:
 
   /// Makes the daemon hang.
   void halt() const { ::kill(m_daemon, SIGSTOP); }
+  void resume() const { ::kill(m_daemon, SIGCONT); }
 
 private:
   TemporaryDirectory m_directory;

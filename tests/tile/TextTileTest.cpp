@@ -1,6 +1,5 @@
 #include "tile/TextTile.h"
 
-#include "app/ItemTexts.h"
 #include "tile/Glyphs.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "support/TemporaryDirectory.h"
 #include "ui/application/PanelController.h"
 #include "ui/application/SingleWindow.h"
-#include "ui/mirror/ResidentState.h"
+#include "ui/mirror/ResidentMirror.h"
 
 #include <gtest/gtest.h>
 

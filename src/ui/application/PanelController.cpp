@@ -1,7 +1,7 @@
 #include "ui/application/PanelController.h"
 
 #include "ui/application/AbsenceNotice.h"
-#include "ui/mirror/ResidentState.h"
+#include "ui/mirror/ResidentMirror.h"
 #include "ui/panel/PopoverView.h"
 #include "ui/placement/Display.h"
 

@@ -1,5 +1,6 @@
 #include "ui/application/WindowsApplication.h"
 
+#include "bus/ResidentInterface.h"
 #include "ui/application/AbsenceNotice.h"
 #include "ui/detail/DetailWindowView.h"
 #include "ui/item/OwnItem.h"
@@ -55,7 +56,7 @@ PanelActions WindowsApplication::panelActions() {
     window.show({});
   };
   return {[this, show] { show(m_detail); }, [this, show] { show(m_settings); },
-          [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); }, [this] { quitAll(); },
+          [this] { m_mirror.request(residentInterface::runSpeedTest); }, [this] { quitAll(); },
           [this](const std::string& text) { copy(text); }};
 }
 
@@ -63,7 +64,7 @@ ItemCommands WindowsApplication::itemCommands() {
   return {[this](std::optional<QPoint> point) { m_panel.toggle(point); },
           [this] { m_detail.show({}); },
           [this] { m_settings.show({}); },
-          [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); },
+          [this] { m_mirror.request(residentInterface::runSpeedTest); },
           [this] { copy(addressToCopy(m_mirror.state().monitor.connectionInfo.get())); },
           [this] { quitAll(); }};
 }
@@ -72,7 +73,7 @@ QWidget* WindowsApplication::makeDetail() {
   ResidentState& state = m_mirror.state();
   auto* const view =
       new DetailWindowView({state.sampler, state.monitor, state.tracker, state.speedTest},
-                           [this] { m_mirror.request(QStringLiteral("RunSpeedTest")); });
+                           [this] { m_mirror.request(residentInterface::runSpeedTest); });
   new AbsenceNotice(state.isThere, AbsenceNotice::Edge::bottom, view);
   return view;
 }
@@ -155,7 +156,7 @@ void WindowsApplication::copy(const std::string& text) {
 }
 
 void WindowsApplication::quitAll() {
-  m_mirror.request(QStringLiteral("Quit"));
+  m_mirror.request(residentInterface::quit);
   m_panel.close();
 }
 

@@ -1,16 +1,37 @@
 #pragma once
 
-#include "ui/mirror/ResidentState.h"
+#include "base/Published.h"
+#include "connectivity/MonitorState.h"
+#include "processes/TrackerState.h"
+#include "sampling/SamplerState.h"
+#include "speedtest/SpeedTestState.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QVariantMap>
 
+#include <string>
+
 namespace tidewell {
 
-/// Keeps a `ResidentState` equal to what the resident publishes on the bus, and passes wishes to
-/// it. Nothing waits for an answer. Main thread.
+/// What the resident publishes, for views.
+struct ResidentState {
+  SamplerState sampler;
+  MonitorState monitor;
+  TrackerState tracker;
+  SpeedTestState speedTest;
+  /// The item's text.
+  Published<std::string> menubarText{std::string("↓-- ↑--")};
+  /// Whether the resident runs; while it does not, the other values stay as they were.
+  Published<bool> isThere{true};
+};
+
+/// Keeps a `ResidentState` equal to what the resident publishes on the bus. Never waits for it.
+///
+/// Ignores values of the wrong type. Of lists that are too long it takes the newest 300 samples and
+/// the first ten programs.
 class ResidentMirror final : public QObject {
   Q_OBJECT
 
@@ -19,26 +40,27 @@ public:
 
   [[nodiscard]] ResidentState& state() { return m_state; }
 
-  /// Calls a method of the resident that takes and gives nothing back.
-  void request(const QString& method);
+  /// Calls one of the methods of `residentInterface`.
+  void request(const char* method);
+
+  /// Takes over all properties, as GetAll returns them.
+  void setAll(const QVariantMap& values);
 
 Q_SIGNALS:
-  /// The resident has answered for the first time, or it turned out that it does not run.
+  /// The resident has answered for the first time, or does not run.
   void known();
 
 public Q_SLOTS:
-  // Of the bus's signals.
+  // Signals of the bus.
   void propertiesChanged(const QString& interface, const QVariantMap& values,
                          const QStringList& invalidated);
-  void sampleAdded(double time, qlonglong download, qlonglong upload, double latency, double jitter,
-                   double loss);
+  void sampleAdded(const QDBusMessage& signal);
 
 private:
   void fetch();
-  void apply(const QVariantMap& values);
-  void applyRates(const QVariantMap& values);
-  void applyConnection(const QVariantMap& values);
-  void applyResults(const QVariantMap& values);
+  void setChanged(const QVariantMap& values);
+  void setConnection(const QVariantMap& values);
+  void setResults(const QVariantMap& values);
   void setThere(bool isThere);
 
   QDBusConnection m_bus;

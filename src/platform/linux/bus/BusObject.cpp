@@ -7,7 +7,7 @@ namespace tidewell {
 
 namespace {
 
-/// Entries of the table that sd-bus reads; its macros are written for C.
+// Entries of the table that sd-bus reads; its macros are written for C.
 sd_bus_vtable tableStart() {
   sd_bus_vtable entry = SD_BUS_VTABLE_START(0);
   return entry;
@@ -25,32 +25,9 @@ BusObject::BusObject(std::string path, std::string interface)
 
 BusObject::~BusObject() = default;
 
-void BusObject::constant(const std::string& name, const char* type, BusValue value) {
-  addProperty(name, type, SD_BUS_VTABLE_PROPERTY_CONST,
-              {[type, value = std::move(value)](sd_bus_message& reply) {
-                 return appendValue(reply, type, value);
-               },
-               nullptr,
-               {}});
-}
-
-void BusObject::property(const std::string& name, const char* type,
-                         std::function<BusValue()> value) {
-  Append append = [type, value](sd_bus_message& reply) {
-    return appendValue(reply, type, value());
-  };
-  property(name, type, std::move(append), std::move(value));
-}
-
-void BusObject::property(const std::string& name, const std::string& signature, Append append,
-                         std::function<BusValue()> digest) {
-  addProperty(name, signature, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE,
-              {std::move(append), std::move(digest), {}});
-}
-
 void BusObject::silentProperty(const std::string& name, const std::string& signature,
                                Append append) {
-  addProperty(name, signature, 0, {std::move(append), nullptr, {}});
+  addProperty(name, 0, {signature, std::move(append), nullptr, nullptr});
 }
 
 void BusObject::method(const std::string& name, const std::string& in, const std::string& out,
@@ -58,11 +35,16 @@ void BusObject::method(const std::string& name, const std::string& in, const std
   sd_bus_vtable entry =
       SD_BUS_METHOD(keep(name), keep(in), keep(out), &BusObject::call, SD_BUS_VTABLE_UNPRIVILEGED);
   m_table.push_back(entry);
-  m_methods.emplace(name, Method{out, std::move(answer)});
+  m_methods.emplace(name, std::move(answer));
 }
 
-void BusObject::signal(const std::string& name, const std::string& signature) {
-  sd_bus_vtable entry = SD_BUS_SIGNAL(keep(name), keep(signature), 0);
+void BusObject::signal(const std::string& name, const std::string& signature,
+                       const std::vector<std::string>& arguments) {
+  std::string names; // each ends with a zero
+  for (const std::string& argument : arguments) {
+    names += argument + '\0';
+  }
+  sd_bus_vtable entry = SD_BUS_SIGNAL_WITH_NAMES(keep(name), keep(signature), keep(names), 0);
   m_table.push_back(entry);
 }
 
@@ -76,8 +58,8 @@ void BusObject::appear(sd_bus& bus) {
                                     this);
   });
   for (auto& [name, property] : m_properties) {
-    if (property.value) {
-      property.told = property.value();
+    if (property.update) {
+      property.update();
     }
   }
 }
@@ -88,32 +70,37 @@ void BusObject::disappear() {
 }
 
 void BusObject::announce() {
-  if (m_bus == nullptr) {
+  std::vector<const decltype(m_properties)::value_type*> changed;
+  for (const auto& entry : m_properties) {
+    if (m_bus != nullptr && entry.second.update && entry.second.update()) {
+      changed.push_back(&entry);
+    }
+  }
+  if (changed.empty()) {
     return;
   }
-  std::vector<char*> changed;
-  for (auto& [name, property] : m_properties) {
-    if (!property.value) {
-      continue;
+  send("org.freedesktop.DBus.Properties", "PropertiesChanged", [&](sd_bus_message& signal) {
+    BusWriter writer(signal);
+    writer.add("s", m_interface.c_str()).open('a', "{sv}");
+    for (const auto* entry : changed) {
+      const auto& [name, property] = *entry;
+      writer.open('e', "sv").add("s", name.c_str()).open('v', property.signature.c_str());
+      writer.step([&] { return property.appendUpdated(signal); }).close().close();
     }
-    if (BusValue now = property.value(); now != property.told) {
-      property.told = std::move(now);
-      changed.push_back(const_cast<char*>(name.c_str())); // sd-bus takes what it only reads
-    }
-  }
-  if (!changed.empty()) {
-    changed.push_back(nullptr);
-    sd_bus_emit_properties_changed_strv(m_bus, m_path.c_str(), m_interface.c_str(), changed.data());
-  }
+    return writer.close().add("as", 0).result();
+  });
 }
 
 void BusObject::emit(const char* signalName, const Append& append) const {
+  send(m_interface.c_str(), signalName, append);
+}
+
+void BusObject::send(const char* interface, const char* signalName, const Append& append) const {
   if (m_bus == nullptr) {
     return;
   }
   const auto message = takeFrom<BusMessage>([&](sd_bus_message** signal) {
-    return sd_bus_message_new_signal(m_bus, signal, m_path.c_str(), m_interface.c_str(),
-                                     signalName);
+    return sd_bus_message_new_signal(m_bus, signal, m_path.c_str(), interface, signalName);
   });
   if (message && (!append || append(*message) >= 0)) {
     sd_bus_send(m_bus, message.get(), nullptr);
@@ -139,34 +126,17 @@ int BusObject::call(sd_bus_message* message, void* self, sd_bus_error* /*error*/
   if (!reply) {
     return -ENOMEM;
   }
-  const int result = found->second.answer(*message, *reply);
+  const int result = found->second(*message, *reply);
   return result < 0 ? result : sd_bus_send(nullptr, reply.get(), nullptr);
 }
 
 const char* BusObject::keep(const std::string& text) { return m_texts.emplace_back(text).c_str(); }
 
-void BusObject::addProperty(const std::string& name, const std::string& signature,
-                            std::uint64_t flags, Property property) {
-  sd_bus_vtable entry =
-      SD_BUS_PROPERTY(keep(name), keep(signature), &BusObject::get, 0, flags & 0xFFFFFFFFU);
+void BusObject::addProperty(const std::string& name, std::uint64_t flags, Property property) {
+  sd_bus_vtable entry = SD_BUS_PROPERTY(keep(name), keep(property.signature), &BusObject::get, 0,
+                                        flags & 0xFFFFFFFFU);
   m_table.push_back(entry);
   m_properties.emplace(name, std::move(property));
-}
-
-int appendValue(sd_bus_message& message, const char* type, const BusValue& value) {
-  return std::visit(
-      [&](const auto& plain) {
-        using Plain = std::decay_t<decltype(plain)>;
-        if constexpr (std::is_same_v<Plain, std::string>) {
-          return sd_bus_message_append_basic(&message, *type, plain.c_str());
-        } else if constexpr (std::is_same_v<Plain, bool>) {
-          const int truth = plain ? 1 : 0; // as wide as sd-bus reads it
-          return sd_bus_message_append_basic(&message, *type, &truth);
-        } else {
-          return sd_bus_message_append_basic(&message, *type, &plain);
-        }
-      },
-      value);
 }
 
 } // namespace tidewell

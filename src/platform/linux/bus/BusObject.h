@@ -1,55 +1,71 @@
 #pragma once
 
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
-#include <variant>
+#include <utility>
 #include <vector>
 
 namespace tidewell {
 
-/// A property's value of one of the plain types ("b", "i", "u", "x", "d", "s" and "o").
-using BusValue = std::variant<bool, std::int32_t, std::uint32_t, std::int64_t, double, std::string>;
-
-/// One interface of one object on a bus, described by functions.
-///
-/// All members are added before the object first appears. Main thread.
+/// One interface of one object on a bus. All members are added before the object first appears.
 class BusObject {
 public:
   /// Appends a value to a message; negative on failure.
-  using Append = std::function<int(sd_bus_message& reply)>;
-  /// Answers a call: appends to `reply`, or gives back a negative errno, which the caller hears.
+  using Append = std::function<int(sd_bus_message& message)>;
+  /// Appends a value of this C++ type to a message; negative on failure.
+  template <class Value>
+  using AppendValue = std::function<int(sd_bus_message& message, const Value& value)>;
+  /// Answers a call: appends to `reply`, or returns a negative errno, which is sent to the caller.
   using Answer = std::function<int(sd_bus_message& call, sd_bus_message& reply)>;
 
   BusObject(std::string path, std::string interface);
-  BusObject(const BusObject&) = delete;
-  BusObject& operator=(const BusObject&) = delete;
   ~BusObject();
 
-  /// A property that never changes.
-  void constant(const std::string& name, const char* type, BusValue value);
-  /// A property of plain type whose changes `announce` tells.
-  void property(const std::string& name, const char* type, std::function<BusValue()> value);
-  /// A property of any type whose changes `announce` tells; two values are taken for equal when
-  /// their `digest` is.
-  void property(const std::string& name, const std::string& signature, Append append,
-                std::function<BusValue()> digest);
-  /// A property of any type whose changes are not told by PropertiesChanged.
+  /// A property that never changes. `value` is what sd-bus appends for this type.
+  template <class Value> void constant(const std::string& name, const char* type, Value value) {
+    addProperty(name, SD_BUS_VTABLE_PROPERTY_CONST,
+                {type,
+                 [type, value](sd_bus_message& message) {
+                   return sd_bus_message_append(&message, type, value);
+                 },
+                 nullptr, nullptr});
+  }
+  /// A property whose changes `announce` sends.
+  template <class Value>
+  void property(const std::string& name, const std::string& signature, std::function<Value()> read,
+                AppendValue<Value> append) {
+    const auto announced = std::make_shared<Value>();
+    addProperty(
+        name, SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE,
+        {signature, [read, append](sd_bus_message& message) { return append(message, read()); },
+         [read, announced] {
+           Value now = read();
+           const bool isNew = now != *announced;
+           *announced = std::move(now);
+           return isNew;
+         },
+         [append, announced](sd_bus_message& message) { return append(message, *announced); }});
+  }
+  /// A property whose changes are not announced by PropertiesChanged.
   void silentProperty(const std::string& name, const std::string& signature, Append append);
   void method(const std::string& name, const std::string& in, const std::string& out,
               Answer answer);
-  void signal(const std::string& name, const std::string& signature);
+  /// `arguments`: their names, for introspection; none or one for each argument.
+  void signal(const std::string& name, const std::string& signature,
+              const std::vector<std::string>& arguments = {});
 
-  /// Puts the object on a bus, borrowed until `disappear`.
+  /// Registers the object on a bus, borrowed until `disappear`.
   void appear(sd_bus& bus);
-  /// Takes it off; call when the connection is lost.
+  /// Removes it; call when the connection is lost.
   void disappear();
 
-  /// Tells readers, in one signal, of every property that differs from what was told last.
+  /// Sends, in one PropertiesChanged, every property that differs from the value announced last.
   void announce();
 
   /// Sends a signal; `append` adds its arguments. Does nothing while there is no bus.
@@ -57,13 +73,12 @@ public:
 
 private:
   struct Property {
-    Append append;
-    std::function<BusValue()> value; // of properties that are announced
-    BusValue told;
-  };
-  struct Method {
-    std::string out;
-    Answer answer;
+    std::string signature;
+    Append append; // the current value
+    // Of properties that are announced: reads the value and returns whether it is another one than
+    // before; appends the value read last.
+    std::function<bool()> update;
+    Append appendUpdated;
   };
 
   static int get(sd_bus* bus, const char* path, const char* interface, const char* property,
@@ -71,20 +86,17 @@ private:
   static int call(sd_bus_message* message, void* self, sd_bus_error* error);
 
   const char* keep(const std::string& text);
-  void addProperty(const std::string& name, const std::string& signature, std::uint64_t flags,
-                   Property property);
+  void addProperty(const std::string& name, std::uint64_t flags, Property property);
+  void send(const char* interface, const char* signalName, const Append& append) const;
 
   std::string m_path;
   std::string m_interface;
-  std::deque<std::string> m_texts; // what the table points to
+  std::deque<std::string> m_texts; // pointed to by the table
   std::vector<sd_bus_vtable> m_table;
   std::map<std::string, Property, std::less<>> m_properties;
-  std::map<std::string, Method, std::less<>> m_methods;
+  std::map<std::string, Answer, std::less<>> m_methods;
   sd_bus* m_bus = nullptr;
   BusSlot m_slot;
 };
-
-/// Appends a plain value as this type.
-int appendValue(sd_bus_message& message, const char* type, const BusValue& value);
 
 } // namespace tidewell

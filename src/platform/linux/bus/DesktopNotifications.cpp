@@ -11,8 +11,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr const char* serverName = "org.freedesktop.Notifications";
-constexpr const char* serverPath = "/org/freedesktop/Notifications";
+constexpr BusService server{"org.freedesktop.Notifications", "/org/freedesktop/Notifications"};
 
 constexpr const char* applicationName = "Tidewell";
 constexpr const char* desktopEntry = "com.halden.Tidewell";
@@ -20,23 +19,16 @@ constexpr const char* desktopEntry = "com.halden.Tidewell";
 // From the sound naming rules that desktops share.
 constexpr const char* defaultSound = "message-new-instant";
 
-// The server decides for how long a notice shows.
+// The server decides how long a notice is shown.
 constexpr std::int32_t defaultExpiry = -1;
 
-// What a notice tells is old news after that.
+// Older notices are dropped.
 constexpr Seconds longestWait = 60.0;
 
-constexpr const char* ownerMatch =
-    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
-    "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
-    "arg0='org.freedesktop.Notifications'";
-
-bool isError(sd_bus_message& reply) { return sd_bus_message_is_method_error(&reply, nullptr) != 0; }
-
-/// Whether a change of owner is the end of a server, not the start of one that was awaited.
-bool hadOwner(sd_bus_message& ownerChange) {
+/// Whether a change of owner ends a server, rather than starting the first one.
+bool hadOwner(sd_bus_message* ownerChange) {
   const char* before = nullptr;
-  return sd_bus_message_read(&ownerChange, "sss", nullptr, &before, nullptr) > 0 && *before != '\0';
+  return sd_bus_message_read(ownerChange, "sss", nullptr, &before, nullptr) > 0 && *before != '\0';
 }
 
 } // namespace
@@ -48,22 +40,17 @@ DesktopNotifications::DesktopNotifications(SessionBus& bus, const Clock& clock, 
 
 void DesktopNotifications::add(NotificationRequest request) {
   Notice& notice = m_notices[request.identifier];
-  notice.center = this;
   notice.waiting = std::move(request);
-  notice.askedAt = m_clock.now();
+  notice.requestedAt = m_clock.now();
   send(notice);
 }
 
 void DesktopNotifications::appear(sd_bus& bus) {
   m_bus = &bus;
-  const auto changed = [](sd_bus_message* signal, void* self, sd_bus_error*) {
-    if (hadOwner(*signal)) {
-      static_cast<DesktopNotifications*>(self)->serverGone();
+  m_owner = watchOwner(bus, server.name, [this](sd_bus_message* change) {
+    if (hadOwner(change)) {
+      serverGone();
     }
-    return 0;
-  };
-  m_ownerMatch = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_add_match_async(&bus, slot, ownerMatch, changed, nullptr, this);
   });
   for (auto& [identifier, notice] : m_notices) {
     send(notice);
@@ -72,7 +59,7 @@ void DesktopNotifications::appear(sd_bus& bus) {
 
 void DesktopNotifications::disappear() {
   m_bus = nullptr;
-  m_ownerMatch.reset();
+  m_owner.reset();
   serverGone();
 }
 
@@ -80,7 +67,7 @@ void DesktopNotifications::serverGone() {
   m_serverPlaysSounds.reset();
   m_capabilities.reset();
   for (auto& [identifier, notice] : m_notices) {
-    // Its number, also one that it may still answer, is somebody else's notice at the next server.
+    // The next server uses the same numbers for other notices.
     notice.serverId = 0;
     notice.call.reset();
     send(notice);
@@ -91,35 +78,28 @@ void DesktopNotifications::send(Notice& notice) {
   if (m_bus == nullptr || notice.call || !notice.waiting) {
     return;
   }
-  if (m_clock.now() - notice.askedAt > longestWait) {
+  if (m_clock.now() - notice.requestedAt > longestWait) {
     notice.waiting.reset();
     return;
   }
   notice.call = notify(notice);
-  // A connection that is about to end takes no calls; the notice then waits for the next one.
+  // Null if the connection is closing; the notice then waits for the next connection.
   if (notice.call) {
     notice.waiting.reset();
   }
 }
 
 BusSlot DesktopNotifications::notify(Notice& notice) {
-  const auto heard = [](sd_bus_message* reply, void* sent, sd_bus_error*) {
-    auto& itsNotice = *static_cast<Notice*>(sent);
-    itsNotice.center->answered(itsNotice, *reply);
-    return 0;
-  };
-  return takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(m_bus, slot, serverName, serverPath, serverName, "Notify",
-                                    heard, &notice, "susssasa{sv}i", applicationName,
-                                    notice.serverId, desktopEntry, notice.waiting->title.c_str(),
-                                    notice.waiting->body.c_str(), 0, 2, "desktop-entry", "s",
-                                    desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
-  });
+  return callMethod(
+      *m_bus, server, "Notify", [this, &notice](auto* reply) { answered(notice, reply); },
+      "susssasa{sv}i", applicationName, notice.serverId, desktopEntry,
+      notice.waiting->title.c_str(), notice.waiting->body.c_str(), 0, 2, "desktop-entry", "s",
+      desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
 }
 
-void DesktopNotifications::answered(Notice& notice, sd_bus_message& reply) {
+void DesktopNotifications::answered(Notice& notice, sd_bus_message* reply) {
   notice.call.reset();
-  if (!isError(reply) && sd_bus_message_read(&reply, "u", &notice.serverId) > 0) {
+  if (reply != nullptr && sd_bus_message_read(reply, "u", &notice.serverId) > 0) {
     soundNotice();
   }
   send(notice);
@@ -137,24 +117,18 @@ void DesktopNotifications::askCapabilities() {
   if (m_bus == nullptr || m_capabilities) {
     return;
   }
-  const auto heard = [](sd_bus_message* reply, void* self, sd_bus_error*) {
-    static_cast<DesktopNotifications*>(self)->capabilitiesAnswered(*reply);
-    return 0;
-  };
-  m_capabilities = takeFrom<BusSlot>([&](sd_bus_slot** slot) {
-    return sd_bus_call_method_async(m_bus, slot, serverName, serverPath, serverName,
-                                    "GetCapabilities", heard, this, nullptr);
-  });
+  m_capabilities = callMethod(*m_bus, server, "GetCapabilities",
+                              [this](auto* reply) { capabilitiesAnswered(reply); });
 }
 
-void DesktopNotifications::capabilitiesAnswered(sd_bus_message& reply) {
+void DesktopNotifications::capabilitiesAnswered(sd_bus_message* reply) {
   m_capabilities.reset();
-  if (isError(reply) || sd_bus_message_enter_container(&reply, 'a', "s") <= 0) {
+  if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "s") <= 0) {
     return;
   }
   bool playsSounds = false;
   const char* capability = nullptr;
-  while (sd_bus_message_read(&reply, "s", &capability) > 0) {
+  while (sd_bus_message_read(reply, "s", &capability) > 0) {
     playsSounds = playsSounds || std::string_view(capability) == "sound";
   }
   m_serverPlaysSounds = playsSounds;

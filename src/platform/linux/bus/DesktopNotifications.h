@@ -2,7 +2,7 @@
 
 #include "base/Observers.h"
 #include "platform/NotificationCenter.h"
-#include "platform/linux/bus/BusTypes.h"
+#include "platform/linux/bus/BusMessages.h"
 
 #include <cstdint>
 #include <functional>
@@ -17,30 +17,28 @@ class SessionBus;
 
 /// Notices over org.freedesktop.Notifications.
 ///
-/// A notice takes the place of the last one of its identifier as long as the same server runs; one
-/// that is asked for while the last is still on its way waits for it. Without a bus the last of
-/// each identifier waits for one, a minute at the most; a server that is absent, refuses or hangs
-/// loses its notices and nothing else. Main thread.
+/// A notice replaces the last one of its identifier as long as the same server runs. It waits while
+/// the last one is still being sent. Without a bus the last notice of each identifier waits for
+/// one, at most a minute. A server that is absent, refuses or hangs loses only its own notices.
 class DesktopNotifications final : public NotificationCenter {
 public:
-  /// Plays the desktop's default sound; called for a notice whose server plays none itself.
+  /// Plays the desktop's default sound; called for each notice if the server plays no sounds.
   using PlaySound = std::function<void()>;
 
   /// Borrows bus and clock.
   DesktopNotifications(SessionBus& bus, const Clock& clock, PlaySound playSound);
 
-  /// Desktops ask nothing beforehand.
+  /// Does nothing: these servers need no permission.
   void requestAuthorization() override {}
   void add(NotificationRequest request) override;
 
 private:
-  /// What is known of the notices of one identifier.
+  /// The notices of one identifier.
   struct Notice {
-    DesktopNotifications* center = nullptr;
-    std::uint32_t serverId = 0; // 0 until the server has given one
+    std::uint32_t serverId = 0; // 0 until the server has assigned one
     std::optional<NotificationRequest> waiting;
-    double askedAt = 0.0; // the one that waits, in seconds since 1970
-    BusSlot call;         // under way
+    double requestedAt = 0.0; // of the waiting one, in seconds since 1970
+    BusSlot call;             // pending
   };
 
   void appear(sd_bus& bus);
@@ -48,9 +46,9 @@ private:
   void serverGone();
   void send(Notice& notice);
   [[nodiscard]] BusSlot notify(Notice& notice);
-  void answered(Notice& notice, sd_bus_message& reply);
+  void answered(Notice& notice, sd_bus_message* reply);
   void askCapabilities();
-  void capabilitiesAnswered(sd_bus_message& reply);
+  void capabilitiesAnswered(sd_bus_message* reply);
   void soundNotice();
 
   const Clock& m_clock;
@@ -58,8 +56,8 @@ private:
   sd_bus* m_bus = nullptr;
   std::map<std::string, Notice> m_notices;
   std::optional<bool> m_serverPlaysSounds;
-  BusSlot m_ownerMatch;
-  BusSlot m_capabilities; // the question under way
+  BusSlot m_owner;
+  BusSlot m_capabilities; // the pending call
   Subscription m_lost;
   Subscription m_connected;
 };

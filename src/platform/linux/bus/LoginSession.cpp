@@ -23,7 +23,7 @@ bool loginManagerSaysEnded(const std::string& session) {
     return true;
   }
   const bool isClosing = std::string_view(state) == "closing";
-  std::free(state); // NOLINT(cppcoreguidelines-no-malloc): sd-login hands it out so
+  std::free(state); // NOLINT(cppcoreguidelines-no-malloc): allocated by sd-login
   return isClosing;
 }
 
@@ -42,7 +42,7 @@ LoginSession::LoginSession(EventLoop& loop, std::string session, const std::stri
             return loop.watch(descriptor, events, std::move(handler));
           },
           [this](bool) { changed(); }) {
-  // A session that is over already is not ours to follow: the variable was handed down from it.
+  // If the session has ended already, the variable was inherited from an older one.
   if (m_session.empty() || m_session.find('/') != std::string::npos || m_hasEnded(m_session)) {
     return;
   }

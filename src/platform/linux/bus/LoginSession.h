@@ -7,19 +7,19 @@
 
 namespace tidewell {
 
-/// Notices the end of the login session that the program was started in.
+/// Detects the end of the login session in which the program was started.
 ///
-/// Desktops without systemd's user units leave programs without windows behind at log-out. The
-/// login manager, however, then marks the session as closing. Main thread.
+/// At log-out, desktops without systemd's user units do not end programs that have no windows. The
+/// login manager marks the session as closing.
 class LoginSession {
 public:
-  /// Whether the session of this identifier has ended or is about to.
+  /// Whether the session with this identifier is closing or has ended.
   using HasEnded = std::function<bool(const std::string& session)>;
 
-  /// Watches the session of XDG_SESSION_ID; nothing when there is none. Borrows the loop.
+  /// Watches the session of XDG_SESSION_ID, if there is one. Borrows the loop.
   LoginSession(EventLoop& loop, std::function<void()> onEnd);
 
-  /// Watches a session whose record the login manager keeps in this directory.
+  /// Watches a session whose record is in this directory.
   LoginSession(EventLoop& loop, std::string session, const std::string& directory,
                HasEnded hasEnded, std::function<void()> onEnd);
 

@@ -18,8 +18,8 @@ constexpr Seconds firstDelay = 1.0;
 constexpr Seconds longestDelay = 60.0;
 constexpr std::uint64_t noTimeout = UINT64_MAX;
 
-/// Seconds from now until the library's clock, which counts whole microseconds, is past a point.
-/// Not less by any fraction: the library would find nothing due and ask for the same point again.
+/// Seconds until the library's clock, which counts whole microseconds, has passed a point. Rounded
+/// up, because the library would do nothing before and ask for the same point again.
 Seconds secondsUntil(std::uint64_t point) {
   const std::chrono::nanoseconds now = std::chrono::steady_clock::now().time_since_epoch();
   const std::chrono::microseconds past(point + 1);
@@ -29,14 +29,7 @@ Seconds secondsUntil(std::uint64_t point) {
 } // namespace
 
 std::uint32_t epollEvents(int pollEvents) {
-  std::uint32_t events = 0;
-  if ((pollEvents & POLLIN) != 0) {
-    events |= EPOLLIN;
-  }
-  if ((pollEvents & POLLOUT) != 0) {
-    events |= EPOLLOUT;
-  }
-  return events;
+  return (pollEvents & POLLOUT) != 0 ? EPOLLOUT : EPOLLIN;
 }
 
 SessionBus::SessionBus(EventLoop& loop) : SessionBus(loop, environmentAddress()) {}
@@ -99,11 +92,14 @@ int SessionBus::connected(sd_bus_message* /*message*/, void* self, sd_bus_error*
 }
 
 void SessionBus::process() {
-  // Referenced, because a handler may lose the connection.
+  // Referenced, because a handler may close the connection.
   sd_bus* const bus = sd_bus_ref(m_bus);
   int result = 1;
-  while (result > 0 && bus == m_bus) {
+  for (int count = 0; result > 0 && bus == m_bus && count < messagesPerTurn; ++count) {
     result = sd_bus_process(bus, nullptr);
+    if (epollEvents(sd_bus_get_events(bus)) == EPOLLOUT) {
+      break;
+    }
   }
   if (result < 0 && bus == m_bus) {
     lose();
@@ -127,11 +123,11 @@ void SessionBus::updateWatch() {
   std::uint64_t timeout = noTimeout;
   if (sd_bus_get_timeout(m_bus, &timeout) < 0 || timeout == noTimeout) {
     m_timeout.reset();
-    m_timeoutAt = 0;
-  } else if (!m_timeout || timeout != m_timeoutAt) {
+    m_timeoutAt.reset();
+  } else if (timeout != m_timeoutAt) {
     m_timeoutAt = timeout;
     m_timeout = m_loop.repeat(secondsUntil(timeout), 0.0, [this] {
-      m_timeoutAt = 0;
+      m_timeoutAt.reset();
       process();
     });
   }
@@ -145,7 +141,7 @@ void SessionBus::lose() {
 void SessionBus::close() {
   m_watch.reset();
   m_timeout.reset();
-  m_timeoutAt = 0;
+  m_timeoutAt.reset();
   if (std::exchange(m_isUsable, false)) {
     m_onLost.notify();
   }

@@ -1,14 +1,14 @@
-#include "app/ItemTexts.h"
+#include "format/MenubarLabel.h"
 
 #include "base/Utf8.h"
 #include "connectivity/MonitorState.h"
-#include "format/MenubarLabel.h"
 #include "platform/PreferencesStore.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "support/FakeLoginItem.h"
 #include "support/FakePreferencesStore.h"
 #include "support/VirtualScheduler.h"
+#include "tile/LabelGuide.h"
 
 #include <gtest/gtest.h>
 
