@@ -147,12 +147,11 @@ def _shown(here):
 
 def _helper_costs(this_world):
     """Of a run of the helper that lists programs: {route: {milliseconds, peak} or None}."""
-    arguments = [nettop.HELPER, *nettop.ARGUMENTS]
     # The shortest way in. What that costs is not the helper's.
     enter = ["nsenter", f"--net=/run/netns/{this_world.command('user')[3]}"]
     entry = statistics.median(Cost([*enter, "true"]).milliseconds for _ in range(9))
-    return {"bpf": _costs([*arguments, "--route=bpf"], 0.0),
-            "diag": _costs([*enter, *arguments, "--route=diag"], entry)}
+    return {"bpf": _costs([nettop.HELPER, "--route=bpf"], 0.0),
+            "diag": _costs([*enter, nettop.HELPER, "--route=diag"], entry)}
 
 
 def _costs(command, entry):
