@@ -65,7 +65,7 @@ def _run_inside(wrapper, traffic):
         command = [*wrapper, sys.executable, *sys.argv]
         environment = dict(os.environ, **{INSIDE: place.name})
         tests = subprocess.Popen(place.command("user", *command), env=environment)
-        # Whoever stops a test that takes too long leaves no world behind.
+        # The world is also removed when a test takes too long and is stopped.
         signal.signal(signal.SIGTERM, lambda *_: tests.terminate())
         return tests.wait()
     finally:

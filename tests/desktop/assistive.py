@@ -4,7 +4,7 @@
 Each line of its input is a request, answered by one line, in JSON:
 
     ["look"]                  each visible element of Tidewell's windows
-    ["press", ROLE, TITLE]    presses the first element of that role and title, and tells whether
+    ["press", ROLE, TITLE]    presses the first element of that role and title; whether it exists
 """
 
 import json
@@ -50,14 +50,14 @@ def windows():
 
 
 def labels(element):
-    """The names of what stands beside an element to tell what it is."""
+    """The names of an element's labels."""
     return [relation.get_target(index).get_name() for relation in element.get_relation_set()
             if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
             for index in range(relation.get_n_targets())]
 
 
 def title(element):
-    """What an element is called by: its label, or its own name, which else tells its value."""
+    """An element's label. Without one, its own name, which otherwise is its value."""
     return " ".join(labels(element)) or element.get_name()
 
 

@@ -15,7 +15,7 @@ SAME_CLICK = 0.3
 
 
 class PanelCases:
-    """To be inherited beside DesktopCase."""
+    """To be inherited together with DesktopCase."""
 
     # Whether the open panel takes every click, so that one on the item reaches the panel instead.
     COVERS_BAR = False

@@ -47,8 +47,8 @@ class Pictures(WindowCase):
         super().start()
 
     def command(self):
-        told = ["TIDEWELL_SPEEDTEST_CONFIG", "SSL_CERT_FILE"]
-        return ["env", *(f"{name}={os.environ[name]}" for name in told), PROGRAM]
+        names = ["TIDEWELL_SPEEDTEST_CONFIG", "SSL_CERT_FILE"]
+        return ["env", *(f"{name}={os.environ[name]}" for name in names), PROGRAM]
 
     def runTest(self):
         wait_until(lambda: self.get("PublicIp") == world.USER, 10, "public address")

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the documents say of the bus is what the resident does there."""
+"""The documents describe the bus interface as the resident offers it."""
 
 import json
 import pathlib
@@ -20,7 +20,7 @@ OBJECT = (INTERFACE, "/com/halden/Tidewell")
 
 
 def described():
-    """Every member that the description names: (kind, name, types, whether it is announced)."""
+    """The members in the description: (kind, name, types, whether it is announced)."""
     members = set()
     for name, star, types in re.findall(r"^\| `(\w+)`( \*)? \| `([^`]+)` \|", DESCRIPTION, re.M):
         members.add(("property", name, types, bool(star)))
@@ -34,7 +34,7 @@ def described():
 
 
 def introspected(xml):
-    """The same of what the resident says of itself."""
+    """The same members from introspection."""
     members = set()
     interface = ElementTree.fromstring(xml).find(f"interface[@name='{INTERFACE}']")
     for member in interface:
@@ -97,7 +97,7 @@ class TheWaybarModule(DocumentsTestCase):
 
 
 class Lines:
-    """The lines that a command prints while the test goes on."""
+    """The lines that a command prints during the test."""
 
     def __init__(self, test, *command):
         self.lines = []

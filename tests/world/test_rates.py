@@ -63,7 +63,7 @@ class SteadyTraffic(case.ResidentTestCase):
 class NoTraffic(case.ResidentTestCase):
     def test_an_idle_link_reads_as_zero(self):
         self.start()
-        # What is asked of the network at the start, in vain here, is over after some seconds.
+        # The lookups of the start, which fail here, are over after some seconds.
         self.watch.next_samples(6, 15)
         self.text_becomes("↓0K ↑0K")
         for sample in self.watch.next_samples(3, 10):
@@ -97,7 +97,7 @@ class TheInterval(case.ResidentTestCase):
         samples = self.watch.next_samples(20, 15, after=0)
         first = samples[0].timestamp
         for index, sample in enumerate(samples):
-            # Every fifth one pings on the same queue, which delays nothing by a whole period.
+            # Every fifth one pings on the same queue. No sample is late by a whole period.
             self.assertAlmostEqual(sample.timestamp - first, 0.25 * index, delta=0.05)
 
 

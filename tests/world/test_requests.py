@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What others on the bus ask of the program, a second start of it among them."""
+"""Requests on the bus, also by a second start of the program."""
 
 import shutil
 import subprocess
@@ -43,7 +43,7 @@ class Requests(case.ResidentTestCase):
         self.assertEqual(self.watch.windows, ["detail", "settings", "panel"])
 
     def test_for_a_speed_test_without_its_tool_end_without_a_result(self):
-        # A copy by itself: no helper lies beside it.
+        # A copy without helpers next to it.
         lonely = self.session.folder / "bin" / "tidewell"
         lonely.parent.mkdir()
         shutil.copy(RESIDENT, lonely)

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Broken tools and a broken bus: fallback values, and never an end."""
+"""Broken tools and a broken bus lead to fallback values, never to an exit."""
 
 import os
 import pathlib
@@ -78,7 +78,7 @@ class BrokenPing(case.ResidentTestCase):
                 self.assert_ends_well()
                 self.session.kill_bus()
 
-    def test_hanging_does_not_hinder_the_end_and_leaves_no_process_behind(self):
+    def test_hanging_does_not_delay_the_exit_and_leaves_no_process(self):
         self.start(*self.fake("trap '' TERM; exec sleep 987654\n"))
         hanging = ["pgrep", "-f", "-s", str(self.session.resident.pid), "sleep 987654"]
         wait_until(lambda: subprocess.run(hanging, stdout=subprocess.DEVNULL).returncode == 0, 5,
@@ -90,7 +90,7 @@ class BrokenPing(case.ResidentTestCase):
 class TheBus(case.ResidentTestCase):
     INTERVAL = 0.2
 
-    def test_killed_and_started_anew_at_the_same_address(self):
+    def test_killed_and_restarted_at_the_same_address(self):
         self.start()
         self.settle()
         for _ in range(2):
@@ -166,7 +166,7 @@ class TheEnd(case.ResidentTestCase):
             self.assert_ends_well()
 
     def started(self):
-        """`ip netns exec` has become the resident."""
+        """Whether `ip netns exec` has executed the resident."""
         name = pathlib.Path(f"/proc/{self.session.resident.pid}/comm").read_text().strip()
         return name == pathlib.Path(RESIDENT).name
 
