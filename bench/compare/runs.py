@@ -19,12 +19,10 @@ import xfce
 from children import wait_until
 from harness import nettop
 from harness.world import RESIDENT
-from meter import Cost
+from meter import HIDE_PING, Cost
 from stage import DOWN, SETTLE, UP, Stage, make_world
 
 _BUSCTL = ["busctl", "--user", "--json=short", "get-property", *bus.TIDEWELL]
-_HIDE_PING = ["unshare", "--mount", "sh", "-c", "for f in /bin/ping /usr/bin/ping; do "
-              "mount --bind /dev/null $f 2>/dev/null; done; exec \"$0\""]
 # Seconds of constant traffic whose rates are read.
 LOOK = 12
 # Without a panel Tidewell looks for another way to show its item, twenty seconds after its start.
@@ -120,7 +118,7 @@ def tidewell(this_world, seconds, preferences, with_probe=True, desktop=xfce, cr
             crowds.callback(nettop.end, nettop.crowd(this_world, where, *arguments))
         here.write("tidewell/preferences.toml", "".join(
             f"{key} = {str(value).lower()}\n" for key, value in preferences.items()))
-        child = here.start([*([] if with_probe else _HIDE_PING), RESIDENT])
+        child = here.start([*([] if with_probe else HIDE_PING), RESIDENT])
         if desktop.PANEL:
             wait_until(lambda: bus.registered_items(here.environment), 15, "item in the panel")
         time.sleep(SETTLE if desktop.PANEL else SETTLE_WITHOUT_PANEL)

@@ -15,29 +15,29 @@ class EventLoop;
 
 namespace tidewell::fuzz {
 
-/// Plays a session bus and all programs on it, in the process and on the thread of the program that
-/// connects to it.
+/// Stands for a session bus and for everybody on it, in the process and on the thread of the
+/// program that connects to it.
 class BusPeer {
 public:
   BusPeer();
 
-  /// The bus's address.
+  /// Where a connection finds it.
   [[nodiscard]] const std::string& address() const { return m_address; }
 
-  /// Drops the last connection and accepts the waiting one.
+  /// Lets go of the last connection and takes the one that waits.
   void accept();
   [[nodiscard]] bool isConnected() const { return m_bus != nullptr; }
   [[nodiscard]] sd_bus* bus() { return m_bus.get(); }
 
-  /// Serves both sides until neither sends anything more.
+  /// Serves both sides until neither has anything more to say.
   void settle(EventLoop& loop);
 
-  /// Sends a message. Returns its cookie, or 0 if it could not be sent.
+  /// Sends and forgets; gives back the message's cookie, 0 where it could not be sent.
   std::uint64_t send(sd_bus_message* message);
 
-  /// Calls that wait for an answer, oldest first, without those to the bus itself.
+  /// Calls that await an answer, oldest first; the bus's own duties are not among them.
   std::deque<BusMessage> calls;
-  /// Cookies of the received answers.
+  /// Cookies of the answers that have come.
   std::deque<std::uint64_t> answers;
   int signals = 0;
 
@@ -55,7 +55,7 @@ private:
   std::unique_ptr<sd_bus, Release> m_bus;
 };
 
-/// Whether the whole message can be read by its signature.
+/// Whether everything in the message can be read as what it is said to be.
 [[nodiscard]] bool isReadable(sd_bus_message& message);
 
 } // namespace tidewell::fuzz
