@@ -3,10 +3,10 @@
 
     documents.py ROOT
 
-Of README.md, CONTRIBUTING.md, CHANGELOG.md and docs/: every relative link and its heading, and
-every path of the repository that is named as code. A word in capitals in such a path stands for any
-name. Besides, every picture and every document is linked from somewhere, the architecture has a
-link to every room of src/, and the guide names every preference.
+In README.md, CONTRIBUTING.md, CHANGELOG.md and docs/ it checks relative links with their headings, and
+paths of the repository in code. A word in capitals in such a path is a placeholder. Every picture and
+every document needs a link, the architecture a link to every room of src/, and the guide must name
+every preference.
 """
 
 import pathlib
@@ -95,7 +95,7 @@ def unmentioned(root):
     named = CODE.findall(FENCE.sub("", guide.read_text(encoding="utf-8")))
     for key in KEY.findall((root / "src/settings/AppSettings.h").read_text(encoding="utf-8")):
         if key not in named:
-            yield f"{guide.name}: {key} is missing"
+            yield f"{guide.name}: no mention of {key}"
 
 
 def main(root):

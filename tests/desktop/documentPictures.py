@@ -32,10 +32,10 @@ IMAGES = Path(__file__).resolve().parent.parent.parent / "docs/images"
 
 MARGIN = 12
 
-# Samples come fast, so that the charts are full soon.
+# Frequent samples fill the charts quickly.
 PREFERENCES = {"refreshInterval": 0.25}
 
-# A picture of something has more colours than a bare screen, and a document's is soon there.
+# A picture of an empty screen has fewer colours. Pictures in documents should load quickly.
 FEWEST_COLOURS, MOST_BYTES = 60, 200_000
 
 # Seconds until the history shows nothing from before, for a desktop and for the windows.
@@ -48,7 +48,7 @@ SECTIONS = {"General": "settings", "Alerts": "settingsAlerts"}
 # Tabs and sections, as assistive programs find them.
 TAB, ENTRY = "page tab", "radio button"
 
-# Of the details, so that a tab is seen as a whole.
+# The size of the details at which a whole tab is visible.
 SIZE = ["680", "760"]
 
 REST = (500, 4)
@@ -57,7 +57,7 @@ ITEM = 19
 
 
 def with_end_of_bar(screen, bar, box):
-    """The part of a screen with a box, and the end of the bar that the box is beside."""
+    """The part of a screen with a box and the end of the bar next to it."""
     return screen.crop(screen.box._replace(
         left=max(box.left - MARGIN, 0),
         top=max(min(bar.top, box.top - MARGIN), 0),
@@ -65,7 +65,7 @@ def with_end_of_bar(screen, bar, box):
 
 
 def save(image, name):
-    """Writes docs/images/NAME.png; raises ValueError for what would be no picture."""
+    """Writes docs/images/NAME.png. Raises ValueError for an empty or a large picture."""
     channels = image.pixels
     colours = len(set(zip(channels[0::3], channels[1::3], channels[2::3])))
     if colours < FEWEST_COLOURS:
@@ -80,7 +80,7 @@ def save(image, name):
 
 
 class Desktop:
-    """To be inherited before a desktop's tests, which know how things are done there."""
+    """To be inherited before a desktop's tests."""
 
     def setUp(self):
         write_preferences(self.session.environment["XDG_CONFIG_HOME"], **PREFERENCES)
@@ -134,7 +134,7 @@ class Windows(WindowCase):
         self.take_parts(ENTRY, SECTIONS)
 
     def changes(self):
-        """What is to be seen below the bar."""
+        """The screen, and the changed part below the bar."""
         screen = self.display.take()
         room = screen.box._replace(top=xfce.BAR_HEIGHT)
         return screen, picture.difference(self.empty, screen, room)

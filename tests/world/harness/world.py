@@ -94,8 +94,8 @@ class World:
         return int(received), int(sent)
 
     def rates(self, seconds, times=1, where="user"):
-        """Bytes a second that eth0 receives, in one process: starting one for each reading takes too
-        long on a busy machine."""
+        """Bytes a second that eth0 receives. One process takes all readings: starting one for each takes
+        too long on a busy machine."""
         text = self.run(where, "python3", "-c", _RATES, seconds, times)
         return [float(rate) for rate in text.split()]
 
