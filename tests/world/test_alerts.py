@@ -56,8 +56,7 @@ class TheConnection(NoticesTestCase):
         self.send("net", FAST, frame=1000)
 
     def test_lost_and_restored_gives_one_notice_each_and_its_presence_at_the_start_none(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.assert_shown()
         self.carrier("off")
         self.assert_shown(LOST)
@@ -74,8 +73,7 @@ class TheConnection(NoticesTestCase):
         self.assert_shown(LOST, RESTORED)
 
     def test_restored_twice_leaves_one_notice_of_it(self):
-        self.start()
-        self.settle()
+        self.begin()
         for state in ("off", "on", "off", "on"):
             self.carrier(state)
             time.sleep(0.5)
@@ -85,8 +83,7 @@ class TheConnection(NoticesTestCase):
         self.assertEqual(sorted(self.dunst.history()), sorted([LOST, RESTORED]))
 
     def test_does_not_count_as_lost_or_slow_after_a_pause_of_the_whole_program(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.resident.send_signal(signal.SIGSTOP)
         time.sleep(5)
         self.session.resident.send_signal(signal.SIGCONT)
@@ -95,8 +92,7 @@ class TheConnection(NoticesTestCase):
 
     def test_lost_gives_no_notice_while_notices_are_switched_off(self):
         self.session.prefer(refreshInterval=self.INTERVAL, showNotifications=False)
-        self.start()
-        self.settle()
+        self.begin()
         self.carrier("off")
         self.carrier("on")
         self.assert_shown()
@@ -112,8 +108,7 @@ class TheServer(NoticesTestCase):
         self.send("net", FAST, frame=1000)
 
     def test_killed_and_restarted_shows_the_next_notice(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.carrier("off")
         self.carrier("on")
         self.assert_shown(LOST, RESTORED)
@@ -128,8 +123,7 @@ class TheServer(NoticesTestCase):
         self.assertEqual(self.dunst.history(), [RESTORED])
 
     def test_that_hangs_hinders_nothing_and_shows_the_notice_later(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.dunst.halt()
         self.carrier("off")
         self.carrier("on")
@@ -143,7 +137,7 @@ class TheServer(NoticesTestCase):
 
     def test_that_is_not_there_hinders_nothing(self):
         super(NoticesTestCase, self).start()
-        self.settle()
+        self.watch.next_samples(1, 5, after=0)
         for state in ("off", "on", "off", "on"):
             self.carrier(state)
         self.watch.next_samples(4, 5)

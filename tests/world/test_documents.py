@@ -52,8 +52,7 @@ def introspected(xml):
 class DocumentsTestCase(case.ResidentTestCase):
     def setUp(self):
         super().setUp()
-        self.start()
-        self.settle()
+        self.begin()
 
     def output(self, *command):
         return subprocess.run(command, env=self.session.environment, check=True, timeout=10,

@@ -280,8 +280,7 @@ class TheResident(case.ResidentTestCase):
         client = nettop.crowd(self.world, "net", "connect", world.USER, nettop.SERVER_PORT, 5, 5)
         self.addCleanup(nettop.end, client)
         self.session.prefer(refreshInterval=self.INTERVAL, trackPerProcess=True)
-        self.start(*([] if WHY_NO_BPF else ["sh", "-c", nettop.WITH_GROUPS, "sh"]))
-        self.settle()
+        self.begin(*([] if WHY_NO_BPF else ["sh", "-c", nettop.WITH_GROUPS, "sh"]))
         wait_until(lambda: f" {server.pid} " in self.processes(), 8, "the downloading program")
         fields = self.processes().split(f" {server.pid} ")[1].split()
         # 5 connections send 100 bytes ten times a second and receive acknowledgements. Programs of one

@@ -11,8 +11,7 @@ from harness.world import RESIDENT
 
 class ASecondStart(case.ResidentTestCase):
     def test_asks_the_first_for_its_panel_and_ends_well(self):
-        self.start()
-        self.settle()
+        self.begin()
         for count in (1, 2):
             second = self.world.start("user", RESIDENT, env=self.session.environment,
                                       stdin=subprocess.DEVNULL)
@@ -24,8 +23,7 @@ class ASecondStart(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_after_the_end_of_the_first_is_a_first_one(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.assert_ends_well()
         self.session.start_resident()
         self.watch.next_samples(2, 5)
@@ -35,8 +33,7 @@ class ASecondStart(case.ResidentTestCase):
 
 class Requests(case.ResidentTestCase):
     def test_for_windows_are_passed_on(self):
-        self.start()
-        self.settle()
+        self.begin()
         for method in ("OpenDetail", "OpenSettings", "OpenPanel"):
             self.session.busctl("call", method)
         self.watch.until(lambda: len(self.watch.windows) == 3, 2, "the requests")
@@ -47,8 +44,7 @@ class Requests(case.ResidentTestCase):
         lonely = self.session.folder / "bin" / "tidewell"
         lonely.parent.mkdir()
         shutil.copy(RESIDENT, lonely)
-        self.start("sh", "-c", f'exec "{lonely}"')
-        self.settle()
+        self.begin("sh", "-c", f'exec "{lonely}"')
         running = []
         for _ in range(2):
             self.session.busctl("call", "RunSpeedTest")
@@ -63,8 +59,7 @@ class Requests(case.ResidentTestCase):
 
     def test_for_processes_are_answered_with_none_while_nobody_tracks_them(self):
         self.session.prefer(refreshInterval=self.INTERVAL, trackPerProcess=False)
-        self.start()
-        self.settle()
+        self.begin()
         self.assertEqual(self.property("Processes"), "a(isxxxd) 0")
 
     def property(self, name):

@@ -91,8 +91,7 @@ class TheBus(case.ResidentTestCase):
     INTERVAL = 0.2
 
     def test_killed_and_restarted_at_the_same_address(self):
-        self.start()
-        self.settle()
+        self.begin()
         for _ in range(2):
             self.session.kill_bus()
             time.sleep(0.5)
@@ -137,8 +136,7 @@ class TheBus(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_stopped_for_a_while_loses_no_reading(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.bus.send_signal(signal.SIGSTOP)
         time.sleep(2)
         self.session.bus.send_signal(signal.SIGCONT)
@@ -151,8 +149,7 @@ class TheEnd(case.ResidentTestCase):
     INTERVAL = 0.2
 
     def test_comes_on_request_over_the_bus(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.busctl("call", "Quit")
         self.assertEqual(self.session.resident.wait(2), 0)
         self.watch.until(lambda: self.watch.owners[-1:] == [False], 2, "the name given back")
@@ -177,8 +174,7 @@ class KeptRunning(case.ResidentTestCase):
 
     def setUp(self):
         super().setUp()
-        self.start("sh", "-c", 'exec "$0" --keep-running')
-        self.settle()
+        self.begin("sh", "-c", 'exec "$0" --keep-running')
 
     def child(self):
         pid = self.session.resident.pid
@@ -208,8 +204,7 @@ class ThePreferences(case.ResidentTestCase):
     INTERVAL = 0.5
 
     def test_that_are_garbage_do_no_harm(self):
-        self.start()
-        self.settle()
+        self.begin()
         file = self.session.folder / "config" / "tidewell" / "preferences.toml"
         for content in (b"", b"\xff\xfe\x00garbage", b"refreshInterval = ", b"[[[[",
                         b'refreshInterval = "fast"', b"refreshInterval = nan",

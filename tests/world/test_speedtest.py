@@ -100,8 +100,7 @@ class TheResident(case.ResidentTestCase):
 
     def test_publishes_what_one_helper_has_measured(self):
         self.world.do("rate", 20, 8, 40)
-        self.start()
-        self.settle()
+        self.begin()
         for _ in range(2):
             self.session.busctl("call", "RunSpeedTest")
         wait_until(lambda: self.helpers() == 1, 2, "the helper")
@@ -119,8 +118,7 @@ class TheResident(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_takes_its_helper_along_when_it_ends(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.busctl("call", "RunSpeedTest")
         wait_until(lambda: self.helpers() == 1, 2, "the helper")
         time.sleep(1)
