@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Reads gcov's JSON, one document a line, and prints lines and branches covered of each file below
-a directory: coverageTable.py DIRECTORY. Branches that only an exception takes are no decisions."""
+"""Reads gcov's JSON, one document a line, and prints the covered lines and branches of each file in a
+directory: coverageTable.py DIRECTORY. Branches of exceptions do not count."""
 
 import collections
 import json

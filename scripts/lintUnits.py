@@ -1,17 +1,17 @@
 #!/usr/bin/env python3
-"""Groups sources into units that clang-tidy can read in one go: most of its time goes into the
-headers, which the files of a unit share. A unit is a source that includes others.
+"""Groups sources into units for clang-tidy, which spends most of its time on headers. A unit is a source
+that includes others, so that they share the headers.
 
 Usage: lintUnits.py COMPILE_COMMANDS DIRECTORY SOURCE...
 Writes the units and their compile_commands.json into DIRECTORY and prints the units' paths, each
-followed by those of its sources. Where two sources' private names meet, they get apart."""
+followed by those of its sources. Sources with equal private names are in different units."""
 
 import json
 import pathlib
 import re
 import sys
 
-MOST_SOURCES = 16  # in a unit: the last one to be read decides when a check on two cores ends
+MOST_SOURCES = 16  # in a unit; a large last unit would leave the other processor idle
 PRIVATE = re.compile(r"^namespace \{$(.*?)^\} // namespace$", re.MULTILINE | re.DOTALL)
 TARGET = re.compile(r" -o (.*\.dir)/\S+ -c \S+$")
 DECLARED = re.compile(r"([A-Za-z_]\w*)\s*[({=;\[]")
@@ -28,8 +28,8 @@ def private_names(text):
 
 
 def options_of(entry):
-    """The compiler's options without what names the file, and without the precompiled headers:
-    that shows what a file forgot to include."""
+    """The compiler's options without file names and precompiled headers. Without the latter, missing
+    includes are found."""
     return re.sub(r" -Winvalid-pch| -include \S*cmake_pch\.hxx", "", TARGET.sub("", entry["command"]))
 
 
@@ -65,7 +65,7 @@ def main():
     found = units(compiled[name] for name in sorted(wanted & compiled.keys()))
     for index, (directory, options, sources) in enumerate(found):
         unit = target / f"unit{index}.cpp"
-        # The C library's words on network devices must precede the kernel's.
+        # The C library's header of network devices must precede the kernel's.
         sources.sort(key=lambda source: "<net/if.h>" not in source.read_text())
         unit.write_text("".join(f'#include "{source}" // NOLINT\n' for source in sources))
         for file in (unit, *sources):
@@ -73,7 +73,7 @@ def main():
             database.append({"directory": directory, "command": command, "file": str(file)})
         print(unit, *sources)
     (target / "compile_commands.json").write_text(json.dumps(database, indent=1))
-    for name in sorted(missing):  # another choice of the build's: read as its neighbours are
+    for name in sorted(missing):  # not compiled in this build: checked like its neighbours
         print(name, name)
 
 

@@ -1,4 +1,4 @@
-"""The other monitors: what each is run as, in what desktop, and how its rates are read."""
+"""The other monitors: command, desktop, and how to read their rates."""
 
 import json
 from dataclasses import dataclass, field

@@ -1,4 +1,4 @@
-"""One measurement each: of a peer, of a panel, of Tidewell, and of how its cost grows."""
+"""Measurements of a peer, of a panel, of Tidewell, and of how its cost grows."""
 
 import contextlib
 import fcntl
@@ -19,23 +19,21 @@ import xfce
 from children import wait_until
 from harness import nettop
 from harness.world import RESIDENT
-from meter import Cost
+from meter import HIDE_PING, Cost
 from stage import DOWN, SETTLE, UP, Stage, make_world
 
 _BUSCTL = ["busctl", "--user", "--json=short", "get-property", *bus.TIDEWELL]
-_HIDE_PING = ["unshare", "--mount", "sh", "-c", "for f in /bin/ping /usr/bin/ping; do "
-              "mount --bind /dev/null $f 2>/dev/null; done; exec \"$0\""]
 # Seconds of constant traffic whose rates are read.
 LOOK = 12
-# Without a panel Tidewell looks for another way to show its item, twenty seconds after its start.
+# Without a panel Tidewell tries another way to show its item twenty seconds after its start.
 SETTLE_WITHOUT_PANEL = 30
 RATES_ALONE = {"trackPerProcess": False, "showNotifications": False}
 
 NET, PORT = "198.51.100.2", 7000
-# Of the connections, so many say something in every second.
+# So many of the connections send data in every second.
 ACTIVE = 10
 HELPER_RUNS = 5
-# Latency is probed with every fifth sample: so many samples hold two probes.
+# Latency is probed with every fifth sample, so ten samples contain two probes.
 TWO_PROBES = 10
 
 
@@ -120,7 +118,7 @@ def tidewell(this_world, seconds, preferences, with_probe=True, desktop=xfce, cr
             crowds.callback(nettop.end, nettop.crowd(this_world, where, *arguments))
         here.write("tidewell/preferences.toml", "".join(
             f"{key} = {str(value).lower()}\n" for key, value in preferences.items()))
-        child = here.start([*([] if with_probe else _HIDE_PING), RESIDENT])
+        child = here.start([*([] if with_probe else HIDE_PING), RESIDENT])
         if desktop.PANEL:
             wait_until(lambda: bus.registered_items(here.environment), 15, "item in the panel")
         time.sleep(SETTLE if desktop.PANEL else SETTLE_WITHOUT_PANEL)
@@ -137,7 +135,7 @@ def tidewell(this_world, seconds, preferences, with_probe=True, desktop=xfce, cr
 
 
 def _shown(here):
-    """What the panel's text was, second by second, and the resident's samples meanwhile."""
+    """The panel's text in each second, and the resident's samples."""
     texts = []
     for _ in range(LOOK):
         time.sleep(1)
@@ -147,12 +145,11 @@ def _shown(here):
 
 def _helper_costs(this_world):
     """Of a run of the helper that lists programs: {route: {milliseconds, peak} or None}."""
-    arguments = [nettop.HELPER, *nettop.ARGUMENTS]
-    # The shortest way in. What that costs is not the helper's.
+    # The cost of entering the namespace is subtracted.
     enter = ["nsenter", f"--net=/run/netns/{this_world.command('user')[3]}"]
     entry = statistics.median(Cost([*enter, "true"]).milliseconds for _ in range(9))
-    return {"bpf": _costs([*arguments, "--route=bpf"], 0.0),
-            "diag": _costs([*enter, *arguments, "--route=diag"], entry)}
+    return {"bpf": _costs([nettop.HELPER, "--route=bpf"], 0.0),
+            "diag": _costs([*enter, nettop.HELPER, "--route=diag"], entry)}
 
 
 def _costs(command, entry):
@@ -170,7 +167,7 @@ def _alone(this_world, seconds, interval=1.0, crowd=()):
 
 
 def interfaces(_world, seconds):
-    """In a world of its own, whose end removes them."""
+    """Uses its own world, so that the interfaces are removed with it."""
     own = make_world("interfaces")
     router = own.command("router", "true")[3]
     points = {}

@@ -28,7 +28,7 @@ WINDOWS = 4
 
 
 class Stage:
-    """A `with` block for one program: traffic flows, the desktop stands, groups count."""
+    """A `with` block for one program, with traffic, a desktop and groups."""
 
     def __init__(self, this_world, desktop, configure=None):
         self.world = this_world
@@ -65,7 +65,7 @@ class Stage:
         return self._session.start(self._command("program", command), **options)
 
     def run(self, command, seconds=60):
-        """What a command of the session prints before it ends or is ended. It is in no group."""
+        """What a command of the session prints until it ends or the time is over. It is in no group."""
         wrapped = ["sh", "-c", 'timeout "$@" 2>/dev/null; true', "sh", str(seconds)]
         return self._session.output(self.world.command("user", *wrapped, *command)) or ""
 

@@ -88,7 +88,7 @@ def _verdicts(found):
 
 
 def _resident(point):
-    """Means, because what comes once in several samples belongs to the costs."""
+    """Means, because some costs occur only once in several samples."""
     cpu, wakeups, pss, private = (point["program"][key][0]
                                   for key in ("cpu", "wakeups", "pss", "private"))
     return [f"{cpu:.3f}", f"{wakeups:.1f}", f"{pss:.1f}", f"{private:.2f}"]

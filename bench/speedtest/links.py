@@ -1,4 +1,4 @@
-"""The links that are measured, and how one is."""
+"""The links, and how each is measured."""
 
 import contextlib
 import json

@@ -7,10 +7,10 @@
 
 namespace tidewell::fuzz {
 
-/// A type signature, one that occurs on desktops or one that does not.
+/// A type signature, common or uncommon.
 [[nodiscard]] std::string anySignature(FuzzedDataProvider& input);
 
-/// Appends values of these types that the input chooses; negative when it cannot be.
+/// Appends values of these types chosen by the input. Negative on failure.
 int appendAny(sd_bus_message& message, std::string_view signature, FuzzedDataProvider& input);
 
 } // namespace tidewell::fuzz

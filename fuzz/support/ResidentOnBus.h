@@ -23,7 +23,7 @@ public:
   [[nodiscard]] double now() const override { return 1e9; }
 };
 
-/// The resident's face, item, menu and notices on a bus, over states that the target writes.
+/// The resident's interface, item, menu and notices on a bus, with states set by the target.
 struct ResidentOnBus {
   explicit ResidentOnBus(BusPeer& peer) : bus(loop, peer.address()) {
     peer.accept();
@@ -31,7 +31,7 @@ struct ResidentOnBus {
     require(bus.connection() != nullptr);
   }
 
-  /// What a user's wish says must reach the windows' process as it was meant.
+  /// Checks that a request reaches the windows' process unchanged.
   static void checkRequest(const WindowRequest& request) {
     const auto arrived = parseWindowRequest(messageOf(request));
     require(arrived && arrived->kind == request.kind && arrived->point == request.point);

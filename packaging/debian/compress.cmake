@@ -1,4 +1,4 @@
-# Debian has manual pages and changelogs compressed, without the time at which that was done.
+# Debian requires compressed manual pages and changelogs, without a time stamp.
 file(GLOB texts ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/man/man*/*.[1-8]
                 ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share/doc/tidewell/changelog*)
 if(NOT texts)

@@ -1,12 +1,12 @@
 #!/usr/bin/python3
-"""Checks that what the documents point at is there.
+"""Checks that the targets of links and paths in the documents exist.
 
     documents.py ROOT
 
-Of README.md, CONTRIBUTING.md, CHANGELOG.md and docs/: every relative link and its heading, and
-every path of the repository that is named as code. A word in capitals in such a path stands for any
-name. Besides, every picture and every document is linked from somewhere, the architecture has a
-link to every room of src/, and the guide names every preference.
+In README.md, CONTRIBUTING.md, CHANGELOG.md and docs/ it checks relative links with their headings, and
+paths of the repository in code. A word in capitals in such a path is a placeholder. Every picture and
+every document needs a link, the architecture a link to every room of src/, and the guide must name
+every preference.
 """
 
 import pathlib
@@ -18,12 +18,12 @@ CODE = re.compile(r"`([^`]+)`")
 LINK = re.compile(r"\]\(([^)\s]+)\)")
 HEADING = re.compile(r"^#+ (.+)$", re.MULTILINE)
 
-# Paths that belong to the repository begin with one of these; "./run" and "./test" are programs of it.
+# Paths of the repository begin with one of these, or are "./run" or "./test".
 TREES = "bench|cmake|docs|fuzz|packaging|scripts|src|tests"
 PATH = re.compile(rf"(?<![\w./~-])((?:{TREES})/[\w.*/-]*|\./[\w-]+)")
 PLACEHOLDER = re.compile(r"\b[A-Z][A-Z0-9_]+\b")
 
-# Without a link of their own: everybody who has the repository knows them.
+# No document has to link to these.
 STARTS = ["README.md", "CONTRIBUTING.md", "CHANGELOG.md"]
 
 KEY = re.compile(r'Preference<[^>]+> \w+\{"(\w+)"')
@@ -34,7 +34,7 @@ def documents(root):
 
 
 def anchors(text):
-    """What headings are called in links."""
+    """The anchors of a document's headings."""
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
             for heading in HEADING.findall(FENCE.sub("", text))}
 
@@ -56,7 +56,7 @@ def is_there(root, path):
 
 
 def faults_of(root, document):
-    """What one document points at and is not there, as lines of text."""
+    """The missing targets of one document, as lines of text."""
     text, name = document.read_text(encoding="utf-8"), document.relative_to(root)
     for link in links_of(text):
         path, _, anchor = link.partition("#")
@@ -71,13 +71,13 @@ def faults_of(root, document):
 
 
 def targets_of(root):
-    """Everything that some document has a link to."""
+    """The targets of all links."""
     return {(document.parent / link.partition("#")[0]).resolve()
             for document in documents(root) for link in links_of(document.read_text(encoding="utf-8"))}
 
 
 def unlinked(root):
-    """Pictures and documents that nobody finds. Decisions are found by their folder."""
+    """Pictures and documents without a link to them. Decisions need none."""
     linked = targets_of(root)
     wanted = [*(root / "docs").glob("*.md"), *(root / "docs/images").glob("*")]
     return [f"{path.relative_to(root)}: no document has a link to it"
@@ -85,23 +85,23 @@ def unlinked(root):
 
 
 def unmentioned(root):
-    """Rooms that the architecture leaves out, and preferences that the guide does."""
+    """Rooms missing from the architecture, and preferences missing from the guide."""
     architecture, guide = root / "docs/architecture.md", root / "docs/guide.md"
     linked = {(architecture.parent / link).resolve()
               for link in links_of(architecture.read_text(encoding="utf-8"))}
     for room in sorted(path for path in (root / "src").iterdir() if path.is_dir()):
         if room.resolve() not in linked:
             yield f"{architecture.name}: no link to src/{room.name}"
-    told = CODE.findall(FENCE.sub("", guide.read_text(encoding="utf-8")))
+    named = CODE.findall(FENCE.sub("", guide.read_text(encoding="utf-8")))
     for key in KEY.findall((root / "src/settings/AppSettings.h").read_text(encoding="utf-8")):
-        if key not in told:
-            yield f"{guide.name}: not a word of {key}"
+        if key not in named:
+            yield f"{guide.name}: no mention of {key}"
 
 
 def main(root):
     faults = [fault for document in documents(root) for fault in faults_of(root, document)]
     faults += [*unlinked(root), *unmentioned(root)]
-    print("\n".join(faults) or f"{len(documents(root))} documents point at what is there")
+    print("\n".join(faults) or f"{len(documents(root))} documents have valid links and paths")
     return 1 if faults else 0
 
 

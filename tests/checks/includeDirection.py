@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Checks that files of src/ include only what lies below them.
+"""Checks that files of src/ include only files of lower layers.
 
     includeDirection.py SOURCE_DIRECTORY
 
@@ -45,7 +45,7 @@ _STATES = re.compile(
 )
 VALUES = {"bus": _STATES, "ui": _STATES, "ui/application": _STATES}
 
-# What only some rooms may include of the world outside.
+# Libraries that only some rooms may include.
 OUTSIDE = {
     re.compile(r"systemd/|linux/|toml"): ["platform/linux", "app", "helpers"],
     re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
@@ -61,7 +61,7 @@ def room_of(path):
 
 
 def faults_of(source, file):
-    """What is wrong with one file's includes, as lines of text."""
+    """The forbidden includes of one file, as lines of text."""
     path = file.relative_to(source).as_posix()
     room = room_of(path)
     if room is None:
@@ -80,7 +80,7 @@ def faults_of(source, file):
 def main(source):
     files = sorted(file for kind in ("*.h", "*.cpp") for file in source.rglob(kind))
     faults = [fault for file in files for fault in faults_of(source, file)]
-    print("\n".join(faults) or f"{len(files)} files include only what lies below them")
+    print("\n".join(faults) or f"{len(files)} files include only lower layers")
     return 1 if faults or not files else 0
 
 

@@ -75,7 +75,10 @@ class Comparison(unittest.TestCase):
         self.assertEqual(len(rows), 4)
         for file in ("README.md", "packaging/com.halden.Tidewell.metainfo.xml"):
             self.assertRegex((ROOT / file).read_text(), r"about two\s+megabytes of\s+memory")
-        self.assertEqual(round(rows["Tidewell, as installed"][2]), 2)
+        processor, _, memory, *_ = rows["Tidewell, as installed"]
+        self.assertEqual(round(memory), 2)
+        self.assertRegex((ROOT / "README.md").read_text(), r"about a tenth of a percent of a processor")
+        self.assertAlmostEqual(processor, 0.1, delta=0.05)
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The documents' check finds what it is there to find."""
+"""The check of the documents finds mistakes."""
 
 import pathlib
 import tempfile

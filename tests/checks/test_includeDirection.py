@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The include check finds what it is there to find."""
+"""The check of includes finds mistakes."""
 
 import pathlib
 import tempfile

@@ -14,10 +14,10 @@ from harness import world  # noqa: E402
 
 INSIDE = "TIDEWELL_DESKTOP_WORLD"
 
-# Some programs of a desktop refuse root. For them root is called by another number.
+# For programs that refuse root: root under another user number.
 AS_USER = ["unshare", "--user", "--map-user=1000", "--map-group=1000"]
 
-# What flows meanwhile, in bytes per second down and up, so that there is something to see.
+# Traffic during the tests, in bytes per second down and up.
 TRAFFIC = {"net": 1_530_000, "user": 124_000}
 FRAME = 1400
 
@@ -65,7 +65,7 @@ def _run_inside(wrapper, traffic):
         command = [*wrapper, sys.executable, *sys.argv]
         environment = dict(os.environ, **{INSIDE: place.name})
         tests = subprocess.Popen(place.command("user", *command), env=environment)
-        # Whoever stops a test that takes too long leaves no world behind.
+        # The world is also removed when a test takes too long and is stopped.
         signal.signal(signal.SIGTERM, lambda *_: tests.terminate())
         return tests.wait()
     finally:

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""What an assistive program sees of the windows and can do with them, through AT-SPI.
+"""What an assistive program sees and does through AT-SPI.
 
 Each line of its input is a request, answered by one line, in JSON:
 
     ["look"]                  each visible element of Tidewell's windows
-    ["press", ROLE, TITLE]    presses the first element of that role and title, and tells whether
+    ["press", ROLE, TITLE]    presses the first element of that role and title; whether it exists
 """
 
 import json
@@ -17,12 +17,12 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
-# Newer names of its functions are not there yet on the oldest system that this runs on.
+# The oldest supported system lacks the newer names of these functions.
 warnings.simplefilter("ignore", DeprecationWarning)
 
 APPLICATION = "Tidewell"
 
-# What newer versions of the library call otherwise.
+# Names in newer versions of the library.
 OLD_ROLE_NAMES = {"button": "push button"}
 
 
@@ -50,14 +50,14 @@ def windows():
 
 
 def labels(element):
-    """The names of what stands beside an element to tell what it is."""
+    """The names of an element's labels."""
     return [relation.get_target(index).get_name() for relation in element.get_relation_set()
             if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY
             for index in range(relation.get_n_targets())]
 
 
 def title(element):
-    """What an element is called by: its label, or its own name, which else tells its value."""
+    """An element's label. Without one, its own name, which otherwise is its value."""
     return " ".join(labels(element)) or element.get_name()
 
 
@@ -99,7 +99,7 @@ def answer(verb, *arguments):
 
 def main():
     for line in sys.stdin:
-        # A process for each: the library remembers what it has seen, and can die of what vanishes.
+        # One process for each request: the library caches elements and can crash when they vanish.
         child = os.fork()
         if child == 0:
             print(json.dumps(answer(*json.loads(line))), flush=True)

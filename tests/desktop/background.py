@@ -26,7 +26,7 @@ def paint(display, colour):
     x.XFillRectangle(connection, pixmap, graphics, 0, 0, *size)
     x.XSetWindowBackgroundPixmap(connection, root, pixmap)
     x.XClearWindow(connection, root)
-    # Whoever composes the screen finds the picture by this name, and it stays when we have gone.
+    # Compositors find the picture by this name. It remains after this process has ended.
     name = ctypes.c_ulong(x.XInternAtom(connection, b"_XROOTPMAP_ID", 0))
     x.XChangeProperty(connection, root, name, ctypes.c_ulong(_PIXMAP), 32, _REPLACE,
                       ctypes.byref(pixmap), 1)

@@ -25,7 +25,7 @@ def call(environment, where, member, *arguments):
 
 
 def owner(environment, name):
-    """The unique name behind a well-known one, or None."""
+    """The unique name that owns a well-known one, or None."""
     return call(environment, _BUS, "GetNameOwner", f"string:{name}")
 
 

@@ -32,7 +32,7 @@ class Children:
         self._processes = []
 
     def __enter__(self):
-        # Orphaned grandchildren come to us, so that none is lost.
+        # Orphaned grandchildren become our children.
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
         for number in (signal.SIGTERM, signal.SIGHUP):
             signal.signal(number, _leave)
@@ -80,7 +80,7 @@ def _leave(number, _frame):
 
 
 def _in_own_group_dying_with_parent():
-    # Its own group: Ctrl-C reaches this process alone, which then ends the others in order.
+    # In its own group, so that Ctrl-C reaches only this process, which then ends the others in order.
     os.setpgid(0, 0)
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGTERM, 0, 0, 0)
 

@@ -14,13 +14,13 @@ PROGRAM = os.path.abspath(os.environ.get("TIDEWELL", "build/dev/src/tidewell"))
 SCREENSHOTS = os.environ.get("TIDEWELL_SCREENSHOTS")
 WINDOWS = "tidewell-windows"
 
-# Of the panel's design, in pixels: its width, the space to the edges, the five buttons at its
-# bottom and the height of their bar.
+# The panel's design in pixels: its width, the space to the edges, the buttons at its bottom and the
+# height of their bar.
 WIDTH = 340
 GAP = 6
 BUTTONS, BUTTON_BAR_HEIGHT = ["Speed Test", "Copy IP", "Details", "Settings", "Quit"], 46
 
-# How far the panel may be away from what it belongs to.
+# The largest distance of the panel from the bar and from its position below the item.
 NEAR = 12
 
 
@@ -106,11 +106,11 @@ class DesktopCase(unittest.TestCase):
         return wait_until(same, 10, what)
 
     def panel(self):
-        """Where the panel is on the screen, once it is."""
+        """Waits for the panel. Returns its box."""
         return self.steady(lambda: self.changes(self.room), "panel")
 
     def is_panel_shown(self):
-        """Whether there is more to see than the pointer, or a menu."""
+        """Whether more than the pointer or a menu is visible."""
         box = self.changes(self.room)
         return box is not None and box.width > 0.9 * WIDTH
 
@@ -138,7 +138,7 @@ class DesktopCase(unittest.TestCase):
         self.assertGreater(min(edges), 0, "it would be cut off")
 
     def is_notice_shown(self, box):
-        """Whether the panel says in red at its top that the resident is gone."""
+        """Whether the panel shows the red notice at its top."""
         red, green, blue = self.display.take().commonest_colour(
             box._replace(left=box.left + int(20 * self.SCALE), right=box.right - int(20 * self.SCALE),
                          top=box.top + int(8 * self.SCALE), bottom=box.top + int(20 * self.SCALE)))
@@ -151,12 +151,11 @@ class DesktopCase(unittest.TestCase):
 
     @classmethod
     def rest_pointer(cls):
-        """Puts the pointer where no bar shows hints for it, no button lights up, and where it is
-        not in the way, since some screens show it in their pictures."""
+        """Moves the pointer to a place without tool tips and buttons. Some screens show it in pictures."""
         cls.display.move(cls.bar.left + cls.bar.width // 3, cls.bar.top + 2)
 
     def ask_for_panel(self):
-        """Whatever it is that opens the panel."""
+        """Opens the panel."""
         self.click_item()
 
     def open_panel(self):

@@ -57,7 +57,7 @@ class Devices:
     def _plug_in(self):
         self._send(_DISPLAY, 1, struct.pack("=I", _REGISTRY))
         offered = self._offered()
-        # The compositor wants objects to be numbered in the order of their making.
+        # Objects must be numbered in the order of their creation.
         numbers = itertools.count(_CALLBACK + 1)
         made = {}
         for interface in (_SEAT, _POINTERS, _KEYBOARDS):

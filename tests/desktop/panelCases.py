@@ -7,17 +7,17 @@ import time
 import bus
 from children import wait_until
 
-# What the test world gives the machine.
+# The machine's address in the test world.
 ADDRESS = "192.168.1.2"
 
-# Longer than a click takes that closes the panel by taking its focus, and then reaches the item.
+# Longer than one click, which may close the panel by taking its focus and then reach the item.
 SAME_CLICK = 0.3
 
 
 class PanelCases:
-    """To be inherited beside DesktopCase."""
+    """To be inherited together with DesktopCase."""
 
-    # Whether the open panel takes every click, so that one on the item reaches the panel instead.
+    # Whether the open panel receives all clicks, also those on the item.
     COVERS_BAR = False
 
     def test_a_click_opens_the_panel_beside_the_item_and_another_closes_it(self):

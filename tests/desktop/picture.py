@@ -87,7 +87,7 @@ def difference(one, other, within=None):
 
 
 def _different_span(one, other):
-    """The first pixel that differs, and the one behind the last."""
+    """The first pixel that differs, and the one after the last."""
     bits = int.from_bytes(one, "big") ^ int.from_bytes(other, "big")
     first = len(one) - (bits.bit_length() + 7) // 8
     last = len(one) - 1 - ((bits & -bits).bit_length() - 1) // 8

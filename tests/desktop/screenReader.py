@@ -1,4 +1,4 @@
-"""A user who hears the windows instead of seeing them."""
+"""A screen reader's view of the windows."""
 
 import json
 import select
@@ -27,7 +27,7 @@ class ScreenReader:
             pipe.close()
 
     def look(self, window=None):
-        """Every visible element, of all windows or of the one with that title."""
+        """The visible elements of all windows, or of the one with that title."""
         return [element for element in self._ask("look") or [] if window in (None, element["window"])]
 
     def names(self, window=None):

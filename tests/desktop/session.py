@@ -13,10 +13,10 @@ from children import Children, wait_until
 
 
 class Session:
-    """A `with` block with a desktop of its own, told apart by `environment`.
+    """A `with` block with a private desktop, which `environment` selects.
 
     `desktop` is a module such as xfce, `variables` go into its environment. Nothing of the user's
-    home or bus is touched, and nothing is left behind. What the parts print is in the file `log`.
+    home or bus is touched, and everything is removed. The output of its programs is in the file `log`.
     """
 
     def __init__(self, desktop, screen="1280x720x24", **variables):
@@ -97,11 +97,11 @@ class Session:
             "XDG_CURRENT_DESKTOP": self.desktop.NAME,
             "XDG_SESSION_TYPE": self.desktop.DISPLAY.SESSION_TYPE,
             "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.directory}/run/bus",
-            # Some desktops do not start without one, even if nobody is on it.
+            # Some desktops need one, even an empty one.
             "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.directory}/run/systemBus",
             "NO_AT_BRIDGE": "1",
             "GIO_USE_VFS": "local",
-            # Its settings service would be one more thing to install.
+            # So that no settings service has to be installed.
             "GSETTINGS_BACKEND": "keyfile",
             **self._variables,
         }

@@ -29,7 +29,7 @@ _SOCKET = "wayland-1"
 
 
 class Display:
-    # What the compositor is started through, for a caller whom it would refuse.
+    # The compositor is started through this, if it would refuse the caller.
     WRAPPER = []
 
     def __init__(self, session, screen):

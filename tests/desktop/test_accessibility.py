@@ -26,7 +26,7 @@ class Accessibility(DesktopCase):
         self.reader.press(BUTTON, name)
 
     def open_again(self):
-        """Opens the panel beside a window that has just taken the focus, and may take it again."""
+        """Opens the panel next to a window that has just taken the focus, and may take it again."""
         def opened():
             if "Quit" in self.reader.names():
                 return True

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the details show of a program that downloads, and of a speed test that they start."""
+"""A downloading program and a speed test, as the details show them."""
 
 import os
 import re
@@ -11,8 +11,7 @@ from children import wait_until
 from harness import quality, world
 from windowCase import DETAIL, PROGRAM, WindowCase
 
-# Mbit/s of the line, and how far a measurement may be off, in percent, on a machine that does other
-# things too.
+# Mbit/s of the line, and the largest error of a measurement in percent, on a busy machine.
 DOWN, UP, OFF = 40, 15, 10
 # Of 1514 bytes that the line counts, TCP delivers 1448.
 SHARE = 1448 / 1514
@@ -31,8 +30,8 @@ class Details(WindowCase):
 
     def command(self):
         """Where the server's name is known."""
-        told = ["TIDEWELL_SPEEDTEST_CONFIG", "SSL_CERT_FILE"]
-        settings = [f"{name}={self.server.environment()[name]}" for name in told]
+        names = ["TIDEWELL_SPEEDTEST_CONFIG", "SSL_CERT_FILE"]
+        settings = [f"{name}={self.server.environment()[name]}" for name in names]
         return self.world.command("user", "env", *settings, PROGRAM)
 
     def download(self):

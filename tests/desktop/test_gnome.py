@@ -12,13 +12,13 @@ from panelCases import PanelCases
 FIGURES = 4
 COMMANDS = ["Open", "Details", "Settings", "Speed Test", "Copy IP", "Quit"]
 
-# Lines of text are at least as high and as far apart, in pixels; what is thinner is a separator.
+# The least height and distance of lines of text, in pixels. Anything thinner is a separator.
 LINE_HEIGHT, LINE_GAP = 5, 6
 # How much text stands out from the menu, of 255, and how far it is from the menu's sides.
 CONTRAST, SIDE = 40, 24
 
 LEAST_LABEL = 60
-# More than the pointer, the end of which reaches below the bar.
+# Wider than the pointer, whose end reaches below the bar.
 LEAST_MENU = 100
 
 DOUBLE_CLICK = 0.15
@@ -28,14 +28,14 @@ class Gnome(PanelCases, DesktopCase):
     DESKTOP = gnome
 
     def start_resident(self):
-        # Newer shells keep the item of one that has died for a moment, and move the next then.
+        # Newer shells keep the item of a dead program for a moment, and then move the next.
         wait_until(lambda: not self.changes(self.items), 10, "end of the last item")
         resident = super().start_resident()
         self.item = self.steady(self.labelled, "label beside the icon")
         return resident
 
     def labelled(self):
-        """Where the item is; None while newer shells show its icon alone."""
+        """The item's box, or None while newer shells show only its icon."""
         box = self.changes(self.items)
         return box if box and box.width > LEAST_LABEL else None
 
@@ -44,7 +44,7 @@ class Gnome(PanelCases, DesktopCase):
         return self.steady(self.menu, "menu")
 
     def menu(self):
-        """Where the menu is, which newer shells show a moment after the click; None before it."""
+        """The menu's box, or None before it is shown, which newer shells delay."""
         box = self.changes(self.room)
         return box if box and box.width > LEAST_MENU else None
 

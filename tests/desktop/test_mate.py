@@ -15,7 +15,7 @@ class Mate(PanelCases, DesktopCase):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        # The area looks otherwise without items once it has had one.
+        # The area looks different without items once it has had one.
         first = cls.session.start([PROGRAM])
         wait_until(lambda: bus.registered_items(cls.session.environment), 15, "registered item")
         wait_until(lambda: cls.changes(cls.items), 10, "item")

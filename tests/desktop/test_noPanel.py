@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Where no panel takes the item: it shows itself, in an old-style tray or as a small window."""
+"""Without a panel the item appears in an old-style tray or as a small window."""
 
 import os
 import time
@@ -12,7 +12,7 @@ from children import wait_until
 from desktopCase import PROGRAM, SCREENSHOTS, WIDTH
 from session import Session
 
-# A panel that starts late gets this long, in seconds, before the item helps itself.
+# Seconds that a panel has to take the item.
 PATIENCE = 20
 
 REST = (640, 700)

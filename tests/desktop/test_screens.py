@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The panel on small screens and on ones with many pixels."""
+"""The panel on small and on scaled screens."""
 
 import apart
 import xfce
@@ -10,7 +10,7 @@ HEIGHT = 500
 
 
 class _Screen:
-    """To be inherited beside DesktopCase."""
+    """To be inherited together with DesktopCase."""
 
     DESKTOP = xfce
 

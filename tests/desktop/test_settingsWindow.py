@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the settings do to a running Tidewell, and what others do to the open settings."""
+"""How the settings change a running Tidewell, and how other writers change the open settings."""
 
 import time
 
@@ -36,7 +36,7 @@ class Settings(WindowCase):
         return self.reader.find(TOGGLE, title)["checked"]
 
     def looks(self, seconds):
-        """Whether the helper runs at any time from now on."""
+        """Whether the helper runs within so many seconds."""
         end = time.monotonic() + seconds
         while time.monotonic() < end:
             if self.session.children.named("nettop"):
@@ -60,7 +60,7 @@ class Settings(WindowCase):
         wait_until(lambda: self.get("Processes") != "array []", 10, "process")
         wait_until(lambda: not self.session.children.named("nettop"), 5, "end of the helper")
         self.turn(TRACKING, "trackPerProcess", "false")
-        # On and off again before it would look.
+        # On and off again before its first run.
         self.turn(TRACKING, "trackPerProcess", "true")
         self.turn(TRACKING, "trackPerProcess", "false")
         seen = self.get("Processes")

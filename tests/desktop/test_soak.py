@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Months in minutes: many samples, troubles all the time, and nothing gathers.
+"""Months in minutes: many samples, constant trouble, and nothing may grow.
 
-TIDEWELL_SOAK_SECONDS says for how long, TIDEWELL_SOAK_SEED in which order the troubles come.
+TIDEWELL_SOAK_SECONDS is the duration, TIDEWELL_SOAK_SEED selects the order of the troubles.
 """
 
 import os
@@ -22,8 +22,8 @@ REST = 5
 # once, as many as were wanted together so far, up to a few. Of kilobytes, some pages are the
 # allocator's.
 MOST_MORE = {"descriptors": 0, "timers": 0, "threads": 2, "children": 0, "private": 300}
-# Every trouble has come often by half of a long run: a leak grows on, all else has levelled out.
-# Until then a rare trouble may reach for pages for the first time.
+# After half of a long run every trouble has happened often. A leak keeps growing, everything else has
+# levelled off. Before that, a rare trouble may touch pages for the first time.
 LONG = 10  # rests
 MOST_MORE_IN_LONG = {**MOST_MORE, "private": 400}
 MOST_MORE_SINCE_HALF = {"threads": 1, "private": 64}
@@ -43,12 +43,12 @@ class Soak(WindowCase):
         self._notices = self.session.start(["dunst"])
 
     def rest(self):
-        """What the resident still holds once everything has ended well."""
+        """What the resident holds after everything has ended."""
         self.troubles.end()
         for pid in self.session.children.named(WINDOWS):
             os.kill(pid, 15)
         wait_until(lambda: not self.session.children.named(WINDOWS), 5, "end of the windows")
-        time.sleep(REST)  # a stopped tool is given up after four seconds
+        time.sleep(REST)  # a stopped tool is killed after four seconds
         readings = []
         for _ in range(20):
             self.assertIsNone(self.resident.poll(), "the resident has ended")
@@ -56,7 +56,7 @@ class Soak(WindowCase):
             time.sleep(0.1)
         return least(readings)
 
-    def test_nothing_gathers_whatever_happens(self):
+    def test_nothing_grows_whatever_happens(self):
         self.troubles = Troubles(self, SEED)
         apart.send(self.session.children, apart.TRAFFIC)
         began = time.monotonic()

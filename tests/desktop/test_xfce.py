@@ -8,7 +8,7 @@ from children import wait_until
 from desktopCase import DesktopCase
 from panelCases import PanelCases
 
-# The panel's own drawing may shift by a pixel at the tile's edges.
+# The panel may draw the tile's edges a pixel off.
 PLAUSIBLE = range(14, 60)
 
 HEAVY_TRAFFIC = {"net": 12_000_000, "user": 850_000}

@@ -1,4 +1,4 @@
-"""A bar at the top with a tray of the old style, which embeds windows and knows no items."""
+"""A bar at the top with an old-style tray, which embeds windows and does not support items."""
 
 from types import SimpleNamespace
 

@@ -1,4 +1,4 @@
-"""What happens to a resident in months, within seconds: each trouble by itself ends well."""
+"""Troubles of months within seconds. A resident survives each of them."""
 
 import os
 import random
@@ -10,7 +10,7 @@ import bus
 from children import wait_until
 from windowCase import DETAIL, OPENING, SETTINGS
 
-# Weeks of samples in the time of a test; nobody can choose it in the window.
+# Weeks of samples in the time of a test. The window does not offer this interval.
 FAST = {"refreshInterval": 0.05, "trackPerProcess": True}
 WINDOWS = "tidewell-windows"
 BROKEN_FILES = [b"", b"\xff\xfe\x00", b"refreshInterval = ", b"[tables]\n" * 1000,
@@ -18,7 +18,7 @@ BROKEN_FILES = [b"", b"\xff\xfe\x00", b"refreshInterval = ", b"[tables]\n" * 100
 
 
 class Troubles:
-    """Makes them in an order that `seed` tells, and counts them in `made`."""
+    """Causes them in an order given by `seed`, and counts them in `made`."""
 
     def __init__(self, case, seed):
         self._case = case
@@ -33,7 +33,7 @@ class Troubles:
         self.made[name] = self.made.get(name, 0) + 1
 
     def end(self):
-        """All as it was: the net there, plain preferences, no window."""
+        """Restores the network and the preferences, and closes all windows."""
         apart.do("carrier", "on")
         self._case.prefer(**FAST)
         for window in (DETAIL, SETTINGS):

@@ -1,4 +1,4 @@
-"""What a process that lives for months must not gather."""
+"""What must not grow in a process that runs for months."""
 
 import os
 import pathlib
@@ -8,7 +8,7 @@ Vitals = namedtuple("Vitals", "descriptors timers threads children private")
 
 
 def vitals(pid):
-    """Counts, and in kilobytes the memory that it has written and nobody can have back."""
+    """Counts, and kilobytes of private memory."""
     process = pathlib.Path(f"/proc/{pid}")
     targets = [_target(descriptor) for descriptor in (process / "fd").iterdir()]
     tasks = list((process / "task").iterdir())
@@ -20,12 +20,12 @@ def vitals(pid):
 
 
 def least(readings):
-    """Field by field: what was there all the time, without what was just on its way."""
+    """The smallest value of each field, without what was only temporary."""
     return Vitals(*map(min, zip(*readings)))
 
 
 def _target(descriptor):
-    """None for what has been closed since it was listed."""
+    """None for a descriptor that has been closed since it was listed."""
     try:
         return os.readlink(descriptor)
     except FileNotFoundError:

@@ -12,8 +12,8 @@ SESSION_TYPE = "x11"
 
 _BACKGROUND = 0x20303C
 
-# Of the file that the X server keeps its pixels in: lengths of header and of a colour map's entry,
-# and where the header names them, in 32-bit words.
+# The X server's file of pixels: sizes of the header and of a colour map's entry, and the positions of
+# the fields in the header, in 32-bit words.
 _HEADER_WORDS = 25
 _WIDTH, _HEIGHT, _LINE, _COLOURS = 4, 5, 12, 19
 _COLOUR_BYTES = 12
@@ -48,7 +48,7 @@ class Display:
         self._run("xdotool", "mousemove", str(x), str(y))
 
     def click(self, x, y):
-        # The press comes a moment later, as a hand's does: some panels look where the pointer is.
+        # The press comes a moment after the move: some panels read the pointer's position.
         self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", "1")
 
     def scroll_down(self, x, y):

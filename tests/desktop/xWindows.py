@@ -39,7 +39,7 @@ class XWindows:
         return [number for number in re.findall(r"0x[0-9a-f]+", text) if number != "0x0"]
 
     def _window(self, number):
-        """None for one that is gone, and for bars."""
+        """None for a closed window, and for bars."""
         names = ["_NET_WM_NAME", "WM_CLASS", "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE"]
         text = self._session.output(["xprop", "-id", number, "-notype", *names])
         if not text or "_NET_WM_WINDOW_TYPE_NORMAL" not in text:

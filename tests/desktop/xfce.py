@@ -48,7 +48,7 @@ _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
 </channel>
 """
 
-# Shadows would be taken for parts of what they surround.
+# Shadows would count as parts of the windows.
 _WINDOW_MANAGER_XML = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfwm4" version="1.0">
   <property name="general" type="empty">

@@ -36,7 +36,7 @@ class Installed(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.session = cls.enterClassContext(Session(xfce, "960x720x24"))
-        # Nobody has started it: asking for its panel does.
+        # This call starts it.
         bus.call(cls.session.environment, bus.TIDEWELL, "OpenPanel")
 
     def property_of(self, window, name):

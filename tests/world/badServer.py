@@ -1,6 +1,6 @@
-"""An HTTP/2 server that misbehaves as told: CERTIFICATE KEY PORT MODE.
+"""An HTTP/2 server that misbehaves: CERTIFICATE KEY PORT MODE.
 
-What a mode does not speak of goes well.
+Everything that a mode does not mention works.
 """
 
 import select
@@ -34,7 +34,7 @@ MODES = {
 
 BLOCK = bytes(16_384)
 MEGABYTE = 1_000_000
-# What a client takes without being asked, HTTP/2's first window, is hardly more.
+# HTTP/2's initial window is hardly larger.
 HUGE_SMALL = 65_000
 DISPUTED = 99 * MEGABYTE
 PROTOCOL_ERROR = 1
@@ -44,7 +44,7 @@ LARGEST_WINDOW = (1 << 31) - 1
 
 
 class Uploads:
-    """Takes what is uploaded out of a connection's bytes, much faster than the library could."""
+    """Removes uploaded data from a connection's bytes, much faster than the library."""
 
     def __init__(self):
         self.taken = {}  # by stream
@@ -53,7 +53,7 @@ class Uploads:
         self._head = b""
 
     def take(self, data):
-        """Gives back what is not uploaded; of an upload's last frame its head alone."""
+        """Returns everything but uploaded data. Of an upload's last frame it returns only the head."""
         left = bytearray()
         view = memoryview(data)
         while view:
@@ -122,7 +122,7 @@ class Connection:
             self.large.pop(event.stream_id, None)
 
     def widen(self):
-        """Lets more be uploaded than there ever will be."""
+        """Opens the largest windows for uploads."""
         code = h2.settings.SettingCodes.INITIAL_WINDOW_SIZE
         self.http.update_settings({code: LARGEST_WINDOW})
         self.http.increment_flow_control_window(LARGEST_WINDOW - (1 << 24) - (1 << 16))
@@ -187,7 +187,7 @@ class Connection:
                 self.http.end_stream(stream)
 
     def send_endless_headers(self, stream):
-        """A header in pieces of a kilobyte each: literals of new names, in continuation frames."""
+        """Sends a header without end: continuation frames with literals of a kilobyte each."""
         def frame(kind, flags, payload):
             head = len(payload).to_bytes(3, "big") + bytes([kind, flags])
             return head + stream.to_bytes(4, "big") + payload

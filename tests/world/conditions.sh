@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2154
-# What happens to a world that stands; sourced by `world`, which sets user, router, net and state.
+# Changes of an existing world; sourced by `world`, which sets user, router, net and state.
 
 # Ends with the usage unless every argument is a number.
 requireNumbers() {
@@ -12,7 +12,7 @@ requireNumbers() {
 # Bytes are counted as the interfaces count them, with the Ethernet header: 8 Mbit/s are
 # 1,000,000 counted bytes per second. Arguments: router's interface, Mbit/s, milliseconds.
 shape() {
-  # A live tbf is deleted: `replace` keeps its old bucket.
+  # `replace` would keep the old bucket of an existing tbf.
   ip netns exec "$router" tc qdisc del dev "$1" root 2>/dev/null || true
   if [[ $2 != off ]]; then
     # The bucket fills at least once per tick of the kernel, and holds a few full frames.
@@ -73,7 +73,7 @@ delayVerb() {
   detour add
 }
 
-# Leads what the router forwards through the relay, or no longer.
+# Starts or stops routing forwarded packets through the relay.
 detour() {
   local family interface
   for family in -4 -6; do
@@ -142,7 +142,7 @@ recreateVerb() {
   addLink "$i"
   shape "lan$i" "$down" "$buffer"
   addRoutes
-  # Rules name interfaces, not devices: a detour through the relay still stands.
+  # Rules contain names of interfaces, so a detour through the relay remains.
 }
 
 switchVerb() {

@@ -53,7 +53,7 @@ def serve(address, port):
 
 def talk(sockets, active):
     print("ready", flush=True)
-    # Every one of them speaks in every second.
+    # Each of them sends in every second.
     pause = 0.1 if active <= 1000 else 0.5
     while True:
         began = time.monotonic()
@@ -77,7 +77,7 @@ def churn(address, port):
     print("ready", flush=True)
     while True:
         with socket.create_connection((address, int(port))) as connection:
-            # Without the wait for stragglers afterwards, which would use up the ports.
+            # Without TIME_WAIT, which would use up the ports.
             connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, b"\1\0\0\0\0\0\0\0")
             connection.send(b"x" * 100)
 
@@ -93,7 +93,7 @@ def tunnel(address, port):
 
 
 def echo(address, port):
-    # On the processor of who asks, so that none goes to sleep in between.
+    # On the same processor as `ask`, so that it does not sleep in between.
     os.sched_setaffinity(0, {0})
     with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as here:
         here.bind((address, int(port)))

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Steady traffic, held against the interface's own counters."""
+"""Steady traffic, compared with the interface's own counters."""
 
 import time
 
@@ -11,7 +11,7 @@ MEGABIT = 125_000  # bytes
 
 class SteadyTraffic(case.ResidentTestCase):
     def measure(self, interval, seconds, where, direction, meanwhile=lambda: time.sleep(0.1)):
-        """Eight megabits for a while, read and written down."""
+        """Measures eight megabits for a while."""
         self.session.prefer(refreshInterval=interval)
         sender = self.world.sender(where, 8 * MEGABIT, frame=250)
         log = CounterLog(self.world)
@@ -31,7 +31,7 @@ class SteadyTraffic(case.ResidentTestCase):
     def assert_exact(self):
         self.assertLessEqual(abs(self.accuracy.mean_error), 0.02)
         self.assertLessEqual(self.accuracy.worst, 0.1)
-        # Else the comparison would prove nothing.
+        # Otherwise the comparison would prove nothing.
         doubts = self.accuracy.doubts
         self.assertLess(sorted(doubts)[len(doubts) // 2], 0.1)
 
@@ -44,7 +44,7 @@ class SteadyTraffic(case.ResidentTestCase):
         self.assert_exact()
 
     def test_interfaces_that_come_and_go_in_a_neighbouring_container_change_nothing(self):
-        # While they do, the kernel keeps whoever asks about links waiting for tens of milliseconds.
+        # Meanwhile requests about links wait in the kernel for tens of milliseconds.
         def churn():
             self.world.run("router", "sh", "-c", "ip link add other type bridge;"
                            "ip link set other up; ip link del other")

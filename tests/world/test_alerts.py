@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Notices as a real notification server shows them: when they are due, once, and word for word."""
+"""Notices as a real notification server shows them: at the right time, once, with the right text."""
 
 import signal
 import time
@@ -17,7 +17,7 @@ RESTORED = ("Connection Restored", "Internet connectivity has been restored.")
 SPEED = "Speed Dropped Below Threshold"
 LATENCY = "High Latency Detected"
 
-# Long enough for a notice that should not be.
+# Long enough for an unexpected notice to arrive.
 A_WHILE = 2
 
 
@@ -43,7 +43,7 @@ class NoticesTestCase(case.ResidentTestCase):
             self.watch.until(lambda: self.watch.values["MenubarText"] != "↓-- ↑--", 2, "a text")
 
     def assert_shown(self, *texts):
-        """These have been shown, and nothing else comes."""
+        """Waits for these notices, and for a while that no other comes."""
         if texts:
             self.dunst.until_shown(len(texts), 3)
         time.sleep(A_WHILE)
@@ -55,9 +55,8 @@ class TheConnection(NoticesTestCase):
         super().setUp()
         self.send("net", FAST, frame=1000)
 
-    def test_lost_and_restored_is_told_once_each_and_its_presence_at_the_start_is_not(self):
-        self.start()
-        self.settle()
+    def test_lost_and_restored_gives_one_notice_each_and_its_presence_at_the_start_none(self):
+        self.begin()
         self.assert_shown()
         self.carrier("off")
         self.assert_shown(LOST)
@@ -65,7 +64,7 @@ class TheConnection(NoticesTestCase):
         self.assert_shown(LOST, RESTORED)
         self.assertEqual(self.dunst.history(), [LOST, RESTORED])
 
-    def test_missing_at_the_start_is_told_at_once(self):
+    def test_missing_at_the_start_gives_a_notice_at_once(self):
         self.world.do("carrier", "off")
         self.start()
         self.dunst.until_shown(1, 2)
@@ -74,8 +73,7 @@ class TheConnection(NoticesTestCase):
         self.assert_shown(LOST, RESTORED)
 
     def test_restored_twice_leaves_one_notice_of_it(self):
-        self.start()
-        self.settle()
+        self.begin()
         for state in ("off", "on", "off", "on"):
             self.carrier(state)
             time.sleep(0.5)
@@ -84,19 +82,17 @@ class TheConnection(NoticesTestCase):
         self.assertEqual(first, second)
         self.assertEqual(sorted(self.dunst.history()), sorted([LOST, RESTORED]))
 
-    def test_is_not_taken_for_lost_or_slow_after_a_pause_of_the_whole_program(self):
-        self.start()
-        self.settle()
+    def test_does_not_count_as_lost_or_slow_after_a_pause_of_the_whole_program(self):
+        self.begin()
         self.session.resident.send_signal(signal.SIGSTOP)
         time.sleep(5)
         self.session.resident.send_signal(signal.SIGCONT)
         self.watch.next_samples(4, 5)
         self.assert_shown()
 
-    def test_lost_tells_nothing_where_notices_are_switched_off(self):
+    def test_lost_gives_no_notice_while_notices_are_switched_off(self):
         self.session.prefer(refreshInterval=self.INTERVAL, showNotifications=False)
-        self.start()
-        self.settle()
+        self.begin()
         self.carrier("off")
         self.carrier("on")
         self.assert_shown()
@@ -111,9 +107,8 @@ class TheServer(NoticesTestCase):
         super().setUp()
         self.send("net", FAST, frame=1000)
 
-    def test_killed_and_started_anew_shows_the_next_notice(self):
-        self.start()
-        self.settle()
+    def test_killed_and_restarted_shows_the_next_notice(self):
+        self.begin()
         self.carrier("off")
         self.carrier("on")
         self.assert_shown(LOST, RESTORED)
@@ -128,8 +123,7 @@ class TheServer(NoticesTestCase):
         self.assertEqual(self.dunst.history(), [RESTORED])
 
     def test_that_hangs_hinders_nothing_and_shows_the_notice_later(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.dunst.halt()
         self.carrier("off")
         self.carrier("on")
@@ -143,7 +137,7 @@ class TheServer(NoticesTestCase):
 
     def test_that_is_not_there_hinders_nothing(self):
         super(NoticesTestCase, self).start()
-        self.settle()
+        self.watch.next_samples(1, 5, after=0)
         for state in ("off", "on", "off", "on"):
             self.carrier(state)
         self.watch.next_samples(4, 5)
@@ -152,7 +146,7 @@ class TheServer(NoticesTestCase):
 
 class TheLine(NoticesTestCase):
     def start_on_slow_line(self):
-        """Gives back the text of the notice that is due first."""
+        """Returns the text of the first notice."""
         self.send("net", SLOW, frame=1000)
         time.sleep(0.2)
         self.start()
@@ -164,11 +158,11 @@ class TheLine(NoticesTestCase):
     def slow_samples(self):
         return [sample for sample in self.watch.samples if sample.download > 1250]
 
-    def test_that_is_slow_is_told_once(self):
+    def test_that_is_slow_gives_one_notice(self):
         self.assert_shown(self.start_on_slow_line())
 
-    def test_with_a_long_way_is_told_once(self):
-        # No notice of the little that an idle line carries.
+    def test_with_a_high_latency_gives_one_notice(self):
+        # No notice of low speed on the idle line.
         self.session.prefer(refreshInterval=self.INTERVAL, slowSpeedThreshold=0.01)
         self.world.do("delay", 150)
         self.start()
@@ -178,7 +172,7 @@ class TheLine(NoticesTestCase):
         self.assertGreater(latency, 149)
         self.assert_shown((LATENCY, f"Latency is {latency:.0f} ms (threshold: 100 ms)"))
 
-    def test_that_was_just_told_of_keeps_a_loss_quiet_and_not_the_return(self):
+    def test_with_a_recent_notice_keeps_a_loss_quiet_but_not_the_return(self):
         notice = self.start_on_slow_line()
         self.world.do("delay", 150)
         self.watch.until(lambda: self.watch.samples[-1].latency > 149, 10, "a slow probe")
@@ -189,7 +183,7 @@ class TheLine(NoticesTestCase):
         self.assert_shown(notice, RESTORED)
 
     @unittest.skipUnless(case.LONG, "takes more than a minute")
-    def test_that_stays_slow_is_told_of_again_after_a_minute(self):
+    def test_that_stays_slow_gives_another_notice_after_a_minute(self):
         self.start_on_slow_line()
         self.dunst.until_shown(1, 3)
         begin = time.monotonic()

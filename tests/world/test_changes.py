@@ -24,7 +24,7 @@ class SteadyDownload(case.ResidentTestCase):
         self.text_becomes("↓1.0M ↑0K")
 
     def assert_right_again(self):
-        """Within two intervals from now, and for a while."""
+        """Readings are right within two intervals, and stay so."""
         samples = self.watch.next_samples(4, 4 * self.INTERVAL + 5)
         for sample in samples[1:]:
             self.assertAlmostEqual(sample.download, RATE, delta=0.02 * RATE, msg=self.watch.samples)
@@ -39,15 +39,15 @@ class SteadyDownload(case.ResidentTestCase):
 
 
 class ChangingInterfaces(SteadyDownload):
-    def test_deleted_and_made_anew_at_once(self):
+    def test_deleted_and_recreated_at_once(self):
         self.world.do("recreate")
         self.assert_right_again()
 
-    def test_deleted_and_made_anew_later(self):
+    def test_deleted_and_recreated_later(self):
         self.world.do("recreate", 2.5)
         self.assert_right_again()
 
-    def test_deleted_and_made_anew_over_and_over(self):
+    def test_deleted_and_recreated_over_and_over(self):
         for _ in range(5):
             self.world.do("recreate", 0.1)
             time.sleep(0.3)
@@ -60,14 +60,14 @@ class ChangingInterfaces(SteadyDownload):
         self.assert_right_again()
 
     def test_switched_to_one_that_has_moved_much_more(self):
-        # Its counters are far ahead of those that were read until now.
+        # Its counters are much higher than those of the present interface.
         self.world.sender("user", 10_000_000, 3, frame=1500, host="192.168.2.1").wait()
         self.world.sender("net", 10_000_000, 3, frame=1500, host="192.168.2.2").wait()
         self.world.do("switch")
         self.assert_right_again()
 
     def test_routes_that_lead_the_internet_elsewhere_are_followed(self):
-        # As a tunnel does it: the default route stays where it is.
+        # As tunnels do: the default route does not change.
         for half in ("0.0.0.0/1", "128.0.0.0/1"):
             self.world.run("user", "ip", "route", "add", half, "via", "192.168.2.1")
         for sample in self.watch.next_samples(3, 10)[1:]:
@@ -112,7 +112,7 @@ class ChangingInterfaces(SteadyDownload):
 
 
 class OtherInterfaces(SteadyDownload):
-    # While interfaces come and go, the kernel lets a reader of counters wait for some milliseconds.
+    # While interfaces come and go, readers of counters wait in the kernel for some milliseconds.
     INTERVAL = 2.0
 
     def test_forty_come_and_go_and_change_nothing(self):

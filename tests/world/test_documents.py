@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What the documents say of the bus is what the resident does there."""
+"""The documents describe the bus interface as the resident offers it."""
 
 import json
 import pathlib
@@ -20,7 +20,7 @@ OBJECT = (INTERFACE, "/com/halden/Tidewell")
 
 
 def described():
-    """Every member that the description names: (kind, name, types, whether it is announced)."""
+    """The members in the description: (kind, name, types, whether it is announced)."""
     members = set()
     for name, star, types in re.findall(r"^\| `(\w+)`( \*)? \| `([^`]+)` \|", DESCRIPTION, re.M):
         members.add(("property", name, types, bool(star)))
@@ -34,7 +34,7 @@ def described():
 
 
 def introspected(xml):
-    """The same of what the resident says of itself."""
+    """The same members from introspection."""
     members = set()
     interface = ElementTree.fromstring(xml).find(f"interface[@name='{INTERFACE}']")
     for member in interface:
@@ -52,8 +52,7 @@ def introspected(xml):
 class DocumentsTestCase(case.ResidentTestCase):
     def setUp(self):
         super().setUp()
-        self.start()
-        self.settle()
+        self.begin()
 
     def output(self, *command):
         return subprocess.run(command, env=self.session.environment, check=True, timeout=10,
@@ -97,7 +96,7 @@ class TheWaybarModule(DocumentsTestCase):
 
 
 class Lines:
-    """The lines that a command prints while the test goes on."""
+    """The lines that a command prints during the test."""
 
     def __init__(self, test, *command):
         self.lines = []

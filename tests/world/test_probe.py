@@ -12,7 +12,7 @@ class TheProbe(case.ResidentTestCase):
     INTERVAL = 0.2  # a probe per second
 
     def next_probe(self, timeout=10):
-        """The first sample of those that were begun from now on which carries a new probe."""
+        """The first sample from now on that carries a new probe."""
         after = time.time()
         def found():
             return [sample for sample in self.watch.samples

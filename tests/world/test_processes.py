@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Who uses the network: what the helper prints against programs that count what they send."""
+"""The list of programs: the helper's output compared with programs that count what they send."""
 
 import json
 import os
@@ -50,14 +50,14 @@ class ProcessesTestCase(case.WorldTestCase):
         return self.world.command("user", *command)
 
     def check(self, run):
-        """What holds of every run."""
+        """Checks what is true for every run."""
         self.assertEqual((run.status, run.errors), (0, ""))
         self.assertTrue(run.text.startswith(",bytes_in,bytes_out,\n"))
         self.assertLess(len(run.text), 32768)
         self.assertLessEqual(len(run.rows), 256)
         totals = [received + sent for _, _, received, sent in run.rows]
         self.assertEqual(totals, sorted(totals, reverse=True))
-        # It measures for one; the service gives up after four.
+        # It measures for one second; the service's limit is four.
         self.assertLess(run.seconds, 2.5)
 
 
@@ -99,7 +99,7 @@ class TheKernelsPrograms(ProcessesTestCase):
             self.assertEqual(len(said), 100)
             for one in said:
                 sent = run.of(one["process"])[1]
-                # The end of a TCP connection comes after its last word.
+                # A TCP connection is closed after the count was printed.
                 after = 0 if protocol == "udp" else 3 * 52
                 self.assertLessEqual(one["sent"], sent)
                 self.assertLessEqual(sent, one["sent"] + after)
@@ -280,12 +280,11 @@ class TheResident(case.ResidentTestCase):
         client = nettop.crowd(self.world, "net", "connect", world.USER, nettop.SERVER_PORT, 5, 5)
         self.addCleanup(nettop.end, client)
         self.session.prefer(refreshInterval=self.INTERVAL, trackPerProcess=True)
-        self.start(*([] if WHY_NO_BPF else ["sh", "-c", nettop.WITH_GROUPS, "sh"]))
-        self.settle()
+        self.begin(*([] if WHY_NO_BPF else ["sh", "-c", nettop.WITH_GROUPS, "sh"]))
         wait_until(lambda: f" {server.pid} " in self.processes(), 8, "the downloading program")
         fields = self.processes().split(f" {server.pid} ")[1].split()
-        # 5 connections say 100 bytes ten times a second and hear that they came: programs of one
-        # name are one row, where those of other network namespaces are seen.
+        # 5 connections send 100 bytes ten times a second and receive acknowledgements. Programs of one
+        # name share a row if other network namespaces are visible.
         heard = 152 if WHY_NO_BPF else 152 + 52
         self.assertAlmostEqual(int(fields[1]), 5 * 10 * heard, delta=1100)
         self.assert_alive()

@@ -10,47 +10,39 @@ from harness.world import EIGHT_MEGABITS
 
 class SteadyTraffic(case.ResidentTestCase):
     def test_eight_megabits_read_as_one_megabyte(self):
-        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
+        self.send("net", EIGHT_MEGABITS, frame=1000)
         self.start()
         self.text_becomes("↓1.0M ↑0K")
         for sample in self.watch.next_samples(30 if case.LONG else 4, 60):
             self.assertAlmostEqual(sample.download, EIGHT_MEGABITS, delta=10_000)
             self.assertEqual(self.watch.values["MenubarText"], "↓1.0M ↑0K")
-        sender.stop()
 
     def test_directions_are_not_swapped(self):
-        down = self.world.sender("net", 640_000)
-        up = self.world.sender("user", 320_000)
+        self.send("net", 640_000)
+        self.send("user", 320_000)
         self.start()
         sample = self.watch.next_samples(3, 10)[-1]
-        down.stop()
-        up.stop()
         self.assertAlmostEqual(sample.download, 640_000, delta=13_000)
         self.assertAlmostEqual(sample.upload, 320_000, delta=6_500)
 
     def test_a_link_that_is_offered_too_much_reads_as_what_it_carries(self):
         self.world.do("rate", 4, 4)
-        sender = self.world.sender("net", EIGHT_MEGABITS, frame=1000)
+        self.send("net", EIGHT_MEGABITS, frame=1000)
         self.start()
         sample = self.watch.next_samples(3, 10)[-1]
-        sender.stop()
         self.assertAlmostEqual(sample.download, 500_000, delta=10_000)
 
     def test_only_the_interface_that_leads_to_the_internet_counts(self):
-        self.start()
-        self.settle()
+        self.begin()
         # To the other interface's neighbour, not to the internet.
-        sender = self.world.sender("user", EIGHT_MEGABITS, host="192.168.2.1")
+        self.send("user", EIGHT_MEGABITS, host="192.168.2.1")
         samples = self.watch.next_samples(3, 10)
-        sender.stop()
         self.assertTrue(all(sample.upload < 1000 for sample in samples), samples)
-
 
     @unittest.skipUnless(case.LONG, "takes half a minute of full load")
     def test_counters_are_wider_than_32_bits(self):
         sender = self.world.sender("user", 250_000_000, 30, frame=1514, host="192.168.1.1")
-        self.start()
-        self.settle()
+        self.begin()
         self.watch.next_samples(25, 40)
         sender.stop()
         _, sent = self.world.counters()
@@ -63,7 +55,7 @@ class SteadyTraffic(case.ResidentTestCase):
 class NoTraffic(case.ResidentTestCase):
     def test_an_idle_link_reads_as_zero(self):
         self.start()
-        # What is asked of the network at the start, in vain here, is over after some seconds.
+        # The lookups of the start, which fail here, are over after some seconds.
         self.watch.next_samples(6, 15)
         self.text_becomes("↓0K ↑0K")
         for sample in self.watch.next_samples(3, 10):
@@ -97,7 +89,7 @@ class TheInterval(case.ResidentTestCase):
         samples = self.watch.next_samples(20, 15, after=0)
         first = samples[0].timestamp
         for index, sample in enumerate(samples):
-            # Every fifth one pings on the same queue, which delays nothing by a whole period.
+            # Every fifth one pings on the same queue. No sample is late by a whole period.
             self.assertAlmostEqual(sample.timestamp - first, 0.25 * index, delta=0.05)
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What others on the bus ask of the program, a second start of it among them."""
+"""Requests on the bus, also by a second start of the program."""
 
 import shutil
 import subprocess
@@ -11,8 +11,7 @@ from harness.world import RESIDENT
 
 class ASecondStart(case.ResidentTestCase):
     def test_asks_the_first_for_its_panel_and_ends_well(self):
-        self.start()
-        self.settle()
+        self.begin()
         for count in (1, 2):
             second = self.world.start("user", RESIDENT, env=self.session.environment,
                                       stdin=subprocess.DEVNULL)
@@ -24,8 +23,7 @@ class ASecondStart(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_after_the_end_of_the_first_is_a_first_one(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.assert_ends_well()
         self.session.start_resident()
         self.watch.next_samples(2, 5)
@@ -35,20 +33,18 @@ class ASecondStart(case.ResidentTestCase):
 
 class Requests(case.ResidentTestCase):
     def test_for_windows_are_passed_on(self):
-        self.start()
-        self.settle()
+        self.begin()
         for method in ("OpenDetail", "OpenSettings", "OpenPanel"):
             self.session.busctl("call", method)
         self.watch.until(lambda: len(self.watch.windows) == 3, 2, "the requests")
         self.assertEqual(self.watch.windows, ["detail", "settings", "panel"])
 
     def test_for_a_speed_test_without_its_tool_end_without_a_result(self):
-        # A copy by itself: no helper lies beside it.
+        # A copy without helpers next to it.
         lonely = self.session.folder / "bin" / "tidewell"
         lonely.parent.mkdir()
         shutil.copy(RESIDENT, lonely)
-        self.start("sh", "-c", f'exec "{lonely}"')
-        self.settle()
+        self.begin("sh", "-c", f'exec "{lonely}"')
         running = []
         for _ in range(2):
             self.session.busctl("call", "RunSpeedTest")
@@ -63,8 +59,7 @@ class Requests(case.ResidentTestCase):
 
     def test_for_processes_are_answered_with_none_while_nobody_tracks_them(self):
         self.session.prefer(refreshInterval=self.INTERVAL, trackPerProcess=False)
-        self.start()
-        self.settle()
+        self.begin()
         self.assertEqual(self.property("Processes"), "a(isxxxd) 0")
 
     def property(self, name):

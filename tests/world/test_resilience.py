@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Broken tools and a broken bus: fallback values, and never an end."""
+"""Broken tools and a broken bus lead to fallback values, never to an exit."""
 
 import os
 import pathlib
@@ -78,7 +78,7 @@ class BrokenPing(case.ResidentTestCase):
                 self.assert_ends_well()
                 self.session.kill_bus()
 
-    def test_hanging_does_not_hinder_the_end_and_leaves_no_process_behind(self):
+    def test_hanging_does_not_delay_the_exit_and_leaves_no_process(self):
         self.start(*self.fake("trap '' TERM; exec sleep 987654\n"))
         hanging = ["pgrep", "-f", "-s", str(self.session.resident.pid), "sleep 987654"]
         wait_until(lambda: subprocess.run(hanging, stdout=subprocess.DEVNULL).returncode == 0, 5,
@@ -90,9 +90,8 @@ class BrokenPing(case.ResidentTestCase):
 class TheBus(case.ResidentTestCase):
     INTERVAL = 0.2
 
-    def test_killed_and_started_anew_at_the_same_address(self):
-        self.start()
-        self.settle()
+    def test_killed_and_restarted_at_the_same_address(self):
+        self.begin()
         for _ in range(2):
             self.session.kill_bus()
             time.sleep(0.5)
@@ -137,8 +136,7 @@ class TheBus(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_stopped_for_a_while_loses_no_reading(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.bus.send_signal(signal.SIGSTOP)
         time.sleep(2)
         self.session.bus.send_signal(signal.SIGCONT)
@@ -151,8 +149,7 @@ class TheEnd(case.ResidentTestCase):
     INTERVAL = 0.2
 
     def test_comes_on_request_over_the_bus(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.busctl("call", "Quit")
         self.assertEqual(self.session.resident.wait(2), 0)
         self.watch.until(lambda: self.watch.owners[-1:] == [False], 2, "the name given back")
@@ -166,7 +163,7 @@ class TheEnd(case.ResidentTestCase):
             self.assert_ends_well()
 
     def started(self):
-        """`ip netns exec` has become the resident."""
+        """Whether `ip netns exec` has executed the resident."""
         name = pathlib.Path(f"/proc/{self.session.resident.pid}/comm").read_text().strip()
         return name == pathlib.Path(RESIDENT).name
 
@@ -177,8 +174,7 @@ class KeptRunning(case.ResidentTestCase):
 
     def setUp(self):
         super().setUp()
-        self.start("sh", "-c", 'exec "$0" --keep-running')
-        self.settle()
+        self.begin("sh", "-c", 'exec "$0" --keep-running')
 
     def child(self):
         pid = self.session.resident.pid
@@ -208,8 +204,7 @@ class ThePreferences(case.ResidentTestCase):
     INTERVAL = 0.5
 
     def test_that_are_garbage_do_no_harm(self):
-        self.start()
-        self.settle()
+        self.begin()
         file = self.session.folder / "config" / "tidewell" / "preferences.toml"
         for content in (b"", b"\xff\xfe\x00garbage", b"refreshInterval = ", b"[[[[",
                         b'refreshInterval = "fast"', b"refreshInterval = nan",

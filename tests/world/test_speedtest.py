@@ -21,12 +21,12 @@ class TheLine(SpeedTestCase):
         self.world.do("rate", 40, 15, 40)
         helper = self.start_helper()
         time.sleep(2)
-        self.server.name_host("")  # whoever looks it up now finds nothing
+        self.server.name_host("")  # later lookups fail
         self.finish(helper)
         self.assertEqual(self.status, 0, self.output)
         self.assert_near(self.measured("Downlink capacity"), 40 * SHARE, 2)
         self.assert_near(self.measured("Uplink capacity"), 15 * SHARE, 2)
-        # Alone it was a line of 0.1 ms; under load its queues hold 40 ms.
+        # An idle round trip takes 0.1 ms; under load the queues hold 40 ms.
         self.assertGreater(self.measured("Responsiveness"), 400)
         self.assertLess(self.measured("Responsiveness"), 1600)
         self.assertLess(self.seconds, 30)
@@ -45,7 +45,7 @@ class TheLine(SpeedTestCase):
 
 class TheHelper(SpeedTestCase):
     def end_after(self, seconds, **changes):
-        """Asks it to end; gives back how long that took."""
+        """Asks it to end after some seconds. Returns its output."""
         helper = self.start_helper(**changes)
         time.sleep(seconds)
         asked = time.monotonic()
@@ -100,8 +100,7 @@ class TheResident(case.ResidentTestCase):
 
     def test_publishes_what_one_helper_has_measured(self):
         self.world.do("rate", 20, 8, 40)
-        self.start()
-        self.settle()
+        self.begin()
         for _ in range(2):
             self.session.busctl("call", "RunSpeedTest")
         wait_until(lambda: self.helpers() == 1, 2, "the helper")
@@ -119,8 +118,7 @@ class TheResident(case.ResidentTestCase):
         self.assert_ends_well()
 
     def test_takes_its_helper_along_when_it_ends(self):
-        self.start()
-        self.settle()
+        self.begin()
         self.session.busctl("call", "RunSpeedTest")
         wait_until(lambda: self.helpers() == 1, 2, "the helper")
         time.sleep(1)

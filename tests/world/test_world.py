@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The world itself: what it promises is what the other tests stand on."""
+"""The world itself, which all other tests rely on."""
 
 import statistics
 import subprocess
@@ -33,7 +33,7 @@ class TheSender(case.WorldTestCase):
 
 class TheLink(case.WorldTestCase):
     def measure(self, where, rate):
-        """The rate that arrives at the far end of a link that is offered too much."""
+        """The rate that arrives at the far end of an overloaded link."""
         receiver = "user" if where == "net" else "net"
         sender = self.world.sender(where, rate, frame=1000)
         time.sleep(0.3)  # the bucket is empty by then
@@ -155,7 +155,7 @@ class TheScript(case.WorldTestCase):
         subprocess.run([SCRIPT, "up", self.world.name], check=True)
         self.assertEqual(self.world.run("user", "cat", "/sys/class/net/eth0/address"), before)
 
-    def test_leaves_nothing_behind(self):
+    def test_removes_everything(self):
         self.world.do("delay", 5)
         left_over = self.world.start("user", "sleep", "1000")
         self.world.down()
@@ -164,7 +164,7 @@ class TheScript(case.WorldTestCase):
         self.assertEqual(subprocess.run(["pgrep", "-f", f"delayRelay.*{self.world.name}/"],
                                         stdout=subprocess.DEVNULL).returncode, 1)
 
-    def test_makes_good_a_world_that_was_left_half_made(self):
+    def test_replaces_a_world_that_was_left_incomplete(self):
         self.world.down()
         subprocess.run(["ip", "netns", "add", f"tidewell-{self.world.name}-router"], check=True)
         subprocess.run([SCRIPT, "up", self.world.name], check=True)

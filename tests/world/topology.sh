@@ -29,7 +29,7 @@ addLink() {
   ip link add "eth$i" netns "$user" type veth peer name "lan$i" netns "$router"
   ip -n "$router" link set "lan$i" up
   ip -n "$user" link set "eth$i" up
-  # Addresses that come before the carrier are deaf to IPv6 neighbours for a second.
+  # Addresses set before the carrier ignore IPv6 neighbours for a second.
   ip -n "$router" -batch - <<END
 address add 192.168.$((i + 1)).1/24 dev lan$i
 address add fd00:$((i + 1))::1/64 dev lan$i nodad
@@ -40,11 +40,11 @@ address add fd00:$((i + 1))::2/64 dev eth$i nodad
 END
 }
 
-# The default routes of the user over the present link, and the way back to its lasting addresses.
+# The user's default routes over the present link, and the routes back to its permanent addresses.
 addRoutes() {
   local i
   i=$(<"$state/link")
-  # What a queue holds depends on who fills it, and machines differ in what they take by default.
+  # The length of a queue depends on the congestion control, whose default differs between machines.
   ip -n "$user" route replace default via "192.168.$((i + 1)).1" congctl cubic
   ip -n "$user" -6 route replace default via "fd00:$((i + 1))::1" congctl cubic
   ip -n "$router" route replace 203.0.113.2 via "192.168.$((i + 1)).2"
@@ -55,18 +55,18 @@ configureSpaces() {
   local space
   for space in "$user" "$router" "$net"; do
     ip netns add "$space"
-    # Addresses are good at once, and nobody looks for routers: an idle link is silent.
+    # Addresses are usable at once and no router is searched for, so an idle link is silent.
     ip netns exec "$space" sysctl -qw net.ipv6.conf.all.accept_dad=0 \
       net.ipv6.conf.default.accept_dad=0 net.ipv6.conf.default.router_solicitations=0
     ip -n "$space" link set lo up
   done
-  # An ordinary user may ping. Nobody else would bring back the addresses of a link that was down.
+  # Ordinary users may ping, and addresses survive while a link is down.
   ip netns exec "$user" sysctl -qw net.ipv4.ping_group_range='0 2147483647' \
     net.ipv6.conf.all.keep_addr_on_down=1
   ip netns exec "$router" sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1 \
     net.ipv6.conf.all.keep_addr_on_down=1 net.ipv4.conf.all.rp_filter=0 \
     net.ipv4.conf.default.rp_filter=0
-  # A flood of probes is answered like a single one.
+  # All probes of a flood are answered.
   ip netns exec "$net" sysctl -qw net.ipv4.icmp_ratelimit=0
   for space in "$user" "$net"; do
     ip netns exec "$space" nft -f - <<'END'
@@ -108,7 +108,7 @@ raiseWorld() {
   trap removeWorld EXIT # until it is complete
   mkdir -p "$state" "/etc/netns/$user"
   echo 'nameserver 9.9.9.9' >"/etc/netns/$user/resolv.conf"
-  # The namespace's own names can only be laid over a file that is there; bare systems have none.
+  # The namespace's hosts file is mounted over /etc/hosts, which minimal systems lack.
   [[ -e /etc/hosts ]] || echo '127.0.0.1 localhost' >/etc/hosts
   echo 0 >"$state/link"
   configureSpaces
@@ -128,7 +128,7 @@ removeWorld() {
   rm -f "$state/complete"
   for space in "$user" "$router" "$net"; do
     [[ -e /run/netns/$space ]] || continue
-    # What still runs inside would keep the namespace alive without a name.
+    # Processes inside would keep the namespace alive without a name.
     for pid in $(ip netns pids "$space"); do
       kill -KILL "$pid" 2>/dev/null || true
     done

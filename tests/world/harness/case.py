@@ -41,8 +41,9 @@ class ResidentTestCase(WorldTestCase):
         """Constant traffic until the test ends."""
         self.addCleanup(self.world.sender(where, rate, **options).stop)
 
-    def settle(self):
-        """Waits for the first reading."""
+    def begin(self, *wrapper):
+        """Starts everything and waits for the first reading."""
+        self.start(*wrapper)
         return self.watch.next_samples(1, 5 + self.INTERVAL, after=0)[0]
 
     def text_becomes(self, text, timeout=5):

@@ -24,7 +24,7 @@ printf '%s\\t%s\\t%s\\n' "$DUNST_ID" "$DUNST_SUMMARY" "$DUNST_BODY" >>{log}
 
 
 class Dunst:
-    """Every notice that it shows, a replacement too, is one of `shown`, in their order."""
+    """`shown` lists every notice that it shows, replacements included, in order."""
 
     def __init__(self, world, session):
         self._world = world
@@ -78,7 +78,7 @@ class Dunst:
         wait_until(lambda: len(self.shown) >= count, timeout, f"{count} notices")
 
     def history(self):
-        """The notices that there are by dunst's own account, oldest first: title and body."""
+        """The notices in dunst's history, oldest first: title and body."""
         self._ask("close-all")
         wait_until(lambda: "displayed: 0" in self._ask("count"), 5, "the notices closed")
         entries = json.loads(self._ask("history"))["data"][0]

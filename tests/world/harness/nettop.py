@@ -1,4 +1,4 @@
-"""The helper that tells who uses the network, and what is run for it to see."""
+"""The helper that lists programs, and programs for it to list."""
 
 import json
 import os
@@ -16,22 +16,22 @@ CROWD = pathlib.Path(world.SCRIPT).parent / "crowd.py"
 CAPABILITIES = "cap_bpf,cap_net_admin,cap_perfmon=p"
 SERVER_PORT = 7000
 
-# Where `ip netns exec` has put a fresh /sys over that of the machine.
+# `ip netns exec` mounts another /sys, without control groups.
 WITH_GROUPS = 'mount -t cgroup2 none /sys/fs/cgroup && exec "$@"'
 
-# The longest that loading the programs takes on a busy machine, and the shortest: what begins
-# after it and ends before a second is wholly inside the second that is measured.
+# Loading the eBPF programs takes at most so many seconds. What starts after that and ends within a second
+# lies completely inside the measured second.
 LEAD = 0.2
 
 
 def why_no_bpf():
-    """None where the kernel takes the programs, else the reason."""
+    """None if the kernel accepts the programs, otherwise the reason."""
     result = subprocess.run([HELPER, "--route=bpf"], capture_output=True, text=True)
     return None if result.returncode == 0 else result.stderr.strip()
 
 
 class Run:
-    """One run of the helper, from now on."""
+    """A run of the helper, which starts now."""
 
     def __init__(self, command):
         self._began = time.monotonic()

@@ -16,8 +16,8 @@ HOST = "speed.example"
 ADDRESS = "9.9.9.9"
 PORT = 8443
 LARGE_BYTES = 8_000_000_000
-# A disk's file system fills its cache when the large file is read for the first time, which takes
-# the server so much time that it sends less than a gigabit a second. This one gives zeros at once.
+# On a disk, the first read of the large file fills the page cache, which limits the server to less than a
+# gigabit a second. A file system in memory does not.
 _FOLDERS = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
 
 
@@ -52,7 +52,7 @@ class Authority:
 
 
 class QualityServer:
-    """nghttpd in the net: it answers with files and throws away what is posted to it."""
+    """nghttpd in the net. It answers with files and discards uploads."""
 
     def __init__(self, world, start=True):
         self.world = world
@@ -66,7 +66,7 @@ class QualityServer:
         (self.documents / "upload").write_text("ok")
         (self.documents / "configuration").write_text(document())
         self.name_host(ADDRESS)
-        # As servers that answer in time do: what waits in a socket delays every reply behind it.
+        # As responsive servers do: data waiting in a socket delays every later reply.
         world.run("net", "sysctl", "-qw", "net.ipv4.tcp_notsent_lowat=16384")
         self.process = None
         if start:
@@ -82,12 +82,12 @@ class QualityServer:
         wait_until(lambda: f":{port} " in self.world.run("net", "ss", "-ltnH"), 5, "the server")
 
     def name_host(self, address):
-        """Lets the user's machine find HOST there; nowhere when the address is empty."""
+        """Resolves HOST to the address on the user's machine, or to nothing if it is empty."""
         hosts = pathlib.Path(f"/etc/netns/tidewell-{self.world.name}-user/hosts")
         hosts.write_text(f"127.0.0.1 localhost\n{address} {HOST}\n" if address else "")
 
     def environment(self, port=PORT, path="configuration"):
-        """What the helper has to be told."""
+        """The helper's environment."""
         return {"PATH": os.environ["PATH"], "HOME": str(self.folder), "LANG": "de_DE.UTF-8",
                 "TIDEWELL_SPEEDTEST_CONFIG": f"https://{HOST}:{port}/{path}",
                 "SSL_CERT_FILE": str(self.authority.certificate),

@@ -1,4 +1,4 @@
-"""The base of what is tested of the speed test's helper: a server in a world, and the helper."""
+"""The base of the tests of the speed test's helper: a server in a world, and the helper."""
 
 import re
 import subprocess
@@ -22,7 +22,7 @@ class SpeedTestCase(case.WorldTestCase):
         return process
 
     def finish(self, process, timeout=45):
-        """Waits for the end; gives back what was measured and what was complained of."""
+        """Waits for its end. Returns its output and its errors."""
         output, errors = process.communicate(timeout=timeout)
         self.seconds = time.monotonic() - self.began
         self.status = process.returncode
@@ -31,7 +31,7 @@ class SpeedTestCase(case.WorldTestCase):
         return output, errors
 
     def measured(self, name):
-        """The number in a line of the output, None without one."""
+        """The number in a line of the output, or None."""
         found = re.search(rf"^{name}: (?:\w+ \()?([\d.]+) (?:Mbps|RPM\))$", self.output, re.M)
         return float(found[1]) if found else None
 

@@ -14,9 +14,9 @@ USER = "203.0.113.2"
 PROBED = "1.1.1.1"
 DISCARD = "9"
 
-# Bytes per second on the interface when eight megabits per second of IP packets flow in frames of
-# 1,000 bytes, 14 of which are the Ethernet header. Without it a rate would stand on the very edge
-# between two texts, "1000K" and "1.0M", and each reading might fall to either side.
+# Bytes per second on the interface for eight megabits per second of IP packets in frames of 1,000 bytes,
+# with 14 bytes of Ethernet header each. Without the header the rate would be on the border between the
+# texts "1000K" and "1.0M".
 EIGHT_MEGABITS = 1_000_000 * 1000 // 986
 
 # SECONDS TIMES: prints a rate for each span.
@@ -37,7 +37,7 @@ for _ in range(int(sys.argv[2])):
 _numbers = itertools.count()
 
 
-# Where CTest does not say what to test, it is the development build.
+# Outside of CTest the development build is tested.
 _BUILD = HERE.parent.parent / "build" / "dev"
 _TOOLS = pathlib.Path(os.environ.get("TIDEWELL_WORLD_TOOLS", _BUILD / "tests" / "world"))
 RESIDENT = os.environ.get("TIDEWELL_RESIDENT", str(_BUILD / "src" / "tidewell"))
@@ -55,14 +55,14 @@ def sender(where, rate, seconds=86400, frame=500, host=None):
 
 
 def check():
-    """None where worlds can be made, else the reason."""
+    """None if this machine allows worlds, otherwise the reason."""
     result = subprocess.run([SCRIPT, "check"], capture_output=True, text=True)
     return None if result.returncode == 0 else result.stdout.strip() or result.stderr.strip()
 
 
 class World:
     def __init__(self, name=None):
-        """A new world, or the one of that name, which stands already."""
+        """Creates a world, or uses the existing one of that name."""
         self.name = name or f"{os.getpid()}-{next(_numbers)}"
         self._call("up", self.name)
 
@@ -94,8 +94,8 @@ class World:
         return int(received), int(sent)
 
     def rates(self, seconds, times=1, where="user"):
-        """Bytes a second that eth0 receives, in one process: starting one for each reading takes too
-        long on a busy machine."""
+        """Bytes a second that eth0 receives. One process takes all readings: starting one for each takes
+        too long on a busy machine."""
         text = self.run(where, "python3", "-c", _RATES, seconds, times)
         return [float(rate) for rate in text.split()]
 
