@@ -46,7 +46,8 @@ VirtualLoop::VirtualLoop(VirtualScheduler& scheduler, WorkQueue& queue)
   scheduler.whenIdle(queue, [this] { return turn(); });
 }
 
-std::unique_ptr<FdWatch> VirtualLoop::watch(int descriptor, std::uint32_t events, FdHandler handler) {
+std::unique_ptr<FdWatch> VirtualLoop::watch(int descriptor, std::uint32_t events,
+                                            FdHandler handler) {
   epoll_event event{events, {.u64 = m_nextHandler}};
   if (::epoll_ctl(m_epoll.get(), EPOLL_CTL_ADD, descriptor, &event) != 0) {
     return nullptr;
