@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
-#include <thread>
 #include <vector>
 
 namespace tidewell::test {
@@ -149,29 +148,6 @@ TEST_P(PreferencesStoreContract, MayGoWhileAnObserverRuns) {
   loop.post([&] { isServed = true; });
   ASSERT_TRUE(runUntil(loop, [&] { return isServed; }));
   EXPECT_EQ(calls, 1);
-}
-
-TEST_P(PreferencesStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
-  constexpr int writes = 20;
-  int told = 0;
-  const auto main = std::this_thread::get_id();
-  const auto count = [&](const std::optional<PreferenceValue>&) {
-    EXPECT_EQ(std::this_thread::get_id(), main);
-    ++told;
-  };
-  const Subscription first = store.observe("a", count);
-  const Subscription second = store.observe("b", count);
-  const auto write = [&](const char* key) {
-    for (std::int64_t number = 0; number < writes; ++number) {
-      store.set(key, number);
-      EXPECT_EQ(store.value(key), PreferenceValue(number));
-    }
-  };
-  std::thread one(write, "a");
-  std::thread two(write, "b");
-  EXPECT_TRUE(runUntil(loop, [&] { return told == 2 * writes; }));
-  one.join();
-  two.join();
 }
 
 } // namespace

@@ -1,16 +1,13 @@
 #include "platform/linux/files/AutostartLoginItem.h"
 
-#include "platform/linux/files/AtomicFile.h"
-#include "platform/linux/files/DesktopEntry.h"
-#include "platform/linux/files/DirectoryLock.h"
 #include "platform/linux/files/FilePath.h"
+#include "platform/linux/files/FileReplacement.h"
 #include "platform/linux/process/Keeper.h"
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
-#include <string_view>
 #include <utility>
 
 #include <unistd.h>
@@ -18,6 +15,21 @@
 namespace tidewell {
 
 namespace {
+
+// Escapes what is special between double quotes, and doubles "%".
+std::string quotedArgument(std::string_view argument) {
+  constexpr std::string_view special = "\"`$\\";
+  std::string result = "\"";
+  for (const char character : argument) {
+    if (special.find(character) != std::string_view::npos) {
+      result += '\\';
+    } else if (character == '%') {
+      result += '%';
+    }
+    result += character;
+  }
+  return result + '"';
+}
 
 std::string entryFor(const std::string& programPath) {
   return "[Desktop Entry]\n"
@@ -28,7 +40,7 @@ std::string entryFor(const std::string& programPath) {
          "Exec=" +
          execValue(programPath) + " " + std::string(keepRunningOption) +
          "\n"
-         // Without the program the entry means nothing: it may be left when the program is removed.
+         // Disables the entry once the program is gone: uninstalling leaves the entry.
          "TryExec=" +
          stringValue(programPath) +
          "\n"
@@ -60,11 +72,7 @@ std::optional<std::string> AutostartLoginItem::registerItem() {
     return description(directory, lock.error());
   }
   constexpr mode_t readableByAll = 0644;
-  AtomicFile file(m_entryPath, readableByAll);
-  if (const auto error = file.prepare(entryFor(m_programPath))) {
-    return description(m_entryPath, error);
-  }
-  if (const auto error = file.commit()) {
+  if (const auto error = replaceFile(m_entryPath, entryFor(m_programPath), readableByAll)) {
     return description(m_entryPath, error);
   }
   return std::nullopt;
@@ -86,6 +94,33 @@ std::string runningProgram() {
     path.resize(path.size() - deletedMark.size());
   }
   return path;
+}
+
+std::string stringValue(std::string_view text) {
+  std::string result;
+  for (const char character : text) {
+    switch (character) {
+    case '\\':
+      result += "\\\\";
+      break;
+    case '\n':
+      result += "\\n";
+      break;
+    case '\t':
+      result += "\\t";
+      break;
+    case '\r':
+      result += "\\r";
+      break;
+    default:
+      result += character;
+    }
+  }
+  return result;
+}
+
+std::string execValue(std::string_view programPath) {
+  return stringValue(quotedArgument(programPath));
 }
 
 } // namespace tidewell
