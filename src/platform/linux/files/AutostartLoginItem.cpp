@@ -16,21 +16,6 @@ namespace tidewell {
 
 namespace {
 
-// Escapes what is special between double quotes, and doubles "%".
-std::string quotedArgument(std::string_view argument) {
-  constexpr std::string_view special = "\"`$\\";
-  std::string result = "\"";
-  for (const char character : argument) {
-    if (special.find(character) != std::string_view::npos) {
-      result += '\\';
-    } else if (character == '%') {
-      result += '%';
-    }
-    result += character;
-  }
-  return result + '"';
-}
-
 std::string entryFor(const std::string& programPath) {
   return "[Desktop Entry]\n"
          "Type=Application\n"
@@ -64,9 +49,6 @@ std::optional<std::string> AutostartLoginItem::registerItem() {
     return "the program's own path is unknown";
   }
   const std::string directory = directoryOf(m_entryPath);
-  if (const auto error = makeDirectories(directory)) {
-    return description(directory, error);
-  }
   const DirectoryLock lock(directory);
   if (lock.error()) {
     return description(directory, lock.error());
@@ -97,30 +79,28 @@ std::string runningProgram() {
 }
 
 std::string stringValue(std::string_view text) {
+  constexpr std::string_view special = "\\\n\t\r";
+  constexpr std::string_view letters = "\\ntr";
   std::string result;
   for (const char character : text) {
-    switch (character) {
-    case '\\':
-      result += "\\\\";
-      break;
-    case '\n':
-      result += "\\n";
-      break;
-    case '\t':
-      result += "\\t";
-      break;
-    case '\r':
-      result += "\\r";
-      break;
-    default:
-      result += character;
-    }
+    const std::size_t index = special.find(character);
+    result += index == special.npos ? std::string{character} : std::string{'\\', letters[index]};
   }
   return result;
 }
 
 std::string execValue(std::string_view programPath) {
-  return stringValue(quotedArgument(programPath));
+  constexpr std::string_view special = "\"`$\\";
+  std::string argument = "\"";
+  for (const char character : programPath) {
+    if (special.find(character) != special.npos) {
+      argument += '\\';
+    } else if (character == '%') {
+      argument += '%';
+    }
+    argument += character;
+  }
+  return stringValue(argument + '"');
 }
 
 } // namespace tidewell

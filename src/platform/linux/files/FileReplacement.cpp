@@ -94,8 +94,11 @@ std::error_code writeNew(const std::string& newPath, const std::string& path,
 
 } // namespace
 
-DirectoryLock::DirectoryLock(const std::string& directory)
-    : m_directory(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+DirectoryLock::DirectoryLock(const std::string& directory) : m_error(makeDirectories(directory)) {
+  if (m_error) {
+    return;
+  }
+  m_directory = FileDescriptor(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!m_directory.isOpen()) {
     m_error = lastError();
     return;

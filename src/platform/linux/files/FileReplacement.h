@@ -14,7 +14,7 @@ namespace tidewell {
 /// releases it when the process ends, however it ends.
 class DirectoryLock {
 public:
-  /// Waits for the lock for at most a second.
+  /// Creates the directory if it is missing. Waits for the lock for at most a second.
   explicit DirectoryLock(const std::string& directory);
 
   /// Why the lock is not held. A file system without locks is no error.

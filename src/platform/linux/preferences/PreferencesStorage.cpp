@@ -45,11 +45,7 @@ PreferencesStorage::Reading PreferencesStorage::read() const {
 
 std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues& changes,
                                                           const PreferenceValues& known) const {
-  const std::string directory = directoryOf(m_path);
-  if (makeDirectories(directory)) {
-    return std::nullopt;
-  }
-  const DirectoryLock lock(directory);
+  const DirectoryLock lock(directoryOf(m_path));
   if (lock.error()) {
     return std::nullopt;
   }
