@@ -62,6 +62,8 @@ TEST(PreferencesText, ANewKeyGoesToTheEndOfTheTopLevel) {
   EXPECT_EQ(with("a = 1\r\n", "b", true), "a = 1\r\nb = true\r\n");
   EXPECT_EQ(with("a = 1\n\n# about it\n[table]\nb = 2\n", "b", true),
             "a = 1\nb = true\n\n# about it\n[table]\nb = 2\n");
+  EXPECT_EQ(with("# mine\n\n# about it\n[table]\n", "b", true),
+            "# mine\nb = true\n\n# about it\n[table]\n");
   EXPECT_EQ(with("[table]\n", "b", true), "b = true\n\n[table]\n");
   EXPECT_EQ(with("a = [\n[1],\n]\n[[list]]\n", "b", true),
             "a = [\n[1],\n]\nb = true\n\n[[list]]\n");
