@@ -1,8 +1,8 @@
-// Any bytes as the preferences file, then any value into it: the result is valid, holds the value
-// and keeps every other one.
+// Any bytes as the preferences file, then any value into it: the result is intact, holds the value,
+// keeps every other one and, of an intact file, all bytes around the value.
 
 #include "platform/linux/preferences/PreferencesText.h"
-#include "platform/linux/preferences/TomlText.h"
+#include "base/Utf8.h"
 #include "support/Require.h"
 
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <variant>
 
 using tidewell::fuzz::require;
 
@@ -39,6 +40,16 @@ PreferenceValue valueFrom(std::uint8_t choice, std::string_view bytes) {
   }
 }
 
+// The bytes of the text before that the text after lacks.
+std::string_view replaced(std::string_view before, std::string_view after) {
+  const auto begin = std::ranges::mismatch(before, after).in1 - before.begin();
+  before.remove_prefix(begin);
+  after.remove_prefix(begin);
+  const auto end =
+      std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend()).first;
+  return before.substr(0, before.rend() - end);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -51,14 +62,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   PreferencesText preferences(text);
   const tidewell::PreferenceValues before = preferences.values();
-  require(preferences.set(key, value));
+  const std::string beforeText = preferences.text();
+  require(!preferences.isIntact() || beforeText == text);
+  preferences.set(key, value);
 
   const PreferencesText again(preferences.text());
   require(again.isIntact());
+  require(again.text() == preferences.text());
   require(isSame(again.values().at(key), value));
   for (const auto& [other, stored] : before) {
     require(other == key || isSame(again.values().at(other), stored));
   }
   require(again.values().size() == before.size() + (before.contains(key) ? 0 : 1));
+
+  const std::string_view gone = replaced(beforeText, again.text());
+  require(gone.empty() || text.find(key) != text.npos || text.find('\\') != text.npos);
+  const bool wasWord = before.contains(key) && !std::holds_alternative<std::string>(before.at(key));
+  require(!wasWord || gone.find_first_of("=#\n") == gone.npos);
   return 0;
 }

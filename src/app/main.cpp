@@ -9,7 +9,7 @@
 #include "platform/linux/bus/LoginSession.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/files/AutostartLoginItem.h"
-#include "platform/linux/files/ConfigurationDirectory.h"
+#include "platform/linux/files/FilePath.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/SystemClock.h"
 #include "platform/linux/network/DeviceTable.h"

@@ -64,4 +64,16 @@ bool isUtf8(std::string_view bytes) {
   return true;
 }
 
+std::string validUtf8(std::string_view bytes) {
+  constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
+  std::string text;
+  while (!bytes.empty()) {
+    const auto character = firstCharacter(bytes);
+    const std::size_t size = character ? character->size : 1;
+    text += character ? bytes.substr(0, size) : replacementCharacter;
+    bytes.remove_prefix(size);
+  }
+  return text;
+}
+
 } // namespace tidewell

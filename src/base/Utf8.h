@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tidewell {
@@ -19,5 +20,8 @@ struct Utf8Character {
 
 /// Whether the bytes are well-formed UTF-8.
 [[nodiscard]] bool isUtf8(std::string_view bytes);
+
+/// The bytes with U+FFFD for each one that is not part of a well-formed character.
+[[nodiscard]] std::string validUtf8(std::string_view bytes);
 
 } // namespace tidewell

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "base/Observers.h"
+#include "base/Scheduler.h"
 
-#include <cmath>
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,38 +21,8 @@ using PreferenceValue = std::variant<bool, std::int64_t, double, std::string>;
 /// Stored preferences under their keys.
 using PreferenceValues = std::map<std::string, PreferenceValue, std::less<>>;
 
-/// Whether both have the same type and value. Unlike "==" it takes one not-a-number for another.
-[[nodiscard]] inline bool isSame(const PreferenceValue& left, const PreferenceValue& right) {
-  const auto* leftReal = std::get_if<double>(&left);
-  const auto* rightReal = std::get_if<double>(&right);
-  if (leftReal != nullptr && rightReal != nullptr && std::isnan(*leftReal)) {
-    return std::isnan(*rightReal);
-  }
-  return left == right;
-}
-
-/// The user's persistent preferences: typed values under text keys, shared with other writers.
-class PreferencesStore {
-public:
-  /// Hears the new value of a key, none when the key is gone.
-  using Observer = std::function<void(const std::optional<PreferenceValue>&)>;
-
-  PreferencesStore() = default;
-  PreferencesStore(const PreferencesStore&) = delete;
-  PreferencesStore& operator=(const PreferencesStore&) = delete;
-  virtual ~PreferencesStore() = default;
-
-  /// The stored value; none when the key was never written. Any thread.
-  [[nodiscard]] virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-
-  /// Stores a value. Every later reader in this process sees it, even when the disk refused it.
-  /// Any thread.
-  virtual void set(std::string_view key, PreferenceValue value) = 0;
-
-  /// Calls the observer on the main thread after each change of the key's value, whoever made it;
-  /// not for a write of an equal value, and not for the value present now. Main thread.
-  [[nodiscard]] virtual Subscription observe(std::string_view key, Observer observer) = 0;
-};
+/// Whether both have the same type and value. Unlike `==`, it considers NaN equal to NaN.
+[[nodiscard]] bool isSame(const PreferenceValue& left, const PreferenceValue& right);
 
 /// The value as a T, or nullopt if it has another type. An integer is also a double.
 template <class T> [[nodiscard]] std::optional<T> as(const std::optional<PreferenceValue>& value) {
@@ -66,5 +37,43 @@ template <class T> [[nodiscard]] std::optional<T> as(const std::optional<Prefere
   const auto* const stored = std::get_if<T>(&*value);
   return stored == nullptr ? std::nullopt : std::optional<T>(*stored);
 }
+
+/// The user's persistent preferences: typed values under text keys, shared with other writers.
+class PreferencesStore {
+public:
+  /// Receives the new value of a key, or nullopt if the key was removed.
+  using Observer = std::function<void(const std::optional<PreferenceValue>&)>;
+
+  /// Borrows the queue on which observers run.
+  explicit PreferencesStore(WorkQueue& main);
+  PreferencesStore(const PreferencesStore&) = delete;
+  PreferencesStore& operator=(const PreferencesStore&) = delete;
+  virtual ~PreferencesStore() = default;
+
+  /// The stored value, or nullopt if the key is absent.
+  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;
+
+  /// Stores a value. Every later reader in this process sees it, even if the disk refused it.
+  virtual void set(std::string_view key, PreferenceValue value) = 0;
+
+  /// Calls the observer for each later change of the key's value, whoever made it: once, in order,
+  /// and never inside `set`. Writing an equal value is no change.
+  [[nodiscard]] Subscription observe(std::string_view key, Observer observer);
+
+protected:
+  [[nodiscard]] const PreferenceValues& values() const { return m_values; }
+
+  /// Replaces all values and notifies the observers of those that differ.
+  void replaceValues(PreferenceValues values);
+
+private:
+  struct Observed;
+
+  void announce(const std::string& key, const std::optional<PreferenceValue>& value);
+
+  WorkQueue& m_main;
+  PreferenceValues m_values;
+  std::shared_ptr<Observed> m_observed;
+};
 
 } // namespace tidewell

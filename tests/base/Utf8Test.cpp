@@ -26,5 +26,12 @@ TEST(Utf8, RefusesEverythingElse) {
   }
 }
 
+TEST(Utf8, ReplacesEachByteThatIsNotPartOfIt) {
+  EXPECT_EQ(validUtf8("plain ↓ 🌊"), "plain ↓ 🌊");
+  EXPECT_EQ(validUtf8("\xC0\x80"), "\uFFFD\uFFFD");
+  EXPECT_EQ(validUtf8("x\xED\xA0\x80y"), "x\uFFFD\uFFFD\uFFFDy");
+  EXPECT_EQ(validUtf8("\xF0\x9F\x8C"), "\uFFFD\uFFFD\uFFFD");
+}
+
 } // namespace
 } // namespace tidewell::test

@@ -47,7 +47,7 @@ VALUES = {"bus": _STATES, "ui": _STATES, "ui/application": _STATES}
 
 # Libraries that only some rooms may include.
 OUTSIDE = {
-    re.compile(r"systemd/|linux/|toml"): ["platform/linux", "app", "helpers"],
+    re.compile(r"systemd/|linux/"): ["platform/linux", "app", "helpers"],
     re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/application"],
 }

@@ -1,15 +1,88 @@
-#include "contract/PreferencesStoreContract.h"
+#include "platform/PreferencesStore.h"
 
+#include "platform/linux/loop/EpollLoop.h"
+#include "platform/linux/preferences/PreferencesFile.h"
+#include "platform/linux/preferences/PreferencesStorage.h"
+#include "support/FakePreferencesStore.h"
 #include "support/LoopRunner.h"
+#include "support/TemporaryDirectory.h"
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <limits>
-#include <thread>
+#include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace tidewell::test {
 namespace {
+
+/// A store under test together with the other writers that it shares its values with.
+class StoreUnderTest {
+public:
+  StoreUnderTest() = default;
+  StoreUnderTest(const StoreUnderTest&) = delete;
+  StoreUnderTest& operator=(const StoreUnderTest&) = delete;
+  virtual ~StoreUnderTest() = default;
+
+  [[nodiscard]] virtual PreferencesStore& store() = 0;
+  /// Stores a value behind the store's back.
+  virtual void writeFromOutside(std::string_view key, const PreferenceValue& value) = 0;
+  /// Removes every value behind the store's back.
+  virtual void clearFromOutside() = 0;
+};
+
+/// One way to make a store; the contract holds for all of them.
+struct StoreKind {
+  std::string name;
+  std::function<std::unique_ptr<StoreUnderTest>(EventLoop&)> make;
+};
+
+class PreferencesStoreContract : public testing::TestWithParam<StoreKind> {
+protected:
+  EpollLoop loop;
+  std::unique_ptr<StoreUnderTest> world = GetParam().make(loop);
+  PreferencesStore& store = world->store();
+};
+
+class FakeStore final : public StoreUnderTest {
+public:
+  explicit FakeStore(EventLoop& loop) : m_store(loop) {}
+  PreferencesStore& store() override { return m_store; }
+  void writeFromOutside(std::string_view key, const PreferenceValue& value) override {
+    m_store.set(key, value);
+  }
+  void clearFromOutside() override { m_store.clear(); }
+
+private:
+  FakePreferencesStore m_store;
+};
+
+class FileStore final : public StoreUnderTest {
+public:
+  explicit FileStore(EventLoop& loop) : m_store(m_path, loop) {}
+  PreferencesStore& store() override { return m_store; }
+  void writeFromOutside(std::string_view key, const PreferenceValue& value) override {
+    EXPECT_TRUE(PreferencesStorage(m_path).write({{std::string(key), value}}, {}));
+  }
+  void clearFromOutside() override { std::filesystem::remove(m_path); }
+
+private:
+  TemporaryDirectory m_directory;
+  std::string m_path = (m_directory / "tidewell/preferences.toml").string();
+  PreferencesFile m_store;
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Stores, PreferencesStoreContract,
+    testing::Values(
+        StoreKind{"fake", [](EventLoop& loop) { return std::make_unique<FakeStore>(loop); }},
+        StoreKind{"file", [](EventLoop& loop) { return std::make_unique<FileStore>(loop); }}),
+    [](const auto& kind) { return kind.param.name; });
 
 using Heard = std::vector<std::optional<PreferenceValue>>;
 using namespace std::string_literals;
@@ -149,29 +222,6 @@ TEST_P(PreferencesStoreContract, MayGoWhileAnObserverRuns) {
   loop.post([&] { isServed = true; });
   ASSERT_TRUE(runUntil(loop, [&] { return isServed; }));
   EXPECT_EQ(calls, 1);
-}
-
-TEST_P(PreferencesStoreContract, TakesWritesFromAnyThreadAndTellsThemOnMain) {
-  constexpr int writes = 20;
-  int told = 0;
-  const auto main = std::this_thread::get_id();
-  const auto count = [&](const std::optional<PreferenceValue>&) {
-    EXPECT_EQ(std::this_thread::get_id(), main);
-    ++told;
-  };
-  const Subscription first = store.observe("a", count);
-  const Subscription second = store.observe("b", count);
-  const auto write = [&](const char* key) {
-    for (std::int64_t number = 0; number < writes; ++number) {
-      store.set(key, number);
-      EXPECT_EQ(store.value(key), PreferenceValue(number));
-    }
-  };
-  std::thread one(write, "a");
-  std::thread two(write, "b");
-  EXPECT_TRUE(runUntil(loop, [&] { return told == 2 * writes; }));
-  one.join();
-  two.join();
 }
 
 } // namespace

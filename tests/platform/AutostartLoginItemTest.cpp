@@ -1,6 +1,5 @@
 #include "platform/linux/files/AutostartLoginItem.h"
 
-#include "platform/linux/files/DesktopEntry.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/linux/files/ConfigurationDirectory.h"
+#include "platform/linux/files/FilePath.h"
 
 #include <gtest/gtest.h>
 

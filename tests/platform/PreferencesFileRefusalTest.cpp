@@ -1,5 +1,6 @@
 // A disk that refuses, and things in the file's place that are no file.
 
+#include "platform/linux/files/FileReading.h"
 #include "support/StoredFile.h"
 
 #include <cerrno>
@@ -177,6 +178,10 @@ TEST_F(PreferencesFileRefusal, AFileOfAGibibyteIsNotReadButKept) {
   fs::resize_file(path, 1ULL << 30U);
   expectThatWritingReplacesIt();
   EXPECT_EQ(fs::file_size(keptAside()[0]), 1ULL << 30U);
+}
+
+TEST_F(PreferencesFileRefusal, AFileThatHasMoreBytesThanItsSizeIsNotRead) {
+  EXPECT_EQ(readFile("/proc/self/stat", 4096).outcome, FileReading::Outcome::unreadable);
 }
 
 TEST_F(PreferencesFileRefusal, AValueThatWouldMakeTheFileUnreadableStaysInMemoryAndHoldsUpNoOther) {

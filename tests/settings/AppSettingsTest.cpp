@@ -15,6 +15,8 @@
 namespace tidewell::test {
 namespace {
 
+using namespace std::string_literals;
+
 class FakeLoginItem final : public LoginItem {
 public:
   std::optional<std::string> registerItem() override { return called("register"); }
@@ -40,79 +42,71 @@ protected:
   AppSettings settings{store, loginItem};
 };
 
+// A property: its key, its default, another value, and how it is read and written.
+struct Property {
+  const char* key;
+  PreferenceValue byDefault;
+  PreferenceValue other;
+  std::function<PreferenceValue(const AppSettings&)> read;
+  std::function<void(AppSettings&, const PreferenceValue&)> write;
+};
+
+template <class T, class Written>
+Property property(const char* key, T byDefault, T other, T (AppSettings::*read)() const,
+                  void (AppSettings::*write)(Written)) {
+  return {key, byDefault, other, [read](const AppSettings& settings) { return (settings.*read)(); },
+          [write](AppSettings& settings, const PreferenceValue& value) {
+            (settings.*write)(std::get<T>(value));
+          }};
+}
+
+std::vector<Property> properties() {
+  using S = AppSettings;
+  return {
+      property("launchAtLogin", false, true, &S::launchAtLogin, &S::setLaunchAtLogin),
+      property("checkForUpdates", true, false, &S::checkForUpdates, &S::setCheckForUpdates),
+      property("refreshInterval", 2.0, 5.0, &S::refreshInterval, &S::setRefreshInterval),
+      property("monitorInterface", "all"s, "wlan0"s, &S::monitorInterface, &S::setMonitorInterface),
+      property("trackPerProcess", true, false, &S::trackPerProcess, &S::setTrackPerProcess),
+      property("slowSpeedThreshold", 10.0, 25.0, &S::slowSpeedThreshold, &S::setSlowSpeedThreshold),
+      property("highLatencyThreshold", 100.0, 50.0, &S::highLatencyThreshold,
+               &S::setHighLatencyThreshold),
+      property("showNotifications", true, false, &S::showNotifications, &S::setShowNotifications),
+      property("hasCompletedOnboarding", false, true, &S::hasCompletedOnboarding,
+               &S::setHasCompletedOnboarding),
+      property<std::int64_t>("dataRetentionDays", 30, 90, &S::dataRetentionDays,
+                             &S::setDataRetentionDays),
+      property("showUploadInMenubar", true, false, &S::showUploadInMenubar,
+               &S::setShowUploadInMenubar),
+  };
+}
+
 void expectDefaults(const AppSettings& settings) {
-  EXPECT_FALSE(settings.launchAtLogin());
-  EXPECT_TRUE(settings.checkForUpdates());
-  EXPECT_EQ(settings.refreshInterval(), 2.0);
-  EXPECT_EQ(settings.monitorInterface(), "all");
-  EXPECT_TRUE(settings.trackPerProcess());
-  EXPECT_EQ(settings.slowSpeedThreshold(), 10.0);
-  EXPECT_EQ(settings.highLatencyThreshold(), 100.0);
-  EXPECT_TRUE(settings.showNotifications());
-  EXPECT_FALSE(settings.hasCompletedOnboarding());
-  EXPECT_EQ(settings.dataRetentionDays(), 30);
-  EXPECT_TRUE(settings.showUploadInMenubar());
+  for (const Property& property : properties()) {
+    EXPECT_EQ(property.read(settings), property.byDefault) << property.key;
+  }
 }
 
 TEST_F(AppSettingsTest, AFreshUserReadsTheDefaultsWhichAreNotStored) {
   expectDefaults(settings);
-  for (const auto key :
-       {"launchAtLogin", "refreshInterval", "monitorInterface", "dataRetentionDays"}) {
-    EXPECT_EQ(store.value(key), std::nullopt);
+  for (const Property& property : properties()) {
+    EXPECT_EQ(store.value(property.key), std::nullopt);
   }
   EXPECT_TRUE(loginItem.calls.empty());
 }
 
 TEST_F(AppSettingsTest, EachPropertyIsStoredUnderItsNameWithItsType) {
-  settings.setLaunchAtLogin(true);
-  settings.setCheckForUpdates(false);
-  settings.setRefreshInterval(5.0);
-  settings.setMonitorInterface("wlan0");
-  settings.setTrackPerProcess(false);
-  settings.setSlowSpeedThreshold(25.0);
-  settings.setHighLatencyThreshold(50.0);
-  settings.setShowNotifications(false);
-  settings.setHasCompletedOnboarding(true);
-  settings.setDataRetentionDays(90);
-  settings.setShowUploadInMenubar(false);
-
-  EXPECT_EQ(store.value("launchAtLogin"), PreferenceValue(true));
-  EXPECT_EQ(store.value("checkForUpdates"), PreferenceValue(false));
-  EXPECT_EQ(store.value("refreshInterval"), PreferenceValue(5.0));
-  EXPECT_EQ(store.value("monitorInterface"), PreferenceValue(std::string("wlan0")));
-  EXPECT_EQ(store.value("trackPerProcess"), PreferenceValue(false));
-  EXPECT_EQ(store.value("slowSpeedThreshold"), PreferenceValue(25.0));
-  EXPECT_EQ(store.value("highLatencyThreshold"), PreferenceValue(50.0));
-  EXPECT_EQ(store.value("showNotifications"), PreferenceValue(false));
-  EXPECT_EQ(store.value("hasCompletedOnboarding"), PreferenceValue(true));
-  EXPECT_EQ(store.value("dataRetentionDays"), PreferenceValue(std::int64_t{90}));
-  EXPECT_EQ(store.value("showUploadInMenubar"), PreferenceValue(false));
+  for (const Property& property : properties()) {
+    property.write(settings, property.other);
+    EXPECT_EQ(store.value(property.key), property.other) << property.key;
+  }
 }
 
 TEST_F(AppSettingsTest, EachPropertyReadsWhatAnotherWriterStored) {
-  store.set("launchAtLogin", true);
-  store.set("checkForUpdates", false);
-  store.set("refreshInterval", 5.0);
-  store.set("monitorInterface", std::string("wlan0"));
-  store.set("trackPerProcess", false);
-  store.set("slowSpeedThreshold", 25.0);
-  store.set("highLatencyThreshold", 50.0);
-  store.set("showNotifications", false);
-  store.set("hasCompletedOnboarding", true);
-  store.set("dataRetentionDays", std::int64_t{90});
-  store.set("showUploadInMenubar", false);
-
-  EXPECT_TRUE(settings.launchAtLogin());
-  EXPECT_FALSE(settings.checkForUpdates());
-  EXPECT_EQ(settings.refreshInterval(), 5.0);
-  EXPECT_EQ(settings.monitorInterface(), "wlan0");
-  EXPECT_FALSE(settings.trackPerProcess());
-  EXPECT_EQ(settings.slowSpeedThreshold(), 25.0);
-  EXPECT_EQ(settings.highLatencyThreshold(), 50.0);
-  EXPECT_FALSE(settings.showNotifications());
-  EXPECT_TRUE(settings.hasCompletedOnboarding());
-  EXPECT_EQ(settings.dataRetentionDays(), 90);
-  EXPECT_FALSE(settings.showUploadInMenubar());
+  for (const Property& property : properties()) {
+    store.set(property.key, property.other);
+    EXPECT_EQ(property.read(settings), property.other) << property.key;
+  }
   EXPECT_TRUE(loginItem.calls.empty());
 }
 

@@ -1,61 +1,33 @@
 #pragma once
 
-#include "platform/PreferenceChanges.h"
 #include "platform/PreferencesStore.h"
 
-#include <mutex>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace tidewell::test {
 
-/// Preferences in memory, which tell their observers on `main` as the real ones do.
+/// Preferences in memory.
 class FakePreferencesStore final : public PreferencesStore {
 public:
-  explicit FakePreferencesStore(WorkQueue& main) : m_changes(main) {}
-
-  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const override {
-    const std::scoped_lock lock(m_mutex);
-    const auto found = m_values.find(key);
-    return found == m_values.end() ? std::nullopt : std::optional(found->second);
-  }
+  using PreferencesStore::PreferencesStore;
 
   void set(std::string_view key, PreferenceValue value) override {
-    const std::scoped_lock lock(m_mutex);
-    const auto [entry, isNew] = m_values.try_emplace(std::string(key), value);
-    if (isNew || !isSame(entry->second, value)) {
-      entry->second = value;
-      m_changes.push(std::string(key), std::move(value));
-    }
+    PreferenceValues changed = values();
+    changed.insert_or_assign(std::string(key), std::move(value));
+    replaceValues(std::move(changed));
   }
 
   /// Removes a value, as another writer may.
   void remove(std::string_view key) {
-    const std::scoped_lock lock(m_mutex);
-    if (const auto found = m_values.find(key); found != m_values.end()) {
-      m_values.erase(found);
-      m_changes.push(std::string(key), std::nullopt);
-    }
+    PreferenceValues changed = values();
+    changed.erase(std::string(key));
+    replaceValues(std::move(changed));
   }
 
   /// Removes every value, as another writer may.
-  void clear() {
-    const std::scoped_lock lock(m_mutex);
-    for (const auto& [key, value] : std::exchange(m_values, {})) {
-      m_changes.push(key, std::nullopt);
-    }
-  }
-
-  [[nodiscard]] Subscription observe(std::string_view key, Observer observer) override {
-    return m_changes.observe(key, std::move(observer));
-  }
-
-private:
-  PreferenceChanges m_changes;
-  mutable std::mutex m_mutex;
-  PreferenceValues m_values; // guarded by m_mutex
+  void clear() { replaceValues({}); }
 };
 
 } // namespace tidewell::test

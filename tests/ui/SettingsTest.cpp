@@ -240,14 +240,13 @@ TEST_F(SettingsTest, RegistersTheLoginItemAndStaysOnWhenThatFails) {
 // A store that ignores all writes.
 class ClosedStore final : public PreferencesStore {
 public:
-  [[nodiscard]] std::optional<PreferenceValue> value(std::string_view) const override { return {}; }
+  using PreferencesStore::PreferencesStore;
   void set(std::string_view, PreferenceValue) override { ++attempts; }
-  [[nodiscard]] Subscription observe(std::string_view, Observer) override { return {}; }
   int attempts = 0;
 };
 
 TEST_F(SettingsTest, ShowsWhatIsStoredWhenAWriteIsRefused) {
-  ClosedStore closed;
+  ClosedStore closed(scheduler.main());
   AppSettings unchanging(closed, loginItem);
   view = std::make_unique<SettingsView>(unchanging, closed);
   toggle("Show Upload Speed").click();

@@ -1,7 +1,7 @@
 #include "helpers/networkQuality/SpeedTest.h"
 
 #include "helpers/networkQuality/LineRun.h"
-#include "platform/linux/files/ConfigurationDirectory.h"
+#include "platform/linux/files/FilePath.h"
 #include "platform/linux/files/FileReading.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 #include "ui/application/Preferences.h"
 
-#include "platform/linux/files/ConfigurationDirectory.h"
 #include "platform/linux/files/FilePath.h"
 
 #include <unistd.h>

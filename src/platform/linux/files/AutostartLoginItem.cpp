@@ -1,16 +1,13 @@
 #include "platform/linux/files/AutostartLoginItem.h"
 
-#include "platform/linux/files/AtomicFile.h"
-#include "platform/linux/files/DesktopEntry.h"
-#include "platform/linux/files/DirectoryLock.h"
 #include "platform/linux/files/FilePath.h"
+#include "platform/linux/files/FileReplacement.h"
 #include "platform/linux/process/Keeper.h"
 
 #include <array>
 #include <cerrno>
 #include <climits>
 #include <cstddef>
-#include <string_view>
 #include <utility>
 
 #include <unistd.h>
@@ -28,7 +25,7 @@ std::string entryFor(const std::string& programPath) {
          "Exec=" +
          execValue(programPath) + " " + std::string(keepRunningOption) +
          "\n"
-         // Without the program the entry means nothing: it may be left when the program is removed.
+         // Disables the entry once the program is gone: uninstalling leaves the entry.
          "TryExec=" +
          stringValue(programPath) +
          "\n"
@@ -52,19 +49,12 @@ std::optional<std::string> AutostartLoginItem::registerItem() {
     return "the program's own path is unknown";
   }
   const std::string directory = directoryOf(m_entryPath);
-  if (const auto error = makeDirectories(directory)) {
-    return description(directory, error);
-  }
   const DirectoryLock lock(directory);
   if (lock.error()) {
     return description(directory, lock.error());
   }
   constexpr mode_t readableByAll = 0644;
-  AtomicFile file(m_entryPath, readableByAll);
-  if (const auto error = file.prepare(entryFor(m_programPath))) {
-    return description(m_entryPath, error);
-  }
-  if (const auto error = file.commit()) {
+  if (const auto error = replaceFile(m_entryPath, entryFor(m_programPath), readableByAll)) {
     return description(m_entryPath, error);
   }
   return std::nullopt;
@@ -86,6 +76,31 @@ std::string runningProgram() {
     path.resize(path.size() - deletedMark.size());
   }
   return path;
+}
+
+std::string stringValue(std::string_view text) {
+  constexpr std::string_view special = "\\\n\t\r";
+  constexpr std::string_view letters = "\\ntr";
+  std::string result;
+  for (const char character : text) {
+    const std::size_t index = special.find(character);
+    result += index == special.npos ? std::string{character} : std::string{'\\', letters[index]};
+  }
+  return result;
+}
+
+std::string execValue(std::string_view programPath) {
+  constexpr std::string_view special = "\"`$\\";
+  std::string argument = "\"";
+  for (const char character : programPath) {
+    if (special.find(character) != special.npos) {
+      argument += '\\';
+    } else if (character == '%') {
+      argument += '%';
+    }
+    argument += character;
+  }
+  return stringValue(argument + '"');
 }
 
 } // namespace tidewell

@@ -4,14 +4,15 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tidewell {
 
-/// The login item as an XDG autostart entry, which every desktop's session starts.
+/// The login item as an XDG autostart entry, which the sessions of all desktops start.
 class AutostartLoginItem final : public LoginItem {
 public:
-  /// The entry lies in `autostart` below the user's configuration directory and starts the program
-  /// of this absolute path.
+  /// The entry lies in `autostart` in the user's configuration directory and starts the program of
+  /// this absolute path.
   AutostartLoginItem(const std::string& configurationDirectory, std::string programPath);
 
   [[nodiscard]] std::optional<std::string> registerItem() override;
@@ -22,8 +23,15 @@ private:
   std::string m_programPath;
 };
 
-/// The absolute path of the program that runs in this process, also when it was replaced by a
-/// newer one since; empty when the kernel does not tell.
+/// The absolute path of this process's program, even if a newer one has replaced it since. Empty if
+/// the kernel does not know.
 [[nodiscard]] std::string runningProgram();
+
+/// A value of type string, escaped as the Desktop Entry specification requires.
+[[nodiscard]] std::string stringValue(std::string_view text);
+
+/// The Exec value that starts the program of this path without arguments, quoted and escaped as the
+/// Desktop Entry specification requires, whatever the path contains.
+[[nodiscard]] std::string execValue(std::string_view programPath);
 
 } // namespace tidewell

@@ -4,7 +4,9 @@
 #include <cerrno>
 #include <climits>
 #include <cstddef>
+#include <cstdlib>
 
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,7 +14,7 @@ namespace tidewell {
 
 namespace {
 
-// The kernel gives up after as many links (path_resolution(7)).
+// The kernel follows at most 40 symlinks (path_resolution(7)).
 constexpr std::size_t mostLinks = 40;
 
 std::string withoutTrailingSlashes(std::string path) {
@@ -34,6 +36,16 @@ std::error_code makeDirectory(const std::string& path) {
                                    : std::make_error_code(std::errc::not_a_directory);
   }
   return error;
+}
+
+bool isAbsolute(const char* path) { return path != nullptr && *path == '/'; }
+
+std::string homeOfUser() {
+  std::array<char, 4096> buffer{};
+  passwd entry{};
+  passwd* found = nullptr;
+  ::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found);
+  return found != nullptr && isAbsolute(found->pw_dir) ? found->pw_dir : "/";
 }
 
 } // namespace
@@ -71,6 +83,17 @@ std::error_code makeDirectories(const std::string& path) {
   }
   const std::error_code errorAbove = makeDirectories(directoryOf(path));
   return errorAbove ? errorAbove : makeDirectory(path);
+}
+
+std::string configurationDirectory(const char* xdgConfigHome, const char* home) {
+  if (isAbsolute(xdgConfigHome)) {
+    return xdgConfigHome;
+  }
+  return (isAbsolute(home) ? home : homeOfUser()) + "/.config";
+}
+
+std::string configurationDirectory() {
+  return configurationDirectory(std::getenv("XDG_CONFIG_HOME"), std::getenv("HOME"));
 }
 
 } // namespace tidewell

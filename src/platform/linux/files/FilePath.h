@@ -11,17 +11,25 @@ namespace tidewell {
 /// The last system call's error.
 [[nodiscard]] std::error_code lastError();
 
-/// The directory that holds the file of this absolute path.
+/// The directory of the file of this absolute path.
 [[nodiscard]] std::string directoryOf(const std::string& path);
 
 /// The path's last part.
 [[nodiscard]] std::string nameOf(const std::string& path);
 
-/// The path and every path that its symbolic links lead to, the last of which is no link (it need
-/// not exist). Links in directories on the way are the kernel's business.
+/// The path and every path that its symbolic links lead to. The last one is no link and need not
+/// exist. Does not look at links in directories on the way.
 [[nodiscard]] std::vector<std::string> linkChain(const std::string& path);
 
-/// Makes the directory and those above it where they are missing, for the user alone.
+/// Creates the directory and its parents if they are missing, for the user alone.
 [[nodiscard]] std::error_code makeDirectories(const std::string& path);
+
+/// The user's configuration directory by the XDG Base Directory specification, given the values of
+/// XDG_CONFIG_HOME and HOME (null if unset): the first if it is an absolute path, else ".config" in
+/// the home directory, which the user database knows if HOME does not.
+[[nodiscard]] std::string configurationDirectory(const char* xdgConfigHome, const char* home);
+
+/// The same from this process's environment.
+[[nodiscard]] std::string configurationDirectory();
 
 } // namespace tidewell

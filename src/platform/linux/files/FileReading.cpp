@@ -2,36 +2,15 @@
 
 #include "platform/linux/loop/FileDescriptor.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace tidewell {
-
-namespace {
-
-// False when there is more than the limit, or an error.
-bool readAll(const FileDescriptor& file, std::string& contents, std::size_t limit) {
-  contents.resize(limit + 1);
-  std::size_t size = 0;
-  while (size < contents.size()) {
-    const ssize_t count = ::read(file.get(), contents.data() + size, contents.size() - size);
-    if (count == 0) {
-      break;
-    }
-    if (count > 0) {
-      size += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
-      return false;
-    }
-  }
-  contents.resize(size);
-  return size <= limit;
-}
-
-} // namespace
 
 FileReading readFile(const std::string& path, std::size_t limit) {
   using Outcome = FileReading::Outcome;
@@ -46,11 +25,20 @@ FileReading readFile(const std::string& path, std::size_t limit) {
     return {Outcome::unreadable, {}};
   }
   // One byte beyond the present size tells a file that grows from one that does not.
-  FileReading reading{Outcome::read, {}};
-  if (!readAll(file, reading.contents, static_cast<std::size_t>(status.st_size))) {
+  std::string contents(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t size = 0;
+  for (ssize_t count = 1; count != 0 && size < contents.size();) {
+    count = ::read(file.get(), contents.data() + size, contents.size() - size);
+    if (count < 0 && errno != EINTR) {
+      return {Outcome::unreadable, {}};
+    }
+    size += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+  }
+  if (size == contents.size()) {
     return {Outcome::unreadable, {}};
   }
-  return reading;
+  contents.resize(size);
+  return {Outcome::read, std::move(contents)};
 }
 
 } // namespace tidewell

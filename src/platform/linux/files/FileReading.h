@@ -5,7 +5,7 @@
 
 namespace tidewell {
 
-/// What came of reading a file.
+/// A file's contents, or why there are none.
 struct FileReading {
   enum class Outcome { absent, read, unreadable };
 
@@ -13,8 +13,8 @@ struct FileReading {
   std::string contents; // empty unless read
 };
 
-/// Reads a regular file of `limit` bytes at the most; anything else is unreadable, a file that
-/// grows while it is read included. Follows links, never blocks on a pipe or a device.
+/// Reads a regular file of at most `limit` bytes. Anything else is unreadable, and so is a file
+/// that grows meanwhile. Follows links, and never blocks on a pipe or a device.
 [[nodiscard]] FileReading readFile(const std::string& path, std::size_t limit);
 
 } // namespace tidewell

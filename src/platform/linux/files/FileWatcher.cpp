@@ -57,7 +57,7 @@ bool FileWatcher::open() {
   return m_watch != nullptr;
 }
 
-// Watches the directory of the path, or the nearest one above it that exists.
+// Watches the directory of the path, or the nearest existing one above it.
 bool FileWatcher::add(NamesOfWatch& names, const std::string& path) const {
   constexpr int attempts = 64; // directories come and go while we look
   std::string child = path;

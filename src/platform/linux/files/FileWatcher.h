@@ -13,25 +13,23 @@
 
 namespace tidewell {
 
-/// Has a file descriptor watched on the main thread, like `EventLoop::watch`.
+/// Watches a file descriptor, like `EventLoop::watch`.
 using WatchDescriptor = std::function<std::unique_ptr<FdWatch>(int descriptor, std::uint32_t events,
                                                                EventLoop::FdHandler handler)>;
 
-/// Tells when the file of a path may have changed: rewritten, replaced, removed, made anew, its
-/// mode changed, or a symbolic link on the way to it pointed elsewhere. Where directories are
-/// missing it waits for them. Main thread.
+/// Reports when the file of a path may have changed: rewritten, replaced, removed, created, its
+/// mode changed, or a symbolic link on the way to it changed. Waits for missing directories.
 class FileWatcher {
 public:
-  /// Hears of a change; `isFinished` when a writer has just closed or replaced the file, so that
-  /// it holds all that it is meant to hold.
+  /// Called after a change. `isFinished` if a writer has just closed or replaced the file, so that
+  /// it is complete.
   using Observer = std::function<void(bool isFinished)>;
 
-  /// Watches nothing until `arm`.
+  /// Watches nothing before `arm`.
   FileWatcher(std::string path, WatchDescriptor watch, Observer observer);
 
-  /// Finds out where the path leads now, and watches that. The owner calls it before it reads the
-  /// file, at first and after each change, and some time later when it gives false: the kernel
-  /// refused.
+  /// Watches what the path leads to now. The owner calls it before reading the file, at first and
+  /// after each change. Returns false if the kernel refused; the owner then tries again later.
   [[nodiscard]] bool arm();
 
 private:

@@ -7,16 +7,14 @@
 
 namespace tidewell {
 
-/// The preferences file on the disk. One thread at a time; other processes may use the same file.
+/// The preferences file on the disk, which other processes may use too.
 class PreferencesStorage {
 public:
-  /// What came of reading.
   struct Reading {
     enum class Outcome {
-      absent,     // nobody wrote the file yet, or somebody removed it
-      intact,     // all of it was understood
-      broken,     // the values are those that could be saved from it
-      unreadable, // nothing is known of it
+      absent, // not written yet, or removed
+      intact,
+      broken, // the values are those that can be read
     };
 
     Outcome outcome = Outcome::absent;
@@ -30,10 +28,10 @@ public:
   /// Reads the file.
   [[nodiscard]] Reading read() const;
 
-  /// Puts the changes into the file, which keeps everything else, and syncs it to the disk. Into a
-  /// file that has to be replaced because it is broken or unreadable go all `known` values as well,
-  /// once the old one has been kept aside. The values of the file as it is then; none when the
-  /// disk refused, in which case the file is what it was.
+  /// Puts the changes into the file, keeps everything else, and syncs the file to the disk. A
+  /// broken file is kept aside; the one that replaces it also has all `known` values that the
+  /// broken one lacks. Returns the file's values, or nullopt if the disk refused, in which case the
+  /// file is unchanged.
   [[nodiscard]] std::optional<PreferenceValues> write(const PreferenceValues& changes,
                                                       const PreferenceValues& known) const;
 

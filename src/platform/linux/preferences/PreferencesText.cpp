@@ -1,14 +1,10 @@
 #include "platform/linux/preferences/PreferencesText.h"
 
-#include "platform/linux/preferences/PreferencesRepair.h"
-#include "platform/linux/preferences/TomlDocument.h"
-#include "platform/linux/preferences/TomlText.h"
+#include "platform/linux/preferences/TomlValue.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <optional>
 #include <utility>
-#include <vector>
 
 namespace tidewell {
 
@@ -16,133 +12,173 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-std::size_t startOf(std::string_view text) {
-  return text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0;
+// A line, or as many as its value has.
+struct Statement {
+  enum class Kind { blank, comment, assignment, header, invalid };
+
+  Kind kind = Kind::blank;
+  std::string_view text;
+  std::optional<std::string> key; // of an assignment, unless it is dotted
+  std::size_t valueBegin = 0;
+  std::size_t valueEnd = 0;
+  TomlValue value;
+};
+
+void skipBlanks(std::string_view& text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
 }
 
-std::string_view lineEndOf(std::string_view text) {
-  return text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
+bool skip(std::string_view& text, std::string_view expected) {
+  const bool isThere = text.starts_with(expected);
+  text.remove_prefix(isThere ? expected.size() : 0);
+  return isThere;
 }
 
-std::string_view lineAt(std::string_view text, std::size_t begin) {
-  std::string_view line = text.substr(begin, text.find('\n', begin) - begin);
-  line.remove_prefix(std::min(line.find_first_not_of(" \t\r"), line.size()));
-  return line;
+void skipLine(std::string_view& text) {
+  const std::size_t newline = text.find('\n');
+  text.remove_prefix(newline == text.npos ? text.size() : newline + 1);
 }
 
-// The start of a header's line, moved up over the comment that belongs to it and blank lines.
-std::size_t aboveHeader(std::string_view text, std::size_t header) {
-  std::size_t position = header;
-  bool isWithinComment = true;
-  while (position > startOf(text)) {
-    const std::size_t newline = text.rfind('\n', position - 2);
-    const std::size_t begin =
-        position < 2 || newline == std::string_view::npos ? startOf(text) : newline + 1;
-    const std::string_view line = lineAt(text, begin);
-    isWithinComment = isWithinComment && line.starts_with('#');
-    if (!isWithinComment && !line.empty()) {
-      break;
+// Skips blanks, a comment and the end of the line. False if something else comes first.
+bool skipLineEnd(std::string_view& text) {
+  skipBlanks(text);
+  const bool isEnd = text.empty() || text.front() == '#' || text.front() == '\n' || text == "\r" ||
+                     text.starts_with("\r\n");
+  skipLine(text);
+  return isEnd;
+}
+
+// Reads a key, which has a name unless it is dotted.
+bool readKey(std::string_view& text, std::optional<std::string>& name) {
+  bool isDotted = false;
+  do {
+    skipBlanks(text);
+    auto part = readTomlKey(text);
+    if (!part) {
+      return false;
     }
-    position = begin;
-  }
-  return position;
+    name = isDotted ? std::nullopt : std::move(part);
+    isDotted = true;
+    skipBlanks(text);
+  } while (skip(text, "."));
+  return true;
 }
 
-// Where a new line for the top level may go, best first; the last one is always right.
-std::vector<std::size_t> placesForLine(std::string_view text) {
-  constexpr std::size_t mostHeaders = 8; // an array or a string may have lines that look like one
-  std::vector<std::size_t> places{text.size()};
-  for (std::size_t begin = startOf(text); begin < text.size() && places.size() <= mostHeaders;) {
-    if (lineAt(text, begin).starts_with('[')) {
-      places.push_back(aboveHeader(text, begin));
-    }
-    const std::size_t newline = text.find('\n', begin);
-    begin = newline == std::string_view::npos ? text.size() : newline + 1;
-  }
-  places.push_back(startOf(text));
-  return places;
+bool readHeader(std::string_view& text) {
+  std::optional<std::string> name;
+  const bool isOfArray = skip(text, "[[");
+  return (isOfArray || skip(text, "[")) && readKey(text, name) &&
+         skip(text, isOfArray ? "]]" : "]");
 }
 
-std::string withLine(std::string_view text, std::size_t place, std::string_view line) {
-  const std::string_view end = lineEndOf(text);
-  std::string result(text.substr(0, place));
-  if (place > startOf(text) && text[place - 1] != '\n') {
-    result += end;
+bool readAssignment(std::string_view& text, Statement& statement) {
+  if (!readKey(text, statement.key) || !skip(text, "=")) {
+    return false;
   }
-  result.append(line).append(end);
-  if (place < text.size() && !lineAt(text, place).empty()) {
-    result += end; // a table's header keeps its distance
-  }
-  return result.append(text.substr(place));
+  skipBlanks(text);
+  statement.valueBegin = statement.text.size() - text.size();
+  const auto value = readTomlValue(text);
+  statement.valueEnd = statement.text.size() - text.size();
+  statement.value = value.value_or(TomlValue{});
+  return value.has_value();
 }
 
-std::string textOf(const PreferenceValues& values) {
-  std::string text;
-  for (const auto& [key, value] : values) {
-    text += tomlKey(key) + " = " + tomlText(value) + "\n";
+// Takes the statement at the start of the text. One that is not valid is a single line.
+Statement takeStatement(std::string_view& text) {
+  using Kind = Statement::Kind;
+  Statement statement;
+  statement.text = text;
+  std::string_view rest = text;
+  skipBlanks(rest);
+  bool isValid = true;
+  if (rest.starts_with('#')) {
+    statement.kind = Kind::comment;
+  } else if (rest.starts_with('[')) {
+    statement.kind = Kind::header;
+    isValid = readHeader(rest);
+  } else if (std::string_view end = rest; !skipLineEnd(end)) {
+    statement.kind = Kind::assignment;
+    isValid = readAssignment(rest, statement);
   }
-  return text;
+  if (!isValid || !skipLineEnd(rest)) {
+    statement.kind = Kind::invalid;
+    rest = text;
+    skipLine(rest);
+  }
+  statement.text = text.substr(0, text.size() - rest.size());
+  text = rest;
+  return statement;
 }
 
 } // namespace
 
-PreferencesText::PreferencesText(std::string_view text) : m_text(text) {
-  auto document = TomlDocument::parse(m_text);
-  if (!document) {
-    m_isIntact = false;
-    m_text = repairedPreferences(text);
-    document = TomlDocument::parse(m_text);
+PreferencesText::PreferencesText(std::string_view text) {
+  using Kind = Statement::Kind;
+  m_text = skip(text, byteOrderMark) ? byteOrderMark : "";
+  m_end = m_text.size();
+  std::size_t commentEnd = 0;
+  while (!text.empty()) {
+    const std::size_t begin = m_text.size();
+    Statement statement = takeStatement(text);
+    if (statement.kind == Kind::header) {
+      m_text.append(statement.text).append(text);
+      return;
+    }
+    if (statement.kind == Kind::invalid) {
+      m_isIntact = false;
+      continue;
+    }
+    m_text += statement.text;
+    if (statement.key) {
+      m_values.erase(*statement.key);
+      if (statement.value.preference) {
+        m_values.emplace(*statement.key, *std::move(statement.value.preference));
+      }
+      m_spans.insert_or_assign(*std::move(statement.key),
+                               Span{begin + statement.valueBegin, begin + statement.valueEnd});
+    }
+    // A comment right above the first table belongs to the table.
+    if (statement.kind == Kind::assignment) {
+      m_end = m_text.size();
+    } else if (statement.kind == Kind::comment) {
+      commentEnd = m_text.size();
+    } else {
+      m_end = std::max(m_end, commentEnd);
+    }
   }
-  m_values = document ? document->values() : PreferenceValues{};
+  m_end = m_text.size();
 }
 
-bool PreferencesText::set(std::string_view key, const PreferenceValue& value) {
-  const auto stored = m_values.find(key);
-  if (stored != m_values.end() && isSame(stored->second, value)) {
-    return true;
+void PreferencesText::set(std::string_view key, const PreferenceValue& value) {
+  if (const auto stored = m_values.find(key);
+      stored != m_values.end() && isSame(stored->second, value)) {
+    return;
   }
-  const auto document = TomlDocument::parse(m_text);
-  const std::string others = document ? document->textWithout(key) : std::string();
-  const std::string line = tomlKey(key) + " = " + tomlText(value);
-  if (document && document->contains(key)) {
-    if (const auto span = document->valueSpan(m_text, key)) {
-      std::string candidate = m_text;
-      candidate.replace(span->begin, span->end - span->begin, tomlText(value));
-      if (accept(std::move(candidate), key, value, others)) {
-        return true;
-      }
-    }
-    // The key names a table, or stands in several places: the form is lost, the contents are not.
-    if (accept(line + "\n" + others, key, value, others)) {
-      return true;
-    }
-  } else if (document) {
-    for (const std::size_t place : placesForLine(m_text)) {
-      if (accept(withLine(m_text, place, line), key, value, others)) {
-        return true;
-      }
-    }
+  std::string text = m_text;
+  if (const auto span = m_spans.find(key); span != m_spans.end()) {
+    const auto [begin, end] = span->second;
+    text.replace(begin, end - begin, tomlText(value));
+  } else {
+    text.insert(m_end, lineFor(key, value));
   }
-  m_values.insert_or_assign(std::string(key), value);
-  m_text = textOf(m_values);
-  return false;
+  const bool wasIntact = m_isIntact;
+  *this = PreferencesText(text);
+  m_isIntact = wasIntact;
 }
 
-bool PreferencesText::accept(std::string candidate, std::string_view key,
-                             const PreferenceValue& value, const std::string& others) {
-  const auto document = TomlDocument::parse(candidate);
-  if (!document) {
-    return false;
+std::string PreferencesText::lineFor(std::string_view key, const PreferenceValue& value) const {
+  const std::string_view newline = m_text.find("\r\n") == m_text.npos ? "\n" : "\r\n";
+  const std::string_view before = std::string_view(m_text).substr(0, m_end);
+  std::string_view after = std::string_view(m_text).substr(m_end);
+  std::string line;
+  if (!before.empty() && before != byteOrderMark && !before.ends_with('\n')) {
+    line += newline;
   }
-  PreferenceValues values = document->values();
-  const auto stored = values.find(key);
-  if (stored == values.end() || !isSame(stored->second, value) ||
-      document->textWithout(key) != others) {
-    return false;
+  line.append(tomlKey(key)).append(" = ").append(tomlText(value)).append(newline);
+  if (!after.empty() && takeStatement(after).kind != Statement::Kind::blank) {
+    line += newline; // a table keeps its distance
   }
-  m_text = std::move(candidate);
-  m_values = std::move(values);
-  return true;
+  return line;
 }
 
 } // namespace tidewell

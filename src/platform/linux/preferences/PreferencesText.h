@@ -2,38 +2,47 @@
 
 #include "platform/PreferencesStore.h"
 
+#include <cstddef>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
 namespace tidewell {
 
-/// The preferences file as text: a TOML document whose top-level keys are the preferences.
+/// The preferences file as text: TOML lines "key = value", down to the first table.
 ///
-/// Values are changed in place, so that comments, order, spelling, unknown keys and tables stay as
-/// the user wrote them. Pure.
+/// Changing a value replaces that value alone. Comments, order, spelling, unknown keys and tables
+/// stay as the user wrote them.
 class PreferencesText {
 public:
-  /// Takes any bytes. Of a text that is no valid TOML every line that cannot be read is left out.
+  /// Accepts any bytes. Leaves out every line that is not valid, down to the first table.
   explicit PreferencesText(std::string_view text = {});
 
-  /// Whether the text was valid as it came.
+  /// Whether no line was left out.
   [[nodiscard]] bool isIntact() const { return m_isIntact; }
 
-  /// The valid text.
+  /// The text without what was left out.
   [[nodiscard]] const std::string& text() const { return m_text; }
 
-  /// The preferences in it. Keys of other types (dates, arrays, tables) are not among them.
+  /// The preferences in it. Of two lines for one key the later counts.
   [[nodiscard]] const PreferenceValues& values() const { return m_values; }
 
-  /// Gives a key its value. False when the text had to be made anew of its values, so that what
-  /// else was in it is lost: a way out that no known text takes. Key and value are valid UTF-8.
-  [[nodiscard]] bool set(std::string_view key, const PreferenceValue& value);
+  /// Sets a value where the key stands, or on a new line before the first table.
+  void set(std::string_view key, const PreferenceValue& value);
 
 private:
-  bool accept(std::string candidate, std::string_view key, const PreferenceValue& value,
-              const std::string& others);
+  // A range of bytes of m_text.
+  struct Span {
+    std::size_t begin;
+    std::size_t end;
+  };
+
+  [[nodiscard]] std::string lineFor(std::string_view key, const PreferenceValue& value) const;
 
   std::string m_text;
+  std::map<std::string, Span, std::less<>> m_spans; // where each key's value stands
+  std::size_t m_end = 0;                            // where a new line goes
   PreferenceValues m_values;
   bool m_isIntact = true;
 };
