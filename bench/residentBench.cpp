@@ -6,7 +6,6 @@
 #include "platform/linux/network/RouteSocket.h"
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
-#include "tile/LabelGuide.h"
 #include "tile/TextTile.h"
 
 #include <benchmark/benchmark.h>

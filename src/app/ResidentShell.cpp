@@ -7,7 +7,7 @@
 #include "sampling/SamplerState.h"
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestState.h"
-#include "tile/LabelGuide.h"
+#include "tile/TextTile.h"
 
 #include <string>
 #include <utility>

@@ -8,7 +8,7 @@
 #include "support/FakeLoginItem.h"
 #include "support/FakePreferencesStore.h"
 #include "support/VirtualScheduler.h"
-#include "tile/LabelGuide.h"
+#include "tile/TextTile.h"
 
 #include <gtest/gtest.h>
 
