@@ -11,21 +11,19 @@
 
 namespace tidewell {
 
-/// Carries the changes of a store from the threads that make them to the observers on the main
-/// thread, each change once, in order.
+/// Delivers the changes of a store to its observers on the main queue, each change once, in order.
 class PreferenceChanges {
 public:
   explicit PreferenceChanges(WorkQueue& main);
   PreferenceChanges(const PreferenceChanges&) = delete;
   PreferenceChanges& operator=(const PreferenceChanges&) = delete;
-  /// Drops what was not delivered. Main thread.
+  /// Drops undelivered changes.
   ~PreferenceChanges();
 
-  /// Tells the observers of the key soon. Any thread; the order of the calls is the order of the
-  /// notifications, so the caller holds whatever orders its changes.
+  /// Notifies the key's observers soon, in the order of the calls.
   void push(std::string key, std::optional<PreferenceValue> value);
 
-  /// Registers an observer, which hears what is pushed from now on. Main thread.
+  /// Registers an observer for changes pushed from now on.
   [[nodiscard]] Subscription observe(std::string_view key, PreferencesStore::Observer observer);
 
 private:

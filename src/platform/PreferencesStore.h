@@ -20,7 +20,7 @@ using PreferenceValue = std::variant<bool, std::int64_t, double, std::string>;
 /// Stored preferences under their keys.
 using PreferenceValues = std::map<std::string, PreferenceValue, std::less<>>;
 
-/// Whether both have the same type and value. Unlike "==" it takes one not-a-number for another.
+/// Whether both have the same type and value. Unlike "==", NaN equals NaN.
 [[nodiscard]] inline bool isSame(const PreferenceValue& left, const PreferenceValue& right) {
   const auto* leftReal = std::get_if<double>(&left);
   const auto* rightReal = std::get_if<double>(&right);
@@ -33,7 +33,7 @@ using PreferenceValues = std::map<std::string, PreferenceValue, std::less<>>;
 /// The user's persistent preferences: typed values under text keys, shared with other writers.
 class PreferencesStore {
 public:
-  /// Hears the new value of a key, none when the key is gone.
+  /// Receives the new value of a key, nullopt if the key was removed.
   using Observer = std::function<void(const std::optional<PreferenceValue>&)>;
 
   PreferencesStore() = default;
@@ -41,15 +41,14 @@ public:
   PreferencesStore& operator=(const PreferencesStore&) = delete;
   virtual ~PreferencesStore() = default;
 
-  /// The stored value; none when the key was never written. Any thread.
+  /// The stored value; nullopt if there is none.
   [[nodiscard]] virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
 
-  /// Stores a value. Every later reader in this process sees it, even when the disk refused it.
-  /// Any thread.
+  /// Stores a value. Later readers in this process get it even if the disk refused it.
   virtual void set(std::string_view key, PreferenceValue value) = 0;
 
-  /// Calls the observer on the main thread after each change of the key's value, whoever made it;
-  /// not for a write of an equal value, and not for the value present now. Main thread.
+  /// Calls the observer on the main queue after each change of the key's value by any writer; not
+  /// for a write of an equal value, and not for the current value.
   [[nodiscard]] virtual Subscription observe(std::string_view key, Observer observer) = 0;
 };
 

@@ -16,11 +16,11 @@ void release(std::uintptr_t begin, std::uintptr_t end) {
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
   begin &= ~(page - 1);
   end = (end + page - 1) & ~(page - 1);
-  // The linker tells addresses as numbers. NOLINTNEXTLINE(performance-no-int-to-ptr)
+  // The linker gives addresses as numbers. NOLINTNEXTLINE(performance-no-int-to-ptr)
   ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
 }
 
-/// Only what was never writable: dropping a page that was written would lose the writing.
+/// Only pages that were never writable: dropping a written page would lose its contents.
 int releaseObject(dl_phdr_info* object, std::size_t /*size*/, void* /*unused*/) {
   for (int index = 0; index < object->dlpi_phnum; ++index) {
     const auto& segment = object->dlpi_phdr[index];
