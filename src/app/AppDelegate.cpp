@@ -16,10 +16,10 @@ namespace {
 
 constexpr Seconds trackerInterval = 10.0;
 
-// What a stored interval that is no positive number is taken for at launch.
+// Replaces a stored interval that is not a positive number.
 constexpr Seconds usualInterval = 2.0;
 
-// Below ten kilobits a second a line is idle rather than slow.
+// Below ten kilobits per second a line is idle rather than slow.
 constexpr double idleMbps = 0.01;
 
 } // namespace

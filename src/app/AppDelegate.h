@@ -19,7 +19,7 @@ class ProcessTracker;
 class SpeedTestRunner;
 struct Platform;
 
-/// What the delegate works with besides the platform. Borrowed; outlives the delegate.
+/// The delegate's dependencies besides the platform. Borrowed; they outlive the delegate.
 struct AppEnvironment {
   AppSettings& settings;
   PreferencesStore& preferences;
@@ -27,20 +27,19 @@ struct AppEnvironment {
   NotificationService& notifications;
 };
 
-/// Owns the long-lived services and wires them to each other, to the preferences and to the
-/// notices.
+/// Owns the long-lived services and connects them with each other, the preferences and the notices.
 class AppDelegate {
 public:
-  /// Makes the services. The connectivity monitor watches from now on, the others wait.
+  /// Makes the services. Only the connectivity monitor starts at once.
   AppDelegate(const Platform& platform, const AppEnvironment& environment);
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
   ~AppDelegate();
 
-  /// Makes the subscriptions, then starts sampling and, if the user wants it, process tracking.
+  /// Subscribes, then starts sampling and, if enabled, process tracking.
   void applicationDidFinishLaunching();
 
-  /// Stops the timers, and nothing else.
+  /// Stops only the timers.
   void applicationWillTerminate();
 
   [[nodiscard]] NetworkMonitor& networkMonitor() { return *m_networkMonitor; }
@@ -63,9 +62,9 @@ private:
   std::shared_ptr<BandwidthSampler> m_bandwidthSampler;
   std::shared_ptr<ProcessTracker> m_processTracker;
   std::shared_ptr<SpeedTestRunner> m_speedTest;
-  // True at first, so that the first report of a live connection posts nothing.
+  // Initially true, so that the first report of a live connection posts nothing.
   bool m_wasConnected = true;
-  std::vector<Subscription> m_cancellables; // last: no observer outlives what it uses
+  std::vector<Subscription> m_cancellables; // destroyed first: no observer outlives what it uses
 };
 
 } // namespace tidewell

@@ -9,7 +9,7 @@ namespace tidewell {
 
 namespace {
 
-// A process that ends this often without the user asking for anything would do so for ever.
+// A process that crashes this often without a user request would do so forever.
 constexpr int mostCrashes = 3;
 
 } // namespace
@@ -31,7 +31,7 @@ void WindowsProcess::ask(const WindowRequest& request) {
   m_last[request.kind] = request;
   m_unanswered.push_back(request);
   m_child->send(messageOf(request));
-  if (m_unanswered.size() == 1) { // a deadline that runs is not put off
+  if (m_unanswered.size() == 1) { // a running deadline is not postponed
     watchAnswer();
   }
 }

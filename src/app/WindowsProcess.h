@@ -14,26 +14,25 @@ namespace tidewell {
 class EventLoop;
 class SocketChild;
 
-/// The windows' process as the resident sees it: started when something is asked of it, gone when
-/// it has nothing to show any more, started again with the same windows when it crashes. Main
-/// thread; never waits for it.
+/// Controls the windows' process. It is started on request, exits when it has nothing left to show,
+/// and is restarted with the same windows after a crash. Never waits for it.
 class WindowsProcess {
 public:
-  /// How long a process may leave a request lying until it is taken for hung, and killed. A cold
-  /// start from a slow disk takes less.
+  /// A process that leaves a request unanswered for this long has hung and is killed. A cold start
+  /// from a slow disk takes less.
   static constexpr Seconds usualAnswerLimit = 10.0;
 
-  /// Borrows the loop. `executable` is an absolute path; without such a program nothing is shown.
+  /// Borrows the loop. `executable` is an absolute path; if it does not exist, nothing is shown.
   WindowsProcess(EventLoop& loop, std::string executable, Seconds answerLimit = usualAnswerLimit);
   WindowsProcess(const WindowsProcess&) = delete;
   WindowsProcess& operator=(const WindowsProcess&) = delete;
-  /// Tells the process to end.
+  /// Asks the process to end.
   ~WindowsProcess();
 
-  /// Asks something of the process, which is started if need be.
+  /// Sends a request to the process, starting it if necessary.
   void ask(const WindowRequest& request);
 
-  /// Whether there is a process now.
+  /// Whether the process exists now.
   [[nodiscard]] bool isRunning() const { return m_child != nullptr; }
 
 private:
@@ -48,9 +47,9 @@ private:
   Seconds m_answerLimit;
   std::unique_ptr<SocketChild> m_child;
   std::deque<WindowRequest> m_unanswered;              // oldest first
-  std::map<WindowRequest::Kind, WindowRequest> m_last; // of each window
-  std::map<WindowRequest::Kind, WindowRequest> m_open; // how each open one was asked for
-  int m_crashes = 0;                                   // since the user asked last
+  std::map<WindowRequest::Kind, WindowRequest> m_last; // the last of each window
+  std::map<WindowRequest::Kind, WindowRequest> m_open; // the requests of the open windows
+  int m_crashes = 0;                                   // since the user's last request
   std::unique_ptr<Timer> m_answerDue;
 };
 

@@ -36,10 +36,10 @@
 namespace tidewell {
 namespace {
 
-// By now the startup samples and lookups have finished.
+// Startup samples and lookups have finished by then.
 constexpr Seconds settled = 9.0;
 
-/// The machine, as the services see it.
+/// The implementations of `Platform`.
 struct Machine {
   Machine(EventLoop& loop, const std::string& program)
       : configuration(loop, routes), children(loop),
@@ -57,8 +57,8 @@ struct Machine {
   LinuxPathMonitor paths;
 };
 
-/// Runs until somebody asks the program to end. What is declared later goes first: services before
-/// the queues they post to, queues with their waiting tasks before what these use.
+/// Runs until the program is asked to end. Later declarations are destroyed first: services before
+/// the queues they post to, queues and their waiting tasks before what these use.
 void serve(EpollLoop& loop, AppSettings& settings, PreferencesStore& preferences,
            const std::string& program) {
   const auto quit = [&loop] { loop.quit(); };

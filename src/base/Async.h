@@ -10,7 +10,7 @@ namespace tidewell {
 
 template <class T> class Async;
 
-/// What the coroutines of `Async` have in common.
+/// The common part of the promises of `Async`.
 class AsyncPromise {
 public:
   struct FinalAwaiter {
@@ -25,8 +25,8 @@ public:
 
   [[nodiscard]] static std::suspend_always initial_suspend() noexcept { return {}; }
   [[nodiscard]] static FinalAwaiter final_suspend() noexcept { return {}; }
-  /// Leaves through whoever resumed the coroutine: the program handles no exception but a lack of
-  /// memory, and that one where it occurs.
+  /// Propagates to the resumer. The program handles no exception but std::bad_alloc, and that where
+  /// it occurs.
   static void unhandled_exception() { throw; }
 
   void resumeAfterwards(std::coroutine_handle<> waiter) { m_waiter = waiter; }
@@ -58,11 +58,11 @@ public:
   static void return_void() {}
 };
 
-/// A coroutine that gives a T. It begins when it is awaited or started, and ends where it waits
-/// when this object is destroyed.
+/// A coroutine that returns a T. It begins when awaited or started. Destroying this object ends it
+/// where it waits.
 ///
-/// Parameters are copied into the coroutine's frame, references and `this` are not: take values, or
-/// let the owner of what you refer to own the coroutine, too. A lambda that is a coroutine must not
+/// Parameters are copied into the coroutine's frame; references and `this` are not. Take values, or
+/// let the owner of what you refer to own the coroutine too. A lambda that is a coroutine must not
 /// capture anything.
 template <class T = void> class [[nodiscard]] Async {
 public:
@@ -72,7 +72,7 @@ public:
     }
   };
 
-  /// Work that is done.
+  /// A coroutine that has finished.
   Async() = default;
   Async(Async&& other) noexcept : m_frame(std::exchange(other.m_frame, {})) {}
   Async& operator=(Async&& other) noexcept {
@@ -118,7 +118,7 @@ private:
   std::coroutine_handle<promise_type> m_frame;
 };
 
-/// Somebody who waits for one event, at most one coroutine at a time.
+/// An event that at most one coroutine awaits at a time.
 class Waiter {
 public:
   Waiter() = default;
@@ -130,7 +130,7 @@ public:
   void await_suspend(std::coroutine_handle<> waiter) noexcept { m_waiter = waiter; }
   static void await_resume() noexcept {}
 
-  /// Lets the coroutine go on, if one waits. It may destroy this object.
+  /// Resumes the waiting coroutine, if any. It may destroy this object.
   void resume() {
     if (const auto waiter = std::exchange(m_waiter, {})) {
       waiter.resume();

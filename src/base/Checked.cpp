@@ -10,7 +10,7 @@ namespace tidewell {
 
 namespace {
 
-// The first doubles outside the range of a signed 64-bit integer on either side.
+// The first doubles outside the range of a signed 64-bit integer.
 constexpr double aboveRange = 9223372036854775808.0;
 constexpr double lowest = -9223372036854775808.0;
 
@@ -19,7 +19,7 @@ constexpr double lowest = -9223372036854775808.0;
 void fatal(std::string_view reason) {
   std::string line = "tidewell: ";
   line.append(reason).push_back('\n');
-  // Straight to the descriptor: the process may be in a state where buffered output is lost.
+  // Not buffered: the process may be about to lose its buffers.
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
   std::abort();
 }

@@ -5,16 +5,16 @@
 
 namespace tidewell {
 
-/// Writes `reason` as one line to standard error and aborts. Any thread.
+/// Writes `reason` as one line to standard error and aborts.
 [[noreturn]] void fatal(std::string_view reason);
 
-/// The sum; aborts with a message when it does not fit.
+/// The sum; aborts with a message if it does not fit.
 [[nodiscard]] std::int64_t checkedAdd(std::int64_t left, std::int64_t right);
 
-/// The difference; aborts with a message when it does not fit.
+/// The difference; aborts with a message if it does not fit.
 [[nodiscard]] std::int64_t checkedSubtract(std::int64_t left, std::int64_t right);
 
-/// The value truncated toward zero; aborts with a message when it is not finite or does not fit.
+/// The value truncated toward zero; aborts with a message if it is not finite or does not fit.
 [[nodiscard]] std::int64_t checkedTruncate(double value);
 
 } // namespace tidewell

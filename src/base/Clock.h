@@ -10,7 +10,7 @@ public:
   Clock& operator=(const Clock&) = delete;
   virtual ~Clock() = default;
 
-  /// Seconds since 1970-01-01 UTC. May jump in either direction. Any thread.
+  /// Seconds since 1970-01-01 UTC. May jump in either direction.
   [[nodiscard]] virtual double now() const = 0;
 };
 

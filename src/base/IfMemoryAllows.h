@@ -4,9 +4,9 @@
 
 namespace tidewell {
 
-/// Calls the function, which may need as much memory as somebody else has written, and tells
-/// whether there was enough. When there was not, what it had done until then stays done, so it
-/// should hand over its result in its last step. Everywhere else a lack of memory ends the program.
+/// Calls a function whose need for memory depends on foreign input. Returns false if there was not
+/// enough; what the function did until then stays, so it should store its result last. Anywhere
+/// else, running out of memory ends the program.
 template <class Function> [[nodiscard]] bool ifMemoryAllows(Function&& function) {
   try {
     function();

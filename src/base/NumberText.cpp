@@ -17,7 +17,7 @@ std::string fixedText(double value, int decimals) {
 
 std::optional<double> parseDouble(std::string_view text) {
   if (text.starts_with('+')) {
-    // from_chars knows only the minus sign; "+-1" is no number.
+    // from_chars accepts only the minus sign; "+-1" is not a number.
     text.remove_prefix(1);
     if (text.starts_with('-')) {
       return std::nullopt;

@@ -6,12 +6,12 @@
 
 namespace tidewell {
 
-/// The value with exactly `decimals` digits after a ".", exact halves rounded to the even digit,
-/// whatever the locale.
+/// The value with exactly `decimals` digits after a "."; exact halves round to even. Ignores the
+/// locale.
 [[nodiscard]] std::string fixedText(double value, int decimals);
 
-/// The value of a text that is a finite decimal floating-point number from end to end, with an
-/// optional sign and exponent; none otherwise. The separator is ".", whatever the locale.
+/// Parses a text that is entirely a finite decimal floating-point number with an optional sign and
+/// exponent; nullopt otherwise. The separator is ".", whatever the locale.
 [[nodiscard]] std::optional<double> parseDouble(std::string_view text);
 
 } // namespace tidewell

@@ -8,10 +8,10 @@
 
 namespace tidewell {
 
-/// Keeps one observer registered; ends the registration when destroyed.
+/// Keeps one observer registered until destroyed.
 ///
-/// Main thread only. May be destroyed at any time: from inside the observer itself, from inside
-/// another observer, or after the observed object is gone.
+/// May be destroyed at any time: by the observer itself, by another observer, or after the observed
+/// object.
 class Subscription {
 public:
   Subscription() = default;
@@ -28,7 +28,7 @@ public:
   Subscription& operator=(const Subscription&) = delete;
   ~Subscription() { end(); }
 
-  /// Ends the registration now. Does nothing when it has already ended.
+  /// Ends the registration now. Does nothing if it has already ended.
   void end() {
     if (auto finish = std::exchange(m_end, nullptr)) {
       finish();
@@ -39,11 +39,11 @@ private:
   std::function<void()> m_end;
 };
 
-/// An ordered list of observers that may change while it is being notified.
+/// An ordered list of observers that may change during a notification.
 ///
-/// Observers hear notifications in the order of their registration. One that is added during a
-/// notification waits for the next; one that is ended during a notification is not called again.
-/// The list may itself be destroyed by one of its observers. Main thread only.
+/// Observers are called in the order of registration. One added during a notification is first
+/// called at the next; one removed during a notification is not called again. An observer may
+/// destroy the list.
 template <class... Args> class Observers {
 public:
   using Function = std::function<void(Args...)>;
@@ -64,7 +64,7 @@ public:
     const std::size_t count = list->members.size();
     ++list->depth;
     for (std::size_t index = 0; index < count; ++index) {
-      // Held here: an observer may end itself, which must not destroy the function that is running.
+      // Keeps the running function alive if its observer ends itself.
       const std::shared_ptr<Observer> observer = list->members[index];
       if (observer->active) {
         observer->function(args...);

@@ -8,11 +8,11 @@
 
 namespace tidewell {
 
-/// A value that tells its observers about every write, also when the new value equals the old one.
+/// A value that notifies its observers of every write, even of an equal value.
 ///
-/// Written and observed on the main queue. An observer may end itself or others, subscribe new
-/// ones, write the value again or destroy its owner while it is being notified; whoever is notified
-/// later in the same round then hears the newest value, never an older one after a newer one.
+/// Written and observed on the main queue. During a notification an observer may end itself or
+/// others, subscribe new ones, write the value again or destroy its owner. Observers notified later
+/// in the same round then get the newest value, never an older one after a newer one.
 template <class T> class Published {
 public:
   explicit Published(T initial = T{}) : m_state(std::make_shared<State>(std::move(initial))) {}
@@ -34,7 +34,7 @@ public:
     notify();
   }
 
-  /// Registers an observer, which hears the current value at once and then every write.
+  /// Registers an observer. It is called with the current value at once and then at every write.
   [[nodiscard]] Subscription subscribe(std::function<void(const T&)> observer) {
     const std::shared_ptr<State> state = m_state;
     auto subscription = state->observers.add(

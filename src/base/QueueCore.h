@@ -13,12 +13,12 @@
 
 namespace tidewell {
 
-/// The order of work in a queue: what is ready, what falls due when. Pure: the time is handed in,
-/// running the work is the owner's business.
+/// The order of work in a queue: what is ready and what falls due when. Pure: the owner passes the
+/// time and runs the work.
 ///
 /// Tasks become ready in the order in which they were posted or fell due. A timer that falls due
-/// while its last firing still waits, or several times over, becomes ready once; its next firing
-/// is the first point of its grid after the moment at which the last one was taken.
+/// several times, or while a firing still waits, becomes ready once; it next fires at the first
+/// point of its grid after that firing was taken.
 class QueueCore {
 public:
   using TimerId = std::uint64_t;
@@ -27,19 +27,19 @@ public:
   /// Makes a task ready.
   void post(Task task);
 
-  /// Makes a task ready at `due`, then every `period`; never again when `period` is zero.
+  /// Makes a task ready at `due`, then every `period`; once if `period` is zero.
   TimerId add(Ticks due, Ticks period, Task task);
 
-  /// Forgets a timer, a firing that waits included. Does nothing when it is gone.
+  /// Removes a timer and its waiting firing. Does nothing if it is gone.
   void cancel(TimerId timer);
 
-  /// Removes and gives back the first piece of work that is ready at `now`; null when none is.
+  /// Removes and returns the first work ready at `now`; null if there is none.
   [[nodiscard]] Work take(Ticks now);
 
-  /// Whether `take` would give work.
+  /// Whether `take` would return work.
   [[nodiscard]] bool isReady(Ticks now);
 
-  /// When the next timer falls due; none without timers. Says nothing of what is ready already.
+  /// When the next timer falls due; nullopt without timers. Ignores work that is ready already.
   [[nodiscard]] std::optional<Ticks> nextDue() const;
 
 private:

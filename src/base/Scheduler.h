@@ -13,14 +13,14 @@ namespace tidewell {
 /// A span of time in seconds.
 using Seconds = double;
 
-/// One piece of work handed to a queue: a function, or a coroutine that may wait.
+/// A function, or a coroutine that may wait.
 class Task {
 public:
   template <class Function>
   requires(!std::is_same_v<std::remove_cvref_t<Function>, Task>) Task(Function function)
       : m_begin(beginning(std::move(function))) {}
 
-  /// Runs the function, or gives the coroutine, which has not begun.
+  /// Runs the function, or returns the coroutine, not yet started.
   Async<> operator()() const { return m_begin(); }
 
 private:
@@ -38,10 +38,10 @@ private:
   std::function<Async<>()> m_begin;
 };
 
-/// Runs a task that must not wait; aborts when it does.
+/// Runs a task that must not wait; aborts if it does.
 void runAtOnce(const Task& task);
 
-/// A running timer. Destroying it cancels it: no firing begins afterwards.
+/// A running timer. Destroying it cancels it; it does not fire afterwards.
 class Timer {
 public:
   Timer() = default;
@@ -64,13 +64,12 @@ public:
   /// Appends a task. It never runs inside this call.
   virtual void post(Task task) = 0;
 
-  /// Appends a task once the delay has passed; at once when the delay is not a positive number.
+  /// Appends a task after the delay; at once if the delay is not a positive number.
   virtual void postAfter(Seconds delay, Task task) = 0;
 
-  /// Starts a timer that falls due `first` seconds from now and then every `period` seconds,
-  /// without leeway. Firings that were missed (the queue was busy, the machine slept) are made up
-  /// by a single one, and the later ones keep to the original grid. A `period` that is not above
-  /// zero is taken as one that never ends, so the timer fires once.
+  /// Starts a timer that falls due after `first` seconds and then every `period` seconds, without
+  /// leeway. Firings missed while the queue was busy or the machine slept are made up by a single
+  /// one; later ones keep to the original grid. If `period` is not positive, the timer fires once.
   [[nodiscard]] virtual std::unique_ptr<Timer> repeat(Seconds first, Seconds period, Task task) = 0;
 };
 
@@ -85,12 +84,11 @@ public:
   /// The serial queue on which every published value is written and observed. Its tasks never wait.
   [[nodiscard]] virtual WorkQueue& main() = 0;
 
-  /// A concurrent queue for work that belongs to no service's own queue: its tasks wait beside each
-  /// other.
+  /// A concurrent queue for work that belongs to no service: its tasks wait independently.
   [[nodiscard]] virtual WorkQueue& background() = 0;
 
-  /// A new serial queue for tasks that wait, named `label`. Destroying the queue ends its tasks
-  /// where they wait and drops those that have not begun. The scheduler outlives its queues.
+  /// A new serial queue named `label`. Destroying it ends its waiting tasks and drops those that
+  /// have not begun. The scheduler outlives its queues.
   [[nodiscard]] virtual std::unique_ptr<WorkQueue> makeSerialQueue(std::string label) = 0;
 };
 

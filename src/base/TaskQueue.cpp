@@ -20,11 +20,11 @@ struct TaskQueue::Entry {
   explicit Entry(Task work) : task(std::move(work)) {}
 
   Task task;
-  bool isReady = false; // a timer whose last firing still waits does not fire again
+  bool isReady = false; // the timer does not fire again while a firing waits
   bool isCancelled = false;
 };
 
-/// Shared with what the loop still holds of the queue.
+/// Shared with the functions that the loop holds for the queue.
 struct TaskQueue::State : std::enable_shared_from_this<State> {
   State(WorkQueue& queueLoop, Kind kind) : loop(queueLoop), isSerial(kind == Kind::serial) {}
 
@@ -76,10 +76,10 @@ struct TaskQueue::State : std::enable_shared_from_this<State> {
 
   WorkQueue& loop;
   const bool isSerial;
-  bool isExpected = false; // `run` is on its way
+  bool isExpected = false; // `run` is posted
   std::deque<std::shared_ptr<Entry>> ready;
   std::list<Async<>> running;
-  std::list<std::unique_ptr<Timer>> delays; // of `postAfter`
+  std::list<std::unique_ptr<Timer>> delays; // from `postAfter`
 };
 
 class TaskQueue::QueueTimer final : public Timer {
@@ -109,7 +109,7 @@ void TaskQueue::postAfter(Seconds delay, Task task) {
   *place = m_state->loop.repeat(delay, 0.0,
                                 [&delays, place, state = m_state.get(), task = std::move(task)] {
                                   auto entry = std::make_shared<Entry>(task);
-                                  delays.erase(place); // and this function with it
+                                  delays.erase(place); // destroys this function too
                                   state->makeReady(std::move(entry));
                                 });
 }

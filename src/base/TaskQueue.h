@@ -6,12 +6,12 @@
 
 namespace tidewell {
 
-/// A queue whose tasks may wait, on a loop that runs one function after the other.
+/// A queue on a loop. Its tasks may wait.
 ///
-/// Not to be destroyed by one of its own tasks after that has waited.
+/// Must not be destroyed by one of its own tasks after that task has waited.
 class TaskQueue final : public WorkQueue {
 public:
-  /// How many tasks may be under way: one, or any number beside each other.
+  /// How many tasks may run at once, counting those that wait.
   enum class Kind { serial, concurrent };
 
   /// Borrows the loop.

@@ -9,7 +9,7 @@
 
 namespace tidewell {
 
-/// The pieces of a text between separators, empty ones included; one piece without a separator.
+/// Splits a text at separators, keeping empty pieces; one piece without a separator.
 [[nodiscard]] inline std::vector<std::string_view> splitAt(std::string_view text, char separator) {
   std::vector<std::string_view> pieces;
   while (true) {
@@ -22,7 +22,7 @@ namespace tidewell {
   }
 }
 
-/// The text without any of `blanks` at its ends.
+/// The text without `blanks` at its ends.
 [[nodiscard]] inline std::string_view trim(std::string_view text, std::string_view blanks) {
   const auto first = text.find_first_not_of(blanks);
   if (first == std::string_view::npos) {
@@ -31,12 +31,12 @@ namespace tidewell {
   return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-/// The value of a text that is a decimal integer from end to end, with an optional sign; none when
-/// it is not or does not fit.
+/// Parses a text that is entirely a decimal integer with an optional sign; nullopt if it is not or
+/// does not fit.
 template <std::signed_integral T>
 [[nodiscard]] std::optional<T> parseInteger(std::string_view text) {
   if (text.starts_with('+')) {
-    // from_chars knows only the minus sign; "+-1" is no number.
+    // from_chars accepts only the minus sign; "+-1" is not a number.
     text.remove_prefix(1);
     if (text.starts_with('-')) {
       return std::nullopt;

@@ -6,15 +6,15 @@
 
 namespace tidewell {
 
-/// A point on, or a span of, a clock that only moves forward and stands still while the machine
-/// sleeps. Its origin is arbitrary.
+/// A time or duration of a monotonic clock that stops while the machine sleeps. Its origin is
+/// arbitrary.
 using Ticks = std::chrono::nanoseconds;
 
-/// The span, which is zero when it is not a positive number and a hundred years at the most.
+/// Converts a duration: zero if it is not a positive number, at most a hundred years.
 [[nodiscard]] Ticks toTicks(Seconds span);
 
-/// The period of a repeating timer: zero (never again) when it is not a positive number, else
-/// between a millisecond and a hundred years.
+/// The period of a repeating timer: zero (fires once) if it is not a positive number, else between
+/// a millisecond and a hundred years.
 [[nodiscard]] Ticks toPeriod(Seconds period);
 
 } // namespace tidewell

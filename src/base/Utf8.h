@@ -8,14 +8,14 @@
 
 namespace tidewell {
 
-/// A character at the start of a text.
+/// The first character of a text.
 struct Utf8Character {
   std::uint32_t codePoint = 0;
   std::size_t size = 0; // in bytes
 };
 
-/// The character at the start of the bytes; none when they do not start with a well-formed one: no
-/// overlong form, no surrogate, nothing above U+10FFFF.
+/// Decodes the first character; nullopt if it is not well-formed: overlong forms, surrogates and
+/// anything above U+10FFFF are rejected.
 [[nodiscard]] std::optional<Utf8Character> firstCharacter(std::string_view bytes);
 
 /// Whether the bytes are well-formed UTF-8.

@@ -35,7 +35,7 @@ ConnectionDetails::ConnectionDetails(const Platform& platform)
 Async<ConnectionInfo> ConnectionDetails::fetchConnectionInfo(InterfaceType type) {
   const std::string device = BandwidthSampler::detectPrimaryInterface(m_configuration);
   ConnectionInfo info;
-  // The kernel takes nearly any bytes for a name; a bus takes text alone.
+  // The kernel allows nearly any bytes in a name; D-Bus allows only text.
   info.interfaceName = std::string(rawValue(type)) + " (" + displayText(device) + ")";
   info.networkName = networkName(type);
   info.ipAddress = ipAddress(device);

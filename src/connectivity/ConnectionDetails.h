@@ -13,17 +13,17 @@ class HttpClient;
 class InterfaceAddresses;
 struct Platform;
 
-/// Gathers the details of the current connection. Every lookup that fails gives its fallback text.
-/// The lookup of the public address waits for up to three seconds.
+/// Collects the details of the current connection. A failed lookup gives its fallback text. Waits
+/// up to three seconds for the public address.
 class ConnectionDetails {
 public:
-  /// Answers a GET with the caller's address as plain text, over IPv4 and without a log-in.
+  /// Replies with the caller's address as plain text, over IPv4 and without a log-in.
   static constexpr const char* echoEndpoint = "https://api.ipify.org";
 
   /// Borrows the platform.
   explicit ConnectionDetails(const Platform& platform);
 
-  /// All details of the primary interface, whose link is of this kind.
+  /// All details of the primary interface, whose link has this type.
   [[nodiscard]] Async<ConnectionInfo> fetchConnectionInfo(ConnectionInfo::InterfaceType type);
 
 private:

@@ -6,7 +6,7 @@
 
 namespace tidewell {
 
-/// Details of the current connection. A value that is not known is the text "--".
+/// Details of the current connection. An unknown value is "--".
 struct ConnectionInfo {
   /// Kind of a link.
   enum class InterfaceType { wifi, ethernet, cellular, other };
@@ -22,19 +22,19 @@ struct ConnectionInfo {
   std::string publicIP = "--";
   /// The first DNS server.
   std::string dns = "--";
-  /// Kept for views that can show one; nothing fills it in.
+  /// Reserved for views; never set.
   std::optional<int> signalStrength;
 
   friend bool operator==(const ConnectionInfo&, const ConnectionInfo&) = default;
 };
 
-/// The address that copying gives: the public one, or the local one while that is not known.
+/// The address to copy: the public one, or the local one if that is unknown.
 [[nodiscard]] const std::string& addressToCopy(const ConnectionInfo& info);
 
-/// The name of a link kind, as it is shown and sent: "Wi-Fi", "Ethernet", "Cellular" or "Other".
+/// The name of a link kind as shown and sent: "Wi-Fi", "Ethernet", "Cellular" or "Other".
 [[nodiscard]] std::string_view rawValue(ConnectionInfo::InterfaceType type);
 
-/// The link kind of exactly this name; none for any other text.
+/// The link kind with exactly this name; nullopt for any other text.
 [[nodiscard]] std::optional<ConnectionInfo::InterfaceType> interfaceType(std::string_view rawValue);
 
 } // namespace tidewell

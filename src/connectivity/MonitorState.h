@@ -7,9 +7,9 @@ namespace tidewell {
 
 /// What the connectivity monitor publishes.
 struct MonitorState {
-  /// Whether the machine is online. Optimistic until the first report.
+  /// Whether the machine is online. True until the first report.
   Published<bool> isConnected{true};
-  /// Kind of the link in use.
+  /// The kind of link in use.
   Published<ConnectionInfo::InterfaceType> interfaceType{ConnectionInfo::InterfaceType::wifi};
   Published<ConnectionInfo> connectionInfo;
 };

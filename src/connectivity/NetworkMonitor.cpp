@@ -33,7 +33,7 @@ NetworkMonitor::NetworkMonitor(const Platform& platform)
       m_queue(platform.scheduler.makeSerialQueue(queueLabel)) {}
 
 void NetworkMonitor::begin(PathMonitor& paths) {
-  // Queued before the watch begins, so that the first report has the last word.
+  // Queued before the watch begins, so that the first report is published last.
   m_queue->post([this] { return fetchAtStart(); });
   m_watch = paths.watch(*m_queue, [this](const PathReport& report) { pathChanged(report); });
 }
@@ -45,7 +45,7 @@ void NetworkMonitor::pathChanged(const PathReport& report) {
 }
 
 Async<> NetworkMonitor::fetchAtStart() {
-  // Before the first report the details are those of a Wi-Fi link, whatever the real one is.
+  // Before the first report, details are collected as for a Wi-Fi link.
   const ConnectionInfo info = co_await m_details.fetchConnectionInfo(InterfaceType::wifi);
   m_main.post([weak = weak_from_this(), info] {
     if (const auto self = weak.lock()) {

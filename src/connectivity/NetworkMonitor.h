@@ -11,17 +11,16 @@ namespace tidewell {
 
 struct Platform;
 
-/// Says whether the machine is online, over which kind of link and with which details.
+/// Publishes whether the machine is online, over which kind of link, and the details.
 ///
-/// Watches from its making to its end. A serial queue of its own takes the path reports and waits
-/// for the lookups, one report after the other; the three values of a report are published
-/// together.
+/// Watches for its whole lifetime. Handles path reports one at a time on a serial queue of its own,
+/// which waits for the lookups. The three values of a report are published together.
 class NetworkMonitor : public MonitorState, public std::enable_shared_from_this<NetworkMonitor> {
 public:
-  /// Makes a monitor that watches. Borrows the platform.
+  /// Makes a monitor and starts watching. Borrows the platform.
   [[nodiscard]] static std::shared_ptr<NetworkMonitor> make(const Platform& platform);
 
-  /// For `make`.
+  /// Used by `make`.
   explicit NetworkMonitor(const Platform& platform);
 
 private:
@@ -32,7 +31,7 @@ private:
 
   WorkQueue& m_main;
   ConnectionDetails m_details;
-  std::unique_ptr<WorkQueue> m_queue; // last but the watch: its tasks use all that is above
+  std::unique_ptr<WorkQueue> m_queue; // its tasks use all members above
   std::unique_ptr<PathWatch> m_watch;
 };
 

@@ -11,19 +11,19 @@
 
 namespace tidewell {
 
-/// The tools that measure for the services and print what they found.
+/// The tools that measure for the services.
 enum class Tool {
   ping,           // one echo request
   processTraffic, // the bytes that each process moves within a second
-  lineTest        // capacity and responsiveness of the line
+  lineTest        // the line's capacity and responsiveness
 };
 
-/// A tool and what it is asked.
+/// A tool and its arguments.
 struct ToolCall {
   Tool tool = Tool::ping;
-  /// Address that `ping` asks.
+  /// The address that `ping` probes.
   std::string target;
-  /// How long `ping` waits for its answer.
+  /// How long `ping` waits for the reply.
   Seconds wait = 0.0;
 
   friend bool operator==(const ToolCall&, const ToolCall&) = default;
@@ -32,7 +32,7 @@ struct ToolCall {
 /// Runs tools in child processes.
 class ChildProcess {
 public:
-  /// Names a child that was started.
+  /// Identifies a started child.
   using Id = std::int64_t;
 
   ChildProcess() = default;
@@ -40,17 +40,16 @@ public:
   ChildProcess& operator=(const ChildProcess&) = delete;
   virtual ~ChildProcess() = default;
 
-  /// Starts the tool, waits until it has exited and then gives what it wrote to its standard
-  /// output, whatever its exit status; nullopt when it could not be started. Its standard error
-  /// goes to a pipe of its own that nobody reads. `launched`, if given, is called in between.
-  /// Destroying the coroutine ends the child.
+  /// Starts the tool, waits for its exit and returns its standard output, whatever its exit status;
+  /// nullopt if it could not be started. Its standard error goes to a pipe that nobody reads.
+  /// `launched`, if given, is called after the start. Destroying the coroutine ends the child.
   [[nodiscard]] virtual Async<std::optional<std::string>>
   run(ToolCall call, std::function<void(Id child)> launched) = 0;
   [[nodiscard]] Async<std::optional<std::string>> run(ToolCall call) {
     return run(std::move(call), nullptr);
   }
 
-  /// Asks a child to terminate. Does nothing when it has exited.
+  /// Asks a child to terminate. Does nothing if it has exited.
   virtual void terminate(Id child) = 0;
 };
 

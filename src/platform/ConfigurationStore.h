@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-/// Answers questions about the machine's network configuration.
+/// Reads the machine's network configuration.
 class ConfigurationStore {
 public:
   ConfigurationStore() = default;
@@ -16,15 +16,15 @@ public:
   ConfigurationStore& operator=(const ConfigurationStore&) = delete;
   virtual ~ConfigurationStore() = default;
 
-  /// Name of the interface that carries traffic to the public internet; none when nothing does and
-  /// nothing did. Asked of the system at every call.
+  /// Name of the interface that carries traffic to the public internet, or last carried it; nullopt
+  /// if there was none. Queries the system at every call.
   [[nodiscard]] virtual std::optional<std::string> primaryInterface() = 0;
 
-  /// Name of the Wi-Fi network that the machine is on; none without one.
+  /// Name of the current Wi-Fi network; nullopt without one.
   [[nodiscard]] virtual std::optional<std::string> wifiNetworkName() = 0;
 
-  /// Addresses of the DNS servers in use, as text, first choice first; none when the system does
-  /// not tell. Waits briefly.
+  /// Addresses of the DNS servers in use as text, in order of preference; empty if they are not
+  /// known. May wait briefly.
   [[nodiscard]] virtual Async<std::optional<std::vector<std::string>>> dnsServers() = 0;
 };
 

@@ -16,8 +16,8 @@ public:
   HttpClient& operator=(const HttpClient&) = delete;
   virtual ~HttpClient() = default;
 
-  /// The body of the reply to a GET, whatever its status; nullopt when no reply has come after
-  /// `wait` seconds or none can come. What comes later is dropped.
+  /// The body of the reply to a GET, whatever its status; nullopt if none can come or none came
+  /// within `wait` seconds. Later replies are dropped.
   [[nodiscard]] virtual Async<std::optional<std::string>> get(std::string url, Seconds wait) = 0;
 };
 

@@ -13,8 +13,8 @@ public:
   InterfaceAddresses& operator=(const InterfaceAddresses&) = delete;
   virtual ~InterfaceAddresses() = default;
 
-  /// The first IPv4 address, in the system's order, of the interface of exactly this name as
-  /// dotted decimals; none when it has none.
+  /// The first IPv4 address, in the system's order, of the interface with exactly this name in
+  /// dotted-decimal form; nullopt without one.
   [[nodiscard]] virtual std::optional<std::string> firstIPv4(const std::string& interface) = 0;
 };
 

@@ -6,7 +6,7 @@
 
 namespace tidewell {
 
-/// What an interface has received and sent, in bytes.
+/// Bytes received and sent by an interface.
 struct ByteCounts {
   std::int64_t bytesIn = 0;
   std::int64_t bytesOut = 0;
@@ -22,8 +22,8 @@ public:
   InterfaceCounters& operator=(const InterfaceCounters&) = delete;
   virtual ~InterfaceCounters() = default;
 
-  /// The counters of the interface of exactly this name, counted from an origin of the platform's
-  /// choice; none when there is no such interface or it cannot be read.
+  /// The counters of the interface with exactly this name, from an origin that the platform
+  /// chooses; nullopt if there is no such interface or it cannot be read.
   [[nodiscard]] virtual std::optional<ByteCounts> read(const std::string& interface) = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace tidewell {
 
-/// The program's own entry in what starts with the user's session.
+/// The program's entry among what starts at login.
 class LoginItem {
 public:
   LoginItem() = default;
@@ -13,10 +13,10 @@ public:
   LoginItem& operator=(const LoginItem&) = delete;
   virtual ~LoginItem() = default;
 
-  /// Makes the program start at login; a description of the error when that fails.
+  /// Makes the program start at login; returns a description of the error on failure.
   [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
 
-  /// Undoes `registerItem`; succeeds when there is nothing to undo.
+  /// Undoes `registerItem`; succeeds if there is nothing to undo.
   [[nodiscard]] virtual std::optional<std::string> unregisterItem() = 0;
 };
 

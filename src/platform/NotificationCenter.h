@@ -6,7 +6,7 @@ namespace tidewell {
 
 /// One notice to the user.
 struct NotificationRequest {
-  /// A later notice of the same identifier takes this one's place.
+  /// A later notice with the same identifier replaces this one.
   std::string identifier;
   std::string title;
   std::string body;
@@ -14,8 +14,7 @@ struct NotificationRequest {
   friend bool operator==(const NotificationRequest&, const NotificationRequest&) = default;
 };
 
-/// Shows notices, with the desktop's default sound. Never waits and never fails visibly. Main
-/// thread.
+/// Shows notices with the desktop's default sound. Never waits and never reports failure.
 class NotificationCenter {
 public:
   NotificationCenter() = default;
@@ -23,7 +22,7 @@ public:
   NotificationCenter& operator=(const NotificationCenter&) = delete;
   virtual ~NotificationCenter() = default;
 
-  /// Asks for whatever the desktop wants asked before notices with sound may be shown.
+  /// Requests the desktop's permission for notices with sound, where it wants to be asked.
   virtual void requestAuthorization() = 0;
 
   /// Shows a notice.

@@ -9,7 +9,7 @@ namespace tidewell {
 
 /// How the machine reaches the internet.
 struct PathReport {
-  /// Whether it does.
+  /// Whether it does at all.
   bool isSatisfied = false;
   bool usesWifi = false;
   bool usesWiredEthernet = false;
@@ -18,7 +18,7 @@ struct PathReport {
   friend bool operator==(const PathReport&, const PathReport&) = default;
 };
 
-/// Keeps the path watched; no report begins after its destruction.
+/// Keeps the path watched. No report begins after its destruction.
 class PathWatch {
 public:
   PathWatch() = default;
@@ -37,8 +37,8 @@ public:
   PathMonitor& operator=(const PathMonitor&) = delete;
   virtual ~PathMonitor() = default;
 
-  /// Calls the handler on `queue` with the path as it is, soon, and then once for each change.
-  /// Main thread; the queue outlives the watch.
+  /// Calls the handler on `queue` soon with the current path, then once for each change. The queue
+  /// outlives the watch.
   [[nodiscard]] virtual std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) = 0;
 };
 

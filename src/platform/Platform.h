@@ -11,7 +11,7 @@ class InterfaceCounters;
 class PathMonitor;
 class Scheduler;
 
-/// Everything that the services know of the machine. Borrowed; outlives every service.
+/// The services' interfaces to the machine. Borrowed; outlives every service.
 struct Platform {
   Scheduler& scheduler;
   Clock& clock;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t mostRows = 10;
 
-/// One line, or the lines of one program.
+/// One line, or all lines of one program.
 struct Traffic {
   std::int32_t pid = 0;
   std::int64_t bytesIn = 0;

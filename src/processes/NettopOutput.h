@@ -7,11 +7,11 @@
 
 namespace tidewell {
 
-/// The ten heaviest programs in the output of the per-process statistics tool, heaviest first.
+/// The ten heaviest programs in the output of the per-process traffic tool, heaviest first.
 ///
-/// The output is a header line and then lines of the form "name.pid,bytes_in,bytes_out,"; a line of
-/// another form is skipped and a number that does not parse counts as 0. Any bytes may be given; a
-/// sum that does not fit 64 bits aborts. Pure.
+/// The output is a header line, then lines of the form "name.pid,bytes_in,bytes_out,". Lines of
+/// another form are skipped; an invalid number counts as 0. Takes any bytes; aborts if a sum
+/// exceeds 64 bits. Pure.
 [[nodiscard]] std::vector<ProcessUsage> parseNettopOutput(std::string_view output);
 
 } // namespace tidewell

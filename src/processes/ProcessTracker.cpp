@@ -18,7 +18,7 @@ namespace {
 constexpr const char* workQueueLabel = "com.halden.tidewell.process";
 constexpr Seconds firstRefresh = 2.0;
 
-// The tool measures for a second; one that takes four has hung.
+// The tool measures for one second; after four it has hung.
 constexpr Seconds watchdog = 4.0;
 
 } // namespace
@@ -47,7 +47,7 @@ Async<> ProcessTracker::refresh() {
 }
 
 Async<std::vector<ProcessUsage>> ProcessTracker::parseNettop() {
-  // Unconditional: whether the child is still there when the watchdog fires is not asked.
+  // Unconditional: does nothing if the child has exited.
   const std::function<void(ChildProcess::Id)> startWatchdog = [this](ChildProcess::Id child) {
     m_background.postAfter(watchdog,
                            [&children = m_children, child] { children.terminate(child); });
@@ -55,7 +55,7 @@ Async<std::vector<ProcessUsage>> ProcessTracker::parseNettop() {
   const ToolCall traffic{Tool::processTraffic, {}, 0.0};
   const std::optional<std::string> output = co_await m_children.run(traffic, startWatchdog);
   std::vector<ProcessUsage> rows;
-  // Lists that memory does not suffice for count as none.
+  // A list that does not fit in memory counts as empty.
   const bool isParsed = ifMemoryAllows([&] {
     if (output && isUtf8(*output)) {
       rows = parseNettopOutput(*output);

@@ -12,20 +12,19 @@ namespace tidewell {
 class ChildProcess;
 struct Platform;
 
-/// Runs the per-process statistics tool at an interval and publishes which programs use the
-/// network.
+/// Runs the per-process traffic tool at an interval and publishes which programs use the network.
 ///
-/// Owned by a shared_ptr. A serial queue of the tracker's own waits for the tool.
+/// Owned by a shared_ptr. Waits for the tool on a serial queue of its own.
 class ProcessTracker : public TrackerState, public std::enable_shared_from_this<ProcessTracker> {
 public:
   /// Does not start anything. Borrows the platform.
   explicit ProcessTracker(const Platform& platform);
 
-  /// Runs the tool 2.0 seconds from now and then every `interval` seconds. A timer that is already
-  /// running goes on firing beside the new one until the tracker ends, so callers stop first.
+  /// Runs the tool after 2.0 seconds and then every `interval` seconds. A timer that already runs
+  /// continues beside the new one until the tracker ends, so call `stop` first.
   void start(Seconds interval);
 
-  /// Ends the timer that was started last; the published list stays. Does nothing when stopped.
+  /// Ends the timer started last; the published list stays. Does nothing if stopped.
   void stop();
 
 private:
@@ -35,7 +34,7 @@ private:
   WorkQueue& m_main;
   WorkQueue& m_background;
   ChildProcess& m_children;
-  std::unique_ptr<WorkQueue> m_workQueue; // last but the timers: its tasks use all that is above
+  std::unique_ptr<WorkQueue> m_workQueue; // its tasks use all members above
   std::unique_ptr<Timer> m_timer;
   std::vector<std::unique_ptr<Timer>> m_earlierTimers;
 };

@@ -9,7 +9,7 @@ namespace tidewell {
 
 /// What the process tracker publishes.
 struct TrackerState {
-  /// The heaviest programs, heaviest first, ten at the most.
+  /// At most ten programs, heaviest first.
   Published<std::vector<ProcessUsage>> processes;
 };
 

@@ -15,7 +15,7 @@ constexpr const char* workQueueLabel = "com.halden.tidewell.sampler";
 constexpr const char* fallbackInterface = "en0";
 constexpr std::int64_t samplesPerProbe = 5;
 
-/// Bytes per second, truncated. A counter that went down gives 0 for that one interval.
+/// Bytes per second, truncated; 0 for an interval in which the counter went down.
 std::int64_t rateOf(std::int64_t before, std::int64_t after, double elapsed) {
   const std::int64_t delta = checkedSubtract(after, before);
   return delta < 1 ? 0 : checkedTruncate(static_cast<double>(delta) / elapsed);

@@ -17,31 +17,30 @@ class ConfigurationStore;
 struct Platform;
 
 /// Turns the primary interface's byte counters into rates, one sample per interval, and runs the
-/// latency probe with every fifth of them.
+/// latency probe with every fifth.
 ///
-/// Owned by a shared_ptr. The measuring runs on a serial queue of its own, which waits for the
-/// probe.
+/// Owned by a shared_ptr. Measures on a serial queue of its own, which waits for the probe.
 class BandwidthSampler : public SamplerState,
                          public std::enable_shared_from_this<BandwidthSampler> {
 public:
-  /// How many samples are kept.
+  /// The number of samples kept.
   static constexpr std::size_t maxSnapshots = 300;
 
   /// Does not start measuring. Borrows the platform.
   explicit BandwidthSampler(const Platform& platform);
 
-  /// Takes a new baseline and then a sample every `interval` seconds. Call `stop` first when it
-  /// runs. History, probe cadence and published values go on where they stopped.
+  /// Takes a new baseline, then a sample every `interval` seconds. Call `stop` first if it runs.
+  /// History, probe cadence and published values continue.
   void start(Seconds interval);
 
-  /// Ends sampling; a sample under way still publishes. Does nothing when stopped.
+  /// Ends sampling; a sample under way is still published. Does nothing if stopped.
   void stop();
 
-  /// Name of the interface that carries the traffic, asked anew at every call; "en0" when the
-  /// system does not know.
+  /// Name of the interface that carries the traffic, queried at every call; "en0" if it is not
+  /// known.
   [[nodiscard]] static std::string detectPrimaryInterface(ConfigurationStore& configuration);
 
-  /// The interface's byte counters; zeros when it cannot be read.
+  /// The interface's byte counters; zeros if it cannot be read.
   [[nodiscard]] static ByteCounts readInterfaceBytes(InterfaceCounters& counters,
                                                      const std::string& interface);
 
@@ -59,9 +58,9 @@ private:
   LatencyProbe m_probe;
   ByteCounts m_previous;
   double m_previousTimestamp = 0.0; // seconds since 1970; 0 while there is no baseline
-  std::int64_t m_sampleCount = 0;   // samples that gave rates since construction
+  std::int64_t m_sampleCount = 0;   // samples with rates since construction
 
-  std::unique_ptr<WorkQueue> m_workQueue; // last but the timer: its tasks use all that is above
+  std::unique_ptr<WorkQueue> m_workQueue; // its tasks use all members above
   std::unique_ptr<Timer> m_timer;
 };
 

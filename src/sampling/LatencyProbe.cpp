@@ -18,7 +18,7 @@ constexpr double lossPerFailure = 10.0;
 constexpr double recoveryPerSuccess = 5.0;
 constexpr std::string_view timeMark = "time=";
 
-/// Mean absolute difference of neighbours. `samples` holds two or more.
+/// Mean absolute difference of neighbours in two or more `samples`.
 double jitterOf(const std::deque<double>& samples) {
   double sum = 0.0;
   for (std::size_t index = 1; index < samples.size(); ++index) {

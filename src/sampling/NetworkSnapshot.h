@@ -6,11 +6,10 @@
 
 namespace tidewell {
 
-/// One sample of throughput and latency. Never changes; shared by reference and equal only to
-/// itself, whatever its values.
+/// One sample of throughput and latency. Immutable, shared by reference, and equal only to itself.
 class NetworkSnapshot {
 public:
-  /// Identifies a record among those that exist.
+  /// Unique among the existing records.
   using Id = const NetworkSnapshot*;
 
   /// `timestamp` in seconds since 1970-01-01 UTC, rates in bytes per second over the interval that

@@ -15,14 +15,14 @@ struct SamplerState {
   /// Milliseconds; 0.0 before the first probe and after a failed one.
   Published<double> latencyMs{0.0};
   Published<double> jitterMs{0.0};
-  /// An estimate from 0 to 100.
+  /// An estimate in percent, 0 to 100.
   Published<double> packetLossPercent{0.0};
   /// The samples of the session, at most `BandwidthSampler::maxSnapshots`.
   Published<SnapshotList> snapshots;
-  /// Whether the machine is online; written by the application from the connectivity monitor.
+  /// Whether the machine is online; set by the application from the connectivity monitor.
   bool isConnected = true;
 
-  /// The connection's quality by the values published last.
+  /// The connection's quality by the latest published values.
   [[nodiscard]] NetworkStatus currentStatus() const;
 };
 

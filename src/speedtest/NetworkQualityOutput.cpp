@@ -26,7 +26,7 @@ std::string lowerCase(std::string_view text) {
   return lower;
 }
 
-/// How many megabits a unit at the beginning of the text is; none when there is none.
+/// The value in megabits of a unit at the start of the text; nullopt without one.
 std::optional<double> leadingUnit(std::string_view text) {
   constexpr std::array<std::pair<std::string_view, double>, 3> units = {
       {{"Mbps", 1.0}, {"Gbps", 1e3}, {"Kbps", 1e-3}}};
@@ -38,7 +38,7 @@ std::optional<double> leadingUnit(std::string_view text) {
   return std::nullopt;
 }
 
-/// Megabits per second of the first number with a unit behind it; 0.0 without one.
+/// The first number with a unit after it, in megabits per second; 0.0 without one.
 double speedOf(std::string_view line) {
   while (true) {
     const auto begin = line.find_first_of(digitsAndDots);
@@ -59,7 +59,7 @@ double speedOf(std::string_view line) {
   }
 }
 
-/// The first run of digits; 0 without one, or when it does not fit.
+/// The first run of digits; 0 without one, or if it does not fit.
 std::int64_t firstWholeNumber(std::string_view line) {
   const auto begin = line.find_first_of(digits);
   if (begin == std::string_view::npos) {

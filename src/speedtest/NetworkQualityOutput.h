@@ -6,10 +6,10 @@
 
 namespace tidewell {
 
-/// What the network-quality tool's output says, taken to be read at `now` (seconds since 1970).
+/// Parses the network-quality tool's output as read at `now` (seconds since 1970).
 ///
-/// Capacities are looked for line by line; of several lines of a kind the last one counts. Any
-/// bytes may be given; what is not found is zero. Pure.
+/// Searches line by line for capacities; the last of a kind counts. Takes any bytes; missing values
+/// are zero. Pure.
 [[nodiscard]] SpeedTestResult parseNetworkQualityOutput(std::string_view output, double now);
 
 } // namespace tidewell

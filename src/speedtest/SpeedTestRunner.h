@@ -14,8 +14,8 @@ struct Platform;
 
 /// Measures the line's capacity on demand with the network-quality tool.
 ///
-/// Owned by a shared_ptr. A task of the background queue waits for the tool, and publishes nothing
-/// when the runner is gone by then.
+/// Owned by a shared_ptr. A background task waits for the tool; it publishes nothing if the runner
+/// is gone by then.
 class SpeedTestRunner : public SpeedTestState,
                         public std::enable_shared_from_this<SpeedTestRunner> {
 public:

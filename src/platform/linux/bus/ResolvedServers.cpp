@@ -13,7 +13,7 @@ namespace tidewell {
 
 namespace {
 
-// Nobody uses more; a hostile reply may hold millions.
+// More than anybody uses. A hostile reply may hold millions.
 constexpr std::size_t mostServers = 64;
 
 struct Release {
@@ -23,7 +23,7 @@ struct Release {
 using Bus = std::unique_ptr<sd_bus, Release>;
 using Message = std::unique_ptr<sd_bus_message, Release>;
 
-/// A question to systemd-resolved on a connection of its own.
+/// A query to systemd-resolved on a connection of its own.
 class Question {
 public:
   Question(EventLoop& loop, Seconds limit) : m_loop(loop) {
@@ -72,7 +72,7 @@ private:
     return m_watch && listen();
   }
 
-  /// Has the loop wait for what the connection waits for.
+  /// Has the loop wait for the events that the connection waits for.
   bool listen() {
     const int wanted = sd_bus_get_events(m_bus.get());
     if (wanted >= 0) {
@@ -88,13 +88,13 @@ private:
     }
     if (m_isOver || result < 0 || !listen()) {
       m_watch.reset();
-      m_waiter.resume(); // may destroy this question
+      m_waiter.resume(); // may destroy this query
     }
   }
 
   EventLoop& m_loop;
   Bus m_bus;
-  std::unique_ptr<FdWatch> m_watch; // after the connection, whose descriptor it watches
+  std::unique_ptr<FdWatch> m_watch; // declared after the connection, whose descriptor it watches
   std::unique_ptr<Timer> m_limit;
   bool m_isOver = false;
   std::vector<ResolvedServer> m_servers;

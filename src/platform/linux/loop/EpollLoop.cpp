@@ -19,7 +19,7 @@ namespace {
 constexpr std::uint64_t alarmKey = 0;
 constexpr std::uint64_t firstHandlerKey = 1;
 
-// After so many tasks in a row the descriptors get their chance.
+// Descriptors are polled after this many tasks in a row.
 constexpr int tasksPerTurn = 64;
 
 Ticks now() { return std::chrono::steady_clock::now().time_since_epoch(); }
@@ -141,7 +141,7 @@ bool EpollLoop::armAlarm() {
 
 void EpollLoop::dispatch(std::span<const epoll_event> events) {
   for (const epoll_event& event : events) {
-    // Copied, since the kernel packs its structure: no reference may be bound to what is in it.
+    // Copied, because epoll_event is packed and cannot be referenced.
     const std::uint64_t key = event.data.u64;
     if (key == alarmKey) {
       std::uint64_t firings = 0;

@@ -14,10 +14,10 @@ struct epoll_event;
 
 namespace tidewell {
 
-/// The loop of the running program: tasks, timers and descriptors on one epoll instance.
+/// The running program's loop: tasks, timers and descriptors on one epoll instance.
 class EpollLoop final : public EventLoop {
 public:
-  /// Aborts when the kernel gives no epoll instance: nothing works without one.
+  /// Aborts if the kernel provides no epoll instance.
   EpollLoop();
   ~EpollLoop() override;
 
@@ -28,10 +28,10 @@ public:
                                                FdHandler handler) override;
   [[nodiscard]] Subscription beforeSleep(std::function<void()> function) override;
 
-  /// Serves until `quit`.
+  /// Runs until `quit`.
   void run();
 
-  /// Makes `run`, or its next call, return after the present task.
+  /// Makes `run`, or its next call, return after the current task.
   void quit() { m_quit = true; }
 
 private:
@@ -43,7 +43,7 @@ private:
   void dispatch(std::span<const epoll_event> events);
 
   FileDescriptor m_epoll;
-  FileDescriptor m_alarm; // timerfd: the next timer
+  FileDescriptor m_alarm; // timerfd for the next timer
   Ticks m_alarmAt = Ticks::zero();
   QueueCore m_core;
   std::map<std::uint64_t, std::shared_ptr<FdHandler>> m_handlers;

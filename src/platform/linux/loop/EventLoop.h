@@ -9,7 +9,7 @@
 
 namespace tidewell {
 
-/// Keeps a file descriptor watched; ends the watch when destroyed. The descriptor stays open.
+/// Keeps a file descriptor watched until destroyed. The descriptor stays open.
 class FdWatch {
 public:
   FdWatch() = default;
@@ -17,7 +17,7 @@ public:
   FdWatch& operator=(const FdWatch&) = delete;
   virtual ~FdWatch() = default;
 
-  /// Replaces what is waited for (`EPOLLIN`, `EPOLLOUT`, ... or zero for errors alone).
+  /// Sets the events to wait for (`EPOLLIN`, `EPOLLOUT`, ...; zero for errors only).
   virtual void setEvents(std::uint32_t events) = 0;
 };
 
@@ -26,13 +26,13 @@ class EventLoop : public WorkQueue {
 public:
   using FdHandler = std::function<void(std::uint32_t events)>;
 
-  /// Calls the handler with the events of the descriptor whenever there are any (level-triggered;
-  /// `EPOLLERR` and `EPOLLHUP` always). Null when the kernel cannot watch this descriptor.
+  /// Calls the handler with the descriptor's events while there are any (level-triggered, always
+  /// including `EPOLLERR` and `EPOLLHUP`). Null if the kernel cannot watch this descriptor.
   [[nodiscard]] virtual std::unique_ptr<FdWatch> watch(int descriptor, std::uint32_t events,
                                                        FdHandler handler) = 0;
 
-  /// Calls the function at the end of every turn, before the loop may sleep: the place to flush
-  /// output and to set what is waited for.
+  /// Calls the function at the end of every turn, before the loop may sleep. Use it to flush output
+  /// and to update watches.
   [[nodiscard]] virtual Subscription beforeSleep(std::function<void()> function) = 0;
 };
 

@@ -27,7 +27,7 @@ public:
   [[nodiscard]] int get() const { return m_descriptor; }
   [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
 
-  /// Closes the descriptor, if there is one.
+  /// Closes the descriptor, if any.
   void reset() {
     if (m_descriptor >= 0) {
       ::close(m_descriptor);

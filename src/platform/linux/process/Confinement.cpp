@@ -11,15 +11,15 @@ namespace tidewell {
 
 namespace {
 
-// All rights of the first version but those to read. Later versions have more, of which the two
-// that change files are added where the kernel knows them.
+// All write and execute rights of Landlock's first version. Of the later ones, the two that change
+// files are added where the kernel supports them.
 constexpr std::uint64_t changes =
     LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
     LANDLOCK_ACCESS_FS_REMOVE_FILE | LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_DIR |
     LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_SOCK | LANDLOCK_ACCESS_FS_MAKE_FIFO |
     LANDLOCK_ACCESS_FS_MAKE_BLOCK | LANDLOCK_ACCESS_FS_MAKE_SYM;
 
-// linux/landlock.h of kernels from 5.19 and 6.2 names them, older headers do not.
+// Defined in linux/landlock.h since kernels 5.19 and 6.2.
 constexpr std::uint64_t linkElsewhere = 1U << 13;
 constexpr long linkElsewhereVersion = 2;
 constexpr std::uint64_t truncate = 1U << 14;

@@ -2,15 +2,15 @@
 
 namespace tidewell {
 
-/// Nothing that this process starts from now on gets more privileges than it has itself.
+/// Programs that this process starts from now on gain no privileges.
 void forbidNewPrivileges();
 
-/// In addition this process, its threads and children can neither start another program nor make,
-/// change or remove a file from now on. What is open stays open. For programs that read what
-/// strangers on the network send; call it while there is one thread.
+/// Also prevents this process, its threads and its children from starting programs and from
+/// creating, changing or removing files. Open files stay open. For programs that read data from
+/// strangers. Call it while there is one thread.
 ///
-/// Where the kernel cannot do it (before 5.13, or where a container forbids it) all works as
-/// without. Returns whether it holds.
+/// Without kernel support (before 5.13, or forbidden by a container) nothing changes. Returns
+/// whether it took effect.
 bool forbidWritingAndStarting();
 
 } // namespace tidewell

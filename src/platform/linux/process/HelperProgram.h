@@ -4,8 +4,8 @@
 
 namespace tidewell {
 
-/// The path of a helper of this name that belongs to a program of this absolute path: in
-/// `libexec/tidewell` beside the program's directory. Pure.
+/// The path of this helper for a program at this absolute path: in `libexec/tidewell` beside the
+/// program's directory. Pure.
 [[nodiscard]] std::string helperProgram(const std::string& program, const std::string& name);
 
 } // namespace tidewell

@@ -18,10 +18,10 @@ namespace tidewell {
 
 namespace {
 
-// What has run for so long did not crash because of how it was started.
+// A program that ran this long did not crash because of how it was started.
 constexpr Seconds steady = 60;
 
-/// The status that `child` ended with, as from waitpid(2).
+/// The exit status of `child`, as from waitpid(2).
 int endOf(pid_t child) {
   int status = 0;
   while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
@@ -29,7 +29,7 @@ int endOf(pid_t child) {
   return status;
 }
 
-/// Ended by its own decision or somebody's wish.
+/// Exited normally or was asked to end.
 bool endedWell(int status) {
   if (WIFEXITED(status)) {
     return WEXITSTATUS(status) == EXIT_SUCCESS;
@@ -49,7 +49,7 @@ void report(int status, Seconds delay) {
   [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
 }
 
-/// In the child: ends with its parent.
+/// Called in the child, so that it ends with its parent.
 void followInDeath(pid_t parent) {
   ::prctl(PR_SET_PDEATHSIG, SIGTERM);
   if (::getppid() != parent) {
@@ -74,7 +74,7 @@ std::optional<int> keepRunning(RestartDelay delay) {
       if (child == 0) {
         followInDeath(self);
       }
-      return std::nullopt; // where no process can be made, this one does the work
+      return std::nullopt; // without a child, this process does the work
     }
     const int status = endOf(child);
     if (endedWell(status)) {

@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-/// Keeps a child in the list of those that can be terminated.
+/// Keeps a child listed as terminable.
 class LinuxChildProcess::Listing {
 public:
   Listing(std::map<Id, SpawnedChild*>& running, SpawnedChild& child)
@@ -37,7 +37,7 @@ Async<std::optional<std::string>> LinuxChildProcess::run(ToolCall call,
   if (!hasMemory || !child) {
     co_return std::nullopt;
   }
-  // Without memory for this, the limit alone ends a child that hangs.
+  // Without memory for this, only the limit ends a child that hangs.
   [[maybe_unused]] const bool isListed = ifMemoryAllows([&] {
     listing.emplace(m_running, *child);
     if (launched) {

@@ -12,9 +12,9 @@ namespace tidewell {
 class EventLoop;
 class SpawnedChild;
 
-/// Runs the tools of `SystemTools` with an untranslated output (LC_ALL=C).
+/// Runs the tools of `SystemTools` with untranslated output (LC_ALL=C).
 ///
-/// A child that outlives its tool's limit is stopped; what it wrote until then is its output.
+/// A child is stopped at its tool's limit; its output until then counts.
 class LinuxChildProcess final : public ChildProcess {
 public:
   /// Borrows the loop.

@@ -8,7 +8,7 @@
 
 namespace tidewell {
 
-/// The helper that serves one request, listed among those that run.
+/// The helper for one request, listed among those that run.
 class LinuxHttpClient::Request {
 public:
   Request(LinuxHttpClient& client, const std::string& url, Seconds wait)

@@ -11,22 +11,22 @@ namespace tidewell {
 class EventLoop;
 class SpawnedChild;
 
-/// Fetches by a helper process, which takes the encryption, the untrusted reply and their memory
-/// with it when it ends.
+/// Fetches in a helper process, so that TLS, the untrusted reply and their memory stay out of this
+/// one.
 ///
-/// The helper is ended after the time of its request, so no reply comes late. It is also ended
-/// when the path is lost, because the loss is published only after the lookups.
+/// The helper is stopped at its request's limit, so no reply comes late. It is also stopped when
+/// the path is lost, because the loss is published only after the lookups.
 class LinuxHttpClient final : public HttpClient {
 public:
-  /// The helper of this absolute path is given the address, prints the body and succeeds, or fails.
-  /// Borrows the loop.
+  /// The helper at this absolute path takes the URL and prints the body, or fails. Borrows the
+  /// loop.
   LinuxHttpClient(EventLoop& loop, std::string helper);
   ~LinuxHttpClient() override;
 
   [[nodiscard]] Async<std::optional<std::string>> get(std::string url, Seconds wait) override;
 
-  /// Sets whether the machine reaches the internet, as it is assumed to at first. While it does
-  /// not, requests end without a reply, those under way included.
+  /// Sets whether the machine reaches the internet; initially true. While false, requests end
+  /// without a reply, including those under way.
   void setPathSatisfied(bool isSatisfied);
 
 private:

@@ -8,13 +8,13 @@ namespace tidewell {
 
 class EventLoop;
 
-/// Plays the desktop's sound for a new message, by a helper process that carries the sound library.
+/// Plays the desktop's sound for a new message in a helper process, which links the sound library.
 class NotificationSound {
 public:
-  /// The helper of this absolute path plays the sound once and ends. Borrows loop and queue.
+  /// The helper at this absolute path plays the sound once. Borrows loop and queue.
   NotificationSound(EventLoop& loop, WorkQueue& background, std::string helper);
 
-  /// Starts the sound and returns at once. Without a helper or a sound there is silence.
+  /// Starts the sound and returns at once. Silent without the helper or a sound.
   void play();
 
 private:

@@ -5,8 +5,8 @@
 
 namespace tidewell {
 
-/// The name of a process as the kernel keeps it, up to 15 characters; empty when there is no such
-/// process or it may not be looked at. Any thread.
+/// The kernel's name of a process, up to 15 characters; empty if there is no such process or it may
+/// not be read.
 [[nodiscard]] std::string processName(std::uint32_t process);
 
 } // namespace tidewell

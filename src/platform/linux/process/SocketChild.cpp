@@ -85,8 +85,8 @@ void SocketChild::read() {
 
 void SocketChild::reap() {
   m_watch.reset();
-  // The kernel closes a process's descriptors late in its exit, so this wait is short; one that
-  // closed the socket and lives on is of no use to anybody.
+  // The kernel closes descriptors late in a process's exit, so this wait is short. A child that
+  // closed the socket but lives on is of no use.
   kill();
   int status = 0;
   pid_t reaped = 0;
@@ -95,7 +95,7 @@ void SocketChild::reap() {
   } while (reaped < 0 && errno == EINTR);
   const bool orderly = reaped == m_pid && WIFEXITED(status) && WEXITSTATUS(status) == 0;
   m_pid = 0;
-  // A copy, since this object may be destroyed in the call.
+  // Copied, because the call may destroy this object.
   const auto ended = m_events.ended;
   ended(orderly);
 }

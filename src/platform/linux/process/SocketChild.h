@@ -14,26 +14,26 @@ namespace tidewell {
 class EventLoop;
 class FdWatch;
 
-/// A child process with a socket to it, which is its standard input, for messages both ways. What
-/// is sent before the child reads waits for it in the socket. Main thread; never waits for the
-/// child. Destroying it closes the socket and leaves the child to itself.
+/// A child process whose standard input is a socket for messages both ways. Messages sent before
+/// the child reads wait in the socket. Never waits for the child. Destroying this object closes the
+/// socket and leaves the child running.
 class SocketChild {
 public:
   struct Events {
     std::function<void(std::string_view message)> heard;
-    /// The child is gone, and this object may be destroyed. `orderly`: it exited with status 0.
+    /// The child has exited. This object may be destroyed. `orderly`: with status 0.
     std::function<void(bool orderly)> ended;
   };
 
-  /// Starts a program with this process's environment; null when it cannot be started.
+  /// Starts a program with this process's environment; null if that fails.
   [[nodiscard]] static std::unique_ptr<SocketChild>
   start(EventLoop& loop, const std::string& executable, Events events);
   SocketChild(const SocketChild&) = delete;
   SocketChild& operator=(const SocketChild&) = delete;
   ~SocketChild();
 
-  /// Sends a message, at most a few kilobytes; does nothing when the child has ended or has let
-  /// some hundred messages lie unread.
+  /// Sends a message of at most a few kilobytes. Does nothing if the child has ended or some
+  /// hundred messages are unread.
   void send(const std::string& message) const;
 
   /// Kills the child; `ended` follows.

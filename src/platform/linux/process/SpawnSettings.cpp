@@ -10,7 +10,7 @@ namespace tidewell {
 
 namespace {
 
-// Work that nobody waits for yields to what the user looks at.
+// Background work yields to what the user looks at.
 constexpr int utilityNice = 5;
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {

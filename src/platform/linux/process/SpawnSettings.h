@@ -7,7 +7,7 @@
 
 namespace tidewell {
 
-/// What a child starts with: no blocked or ignored signals, and the descriptors that are added.
+/// A child's start settings: no blocked or ignored signals, and the descriptors added here.
 class SpawnSettings {
 public:
   SpawnSettings();
@@ -15,13 +15,13 @@ public:
   SpawnSettings& operator=(const SpawnSettings&) = delete;
   ~SpawnSettings();
 
-  /// In the child, `target` is the file of this path.
+  /// Opens the file at this path as `target` in the child.
   void open(int target, const char* path, int flags);
-  /// In the child, `target` is what `descriptor` is here.
+  /// Makes `descriptor` available as `target` in the child.
   void duplicate(int descriptor, int target);
 
-  /// Starts a program; negative when it cannot be started. One that yields runs at a lower
-  /// priority than the rest of the session.
+  /// Starts a program; negative on failure. One that yields runs at a lower priority than the rest
+  /// of the session.
   [[nodiscard]] pid_t spawn(const std::string& executable, std::vector<std::string> arguments,
                             std::vector<std::string> environment, bool yields = false) const;
 
@@ -30,7 +30,7 @@ private:
   posix_spawnattr_t m_attributes{};
 };
 
-/// A descriptor of the process, for waiting; negative on kernels without.
+/// A pidfd to wait for the process; negative on kernels without.
 [[nodiscard]] int openProcess(pid_t pid);
 
 } // namespace tidewell

@@ -19,14 +19,13 @@ namespace tidewell {
 
 namespace {
 
-// A child that was asked to terminate has this long until it is killed.
+// A terminated child is killed after this time.
 constexpr Seconds grace = 0.3;
 
-// How often a child is looked at whose exit the kernel does not signal.
+// The polling interval where the kernel cannot signal a child's exit.
 constexpr Seconds lookInterval = 0.05;
 
-// Far above what a pipe holds when its only writer has exited: a bound for a descendant that goes
-// on writing.
+// Far above what a pipe holds once its writer has exited. Limits a descendant that keeps writing.
 constexpr std::size_t mostOutput = 1U << 20U;
 
 struct Pipe {
@@ -42,7 +41,7 @@ std::optional<Pipe> makePipe() {
   return Pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
-/// This process's environment with every message in the C locale.
+/// This process's environment with the C locale.
 std::vector<std::string> untranslatedEnvironment() {
   std::vector<std::string> variables;
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
@@ -55,7 +54,7 @@ std::vector<std::string> untranslatedEnvironment() {
   return variables;
 }
 
-/// Collects the exit of a child. False while it runs, unless `options` lets waitpid wait.
+/// Reaps a child. False while it runs, unless `options` lets waitpid wait.
 bool reap(pid_t pid, int options, int& status) {
   pid_t reaped = 0;
   do {
@@ -153,7 +152,7 @@ std::optional<std::string> SpawnedChild::output() const {
 }
 
 void SpawnedChild::readOutput(std::string& text) const {
-  // Whatever the child wrote is in the pipe by now; there is no need to wait for the end of file.
+  // All that the child wrote is in the pipe by now; end of file need not be awaited.
   ::fcntl(m_output.get(), F_SETFL, O_NONBLOCK);
   std::array<char, 4096> piece{};
   while (text.size() < mostOutput) {

@@ -16,19 +16,18 @@ namespace tidewell {
 class EventLoop;
 class FdWatch;
 
-/// How urgent a child's work is for the machine.
+/// The scheduling priority of a child.
 enum class ChildPriority {
   normal, // the user waits for it
-  utility // nobody waits: it yields to what the user looks at
+  utility // background work, which yields to what the user looks at
 };
 
-/// One child process with its two pipes, served by the loop. Destroying it kills and reaps the
-/// child.
+/// A child process with two pipes, served by the loop. Destroying it kills and reaps the child.
 class SpawnedChild {
 public:
-  /// Starts a program; null when it cannot be started, for want of memory too. Its standard input
-  /// is empty, its locale is "C", and it inherits no other descriptor and no blocked signal. It is
-  /// stopped after `limit` seconds.
+  /// Starts a program; null on failure, including lack of memory. Its standard input is empty, its
+  /// locale is "C", and it inherits no other descriptor and no blocked signal. It is stopped after
+  /// `limit` seconds.
   [[nodiscard]] static std::unique_ptr<SpawnedChild>
   start(EventLoop& loop, const std::string& executable, const std::vector<std::string>& arguments,
         Seconds limit, ChildPriority priority = ChildPriority::normal);
@@ -38,20 +37,20 @@ public:
 
   [[nodiscard]] pid_t id() const { return m_pid; }
 
-  /// Asks the child to terminate. Does nothing when it has exited.
+  /// Asks the child to terminate. Does nothing if it has exited.
   void terminate() const;
 
-  /// Terminates the child, and kills it if it is still there 0.3 s later.
+  /// Terminates the child, and kills it 0.3 s later if it still runs.
   void stop();
 
-  /// Awaitable; the child has exited afterwards.
+  /// Awaits the child's exit.
   [[nodiscard]] auto exit() { return Exit{*this}; }
 
-  /// Exit status of a child that has exited; nullopt when a signal ended it.
+  /// Exit status of an exited child; nullopt if a signal ended it.
   [[nodiscard]] std::optional<int> status() const { return m_status; }
 
-  /// What the child has written to its standard output; nullopt when there is no memory for it.
-  /// Call it after `exit`. A descendant that still holds the pipe open is not waited for.
+  /// The child's standard output; nullopt if there is not enough memory for it. Call it after
+  /// `exit`. Does not wait for a descendant that still holds the pipe open.
   [[nodiscard]] std::optional<std::string> output() const;
 
 private:
@@ -76,11 +75,11 @@ private:
   pid_t m_pid = -1;
   bool m_hasExited = false;
   std::optional<int> m_status;
-  FileDescriptor m_process; // pidfd; readable once the child has exited
+  FileDescriptor m_process; // pidfd, readable once the child has exited
   FileDescriptor m_output;
   FileDescriptor m_errors; // held open, never read
   std::unique_ptr<FdWatch> m_watch;
-  std::unique_ptr<Timer> m_looks; // in place of the watch where there is none
+  std::unique_ptr<Timer> m_looks; // polls where there is no watch
   std::unique_ptr<Timer> m_limit;
   Waiter m_waiter;
 };

@@ -16,11 +16,11 @@ void release(std::uintptr_t begin, std::uintptr_t end) {
   const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
   begin &= ~(page - 1);
   end = (end + page - 1) & ~(page - 1);
-  // The linker tells addresses as numbers. NOLINTNEXTLINE(performance-no-int-to-ptr)
+  // The linker gives addresses as numbers. NOLINTNEXTLINE(performance-no-int-to-ptr)
   ::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
 }
 
-/// Only what was never writable: dropping a page that was written would lose the writing.
+/// Only pages that were never writable: dropping a written page would lose its contents.
 int releaseObject(dl_phdr_info* object, std::size_t /*size*/, void* /*unused*/) {
   for (int index = 0; index < object->dlpi_phnum; ++index) {
     const auto& segment = object->dlpi_phdr[index];
@@ -32,6 +32,15 @@ int releaseObject(dl_phdr_info* object, std::size_t /*size*/, void* /*unused*/) 
   return 0;
 }
 
+/// The pages below the caller's frame, which deeper calls have used.
+void releaseStack() {
+  constexpr std::uintptr_t inUse = 4096; // by the calls that follow
+  constexpr std::uintptr_t deepest = 256U << 10U;
+  const char frame = 0;
+  const auto here = reinterpret_cast<std::uintptr_t>(&frame);
+  release(here - deepest, here - inUse - static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE)));
+}
+
 } // namespace
 
 void releaseStartupPages() {
@@ -39,6 +48,7 @@ void releaseStartupPages() {
   ::malloc_trim(0);
 #endif
   ::dl_iterate_phdr(releaseObject, nullptr);
+  releaseStack();
 }
 
 } // namespace tidewell

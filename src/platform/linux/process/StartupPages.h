@@ -2,9 +2,9 @@
 
 namespace tidewell {
 
-/// Hands the pages of program text that starting up has touched back to the kernel, and free heap
-/// with them. What is still needed comes back from the page cache at the next touch; the rest, such
-/// as the reading of the preferences and the dynamic linking, never does. Any thread.
+/// Returns the program text touched during startup, and free heap, to the kernel. Pages still
+/// needed come back from the page cache at the next touch; those for startup alone, such as dynamic
+/// linking and reading the preferences, never do.
 void releaseStartupPages();
 
 } // namespace tidewell

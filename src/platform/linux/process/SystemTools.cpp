@@ -14,10 +14,9 @@ namespace tidewell {
 namespace {
 
 constexpr std::array<const char*, 5> pingPlaces = {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping",
-                                                   "/sbin/ping", "/app/bin/ping"}; // Flatpak's
+                                                   "/sbin/ping", "/app/bin/ping"}; // in a Flatpak
 
-// One request is answered or given up within its two seconds; the rest is start-up on a busy
-// machine.
+// One request takes two seconds at most; the rest is for start-up on a busy machine.
 constexpr Seconds pingLimit = 5.0;
 
 // The helper measures for one second.

@@ -10,10 +10,9 @@ namespace tidewell {
 class EventLoop;
 class FdWatch;
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread, and makes the process deaf to
-/// SIGPIPE.
+/// Turns SIGTERM, SIGINT and SIGHUP into a call on the loop, and makes the process ignore SIGPIPE.
 ///
-/// Constructed before any thread starts, so that every thread leaves the signals to the loop.
+/// Construct it before any thread starts, so that every thread leaves the signals to the loop.
 class TerminationSignals {
 public:
   TerminationSignals(EventLoop& loop, std::function<void()> onTermination);
