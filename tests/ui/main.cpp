@@ -5,13 +5,6 @@
 
 #include <ctime>
 
-// Qt paints large areas with its own threads, in an order that the thread sanitizer cannot see. The
-// views run on one thread.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the sanitizer requires this name.
-extern "C" const char* __tsan_default_suppressions() {
-  return "race:libQt6Core.so\nrace:libQt6Gui.so\n";
-}
-
 // Fixes everything that could make two machines draw differently, before Qt reads it.
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);

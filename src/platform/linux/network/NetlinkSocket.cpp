@@ -1,7 +1,7 @@
 #include "platform/linux/network/NetlinkSocket.h"
 
-#include <array>
 #include <cerrno>
+#include <memory>
 
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -39,10 +39,9 @@ bool NetlinkSocket::ask(NetlinkRequest& request, const std::function<void(Netlin
     m_socket.reset();
     return false;
   }
-  alignas(nlmsghdr) std::array<std::byte, longestDatagram> buffer;
   auto progress = NetlinkProgress::unfinished;
   while (progress == NetlinkProgress::unfinished) {
-    const NetlinkBytes datagram = receive(buffer);
+    const NetlinkBytes datagram = receive({m_buffer.get(), longestDatagram});
     if (datagram.empty()) {
       m_socket.reset();
       return false;
@@ -69,6 +68,10 @@ bool NetlinkSocket::control(unsigned long command, ifreq& query) {
 }
 
 bool NetlinkSocket::open() {
+  if (!m_buffer) {
+    // Kept, and not on the stack, whose protection would write to each of its pages.
+    m_buffer = std::make_unique_for_overwrite<std::byte[]>(longestDatagram);
+  }
   if (!m_socket.isOpen()) {
     m_socket = FileDescriptor(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, m_protocol));
     ::setsockopt(m_socket.get(), SOL_SOCKET, SO_RCVTIMEO, &replyLimit, sizeof replyLimit);

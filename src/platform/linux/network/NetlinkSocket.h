@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -38,6 +39,7 @@ private:
 
   int m_protocol;
   FileDescriptor m_socket;
+  std::unique_ptr<std::byte[]> m_buffer;
   std::uint32_t m_sequence = 0;
 };
 
