@@ -1,6 +1,6 @@
-// Any messages from a session bus: answers to what the resident asks, news of owners, calls of its
-// item, its menu and its interface. Each call is answered once, what is published can be read, and
-// afterwards the menu is what it was.
+// Any messages from a session bus: replies to the resident, owner changes, calls of its item, menu
+// and interface. Each call is answered once, published values stay readable, and the menu is
+// unchanged afterwards.
 
 #include "support/AnyBody.h"
 #include "support/ResidentOnBus.h"
@@ -16,7 +16,7 @@ using fuzz::require;
 
 constexpr const char* busName = "org.freedesktop.DBus";
 
-/// A method or property of the resident, and the types that it takes.
+/// A method or property of the resident with its types.
 struct Member {
   const char* path;
   const char* interface;
@@ -55,7 +55,7 @@ constexpr std::array<Member, 20> members = {{
     {menu, "org.freedesktop.DBus.Introspectable", "Introspect", ""},
 }};
 
-/// What the other end of a well-behaved bus answers to a call.
+/// The answer of a well-behaved bus to a call.
 const char* answerTypes(const char* member) {
   const std::array<std::pair<const char*, const char*>, 5> usual = {
       {{"GetNameOwner", "s"},
@@ -107,7 +107,7 @@ void tellOfOwner(BusPeer& peer, FuzzedDataProvider& input) {
   }
 }
 
-/// The call's cookie; 0 when it could not be made.
+/// The call's cookie; 0 if it could not be made.
 std::uint64_t call(BusPeer& peer, const Member& member, FuzzedDataProvider& input) {
   const auto message = takeFrom<BusMessage>([&](sd_bus_message** made) {
     return sd_bus_message_new_method_call(peer.bus(), made, ":1.1", member.path, member.interface,

@@ -1,5 +1,5 @@
-// Any bytes as the output of the per-process statistics tool: what comes of it is sorted, cut and
-// shared out rightly.
+// Any bytes as the output of the per-process traffic tool. The list is sorted and limited, and its
+// shares are correct.
 
 #include "processes/NettopOutput.h"
 #include "support/Require.h"

@@ -1,5 +1,5 @@
-// Any bytes as the network-quality tool's output: the numbers are numbers and not negative, and
-// what follows a line of its own neither adds to it nor takes from it.
+// Any bytes as the network-quality tool's output. The results are finite and not negative, and an
+// unrelated line appended changes nothing.
 
 #include "speedtest/NetworkQualityOutput.h"
 #include "support/Require.h"

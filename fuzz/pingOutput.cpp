@@ -1,5 +1,4 @@
-// Any bytes as what ping prints, one run after another with zeros between: what is made of them is
-// always a number.
+// Any bytes as ping's output, runs separated by zeros. The results are always numbers.
 
 #include "base/TextPieces.h"
 #include "platform/ChildProcess.h"
@@ -14,7 +13,7 @@ namespace {
 
 using tidewell::fuzz::require;
 
-/// Runs nothing and gives back the next of some outputs.
+/// Runs nothing; returns the next of the given outputs.
 class ScriptedChildren final : public tidewell::ChildProcess {
 public:
   tidewell::Async<std::optional<std::string>> run(tidewell::ToolCall call,
@@ -42,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(quality.packetLossPercent >= 0.0 && quality.packetLossPercent <= 100.0);
     require(quality.jitterMs >= 0.0);
     require(parsed || quality.jitterMs == before.jitterMs);
-    // The line that counts is the first: what follows it changes nothing.
+    // The first line counts; later ones change nothing.
     require(!parsed || tidewell::LatencyProbe::parseOutput(children.next + " time=7 ms") == parsed);
   }
   return 0;

@@ -1,5 +1,5 @@
-// Any programs that moved any number of bytes, written by the helper and read by the resident. The
-// text is short and valid, no byte is added, and none is lost except of the largest amounts.
+// Any programs with any number of bytes, written by the helper and parsed by the resident. The text
+// is short and valid. No byte is added, and none is lost except from the largest amounts.
 
 #include "base/TextPieces.h"
 #include "base/Utf8.h"

@@ -1,5 +1,5 @@
-// Anything that may be published under the resident's name, through the toolkit's own bus library
-// and into the windows' mirror: what views read of it is bounded, and its texts are fit for labels.
+// Anything published under the resident's name, received by the toolkit's bus library into the
+// windows' mirror. Sizes are limited, and texts are safe for labels.
 
 #include "ui/mirror/ResidentMirror.h"
 #include "support/PrivateBus.h"
@@ -62,7 +62,7 @@ QDBusArgument& operator<<(QDBusArgument& to, const AnyTest& test) {
   to.endStructure();
   return to;
 }
-// The library wants readers as well; nothing is read by them.
+// The library also requires readers; they read nothing.
 const QDBusArgument& operator>>(const QDBusArgument& from, AnySample& /*sample*/) { return from; }
 const QDBusArgument& operator>>(const QDBusArgument& from, AnyProcess& /*process*/) { return from; }
 const QDBusArgument& operator>>(const QDBusArgument& from, AnyTest& /*test*/) { return from; }
@@ -72,7 +72,7 @@ namespace {
 using namespace tidewell;
 using fuzz::require;
 
-/// Keeps the last values that came over the bus.
+/// Keeps the last values from the bus.
 class Receiver final : public QDBusVirtualObject {
 public:
   [[nodiscard]] QString introspect(const QString& /*path*/) const override { return {}; }
@@ -84,7 +84,7 @@ public:
   QVariantMap values;
 };
 
-/// A program of the toolkit on a bus of its own.
+/// A toolkit application on a private bus.
 struct Desk {
   Desk() {
     require(daemon.isThere() && bus.isConnected());
@@ -97,14 +97,14 @@ struct Desk {
     require(bus.registerVirtualObject(QStringLiteral("/"), &receiver));
   }
 
-  /// The values as they come out of a message that they were put into.
+  /// The values after marshalling into a message and back.
   QVariantMap sent(const QVariantMap& values) {
     auto message =
         QDBusMessage::createMethodCall(bus.baseService(), QStringLiteral("/"),
                                        QStringLiteral("org.example.Any"), QStringLiteral("Take"));
     message.setArguments({QVariant(values)});
     receiver.values.clear();
-    // A call of the process's own is answered at once, without the bus.
+    // A call to the process itself is answered at once, without the bus.
     bus.call(message);
     require(receiver.values.size() == values.size());
     return receiver.values;
@@ -137,7 +137,7 @@ template <class Element, class Make> QVariant anyList(FuzzedDataProvider& input,
   return QVariant::fromValue(list);
 }
 
-/// The kinds of values that the resident publishes, and some that it does not.
+/// The types that the resident publishes, and some that it does not.
 enum Kind { truth, number, real, text, samples, processes, tests, texts, mixture, kinds };
 
 QVariant anyValue(Kind kind, FuzzedDataProvider& input) {

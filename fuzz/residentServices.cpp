@@ -1,5 +1,5 @@
-// The whole resident but its face, in virtual time, on a machine whose tools, servers, tables and
-// preferences say anything: what it publishes is well-formed.
+// The resident's services in virtual time, on a machine whose tools, servers, tables and
+// preferences contain anything. Published values are well-formed.
 
 #include "alerts/NotificationService.h"
 #include "app/AppDelegate.h"
@@ -24,7 +24,7 @@ namespace {
 using namespace tidewell;
 using fuzz::require;
 
-// What a link can move in a millisecond; more is no number of bytes a second in 64 bits.
+// The most that a link can move in a millisecond; more would overflow 64-bit bytes per second.
 constexpr std::int64_t mostMoved = std::int64_t{1} << 50;
 
 /// The resident and its machine.

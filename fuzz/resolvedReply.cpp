@@ -1,4 +1,4 @@
-// Any message as systemd-resolved's answer: what comes of it is addresses, a limited number.
+// Any message as systemd-resolved's reply. The result is a limited number of addresses.
 
 #include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/bus/ResolvedServers.h"
@@ -16,7 +16,7 @@ namespace {
 using tidewell::BusMessage;
 using tidewell::fuzz::require;
 
-/// A connection without another end: messages are made on it and never sent.
+/// An unconnected bus; its messages are never sent.
 sd_bus* connection() {
   static sd_bus* const bus = [] {
     std::array<int, 2> ends{};
@@ -28,7 +28,7 @@ sd_bus* connection() {
   return bus;
 }
 
-/// A list of servers in its right form with any contents, some of it addresses.
+/// A well-formed list of servers with any contents, some of them addresses.
 int appendServers(sd_bus_message& message, FuzzedDataProvider& input) {
   int result = sd_bus_message_open_container(&message, 'v', "a(iiay)");
   result = result < 0 ? result : sd_bus_message_open_container(&message, 'a', "(iiay)");

@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   const auto route = tidewell::parseRoute(messages);
   require(!route || route->source.size() < size);
-  // What follows the last whole message is not read.
+  // Bytes after the last whole message are not read.
   auto longer = messages;
   longer.resize((longer.size() + 3) & ~std::size_t{3});
   longer.resize(longer.size() + 64, std::byte{0xFF});

@@ -1,5 +1,5 @@
-// Any bytes as the list of the machine's users. Whatever their names, a user's row reaches the
-// reader as one row.
+// Any bytes as the machine's list of users. Each user's row is parsed as one row, whatever the
+// name.
 
 #include "helpers/nettop/NettopText.h"
 #include "helpers/nettop/Rows.h"

@@ -1,5 +1,5 @@
-// Any bytes as the kernel's answers about Wi-Fi, in memory of exactly their size. The names of
-// networks, which strangers choose, become fit for a label.
+// Any bytes as the kernel's answers about Wi-Fi, in memory of exactly their size. Network names,
+// chosen by strangers, become safe for a label.
 
 #include "platform/linux/network/WifiName.h"
 #include "support/Require.h"

@@ -1,5 +1,5 @@
-// Any bytes as a message between the resident and the windows' process: what is understood is said
-// again in words that mean the same.
+// Any bytes as a message between the resident and the windows' process. What parses is written
+// again with the same meaning.
 
 #include "support/Require.h"
 #include "windowRequests/WindowRequest.h"
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (const auto report = tidewell::parseWindowReport(text)) {
     require(tidewell::parseWindowReport(tidewell::messageOf(*report)) == report);
   }
-  // Text that is asked to be copied arrives as it is, up to the longest message.
+  // Text to copy arrives unchanged, up to the longest message.
   const tidewell::WindowRequest copy{
       tidewell::WindowRequest::Kind::copy, std::string(text), {}, std::string(text)};
   const auto arrived = tidewell::parseWindowRequest(tidewell::messageOf(copy));

@@ -24,7 +24,7 @@ std::string_view firstType(std::string_view signature) {
   return signature.substr(0, size);
 }
 
-/// A text as it occurs, or any bytes without a zero.
+/// A typical text, or any bytes without a zero.
 std::string anyText(FuzzedDataProvider& input) {
   if (input.ConsumeBool()) {
     return input.PickValueInArray<const char*>(
@@ -46,7 +46,7 @@ int appendBasic(sd_bus_message& message, char type, FuzzedDataProvider& input) {
     const int output = 1;
     return sd_bus_message_append_basic(&message, type, &output);
   }
-  // Wide enough for each of them; rows and identifiers are small numbers.
+  // Wide enough for each type; rows and identifiers are small numbers.
   const std::uint64_t number = input.ConsumeBool()
                                    ? input.ConsumeIntegralInRange<std::uint64_t>(0, 16)
                                    : input.ConsumeIntegral<std::uint64_t>();

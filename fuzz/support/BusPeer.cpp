@@ -15,7 +15,7 @@ namespace tidewell::fuzz {
 
 namespace {
 
-/// One look at what waits, without sleeping.
+/// Polls once without sleeping.
 void turn(EpollLoop& loop) {
   bool isSecond = false;
   const Subscription check = loop.beforeSleep([&] {

@@ -15,29 +15,29 @@ class EpollLoop;
 
 namespace tidewell::fuzz {
 
-/// Stands for a session bus and for everybody on it, in the process and on the thread of the
-/// program that connects to it.
+/// Plays a session bus and all its clients, in the process and on the thread of the program that
+/// connects.
 class BusPeer {
 public:
   BusPeer();
 
-  /// Where a connection finds it.
+  /// The address to connect to.
   [[nodiscard]] const std::string& address() const { return m_address; }
 
-  /// Lets go of the last connection and takes the one that waits.
+  /// Drops the last connection and accepts the waiting one.
   void accept();
   [[nodiscard]] bool isConnected() const { return m_bus != nullptr; }
   [[nodiscard]] sd_bus* bus() { return m_bus.get(); }
 
-  /// Serves both sides until neither has anything more to say.
+  /// Serves both sides until neither sends anything.
   void settle(EpollLoop& loop);
 
-  /// Sends and forgets; gives back the message's cookie, 0 where it could not be sent.
+  /// Sends a message and returns its cookie, 0 on failure.
   std::uint64_t send(sd_bus_message* message);
 
-  /// Calls that await an answer, oldest first; the bus's own duties are not among them.
+  /// Unanswered calls, oldest first, without those to the bus itself.
   std::deque<BusMessage> calls;
-  /// Cookies of the answers that have come.
+  /// Cookies of the received replies.
   std::deque<std::uint64_t> answers;
   int signals = 0;
 
@@ -55,7 +55,7 @@ private:
   std::unique_ptr<sd_bus, Release> m_bus;
 };
 
-/// Whether everything in the message can be read as what it is said to be.
+/// Whether the whole message can be read by its signature.
 [[nodiscard]] bool isReadable(sd_bus_message& message);
 
 } // namespace tidewell::fuzz

@@ -12,7 +12,7 @@
 
 namespace tidewell::fuzz {
 
-/// Aborts unless the condition holds, which the fuzzer reports.
+/// Aborts unless the condition holds; the fuzzer reports it.
 inline void require(bool condition, int line = __builtin_LINE(),
                     const char* file = __builtin_FILE()) {
   if (!condition) {
@@ -32,8 +32,8 @@ inline std::vector<std::byte> messagesOf(const std::uint8_t* data, std::size_t s
   return {bytes.begin(), bytes.end()};
 }
 
-/// Requires that a text may go into a label: UTF-8 without control characters, line breaks and
-/// changes of the writing direction. Does not use displayText, which it checks.
+/// Requires that a text is safe for a label: UTF-8 without control characters, line breaks and
+/// direction changes. Does not use displayText, which it checks.
 inline void requireShowable(std::string_view text) {
   require(isUtf8(text));
   while (!text.empty()) {
@@ -47,8 +47,8 @@ inline void requireShowable(std::string_view text) {
   }
 }
 
-/// Whether sums over a text of the per-process tool may overflow. That ends the program on purpose;
-/// the helper never writes such numbers.
+/// Whether sums over a per-process text may overflow. That aborts on purpose; the helper never
+/// writes such numbers.
 inline bool maySumOverflow(std::string_view text) {
   std::size_t digits = 0;
   for (const char character : text) {

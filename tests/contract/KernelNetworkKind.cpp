@@ -24,7 +24,7 @@ bool shell(const std::string& command) {
   return std::system((command + " >/dev/null 2>&1").c_str()) == 0; // NOLINT: a fixed test command
 }
 
-/// A fresh network namespace of the kernel's, entered by the test's thread for as long as it lives.
+/// A new network namespace, entered by the test's thread for as long as it lives.
 class KernelNetwork final : public NetworkUnderTest {
 public:
   static std::unique_ptr<NetworkUnderTest> make() {
@@ -77,7 +77,7 @@ private:
 
   FileDescriptor m_home;
   RouteSocket m_socket; // opened on first use, inside the namespace
-  DeviceTable m_table;  // as well
+  DeviceTable m_table;  // likewise
   LinuxInterfaceCounters m_counters{m_table};
   EpollLoop m_loop;
   LinuxConfigurationStore m_configuration{m_loop, m_socket};

@@ -13,7 +13,7 @@
 
 namespace tidewell::test {
 
-/// A machine with network interfaces that the test makes, uses and removes.
+/// A machine whose network interfaces the test creates, uses and removes.
 class NetworkUnderTest {
 public:
   NetworkUnderTest() = default;
@@ -24,19 +24,19 @@ public:
   [[nodiscard]] virtual InterfaceCounters& counters() = 0;
   [[nodiscard]] virtual ConfigurationStore& configuration() = 0;
 
-  /// Makes an interface that is up.
+  /// Creates an interface that is up.
   virtual void add(const std::string& interface) = 0;
   virtual void remove(const std::string& interface) = 0;
-  /// Sends so many bytes, as the interface counts them, through the interface.
+  /// Sends this many bytes, as the interface counts them.
   virtual void send(const std::string& interface, std::int64_t bytes) = 0;
-  /// Leads the route to the public internet through an interface, or nowhere.
+  /// Routes the public internet through an interface, or nowhere.
   virtual void route(const std::optional<std::string>& interface) = 0;
 };
 
-/// One kind of network; the contract holds for all of them.
+/// A kind of network; the contract holds for all of them.
 struct NetworkKind {
   std::string name;
-  /// Null where the machine does not allow it.
+  /// Null if the machine does not allow it.
   std::function<std::unique_ptr<NetworkUnderTest>()> make;
 };
 

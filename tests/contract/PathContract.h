@@ -10,7 +10,7 @@
 
 namespace tidewell::test {
 
-/// A machine whose way to the internet the test makes and removes. It starts without one.
+/// A machine whose route to the internet the test adds and removes. It starts without one.
 class PathUnderTest {
 public:
   PathUnderTest() = default;
@@ -22,19 +22,19 @@ public:
   /// The queue for reports.
   [[nodiscard]] virtual WorkQueue& queue() = 0;
 
-  /// Leads traffic to the internet through a wired interface.
+  /// Routes the internet through a wired interface.
   virtual void connect() = 0;
   virtual void disconnect() = 0;
-  /// Changes something that the path does not depend on.
+  /// Changes something irrelevant to the path.
   virtual void stir() = 0;
-  /// Gives every report the time that it needs.
+  /// Waits until every report has arrived.
   virtual void settle() = 0;
 };
 
-/// One kind of machine; the contract holds for all of them.
+/// A kind of machine; the contract holds for all of them.
 struct PathKind {
   std::string name;
-  /// Null where the machine does not allow it.
+  /// Null if the machine does not allow it.
   std::function<std::unique_ptr<PathUnderTest>()> make;
 };
 

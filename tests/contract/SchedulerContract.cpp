@@ -6,10 +6,10 @@
 namespace tidewell::test {
 namespace {
 
-// One unit of real time in these tests: long against a busy machine's delays.
+// A unit of real time in these tests, long compared to a busy machine's delays.
 constexpr Seconds tick = 0.05;
 
-/// A task that waits for so long and then does something.
+/// A task that waits for a time, then calls a function.
 Async<> after(SchedulerUnderTest& world, Seconds span, std::function<void()> then) {
   co_await world.sleep(span);
   then();
@@ -90,7 +90,7 @@ TEST_P(SchedulerContract, RepeatsUntilTheTimerIsDestroyed) {
 TEST_P(SchedulerContract, CoalescesMissedFiringsAndKeepsTheGrid) {
   const auto queue = scheduler.makeSerialQueue("com.halden.tidewell.test");
   int fired = 0;
-  // Due at 2, 4, 6, ... and held up from 2 to 7: 4 and 6 become one, then 8, 10.
+  // Due at 2, 4, 6, ...; blocked from 2 to 7, so 4 and 6 become one, then 8 and 10.
   const auto timer = queue->repeat(
       2 * tick, 2 * tick, [&] { return fired++ == 0 ? world->sleep(5 * tick) : Async<>(); });
   world->run(11 * tick);

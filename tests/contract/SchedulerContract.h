@@ -11,7 +11,7 @@
 
 namespace tidewell::test {
 
-/// A scheduler under test together with what makes its time pass.
+/// A scheduler under test and its source of time.
 class SchedulerUnderTest {
 public:
   SchedulerUnderTest() = default;
@@ -20,13 +20,13 @@ public:
   virtual ~SchedulerUnderTest() = default;
 
   [[nodiscard]] virtual Scheduler& scheduler() = 0;
-  /// Serves the main queue for that long.
+  /// Runs the main queue for this time.
   virtual void run(Seconds span) = 0;
-  /// Lets the awaiting task wait.
+  /// Makes the awaiting task wait.
   [[nodiscard]] virtual Async<> sleep(Seconds span) = 0;
 };
 
-/// One way to make a scheduler; the contract holds for all of them.
+/// A kind of scheduler; the contract holds for all of them.
 struct SchedulerKind {
   std::string name;
   std::function<std::unique_ptr<SchedulerUnderTest>()> make;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr long plenty = std::numeric_limits<long>::max();
 
-thread_local long left = plenty; // pieces
+thread_local long left = plenty; // allocations
 thread_local bool refused = false;
 
 std::atomic<std::size_t> largestPiece = std::numeric_limits<std::size_t>::max();

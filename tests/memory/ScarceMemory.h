@@ -4,8 +4,8 @@
 
 namespace tidewell::test {
 
-/// While it lives, the memory of the thread that made it runs out: the piece of this number,
-/// counted from 1, and every later one are refused.
+/// While it lives, the thread that made it runs out of memory: the allocation of this number,
+/// counted from 1, and every later one fail.
 class ScarceMemory {
 public:
   explicit ScarceMemory(long firstRefused);
@@ -13,11 +13,11 @@ public:
   ScarceMemory& operator=(const ScarceMemory&) = delete;
   ~ScarceMemory();
 
-  /// Whether a piece was refused since the last of these objects was made.
+  /// Whether an allocation failed since the last of these objects was made.
   [[nodiscard]] static bool hasRefused();
 };
 
-/// While it lives, no thread is given a piece of more than so many bytes. One at a time.
+/// While it lives, larger allocations fail on every thread. One at a time.
 class SmallPiecesOnly {
 public:
   explicit SmallPiecesOnly(std::size_t largest);

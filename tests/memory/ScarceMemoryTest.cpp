@@ -29,11 +29,11 @@
 namespace tidewell::test {
 namespace {
 
-// Longer than what a text has room for without memory of its own.
+// Longer than what a string stores without allocating.
 const std::string longText(100, 'x');
 
-/// Does the work with a little more memory each time until there is enough; how often there was too
-/// little.
+/// Repeats the work with one more allocation each time until it succeeds. Returns how often it
+/// failed.
 int shortages(const std::function<void(bool isShort)>& check, const std::function<void()>& work) {
   int count = 0;
   for (long first = 1;; ++first) {
@@ -93,7 +93,7 @@ TEST(ScarceMemoryTest, AToolThatMemoryDoesNotSufficeForIsReapedAllTheSame) {
   EpollLoop loop;
   LinuxChildProcess children(loop);
   const std::function<void(ChildProcess::Id)> launched = [](ChildProcess::Id) {
-    throw std::bad_alloc(); // as a watchdog that cannot be posted does
+    throw std::bad_alloc(); // like a watchdog that cannot be posted
   };
   const long before = openDescriptors();
   static_cast<void>(awaited(loop, children.run({Tool::ping, "-h", 1.0}, launched)));
@@ -125,7 +125,7 @@ TEST(ScarceMemoryTest, ALookupThatMemoryDoesNotSufficeForHasNoAnswer) {
   }
 }
 
-// Little for a text, much for what is made of its lines.
+// Little memory for a text, much for its parsed lines.
 const std::string manyLines(5000, '\n');
 constexpr std::size_t largest = 8192;
 
@@ -161,7 +161,7 @@ TEST(ScarceMemoryTest, ASpeedTestThatMemoryDoesNotSufficeForHasNoResult) {
   EXPECT_FALSE(test->isRunning.get());
 }
 
-/// Answers with what there is just memory enough for.
+/// Answers with as much as memory just suffices for.
 class LastPiece final : public HttpClient {
 public:
   [[nodiscard]] Async<std::optional<std::string>> get(std::string /*url*/,

@@ -19,7 +19,7 @@
 namespace tidewell::test {
 namespace {
 
-/// Runs `work` in a process of its own; whether it held there.
+/// Runs `work` in a child process; whether it succeeded there.
 bool holdsInChild(auto&& work) {
   const pid_t child = ::fork();
   if (child == 0) {

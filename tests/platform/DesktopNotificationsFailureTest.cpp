@@ -77,7 +77,7 @@ TEST_F(DesktopNotificationsFailure, SendsWhatWaitedToTheNextServer) {
   server->toNotices = Manner::hangs;
   show("a", "hanging");
   add("a", "waiting");
-  // The new server queues for the name before the old one goes: there is no moment without one.
+  // The new server queues for the name before the old one leaves, so there always is one.
   auto old = std::move(server);
   startServer();
   old.reset();

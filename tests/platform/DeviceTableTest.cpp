@@ -11,7 +11,7 @@
 namespace tidewell::test {
 namespace {
 
-// As Linux 6 writes it: counters of 64 bits, and a name longer than its column.
+// As Linux 6 writes it: 64-bit counters, and a name longer than its column.
 constexpr std::string_view sample =
     "Inter-|   Receive                                                |  Transmit\n"
     " face |bytes    packets errs drop fifo frame compressed multicast|bytes    packets errs\n"

@@ -17,7 +17,7 @@
 namespace tidewell::test {
 namespace {
 
-/// A process that keeps another running, which counts its runs and then does what the test says.
+/// A process that keeps another running. Each run is counted and then does what the test says.
 class KeeperTest : public testing::Test {
 protected:
   KeeperTest()
@@ -45,7 +45,7 @@ protected:
     }
   }
 
-  /// Waits until a run's work is done, and it waits; or, false, until nobody is left.
+  /// Waits until a run has done its work and sleeps or, if false, until all have exited.
   [[nodiscard]] bool isWaiting() const {
     char mark = 0;
     return ::read(m_reading.get(), &mark, 1) == 1;

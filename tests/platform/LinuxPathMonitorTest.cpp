@@ -24,7 +24,7 @@ constexpr PathReport wired{true, false, true, false};
 constexpr PathReport tunnel{true, false, false, false};
 constexpr PathReport none{false, false, false, false};
 
-/// A tunnel with a route to its far end. It has its carrier while the descriptor is open.
+/// A tunnel with a route to its far end. It has a carrier while the descriptor is open.
 FileDescriptor makeTunnel() {
   FileDescriptor device(::open("/dev/net/tun", O_RDWR | O_CLOEXEC));
   ifreq request{};
@@ -54,7 +54,7 @@ protected:
     begin();
     return hasReports(1);
   }
-  /// Whether exactly so many reports have come within a second.
+  /// Whether exactly this many reports came within a second.
   bool hasReports(std::size_t count) {
     const auto start = std::chrono::steady_clock::now();
     const bool reached = runUntil(machine->loop, [&] { return reports.size() >= count; });

@@ -16,7 +16,7 @@ namespace {
 
 class NotificationSoundTest : public testing::Test {
 protected:
-  /// A helper that leaves a line of its own behind, then does as told.
+  /// A helper that writes a line, then does what the test says.
   std::string helper(const std::string& after = "") {
     const auto file = directory / "helper";
     writeInPlace(file, "#!/bin/sh\necho played >>" + played.string() + "\n" + after + "\n");

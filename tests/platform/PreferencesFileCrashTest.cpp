@@ -1,4 +1,4 @@
-// Writers that are killed, and writers that write at the same time.
+// Writers that are killed, and concurrent writers.
 
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/preferences/PreferencesStorage.h"
@@ -46,7 +46,7 @@ std::int64_t numberIn(const PreferencesStorage& storage) {
 
 using Clock = std::chrono::steady_clock;
 
-// Writes ever higher numbers until it is killed; says when it begins.
+// Writes increasing numbers until it is killed; reports when it begins.
 class EndlessWriter {
 public:
   explicit EndlessWriter(const PreferencesStorage& storage) {
@@ -66,7 +66,7 @@ public:
     EXPECT_EQ(::read(readEnd.get(), &begun, 1), 1);
   }
 
-  // Whether it lived until then.
+  // Whether it was still alive.
   [[nodiscard]] bool kill() const {
     EXPECT_EQ(::kill(m_child, SIGKILL), 0);
     const int status = statusOf(m_child);
@@ -80,7 +80,7 @@ private:
 TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
-  // Large enough that a write takes its time.
+  // Large enough to make a write slow.
   writeInPlace(directory / "preferences.toml",
                "number = 0\nother = true\n#" + std::string(20'000, 'x') + "\n");
   const auto start = Clock::now();
@@ -90,7 +90,7 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   std::mt19937 random(std::random_device{}());
   std::uniform_real_distribution<double> lifeInWrites(0.0, 4.0);
   std::int64_t last = 1;
-  constexpr std::int64_t some = 10; // on a machine that is busy they take longer
+  constexpr std::int64_t some = 10; // they take longer on a busy machine
   const auto isOver = [&](auto span) { return Clock::now() - start >= span; };
   while (!isOver(std::chrono::seconds(2)) || (last <= some && !isOver(std::chrono::minutes(1)))) {
     const EndlessWriter writer(storage);

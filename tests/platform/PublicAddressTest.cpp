@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* url = "https://127.0.0.1:8443";
 
-/// The helper against a server of the test's own, in a network of its own.
+/// The helper against the test's server, in a network namespace of its own.
 class PublicAddressTest : public testing::Test {
 protected:
   void SetUp() override {

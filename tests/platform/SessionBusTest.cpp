@@ -27,7 +27,7 @@ using Client = std::unique_ptr<sd_bus, BusEnd>;
 constexpr const char* path = "/org/example/Flooded";
 constexpr const char* interface = "org.example.Flooded";
 
-/// An object on a bus whose method a client calls faster than it is handled.
+/// An object whose method a client calls faster than it is handled.
 class SessionBusFlood : public testing::Test {
 protected:
   void SetUp() override {
@@ -49,14 +49,13 @@ protected:
     ASSERT_GE(sd_bus_start(client.get()), 0);
   }
 
-  /// Sends so many calls and returns when all of them are in the socket of the object's process.
-  /// Reads no reply.
+  /// Sends this many calls and returns when all are in the object's socket. Reads no reply.
   void flood(int calls) {
     for (int call = 0; call < calls; ++call) {
       const auto message = takeFrom<BusMessage>([&](sd_bus_message** made) {
         return sd_bus_message_new_method_call(client.get(), made, name, path, interface, "Call");
       });
-      std::uint64_t cookie = 0; // its presence asks for a reply
+      std::uint64_t cookie = 0; // passing it requests a reply
       ASSERT_GE(sd_bus_send(client.get(), message.get(), &cookie), 0);
     }
     constexpr int smallestCall = 100;
@@ -90,7 +89,7 @@ TEST_F(SessionBusFlood, DelaysOtherWorkByAFewMessages) {
 
 TEST_F(SessionBusFlood, HandlesNoFurtherCallsWhileTheBusTakesNoReplies) {
   constexpr int calls = 64;
-  replySize = std::size_t{1} << 20; // sockets hold eight of them at most
+  replySize = std::size_t{1} << 20; // sockets hold at most eight of them
   flood(calls);
   daemon.halt();
   const FileDescriptor readable(::eventfd(1, EFD_CLOEXEC));

@@ -139,7 +139,7 @@ TEST_F(SpawnedChildTest, YieldsToOthersWhenNobodyWaitsForIt) {
   EXPECT_EQ(nice(ChildPriority::utility), nice(ChildPriority::normal) + 5);
 }
 
-/// Lets no descriptor be opened any more.
+/// Prevents the process from opening descriptors.
 class NoDescriptors {
 public:
   NoDescriptors() {
@@ -165,7 +165,7 @@ TEST_F(SpawnedChildTest, StartsNothingWithoutDescriptorsAndSomethingAfterwards) 
   EXPECT_EQ(shell("echo again"), "again\n");
 }
 
-/// A loop that can watch nothing more.
+/// A loop that cannot watch anything.
 class BlindLoop final : public EventLoop {
 public:
   explicit BlindLoop(EpollLoop& loop) : m_loop(loop) {}
@@ -207,7 +207,7 @@ TEST_F(LinuxChildProcessTest, RunsPing) {
       awaited(loop, children.run(ping, [&](ChildProcess::Id child) { launched = child; }));
   EXPECT_NE(output.value_or("").find("127.0.0.1"), std::string::npos);
   EXPECT_GT(launched, 0);
-  children.terminate(launched); // long gone
+  children.terminate(launched); // exited long ago
 }
 
 TEST_F(LinuxChildProcessTest, TerminatesAToolOnRequest) {

@@ -8,7 +8,7 @@
 namespace tidewell {
 namespace {
 
-/// Kilobytes of files, programs among them, that this process has mapped and touched.
+/// Resident kilobytes of mapped files, including programs.
 long residentFileKilobytes() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {

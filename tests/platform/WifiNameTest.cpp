@@ -19,7 +19,7 @@ using namespace std::string_view_literals;
 
 constexpr std::uint16_t family = 0x1C;
 
-/// An interface as the kernel describes it, with attributes that are not read.
+/// An interface as the kernel describes it, with attributes that are ignored.
 NetlinkMessage interface(int index, const char* name, std::uint32_t type = NL80211_IFTYPE_STATION) {
   return NetlinkMessage(family, genlmsghdr{NL80211_CMD_NEW_INTERFACE, 1, 0})
       .number(NL80211_ATTR_IFINDEX, index)
@@ -116,13 +116,13 @@ TEST(WifiName, IsAbsentOrTextOnThisMachine) {
 // Messages of kernels with Wi-Fi, recorded and published by others: the interface with strace in
 // 2015, the network with nlmon in 2024.
 
-// The client wlo1 of a kernel that does not report its network here.
+// The client wlo1; this kernel does not report its network here.
 constexpr std::string_view recordedInterface =
     "580000001b00000032fadd54f27b002e07010000080003000300000009000400776c6f310000000008000100"
     "0000000008000500020000000c00990001000000000000000a000600a44e31431c7d000008002e0005000000";
 constexpr std::uint16_t interfaceFamily = 0x1B;
 
-// A network that is in range but not in use.
+// A network in range but not in use.
 constexpr std::string_view network =
     "3c0100002e00020001000000010000002201000008002e001e00000008000300150000000c00990001000000"
     "060000000c012f000a000100d6b26aa8bcb1000004000e000c0003006eb28dd3664506004900060000095465"
@@ -144,7 +144,7 @@ Bytes bytesOf(std::string_view digits) {
   return bytes;
 }
 
-/// The same network, marked as in use by an attribute at the end.
+/// The same network, marked as in use by a final attribute.
 Bytes used(Bytes bytes) {
   constexpr std::size_t networkAt = 48; // the attribute that contains the others
   const Bytes status = bytesOf("0800090001000000");

@@ -8,12 +8,12 @@
 
 namespace tidewell::test {
 
-/// Puts what the work gives into `result`, which outlives the work.
+/// Stores the work's result in `result`, which outlives the work.
 template <class T> Async<> store(Async<T> work, std::optional<T>* result) {
   *result = co_await std::move(work);
 }
 
-/// What the work gives after `serve` has let time pass; T() when it is not done by then.
+/// The work's result after `serve` has let time pass; T() if it is not done by then.
 template <class T> T awaited(Async<T> work, const std::function<void()>& serve) {
   std::optional<T> result;
   Async<> storing = store(std::move(work), &result);

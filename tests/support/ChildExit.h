@@ -4,7 +4,7 @@
 
 namespace tidewell::test {
 
-/// True when the child has exited.
+/// Returns true if the child has exited.
 inline Async<bool> exitOf(SpawnedChild& child) {
   co_await child.exit();
   co_return true;

@@ -5,8 +5,8 @@
 
 namespace tidewell::test {
 
-/// Calls `read` with every shorter beginning of the input, in memory of exactly that size, so that
-/// a sanitizer finds any read beyond it.
+/// Calls `read` with every proper prefix of the input, in memory of exactly that size, so that a
+/// sanitizer finds any read beyond it.
 template <class Input, class Read> void forEachTruncation(const Input& whole, Read&& read) {
   for (std::size_t size = 0; size < whole.size(); ++size) {
     read(Input(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)));

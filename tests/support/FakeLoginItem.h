@@ -7,7 +7,7 @@
 
 namespace tidewell::test {
 
-/// A login item that only remembers what it was asked, and fails when told to.
+/// A login item that records its calls, and fails on demand.
 class FakeLoginItem final : public LoginItem {
 public:
   [[nodiscard]] std::optional<std::string> registerItem() override {

@@ -90,14 +90,14 @@ public:
   }
   void terminate(Id child) override { terminated.emplace_back(child, m_scheduler.now()); }
 
-  /// Output of ping whose reply took this many milliseconds.
+  /// Ping's output for a reply after this many milliseconds.
   static std::string reply(const std::string& milliseconds) {
     return "PING 1.1.1.1 (1.1.1.1) 56(84) bytes of data.\n"
            "64 bytes from 1.1.1.1: icmp_seq=1 ttl=57 time=" +
            milliseconds + " ms\n\n--- 1.1.1.1 ping statistics ---\n";
   }
 
-  std::deque<Answer> next; // before `usual`
+  std::deque<Answer> next; // used before `usual`
   Answer usual{reply("10.0"), 0.0};
   std::vector<ToolCall> runs;
   std::vector<std::pair<Id, Ticks>> terminated;
@@ -138,14 +138,14 @@ public:
     }
     return std::make_unique<Watch>(m_watching);
   }
-  /// Changes the path, which is reported at the start of a watch, too, from now on.
+  /// Changes the path. From now on it is also reported when a watch starts.
   void become(const PathReport& path) {
     if (m_path != path) {
       m_path = path;
       report(path);
     }
   }
-  /// Reports a path to whoever watches.
+  /// Reports a path to all watchers.
   void report(const PathReport& path) {
     if (const auto watching = m_watching; watching && watching->active) {
       watching->queue.post([watching, path] {
@@ -176,7 +176,7 @@ private:
   std::optional<PathReport> m_path;
 };
 
-/// Keeps the notices that were to be shown.
+/// Records notices instead of showing them.
 class FakeNotificationCenter final : public NotificationCenter {
 public:
   void requestAuthorization() override { ++authorizations; }

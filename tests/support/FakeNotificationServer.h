@@ -13,18 +13,18 @@
 
 namespace tidewell::test {
 
-/// A notice as it came over the bus.
+/// A notice as received over the bus.
 struct ReceivedNotice {
   std::string application;
   std::uint32_t replaces = 0;
   std::string icon;
   std::string title;
   std::string body;
-  std::map<std::string, std::string> hints; // those that are texts
+  std::map<std::string, std::string> hints; // only those that are strings
   std::int32_t expiry = 0;
 };
 
-/// Answers in the place of a desktop's notification server, on a connection of its own.
+/// Takes the place of a desktop's notification server, on a connection of its own.
 class FakeNotificationServer {
 public:
   enum class Manner { answers, refuses, hangs, talksNonsense };
@@ -34,13 +34,13 @@ public:
       : capabilities(std::move(ownCapabilities)), m_bus(loop, std::move(address)),
         m_connected(m_bus.onConnected([this](sd_bus& bus) { appear(bus); })) {}
 
-  /// Whether it owns its name, or waits for it behind another server.
+  /// Whether it owns its name, or queues for it after another server.
   [[nodiscard]] bool isThere() const { return m_isThere; }
 
-  /// Gives its name back and stays.
+  /// Releases its name but stays on the bus.
   void resign() { sd_bus_release_name_async(m_bus.connection(), nullptr, name, nullptr, nullptr); }
 
-  /// Answers the calls that hang, in their order.
+  /// Answers the pending calls in their order.
   void answerLate() {
     for (const BusMessage& call : std::exchange(m_hanging, {})) {
       reply(*call, Manner::answers);

@@ -14,8 +14,8 @@
 
 namespace tidewell::test {
 
-/// A panel in the place of a desktop's: it owns the watcher's name, hears the item's signals and
-/// asks it whatever a test asks, on a connection of its own.
+/// Takes the place of a desktop's panel: owns the watcher's name, records the item's signals and
+/// queries it for the tests, on a connection of its own.
 class FakePanel {
 public:
   FakePanel(EpollLoop& loop, std::string address)
@@ -38,7 +38,7 @@ public:
   /// Whether it owns the watcher's name.
   [[nodiscard]] bool isThere() const { return m_isThere; }
 
-  /// Calls a method of the item's process. Null when it answers an error, whose name is in `error`.
+  /// Calls a method of the item's process. On an error returns null and stores its name in `error`.
   BusMessage call(const char* path, const char* interface, const char* method,
                   const std::function<void(sd_bus_message&)>& append = {}) {
     const auto request = takeFrom<BusMessage>([&](sd_bus_message** made) {
@@ -64,7 +64,7 @@ public:
     return failure != nullptr ? nullptr : std::move(m_reply);
   }
 
-  /// Asks for a property; the message stands before its value, inside the variant.
+  /// Reads a property; the message is positioned at its value, inside the variant.
   BusMessage get(const char* path, const char* interface, const char* property, const char* type) {
     auto reply = call(path, "org.freedesktop.DBus.Properties", "Get", [&](sd_bus_message& request) {
       sd_bus_message_append(&request, "ss", interface, property);
@@ -78,10 +78,10 @@ public:
     return reply && sd_bus_message_read(reply.get(), "s", &value) > 0 ? value : "(no text)";
   }
 
-  std::vector<std::string> items; // as they registered
+  std::vector<std::string> items; // in order of registration
   int attempts = 0;
-  int refusals = 0;                   // how many registrations it refuses from now on
-  std::map<std::string, int> signals; // heard, by name
+  int refusals = 0;                   // how many more registrations it refuses
+  std::map<std::string, int> signals; // received, by name
   std::string error;
 
 private:

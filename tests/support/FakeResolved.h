@@ -13,7 +13,7 @@
 
 namespace tidewell::test {
 
-/// A private bus that is the system's bus for this process for as long as it lives.
+/// A private bus that serves as this process's system bus while it lives.
 class PrivateSystemBus : public PrivateBus {
 public:
   PrivateSystemBus() { ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address().c_str(), 1); }
@@ -22,10 +22,10 @@ public:
   ~PrivateSystemBus() { ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS"); }
 };
 
-/// Answers on the private bus, on a thread of its own, in systemd-resolved's place.
+/// Takes systemd-resolved's place on the private bus, on a thread of its own.
 class FakeResolved {
 public:
-  /// Appends the value of the property DNS, a variant's content of this signature, to the reply.
+  /// Appends the property DNS to the reply: a variant's content of this signature.
   using Append = std::function<int(sd_bus_message*)>;
 
   FakeResolved(std::string signature, Append append)

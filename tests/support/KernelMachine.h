@@ -12,11 +12,11 @@
 
 namespace tidewell::test {
 
-/// A network namespace with an Ethernet interface "wan0", without routes, and the path monitor that
-/// watches it in real time. "far0" is the other end of the interface's cable.
+/// A network namespace with an Ethernet interface "wan0", without routes, watched by the path
+/// monitor in real time. "far0" is the other end of its cable.
 class KernelMachine {
 public:
-  /// Null where the machine does not allow network namespaces.
+  /// Null if the machine does not allow network namespaces.
   static std::unique_ptr<KernelMachine> make() {
     auto network = NetworkNamespace::enter();
     if (!network) {
@@ -32,7 +32,7 @@ public:
   void connect() { EXPECT_TRUE(shell("ip route replace default via 192.0.2.254")); }
   void disconnect() { EXPECT_TRUE(shell("ip route del default")); }
 
-  /// Serves the loop for so long.
+  /// Runs the loop for this time.
   void serve(Seconds seconds) {
     loop.postAfter(seconds, [this] { loop.quit(); });
     loop.run();

@@ -12,7 +12,7 @@
 
 namespace tidewell::test {
 
-/// Serves the loop until the condition holds. False when it does not come to hold in 20 s.
+/// Runs the loop until the condition holds. False if it does not within 20 s.
 inline bool runUntil(EpollLoop& loop, const std::function<bool()>& condition) {
   bool isReached = false;
   const Subscription check = loop.beforeSleep([&] {
@@ -26,7 +26,7 @@ inline bool runUntil(EpollLoop& loop, const std::function<bool()>& condition) {
   return isReached;
 }
 
-/// What the work gives, served by the loop.
+/// Runs the loop until the work is done and returns its result.
 template <class T> T awaited(EpollLoop& loop, Async<T> work) {
   std::optional<T> result;
   Async<> storing = store(std::move(work), &result);

@@ -15,16 +15,16 @@
 
 namespace tidewell::test {
 
-/// Runs a command of the test's own. Whether it succeeded.
+/// Runs a command; whether it succeeded.
 inline bool shell(const std::string& command) {
   return std::system((command + " >/dev/null 2>&1").c_str()) == 0; // NOLINT: a fixed test command
 }
 
-/// A fresh network namespace of the kernel's, entered by the calling thread, and by those that it
-/// starts, for as long as this lives.
+/// A new network namespace, entered by the calling thread, and by those it starts, while this
+/// object lives.
 class NetworkNamespace {
 public:
-  /// Null where the machine does not allow it.
+  /// Null if the machine does not allow it.
   static std::unique_ptr<NetworkNamespace> enter() {
     FileDescriptor home(::open("/proc/self/ns/net", O_RDONLY | O_CLOEXEC));
     if (::unshare(CLONE_NEWNET) != 0) {
@@ -40,7 +40,7 @@ public:
   NetworkNamespace& operator=(const NetworkNamespace&) = delete;
   ~NetworkNamespace() { EXPECT_EQ(::setns(m_home.get(), CLONE_NEWNET), 0); }
 
-  /// Where sysfs shows the interfaces of this namespace. Nothing is mounted for others to see.
+  /// The sysfs directory of this namespace's interfaces. The mount is private.
   std::string sysfsRoot() {
     const FileDescriptor context(::fsopen("sysfs", FSOPEN_CLOEXEC));
     EXPECT_EQ(::fsconfig(context.get(), FSCONFIG_CMD_CREATE, nullptr, nullptr, 0), 0);

@@ -22,7 +22,7 @@ public:
   double time = 1'700'000'000.0;
 };
 
-/// Notices on a private bus, with a server that the test plays.
+/// Notices on a private bus, with a fake server.
 class NotificationDesk : public testing::Test {
 protected:
   using Manner = FakeNotificationServer::Manner;
@@ -42,15 +42,15 @@ protected:
     ASSERT_TRUE(runUntil(loop, [&] { return server->isThere(); }));
   }
 
-  /// Another server takes the place of the one that runs.
+  /// Replaces the running server with another.
   void replaceServer(std::vector<std::string> capabilities = {"body"}) {
     server.reset();
     startServer(std::move(capabilities));
     settle();
   }
 
-  /// Until the server has heard everything that was sent, every answer to it is here, and likewise
-  /// what the answers lead to.
+  /// Runs until the server has received everything, every answer has arrived, and so on for what
+  /// the answers cause.
   void settle() {
     for (int round = 0; round < 3; ++round) {
       askServer();
@@ -65,7 +65,7 @@ protected:
     settle();
   }
 
-  /// The notices that the server has heard of: title, and number of the one that it replaces.
+  /// The notices received by the server: title, and number of the one replaced.
   using Heard = std::vector<std::pair<std::string, std::uint32_t>>;
   [[nodiscard]] Heard heard() const {
     Heard result;

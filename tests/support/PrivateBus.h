@@ -15,7 +15,7 @@
 
 namespace tidewell::test {
 
-/// A bus daemon of the test's own, which starts no services. It ends with the fixture.
+/// A private bus daemon without service activation. It ends with the fixture.
 class PrivateBus {
 public:
   PrivateBus() {
@@ -30,13 +30,13 @@ public:
   PrivateBus& operator=(const PrivateBus&) = delete;
   ~PrivateBus() { end(); }
 
-  /// False where no daemon is installed: the test is to be skipped.
+  /// False if no daemon is installed; the test must then be skipped.
   [[nodiscard]] bool isThere() const { return m_daemon > 0; }
   [[nodiscard]] std::string address() const {
     return "unix:path=" + (m_directory / "bus").string();
   }
 
-  /// Starts the daemon, anew after `end`, at the same address; returns when it listens.
+  /// Starts the daemon, again after `end` at the same address; returns when it listens.
   void start() {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
@@ -62,7 +62,7 @@ public:
     }
   }
 
-  /// Ends the daemon as a crash would.
+  /// Ends the daemon like a crash.
   void end() {
     if (m_daemon > 0) {
       ::kill(m_daemon, SIGKILL);
@@ -73,7 +73,7 @@ public:
     std::filesystem::remove(m_directory / "bus", ignored);
   }
 
-  /// Makes the daemon hang.
+  /// Suspends the daemon.
   void halt() const { ::kill(m_daemon, SIGSTOP); }
   void resume() const { ::kill(m_daemon, SIGCONT); }
 

@@ -17,13 +17,13 @@
 
 namespace tidewell::test {
 
-/// A preferences file on the disk and a store on it in virtual time: what the kernel has to tell
-/// of the file is heard when the test says so.
+/// A preferences file on the disk and a store on it in virtual time. File events are delivered when
+/// the test says so.
 class StoredFile : public testing::Test {
 protected:
   using Heard = std::vector<std::pair<std::string, std::optional<PreferenceValue>>>;
 
-  /// Starts the program, so to speak; again when it runs already.
+  /// Makes the store; replaces an existing one, like a restart.
   void start() {
     store.reset();
     store = std::make_unique<PreferencesFile>(
@@ -43,13 +43,13 @@ protected:
     }
   }
 
-  /// Hears what happened to the file so far.
+  /// Delivers the file events so far.
   void hearEvents() {
     readEvents(EPOLLIN);
     scheduler.settle();
   }
 
-  /// Lets the time pass after which a file counts as quiet.
+  /// Lets the time pass after which the file counts as quiet.
   void becomeQuiet() { scheduler.advance(0.06); }
 
   void write(std::string_view contents) {

@@ -12,7 +12,7 @@
 
 namespace tidewell::test {
 
-/// A directory of the test's own, removed with all that is in it.
+/// A temporary directory, removed with its contents.
 class TemporaryDirectory {
 public:
   TemporaryDirectory() {
@@ -55,7 +55,7 @@ inline void writeByRenaming(const std::filesystem::path& file, std::string_view 
   std::filesystem::rename(other, file);
 }
 
-/// The files of a directory whose name contains the text.
+/// The files of a directory whose names contain the text.
 inline std::vector<std::filesystem::path> filesNamed(const std::filesystem::path& directory,
                                                      std::string_view part) {
   std::vector<std::filesystem::path> found;

@@ -7,7 +7,7 @@ namespace tidewell::test {
 
 struct VirtualScheduler::Queue {
   QueueCore core;
-  std::size_t posted = 0; // tasks that wait, timers aside
+  std::size_t posted = 0; // waiting tasks, without timers
 };
 
 class VirtualScheduler::VirtualTimer final : public Timer {
@@ -28,7 +28,7 @@ private:
   QueueCore::TimerId m_timer;
 };
 
-/// One after the other what was posted here; between the lanes chance decides.
+/// Runs this queue's tasks in order; between queues, chance decides.
 class VirtualScheduler::Lane final : public WorkQueue {
 public:
   explicit Lane(VirtualScheduler& scheduler) : m_scheduler(scheduler) {
@@ -46,7 +46,7 @@ public:
     });
   }
   void postAfter(Seconds delay, Task task) override {
-    // Counted as long as the task lives: a queue that goes drops it.
+    // Counted while the task lives, because a destroyed queue drops it.
     auto counted = std::shared_ptr<std::size_t>(
         &++*m_scheduler.m_timers, [count = m_scheduler.m_timers](std::size_t*) { --*count; });
     m_queue->core.add(m_scheduler.m_now + toTicks(delay), Ticks::zero(),
@@ -105,7 +105,7 @@ Async<> VirtualScheduler::sleep(Seconds span) {
   co_await waiter;
 }
 
-/// Runs one task, or lets time pass until there is one. False when the time is over.
+/// Runs one task, or lets time pass until there is one. False when the time is up.
 bool VirtualScheduler::step() {
   m_ready.clear();
   for (std::size_t index = 0; index < m_queues.size(); ++index) {
@@ -126,7 +126,7 @@ bool VirtualScheduler::step() {
     return moveOn();
   }
   const auto choice = m_ready.size() == 1 ? 0 : m_random() % m_ready.size();
-  const auto queue = m_queues[m_ready[choice]]; // kept: the task may end its own queue
+  const auto queue = m_queues[m_ready[choice]]; // keeps it alive: the task may end its own queue
   const QueueCore::Work work = queue->core.take(m_now);
   m_current = queue.get();
   runAtOnce(*work);
@@ -137,7 +137,7 @@ bool VirtualScheduler::step() {
 bool VirtualScheduler::runIdle() {
   bool hasWorked = false;
   for (std::size_t index = 0; index < m_idle.size(); ++index) {
-    const Idle idle = m_idle[index]; // kept: the function may end itself
+    const Idle idle = m_idle[index]; // keeps it alive: the function may end itself
     m_current = idle.queue;
     hasWorked = idle.function() || hasWorked;
     m_current = nullptr;

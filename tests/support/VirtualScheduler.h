@@ -16,7 +16,7 @@
 
 namespace tidewell::test {
 
-/// Every queue of a program under one virtual clock, one task at a time, in an order drawn from a
+/// All queues of a program under one virtual clock, one task at a time, in an order drawn from a
 /// seed: the same seed gives the same run.
 class VirtualScheduler final : public Scheduler {
 public:
@@ -27,23 +27,22 @@ public:
   [[nodiscard]] WorkQueue& background() override { return *m_background; }
   [[nodiscard]] std::unique_ptr<WorkQueue> makeSerialQueue(std::string label) override;
 
-  /// Runs all that is ready or falls due in the next `span` seconds. Called by the test.
+  /// Runs everything that is ready or falls due within `span` seconds.
   void advance(Seconds span);
 
-  /// Runs all that is ready now. Called by the test.
+  /// Runs everything that is ready now.
   void settle() { advance(0.0); }
 
-  /// Waits for that span of virtual time.
+  /// Waits for this span of virtual time.
   [[nodiscard]] Async<> sleep(Seconds span);
 
-  /// Has a function called for the queue whenever nobody has anything to do at this moment of
-  /// virtual time, and now and then in between. Time passes when all such functions give false:
-  /// they had nothing to do either.
+  /// Calls a function on the queue whenever nothing else is ready, and occasionally in between.
+  /// Time passes only when all such functions return false because they had nothing to do.
   void whenIdle(const WorkQueue& queue, std::function<bool()> function);
-  /// Ends what `whenIdle` began for this queue.
+  /// Removes this queue's `whenIdle` function.
   void forgetIdle(const WorkQueue& queue);
 
-  /// Ends what waits in the concurrent queue, as the end of a program does.
+  /// Ends the waiting tasks of the concurrent queue, like the end of a program.
   void endBackground();
 
   /// Whether a task or an idle function of the main queue runs.
@@ -51,7 +50,7 @@ public:
   /// Runs a function that does not count as work of the main queue.
   void runApart(const std::function<void()>& function);
 
-  /// How many timers there are, one-time delays included, and how many tasks wait to be run.
+  /// The number of timers, including one-time delays, and of tasks waiting to run.
   [[nodiscard]] std::size_t timers() const { return *m_timers; }
   [[nodiscard]] std::size_t waiting() const;
 
@@ -81,8 +80,8 @@ private:
   std::mt19937_64 m_random;
   Ticks m_now = Ticks::zero();
   Ticks m_target = Ticks::zero();
-  std::vector<std::shared_ptr<Queue>> m_queues; // those whose lanes exist
-  std::vector<std::size_t> m_ready;             // for `step`, kept for its memory
+  std::vector<std::shared_ptr<Queue>> m_queues; // those that still exist
+  std::vector<std::size_t> m_ready;             // used by `step`, kept to avoid allocations
   std::vector<Idle> m_idle;
   std::vector<std::string> m_labels;
   std::shared_ptr<std::size_t> m_timers = std::make_shared<std::size_t>(0);
@@ -93,7 +92,7 @@ private:
   std::optional<TaskQueue> m_background;
 };
 
-/// The wall clock of a virtual machine: runs with virtual time and jumps when told to.
+/// A virtual machine's wall clock. It follows virtual time and jumps on demand.
 class VirtualClock final : public Clock {
 public:
   explicit VirtualClock(const VirtualScheduler& scheduler, double start = 1'700'000'000.0)
@@ -101,7 +100,7 @@ public:
   [[nodiscard]] double now() const override {
     return m_offset + std::chrono::duration<double>(m_scheduler.now()).count();
   }
-  /// Moves the wall clock, and nothing else, by so many seconds.
+  /// Moves only the wall clock by this many seconds.
   void jump(Seconds by) { m_offset += by; }
 
 private:

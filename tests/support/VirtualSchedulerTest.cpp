@@ -38,7 +38,7 @@ TEST(VirtualScheduler, PassesAnHourInNoTime) {
   EXPECT_EQ(fired, 36'000);
 }
 
-/// A task that waits for so long and then does something.
+/// A task that waits for a time, then calls a function.
 Async<> after(VirtualScheduler& scheduler, Seconds span, std::function<void()> then) {
   co_await scheduler.sleep(span);
   then();

@@ -1,5 +1,5 @@
-// Stands in for the windows' process: writes down what it is asked, and does what the text of a
-// copy request says.
+// Takes the place of the windows' process: records its requests, and does what the text of a copy
+// request says.
 
 #include "windowRequests/WindowRequest.h"
 
@@ -37,7 +37,7 @@ void obey(const std::string& order) {
     std::_Exit(0);
   }
   if (order == "hang") {
-    // Deaf to everything but the end of whoever asked.
+    // Ignores everything but the end of the resident.
     pollfd query{STDIN_FILENO, 0, 0};
     ::poll(&query, 1, -1);
     std::_Exit(1);
