@@ -1,9 +1,9 @@
-# Flags that every target of the project shares.
+# Flags of every target of the project.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# Dates after 2038 and any inode number on 32 bits, too.
+# Dates after 2038 and any inode number, on 32 bits too.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
 endif()
@@ -20,7 +20,7 @@ if(TIDEWELL_SANITIZE)
                       -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${TIDEWELL_SANITIZE})
 else()
-  # An index out of range ends the program with a message instead of doing harm.
+  # An index out of range aborts with a message.
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
   include(CheckCXXCompilerFlag)
   foreach(flag stack-protector-strong stack-clash-protection cf-protection)
@@ -33,8 +33,8 @@ else()
 endif()
 
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
-  # Small rather than fast: nearly all the time goes into the kernel, and every page of code counts
-  # towards the memory of a program that stays for months.
+  # Small rather than fast: nearly all time is spent in the kernel, and code pages count towards the
+  # memory of a program that runs for months.
   string(REPLACE "-O3" "-Os" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
   set(CMAKE_INTERPROCEDURAL_OPTIMIZATION ON)
   add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3

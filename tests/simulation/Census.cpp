@@ -21,11 +21,11 @@ std::vector<Census::Count> Census::count(Simulation& world) {
   const auto& scheduler = world.machine.scheduler;
   const long pieces = CountedMemory::pieces();
   const long bytes = CountedMemory::bytes();
-  // What is published last differs from evening to evening, and so does what was asked for so far:
-  // lists, names, a record of each kind of window and of notice.
+  // Evenings differ in the last published values and in past requests: lists, names, a record for
+  // each kind of window and notice.
   return {{"pieces of memory", pieces, 40},
           {"bytes of memory", bytes, 12'000},
-          // Tracking that was switched on while it was on leaves its first timer running.
+          // Tracking that was enabled twice leaves its first timer running.
           {"timers", static_cast<long>(scheduler.timers() - world.toolModel.leftTimers()), 0},
           {"tasks that wait", static_cast<long>(scheduler.waiting()), 0},
           {"descriptors watched", static_cast<long>(world.loop.watches()), 0},

@@ -10,13 +10,13 @@ namespace tidewell::test {
 
 class Simulation;
 
-/// What the program holds in a calm moment, counted again and again: what it holds more of than at
-/// the first of these moments, it will hold ever more of.
+/// Counts the program's resources in calm moments. A count above that of the first moment is a
+/// leak.
 class Census {
 public:
   explicit Census(Findings& findings) : m_findings(findings) {}
 
-  /// Counts, and compares with the first time. The world is as calm as it was then.
+  /// Counts and compares with the first time. The world must be as calm as then.
   void take(Simulation& world);
 
   [[nodiscard]] int taken() const { return m_taken; }
@@ -25,7 +25,7 @@ private:
   struct Count {
     const char* what;
     long number;
-    long tolerance; // what a moment may differ from another by
+    long tolerance; // permitted difference between moments
   };
 
   [[nodiscard]] static std::vector<Count> count(Simulation& world);

@@ -10,7 +10,7 @@ namespace {
 
 using InterfaceType = ConnectionInfo::InterfaceType;
 
-// Three seconds, and what a helper gets besides that does not end when it is told to.
+// Three seconds, plus the time in which a helper that ignores SIGTERM is killed.
 constexpr Ticks longestLookup = std::chrono::milliseconds(3300);
 
 InterfaceType kindOf(const PathReport& path) {

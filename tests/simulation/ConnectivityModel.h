@@ -11,22 +11,22 @@
 
 namespace tidewell::test {
 
-/// What a connectivity monitor must publish: once the details with which it starts, then for each
-/// path report, in their order, the three values together; each in time, for a lookup takes three
-/// seconds at the most.
+/// The publications required of a connectivity monitor: once the initial details, then for each
+/// path report, in order, the three values together. Each in time: a lookup takes at most three
+/// seconds.
 class ConnectivityModel {
 public:
   ConnectivityModel(const VirtualScheduler& scheduler, Findings& findings)
       : m_scheduler(scheduler), m_findings(findings) {}
 
-  /// A new monitor, to which the path was reported that there is, if any.
+  /// A new monitor, with the path already reported to it, if any.
   void adopt(MonitorState& monitor, const std::optional<PathReport>& path);
   void release() { m_monitor = nullptr; }
 
   /// The path is reported.
   void reports(const PathReport& path);
 
-  /// To be called when everything that is due has run.
+  /// Call it when everything that is due has run.
   void checkNothingIsMissing();
 
 private:

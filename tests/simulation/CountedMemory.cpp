@@ -42,7 +42,7 @@ void CountedMemory::makePlenty() { scarceFor = nullptr; }
 
 namespace {
 
-/// Null when it is refused.
+/// Null if refused.
 void* give(std::size_t size) {
   void* const piece = tidewell::test::refuses(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
   tidewell::test::refused += piece == nullptr ? 1 : 0;
@@ -69,11 +69,11 @@ void operator delete[](void* piece, std::size_t /*size*/) noexcept { std::free(p
 void operator delete(void* piece, const std::nothrow_t& /*tag*/) noexcept { std::free(piece); }
 void operator delete[](void* piece, const std::nothrow_t& /*tag*/) noexcept { std::free(piece); }
 
-// A sanitizer brings its own allocator, and looks itself for what is lost.
+// Sanitizers have their own allocator and leak detection.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 
 extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names for what is replaced here
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names of the replaced functions
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* piece, std::size_t size);

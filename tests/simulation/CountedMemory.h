@@ -6,21 +6,20 @@ namespace tidewell::test {
 
 class VirtualScheduler;
 
-/// This process's heap: every piece counted, those of the C libraries among them, and large ones of
-/// `new` refused to the program's workers while memory is scarce.
+/// This process's heap. Counts all allocations, including those of C libraries. While memory is
+/// scarce, large ones by `new` fail outside the main queue.
 class CountedMemory {
 public:
-  /// Pieces that are in use now, and the bytes in them. None with a sanitizer, which has a heap of
-  /// its own.
+  /// The allocations in use and their bytes; nullopt with a sanitizer, which has its own heap.
   [[nodiscard]] static long pieces();
   [[nodiscard]] static long bytes();
 
-  /// From now on only the work of the main queue is given a piece of more than so many bytes.
+  /// From now on larger allocations succeed only in work of the main queue.
   static void makeScarce(VirtualScheduler& scheduler, std::size_t largest);
   static void makePlenty();
   [[nodiscard]] static bool isScarce();
 
-  /// How often a piece was refused.
+  /// How many allocations failed.
   [[nodiscard]] static long refusals();
 };
 

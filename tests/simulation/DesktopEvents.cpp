@@ -7,7 +7,7 @@ namespace tidewell::test {
 
 namespace {
 
-// More than anything takes that is no output of another program.
+// Larger than any allocation other than another program's output.
 constexpr std::size_t scarcePiece = 9000;
 
 constexpr int commandRows[] = {6, 6, 6, 7, 8, 9, 10};
@@ -75,7 +75,7 @@ void Scenario::changeWindows() {
   windows.cannotStart = m_dice.oneOf({0.0, 0.0, 0.0, 0.3, 1.0});
 }
 
-/// The user clicks, once or in a temper.
+/// The user clicks, once or repeatedly.
 void Scenario::useItem() {
   PanelHost& host = m_world.host;
   if (!host.hasItem() || !m_world.isMade()) {
@@ -111,7 +111,7 @@ bool Scenario::isToolRunning() const {
 }
 
 void Scenario::changeMemory() {
-  if (isToolRunning()) { // what its run amounts to is settled
+  if (isToolRunning()) { // the result of its run is decided already
     return later(0.1, [this] { changeMemory(); });
   }
   if (CountedMemory::isScarce()) {

@@ -8,25 +8,25 @@
 
 namespace tidewell::test {
 
-/// Chance, drawn from a seed.
+/// Random numbers from a seed.
 class Dice {
 public:
   explicit Dice(std::uint64_t seed) : m_random(seed) {}
 
-  /// From 0 to 1, without 1.
+  /// From 0 to 1, excluding 1.
   double unit() { return static_cast<double>(m_random() >> 11U) * 0x1p-53; }
 
   bool chance(double probability) { return unit() < probability; }
 
-  /// From 0 to `end`, without it.
+  /// From 0 to `end`, excluding it.
   std::size_t below(std::size_t end) { return m_random() % end; }
 
   double between(double low, double high) { return low + (high - low) * unit(); }
 
-  /// Spread evenly over the orders of magnitude. `low` is above zero.
+  /// Uniform on a logarithmic scale. `low` is positive.
   double magnitude(double low, double high) { return low * std::pow(high / low, unit()); }
 
-  /// The span until the next of events that come at random, `mean` apart.
+  /// The time until the next of random events, `mean` apart.
   double waiting(double mean) { return -mean * std::log(1.0 - unit()); }
 
   template <class T> T oneOf(std::initializer_list<T> values) {

@@ -18,7 +18,7 @@ constexpr const char* properties = "org.freedesktop.DBus.Properties";
 std::string textOf(double value) { return std::to_string(std::bit_cast<std::uint64_t>(value)); }
 std::string textOf(bool value) { return value ? "true" : "false"; }
 
-/// The plain value in a variant as text; empty for any other.
+/// A variant's basic value as text; empty for any other.
 std::string readValue(sd_bus_message& message) {
   const char* type = nullptr;
   char kind = 0;

@@ -17,22 +17,22 @@ struct SpeedTestState;
 
 namespace tidewell::test {
 
-/// Another program that keeps itself up to date about what this one publishes on the bus: it reads
-/// everything once and then goes by the signals. What it holds must be what is published.
+/// A client of the program's bus interface: it reads everything once and then follows the signals.
+/// Its values must match the published ones.
 class FaceReader {
 public:
   FaceReader(SimulatedBus& bus, EventLoop& world, Findings& findings);
 
-  /// The program ends: what it does not answer any more is no fault.
+  /// The program ends; calls in progress need no reply.
   void release() { lose(); }
 
-  /// Asks for something, such as "OpenPanel"; an answer must come.
+  /// Calls a method, such as "OpenPanel"; a reply must come.
   void ask(const char* method);
 
-  /// Holds what was heard against what is.
+  /// Compares the received values with the published ones.
   void check(const SamplerState& sampler, const MonitorState& monitor,
              const SpeedTestState& speedTest, const std::string& menubarText);
-  /// So many samples were published since the program began.
+  /// This many samples were published since the program began.
   void checkSamples(std::int64_t published);
 
   [[nodiscard]] int readings() const { return m_readings; }
@@ -49,8 +49,8 @@ private:
   std::map<std::string, std::string> m_values;
   bool m_isRead = false;
   int m_life = 0;
-  std::int64_t m_samples = 0; // heard on this connection
-  std::int64_t m_ahead = -1;  // published before it, once that is known
+  std::int64_t m_samples = 0; // received on this connection
+  std::int64_t m_ahead = -1;  // published before it, once known
   int m_readings = 0;
 };
 

@@ -11,13 +11,12 @@
 
 namespace tidewell::test {
 
-/// The first rule that was broken, in words, with the virtual time. What breaks later is mostly a
-/// consequence and is not kept.
+/// Keeps the first broken rule as text, with the virtual time. Later ones are mostly consequences.
 class Findings {
 public:
   explicit Findings(const VirtualScheduler& scheduler) : m_scheduler(scheduler) {}
 
-  /// Notes that `rule` is broken unless it holds; the values say how.
+  /// Records that `rule` is broken unless it holds, with the values.
   template <class... Values>
   void require(bool holds, std::string_view rule, const Values&... values) {
     if (!holds && !m_first) {

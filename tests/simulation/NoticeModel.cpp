@@ -12,7 +12,7 @@ namespace {
 
 constexpr double quietPeriod = 60.0;
 
-/// A number with so many decimals, by another way than the program's.
+/// Formats a number with this many decimals, differently from the program.
 std::string number(double value, int decimals) {
   std::array<char, 400> text{};
   std::snprintf(text.data(), text.size(), "%.*f", decimals, value);

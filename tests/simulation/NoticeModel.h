@@ -12,12 +12,12 @@
 
 namespace tidewell::test {
 
-/// Which notices must be sent, and with which words: the desktop to which they are sent.
+/// The notices that must be sent, and their texts. Takes the place of the notification center.
 ///
-/// For each published value it is asked twice, before and after the program hears the value; in
-/// between the one notice that is due must come, and no other. The quiet period is measured with
-/// the wall clock as the program reads it: a clock that is set forward shortens it, one that is
-/// set back makes it last until the clock has come past its end again.
+/// It is called before and after the program receives each published value; in between, exactly the
+/// notice that is due must come. The quiet period follows the wall clock as the program reads it:
+/// setting the clock forward shortens it, setting it back extends it until the clock passes its end
+/// again.
 class NoticeModel final : public NotificationCenter {
 public:
   NoticeModel(const Clock& clock, const PreferencesStore& store, Findings& findings);
@@ -25,18 +25,18 @@ public:
   void requestAuthorization() override { ++m_authorizations; }
   void add(NotificationRequest request) override;
 
-  /// A new program, which takes the line for connected.
+  /// A new program, which assumes a connected line.
   void adopt();
 
-  /// Before the program hears a value.
+  /// Call it before the program receives a value.
   void beforeConnectivity(bool isConnected);
   void beforeDownload(std::int64_t bytesPerSec);
   void beforeLatency(double latencyMs);
-  /// After it has heard it.
+  /// Call it afterwards.
   void afterwards();
 
   [[nodiscard]] int authorizations() const { return m_authorizations; }
-  /// How many of each kind were sent.
+  /// The number of notices sent of each kind.
   [[nodiscard]] const std::map<std::string, int>& sent() const { return m_sent; }
 
 private:
@@ -48,7 +48,7 @@ private:
   bool m_wasConnected = true;
   std::optional<double> m_lastNotice; // wall clock
   std::optional<NotificationRequest> m_expected;
-  std::optional<double> m_lastSeen; // likewise, of what really came
+  std::optional<double> m_lastSeen; // likewise, of the last one that came
   int m_authorizations = 0;
   std::map<std::string, int> m_sent;
 };

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* name = "org.freedesktop.Notifications";
 
-// A call that is not answered is given up after twenty-five seconds.
+// An unanswered call times out after twenty-five seconds.
 constexpr Ticks disturbance = std::chrono::seconds(30);
 
 constexpr double longestWait = 60.0;
@@ -129,13 +129,13 @@ void NoticeServer::receive(sd_bus_message& call) {
   if (newest == m_awaited.rend()) {
     return;
   }
-  // Of several with the same words the newest may be yet to come, or have replaced this one.
+  // Of several with the same text, the newest may still come or have replaced this one.
   const Awaited awaited{newest->request, false, newest->askedAt};
   const Awaited oldest = *std::ranges::find_if(m_awaited, isThis);
   if (std::erase_if(m_awaited, isThis) > 1) {
     m_awaited.push_back(awaited);
   }
-  // What was sent in time may lie in a bus that hangs while the clock jumps.
+  // A message sent in time may be held by a hanging bus while the clock jumps.
   const double age = m_clock.now() - m_lastAsked[awaited.request.identifier];
   m_findings.require(age <= longestWait || m_bus.mayHaveHeld(awaited.askedAt),
                      "a notice that is old news", age);
@@ -144,7 +144,7 @@ void NoticeServer::receive(sd_bus_message& call) {
                      "instead of", known.id);
   ++m_lastId;
   if (m_manner == Manner::answers) {
-    // After a disturbance the answer may come too late to be heard.
+    // After a disturbance the reply may come too late.
     const bool isHeard = m_bus.now() - m_quietSince > disturbance;
     known = {m_lastId, isHeard ? m_lastId : known.id};
   }
@@ -152,7 +152,7 @@ void NoticeServer::receive(sd_bus_message& call) {
 
 bool NoticeServer::mayReplace(const Awaited& asked, std::uint32_t id) {
   const auto isIn = [id](const Known& known) { return id == known.id || id == known.before; };
-  // What was sent before the server was replaced may lie in a bus that hangs until afterwards.
+  // A message sent before the server was replaced may be held by a hanging bus until afterwards.
   const auto former = m_formerIds.find(asked.request.identifier);
   return isIn(m_ids[asked.request.identifier]) ||
          (former != m_formerIds.end() && asked.askedAt <= m_replacedAt && isIn(former->second));

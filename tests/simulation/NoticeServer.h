@@ -13,9 +13,9 @@
 
 namespace tidewell::test {
 
-/// A desktop's notification server, and the rules by which the notices that the program decided to
-/// send must arrive there: each once, as it was meant, not a minute late, in the place of the last
-/// one of its kind as long as the same server runs, and at once when nothing stands in the way.
+/// A desktop's notification server, and the rules for the program's notices: each arrives once,
+/// unchanged, less than a minute late, replaces the last one of its kind while the same server
+/// runs, and arrives at once if nothing is in the way.
 class NoticeServer {
 public:
   enum class Manner { answers, refuses, hangs, talksNonsense };
@@ -29,7 +29,7 @@ public:
 
   /// The program decided to send a notice.
   void expects(const NotificationRequest& request);
-  /// The program is gone, and what it had to say with it.
+  /// The program has ended with its unsent notices.
   void forget();
 
   void check();
@@ -43,7 +43,7 @@ private:
     Ticks askedAt;
   };
 
-  /// The number that the program knows a notice by, or the one before.
+  /// A notice's number as the program knows it, or the previous one.
   struct Known {
     std::uint32_t id = 0;
     std::uint32_t before = 0;
@@ -53,11 +53,11 @@ private:
   void called(sd_bus_message& call);
   void receive(sd_bus_message& call);
   void answerCapabilities(sd_bus_message& call);
-  /// Something stood, or stands, in the way.
+  /// Delivery was or is obstructed.
   void disturb();
-  /// From now on it is another server, or none.
+  /// Another server takes over, or none.
   void replaceServer();
-  /// Whether the program may take this for the number of the last notice of the kind.
+  /// Whether the program may use this as the number of the last notice of its kind.
   [[nodiscard]] bool mayReplace(const Awaited& asked, std::uint32_t id);
 
   SimulatedBus& m_bus;
@@ -66,10 +66,10 @@ private:
   bool m_isThere = false;
   Manner m_manner = Manner::answers;
   Ticks m_quietSince = Ticks::zero();
-  std::deque<Awaited> m_awaited; // of each kind one that is under way and one that waits for it
+  std::deque<Awaited> m_awaited;             // of each kind one under way and one waiting for it
   std::map<std::string, double> m_lastAsked; // wall clock
   std::map<std::string, Known> m_ids;
-  std::map<std::string, Known> m_formerIds; // of servers before, on the same connection
+  std::map<std::string, Known> m_formerIds; // of former servers, on the same connection
   Ticks m_replacedAt = Ticks::zero();
   std::uint32_t m_lastId = 100;
   int m_owner = 0;

@@ -18,7 +18,7 @@ constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 constexpr std::int32_t speedTestRow = 9;
 
-/// Counts the structures of an array of pictures, each of which must have as many bytes as it says.
+/// Counts the pictures of an array, each of which must have as many bytes as it declares.
 int countPictures(sd_bus_message& reply, Findings& findings) {
   int count = 0;
   sd_bus_message_enter_container(&reply, 'a', "(iiay)");
@@ -59,7 +59,7 @@ PanelHost::PanelHost(SimulatedBus& bus, EventLoop& world, Dice& dice, Findings& 
 
 void PanelHost::start() {
   m_desktop = &desktops.at(m_dice.below(desktops.size()));
-  // The program asks the kernel for the name of the watcher's process, which is this one.
+  // The program reads the name of the watcher's process, which is this one.
   ::pthread_setname_np(::pthread_self(), m_desktop->process);
   m_isThere = true;
   m_willingSince = m_bus.now();
@@ -287,7 +287,7 @@ void PanelHost::check(const ExpectedItem& item) {
   same("TipBody", item.tipBody);
   checkMenu(item);
   if (m_hangs != m_bus.hangs()) {
-    return; // whose panel it is may have stayed unanswered
+    return; // the query for the panel's process may be unanswered
   }
   m_findings.require(!m_hasToTell || m_hasTold,
                      "the item tells that it looks different to another kind of host");

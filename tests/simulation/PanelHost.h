@@ -12,7 +12,7 @@
 
 namespace tidewell::test {
 
-/// The texts of which the item shows some.
+/// All texts that the item may show.
 struct ExpectedItem {
   std::string label;
   std::string tipTitle;
@@ -20,39 +20,38 @@ struct ExpectedItem {
   bool isTestingSpeed = false;
 };
 
-/// A desktop's watcher and host: takes the program's item, keeps of it what it was told, reads
-/// again what a signal says is new, and opens its menu. What it shows must be what there is to
-/// show.
+/// A desktop's watcher and host: takes the program's item, stores its properties, reads again what
+/// a signal announces, and opens its menu. It must always show the current values.
 class PanelHost {
 public:
   PanelHost(SimulatedBus& bus, EventLoop& world, Dice& dice, Findings& findings);
 
-  /// A panel of one of the known desktops takes the watcher's name, in place of another.
+  /// A panel of a known desktop takes the watcher's name, replacing another.
   void start();
-  /// It is gone.
+  /// The panel ends.
   void end();
-  /// Refuses so many registrations, and answers them later.
+  /// Refuses this many registrations, and delays its replies.
   void setManner(int refusals, Seconds answersAfter);
-  /// The program ends: what it does not answer any more is no fault.
+  /// The program ends; calls in progress need no reply.
   void release() { lose(); }
-  /// Announces a host, as watchers do, though the item is taken already.
+  /// Announces a host again, as watchers do, while the item is taken.
   void announceHost();
 
   /// Whether the item is taken.
   [[nodiscard]] bool hasItem() const { return m_isTaken; }
   [[nodiscard]] bool isThere() const { return m_isThere; }
   [[nodiscard]] bool tellsPlace() const { return m_desktop->tellsPlace; }
-  /// Whether it has been there and willing to take an item for so long.
+  /// Whether it has run and accepted items for this long.
   [[nodiscard]] bool hasBeenWillingFor(Ticks span) const;
-  /// When the item was taken or lost last.
+  /// When the item was last taken or lost.
   [[nodiscard]] Ticks changedAt() const { return m_changedAt; }
 
-  /// What the user does.
+  /// The user's actions.
   void openMenu();
   void chooseRow(int row);
   void activate(int x, int y, const std::string& token);
 
-  /// Holds what is shown against what there is.
+  /// Compares what is shown with what is expected.
   void check(const ExpectedItem& item);
 
   [[nodiscard]] int takings() const { return m_takings; }
@@ -87,16 +86,16 @@ private:
   const Desktop* m_desktop;
   bool m_isThere = false;
   bool m_isTaken = false;
-  int m_life = 0; // of the watcher and of the connection
+  int m_life = 0; // changes with the watcher and the connection
   Ticks m_changedAt = Ticks::zero();
   std::map<std::string, std::string> m_shown;
   int m_pictures = 0;
   std::map<std::int32_t, std::string> m_menu;
   const Desktop* m_adaptedTo = nullptr; // by this life of the program
-  bool m_hasToTell = false;             // that it looks different now
+  bool m_hasToTell = false;             // the item must announce its new appearance
   bool m_hasTold = false;
   int m_hangs = 0;    // of the bus, when the panel came
-  int m_newIcons = 0; // heard since an item was taken last
+  int m_newIcons = 0; // received since an item was last taken
   int m_owner = 10;
   int m_takings = 0;
   int m_menus = 0;

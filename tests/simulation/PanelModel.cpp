@@ -24,7 +24,7 @@ NetworkStatus statusOf(bool isConnected, double loss, double latency) {
   return latency > 50.0 ? NetworkStatus::good : NetworkStatus::excellent;
 }
 
-/// A rate's short form, by another way than the program's.
+/// Formats a rate briefly, differently from the program.
 std::string shortForm(std::int64_t rate) {
   std::array<char, 40> text{};
   const auto bytes = static_cast<double>(rate);

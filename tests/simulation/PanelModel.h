@@ -17,20 +17,20 @@ struct SamplerState;
 
 namespace tidewell::test {
 
-/// What the panel must show of the published values: the status and the text.
+/// What the panel must show: the status and the text.
 class PanelModel {
 public:
   PanelModel(const AppSettings& settings, const PreferencesStore& store, Findings& findings)
       : m_settings(settings), m_store(store), m_findings(findings) {}
 
-  /// Compares status and text with the values as they are.
+  /// Compares status and text with the current values.
   void check(const SamplerState& sampler, const MonitorState& monitor);
 
-  /// What item, tool tip and menu must say of the values.
+  /// The texts required of item, tool tip and menu.
   [[nodiscard]] ExpectedItem item(const SamplerState& sampler, const MonitorState& monitor,
                                   bool isTestingSpeed) const;
 
-  /// How often each status was seen, best first.
+  /// The number of times each status was seen, best first.
   [[nodiscard]] const std::array<int, 4>& statuses() const { return m_statuses; }
 
 private:

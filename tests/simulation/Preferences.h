@@ -9,7 +9,7 @@
 
 namespace tidewell::test {
 
-/// The number, the default when there is none or it is none.
+/// The number, or the default if it is missing or has another type.
 inline double numberIn(const std::optional<PreferenceValue>& value, double byDefault) {
   if (value && std::holds_alternative<double>(*value)) {
     return std::get<double>(*value);
@@ -20,7 +20,7 @@ inline double numberIn(const std::optional<PreferenceValue>& value, double byDef
   return byDefault;
 }
 
-/// The truth value, the default when there is none or it is none.
+/// The boolean, or the default if it is missing or has another type.
 inline bool truthIn(const std::optional<PreferenceValue>& value, bool byDefault) {
   return value && std::holds_alternative<bool>(*value) ? std::get<bool>(*value) : byDefault;
 }

@@ -11,7 +11,7 @@ namespace tidewell::test {
 
 namespace {
 
-// The program waits until a file is quiet for fifty milliseconds before it believes odd ones.
+// The program waits until a damaged file has been quiet for fifty milliseconds.
 constexpr Ticks settling = std::chrono::milliseconds(100);
 
 std::string numberText(double value) {

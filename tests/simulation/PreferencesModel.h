@@ -11,8 +11,8 @@
 
 namespace tidewell::test {
 
-/// The preferences file as several writers use it, and what must be in it: a value that anybody
-/// wrote stays until somebody writes another, whatever becomes of the file in between.
+/// The preferences file with several writers, and its required contents: a value stays until
+/// somebody writes another, whatever happens to the file in between.
 class PreferencesModel {
 public:
   PreferencesModel(const VirtualScheduler& scheduler, Dice& dice, Findings& findings)
@@ -25,12 +25,12 @@ public:
 
   /// Another writer changes one value, in place or by replacing the file.
   void writeElsewhere(const std::string& key, const std::optional<PreferenceValue>& value);
-  /// Another writer spoils the file: some lines cannot be read any more.
+  /// Another writer damages the file: some lines cannot be parsed any more.
   void spoil();
-  /// Another writer removes the file, and with it every value.
+  /// Another writer removes the file and every value.
   void remove();
 
-  /// Holds what readers are told against what was written.
+  /// Compares the values read with those written.
   void check(const PreferencesStore& store);
 
   [[nodiscard]] int foreignWrites() const { return m_foreignWrites; }

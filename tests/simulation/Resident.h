@@ -19,7 +19,7 @@
 
 namespace tidewell::test {
 
-/// What a resident meets on its machine, besides what it brings along. Borrowed.
+/// The resident's surroundings on its machine. Borrowed.
 struct Surroundings {
   EventLoop& loop;
   Scheduler& scheduler;
@@ -36,7 +36,7 @@ struct Surroundings {
   std::function<void(ChildProcess::Id child)> onTerminate;
 };
 
-/// The program's children, with somebody who hears when one is told to terminate.
+/// The program's children. Reports each call of `terminate`.
 class WatchedChildren final : public ChildProcess {
 public:
   WatchedChildren(EventLoop& loop, std::function<void(Id child)> onTerminate)
@@ -55,16 +55,16 @@ private:
   std::function<void(Id child)> m_onTerminate;
 };
 
-/// The program as its main function puts it together, but for its loop and kernel interfaces.
+/// The program as in its main function, but for its loop and kernel interfaces.
 class Resident {
 public:
-  /// `quit` hears that the program was asked to end, `asked` what is asked of the windows' process,
-  /// `askedForSpeedTest` that item or bus ask for one.
+  /// `quit` is called when the program is asked to end, `asked` with each request to the windows'
+  /// process, `askedForSpeedTest` when item or bus request one.
   Resident(const Surroundings& machine, std::function<void()> quit,
            std::function<void(const WindowRequest& request)> asked,
            std::function<void()> askedForSpeedTest);
 
-  /// Everything but what background tasks may still use is gone.
+  /// Destroys everything but what background tasks may still use.
   void retire();
 
   WatchedChildren children;

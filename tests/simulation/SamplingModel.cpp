@@ -41,7 +41,7 @@ void SamplingModel::adopt(SamplerState& sampler) {
 }
 
 void SamplingModel::release() {
-  m_sampler = nullptr; // the subscriptions stay: they would hear a publication after the end
+  m_sampler = nullptr; // the subscriptions stay, to detect publications after the end
   m_grid.reset();
 }
 

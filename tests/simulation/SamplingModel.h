@@ -13,33 +13,33 @@
 
 namespace tidewell::test {
 
-/// What a sampler must publish, derived anew from what it read: which readings give a sample, the
-/// rates, the quality after each probe, the history, the order of the writes.
+/// The publications required of a sampler, derived independently from its readings: which readings
+/// give a sample, the rates, the quality after each probe, the history, the order of the writes.
 ///
-/// A sample starts from the quality that was published when it was taken, which after a long probe
-/// may be one publication behind; from there loss moves by +10 (100 at the most) or by -5 (0 at the
-/// least) with each probe and not otherwise.
+/// A sample starts from the quality published when it was taken, which after a long probe may be
+/// one publication old. From there each probe changes the loss by +10 (up to 100) or by -5 (down to
+/// 0); nothing else does.
 class SamplingModel {
 public:
   SamplingModel(const VirtualScheduler& scheduler, const Clock& clock, Findings& findings);
 
-  /// A new sampler, of which nothing is known but its published values.
+  /// A new sampler, of which only the published values are known.
   void adopt(SamplerState& sampler);
-  /// The sampler is gone: nothing may be read, probed or published.
+  /// The sampler has ended: nothing may be read, probed or published.
   void release();
 
-  /// Just before the sampler is started, or stopped.
+  /// Call it just before the sampler is started or stopped.
   void starts(double interval);
   void stops() { m_grid.reset(); }
 
-  /// The counters are read: by the sampler, for nobody else does.
+  /// The sampler reads the counters; nobody else does.
   void reads(const ByteCounts& counts);
-  /// A probe begins that takes so long and will have this latency; none when it fails.
+  /// A probe begins. It takes this long and has this latency, nullopt if it fails.
   void probes(std::optional<double> latency, Ticks takes);
-  /// The samples after each of which the history is held against the model's as a whole.
+  /// The whole history is compared each time after this many samples.
   static constexpr std::int64_t comparedEvery = 200;
 
-  /// To be called when everything that is due has run.
+  /// Call it when everything that is due has run.
   void checkNothingIsMissing();
 
   [[nodiscard]] std::int64_t published() const { return m_published; }

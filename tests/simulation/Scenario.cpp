@@ -68,7 +68,7 @@ void Scenario::live(Ticks end) {
   }
 }
 
-/// Everything works for a while and nobody wants anything.
+/// Everything works for a while and nobody requests anything.
 void Scenario::calmDown() {
   m_later.clear();
   m_world.tools.conditions = {};
@@ -89,7 +89,7 @@ void Scenario::calmDown() {
   for (int step = 0; step < 30; ++step) {
     m_world.advance(100.0);
   }
-  awaitTools(); // a run of ping, which is not held against the day
+  awaitTools(); // a running ping would count as growth
   m_world.forgetDesktop();
 }
 

@@ -8,17 +8,17 @@
 
 namespace tidewell::test {
 
-/// What befalls the program: outages, bad lines, failing tools, clocks that jump, preferences that
-/// somebody changes, endings and beginnings, all at random times.
+/// The events in the program's life: outages, bad lines, failing tools, clock jumps, changed
+/// preferences, restarts, all at random times.
 class Scenario {
 public:
   explicit Scenario(Simulation& simulation);
 
-  /// Writes each event to standard output from now on.
+  /// Prints each event to standard output from now on.
   void trace() { m_isTracing = true; }
 
-  /// Lets so much virtual time pass, or less when a rule is broken. In the first half programs end
-  /// and begin; the last of them lives through the second.
+  /// Lets this much virtual time pass, or less if a rule is broken. Restarts happen in the first
+  /// half only; the last program lives through the second.
   void play(Seconds span);
 
   [[nodiscard]] int censuses() const { return m_census.taken(); }
@@ -36,7 +36,7 @@ private:
   void later(Seconds delay, std::function<void()> event);
   [[nodiscard]] const Event& draw();
 
-  // Of the line
+  // The line
   void outage();
   void flap();
   void repeatPath();
@@ -47,7 +47,7 @@ private:
   void changeTools();
   void changeLookups();
 
-  // Of the machine and its user
+  // The machine and its user
   void jumpClock();
   void correctClock();
   void changeSetting();
@@ -57,7 +57,7 @@ private:
   void endAndBegin();
   void terminate();
 
-  // Of the desktop
+  // The desktop
   void changeBus();
   void changePanel();
   void changeNoticeServer();
@@ -74,7 +74,7 @@ private:
   Dice& m_dice;
   bool m_isTracing = false;
   bool m_mayEnd = true;
-  Ticks m_next = Ticks::zero(); // when something befalls the program
+  Ticks m_next = Ticks::zero(); // the time of the next event
   Census m_census;
   std::multimap<Ticks, std::function<void()>> m_later;
 };

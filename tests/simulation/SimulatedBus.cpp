@@ -114,7 +114,7 @@ void SimulatedBus::accept() {
 
 void SimulatedBus::process() {
   if (m_isHanging) {
-    // Level-triggered errors come all the same: the connection is gone.
+    // Errors are reported regardless: the connection is lost.
     lose();
     return;
   }
@@ -129,7 +129,7 @@ void SimulatedBus::process() {
   }
 }
 
-/// Waits for room in the socket while there is something left to write.
+/// Waits for room in the socket while output is pending.
 void SimulatedBus::flush() {
   const int wanted = m_bus && !m_isHanging ? sd_bus_get_events(m_bus.get()) : 0;
   const std::uint32_t events =
@@ -158,7 +158,7 @@ int SimulatedBus::heard(sd_bus_message* message, void* self, sd_bus_error* /*err
   std::uint8_t type = 0;
   sd_bus_message_get_type(message, &type);
   if (type != SD_BUS_MESSAGE_METHOD_CALL && type != SD_BUS_MESSAGE_SIGNAL) {
-    return 0; // an answer, which has its own way
+    return 0; // replies are handled elsewhere
   }
   static_cast<SimulatedBus*>(self)->hear(*message);
   return 1;

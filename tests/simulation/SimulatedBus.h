@@ -15,13 +15,13 @@
 
 namespace tidewell::test {
 
-/// A session bus on which the program is the only real connection; whoever else is on it is played
-/// by objects that register here. It may go down, come up again and hang.
+/// A session bus with the program as its only real connection; objects that register here play the
+/// others. It may go down, come up again and hang.
 class SimulatedBus {
 public:
-  /// Answers a call to a name; what it leaves unanswered hangs.
+  /// Answers a call to a name; without a reply the call stays pending.
   using Service = std::function<void(sd_bus_message& call)>;
-  /// Hears the answer to a call of the program's; null when the connection is lost meanwhile.
+  /// Called with the program's reply; null if the connection is lost meanwhile.
   using Answer = std::function<void(sd_bus_message* reply)>;
   using Append = std::function<void(sd_bus_message& call)>;
 
@@ -34,46 +34,46 @@ public:
 
   void goDown();
   void comeUp();
-  /// Reads and answers nothing while it hangs.
+  /// While hanging, it reads and answers nothing.
   void setHanging(bool isHanging);
-  /// Whether what was sent at that time may have lain in the bus until now, a moment after it hung.
+  /// Whether a message sent at that time may have been held by a hanging bus until now.
   [[nodiscard]] bool mayHaveHeld(Ticks sentAt) const;
 
   /// Whether the program is on the bus and the bus answers.
   [[nodiscard]] bool isServing() const { return m_isGreeted && !m_isHanging; }
-  /// Whether it has been serving, or down, for as long as a call may take.
+  /// Whether it has been serving, or down, for the duration of the longest call.
   [[nodiscard]] bool isSettled() const;
-  /// Whether nothing has stood in the way of a connection for so long.
+  /// Whether connections have been possible for this long.
   [[nodiscard]] bool hasBeenUpFor(Ticks span) const;
   [[nodiscard]] bool isUp() const { return m_listening.isOpen(); }
-  /// Which connection of the program this is, counted from 1.
+  /// The number of the program's connection, counted from 1.
   [[nodiscard]] int connection() const { return m_connections; }
 
-  /// Who answers calls to this name, and hears it when the connection is lost.
+  /// Registers who answers calls to this name and is notified when the connection is lost.
   void serve(const std::string& name, Service service, std::function<void()> lost);
-  /// Hears every signal of the program.
+  /// Registers a listener for every signal of the program.
   void listen(std::function<void(sd_bus_message& signal)> listener) {
     m_listeners.push_back(std::move(listener));
   }
-  /// Called when the program has greeted the bus.
+  /// Registers a function to call when the program has greeted the bus.
   void greet(std::function<void()> function) { m_onGreeted.push_back(std::move(function)); }
 
-  /// Gives a name to somebody, or to nobody when `owner` is empty, and tells the program.
+  /// Sets a name's owner, none if `owner` is empty, and notifies the program.
   void setOwner(const std::string& name, const std::string& owner);
-  /// Sends a signal of somebody's without arguments.
+  /// Sends a signal without arguments.
   void emit(const char* path, const char* interface, const char* member);
-  /// How often it has begun to hang.
+  /// The number of times it began to hang.
   [[nodiscard]] int hangs() const { return m_hangs; }
   [[nodiscard]] bool isHanging() const { return m_isHanging; }
   [[nodiscard]] Ticks now() const { return m_scheduler.now(); }
 
-  /// The next claim of the program's name finds another instance.
+  /// The program's next request for its name finds another instance.
   bool hasOtherInstance = false;
 
   /// Calls a method of the program.
   void call(const char* path, const char* interface, const char* member, const Append& append,
             Answer answer);
-  /// Calls on the way.
+  /// Calls without a reply yet.
   [[nodiscard]] std::size_t pending() const { return m_pending.size(); }
 
 private:
@@ -124,7 +124,7 @@ private:
   Subscription m_beforeSleep;
 };
 
-/// The text at which a message stands, empty when there is none.
+/// The string at a message's position, empty if there is none.
 [[nodiscard]] std::string nextText(sd_bus_message& message);
 
 } // namespace tidewell::test

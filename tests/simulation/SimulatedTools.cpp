@@ -18,15 +18,15 @@ namespace {
 
 using Arguments = std::vector<std::string>;
 
-// What the program allows each tool, and how long one may go on that was told to end.
+// The program's time limits for each tool, and how long one may run after SIGTERM.
 constexpr double pingLimit = 5.0;
-constexpr double nettopLimit = 4.0; // by the tracker's own watch
+constexpr double nettopLimit = 4.0; // by the tracker's watchdog
 constexpr double deafNettopLimit = 5.0;
 constexpr double qualityLimit = 45.0;
 constexpr double lookupLimit = 3.0;
 constexpr double grace = 0.3;
 
-/// An output of ping, and the latency that follows from it.
+/// An output of ping, and the resulting latency.
 struct Answer {
   std::string output;
   std::optional<double> latency;
@@ -49,8 +49,8 @@ const std::array<Answer, 14> oddAnswers = {{
     {"time=3.5 ms\ntime=900.0 ms\n", 3.5},
 }};
 
-// Little for a text, much for what is made of its lines. Made beforehand: memory is scarce here
-// too.
+// Little memory for a text, much for its parsed lines. Made beforehand, because memory is scarce
+// here too.
 const std::string manyLines = ",bytes_in,bytes_out,\ncurl.1,5,5,\n" + std::string(5000, '\n');
 
 std::string decimal(double value) {

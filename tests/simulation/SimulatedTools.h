@@ -10,30 +10,30 @@
 
 namespace tidewell::test {
 
-/// How the line and the tools behave at present.
+/// The current behaviour of the line and the tools.
 struct Conditions {
   double latencyMs = 12.0;
   double spreadMs = 4.0;
-  /// Of each run of a tool, from 0 to 1.
+  /// Probabilities for each run of a tool, from 0 to 1.
   double loss = 0.0;
   double garbage = 0.0;
   double cannotStart = 0.0;
   double hangs = 0.0;
   double floods = 0.0;
-  /// Of the address lookups.
+  /// Probabilities for address lookups.
   double lookupSeconds = 0.05;
   std::optional<std::string> body = "203.0.113.7\n";
 };
 
-/// The programs that the resident runs for their output, which answer by chance and tell the models
-/// what their answers amount to.
+/// The programs that the resident runs for their output. They answer randomly and inform the models
+/// of the expected results.
 class SimulatedTools {
 public:
   SimulatedTools(WorkQueue& world, Dice& dice, Findings& findings, SamplingModel& sampling,
                  ToolModel& model)
       : m_world(world), m_dice(dice), m_findings(findings), m_sampling(sampling), m_model(model) {}
 
-  /// Plays a program of this name; false when it cannot be started.
+  /// Plays the program of this name; false if it cannot be started.
   [[nodiscard]] bool play(const std::string& name, const VirtualProcesses::Pointer& process);
 
   Conditions conditions;
@@ -43,14 +43,14 @@ public:
   int floods = 0;
 
 private:
-  /// What a run does.
+  /// The behaviour of a run.
   struct Conduct {
     std::string output;
     double takes = 0.0;
     int status = 0;
-    bool hangs = false;  // until it is told to end
-    bool floods = false; // writes its output over and over until nothing goes in any more
-    bool isDeaf = false; // until it is killed
+    bool hangs = false;  // until SIGTERM
+    bool floods = false; // writes its output repeatedly until the pipe is full
+    bool isDeaf = false; // until SIGKILL
   };
 
   [[nodiscard]] bool ping(const VirtualProcesses::Pointer& process);
@@ -61,9 +61,9 @@ private:
   [[nodiscard]] std::string processTable(bool& isEmpty);
   void misbehave(Conduct& conduct);
   void perform(const VirtualProcesses::Pointer& process, const Conduct& conduct);
-  /// How long the run takes that is ended after so many seconds unless it ends by itself.
+  /// The duration of a run that is ended after this many seconds unless it exits earlier.
   [[nodiscard]] static Ticks duration(const Conduct& conduct, double limit);
-  /// Whether the program can keep what such a run wrote.
+  /// Whether the program has memory for the output of such a run.
   [[nodiscard]] static bool isKept(const Conduct& conduct);
 
   WorkQueue& m_world;

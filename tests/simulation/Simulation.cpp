@@ -14,17 +14,16 @@ namespace tidewell::test {
 
 namespace {
 
-// Longer than it takes until a child that has to be killed is.
+// Longer than killing a child takes.
 constexpr Seconds ending = 0.5;
 
-// A panel that restarts gets twenty seconds to come back.
+// A restarting panel has twenty seconds to come back.
 constexpr Ticks patience = std::chrono::seconds(21);
 
-// The program tries again after a minute at the latest, and a call may take half a minute.
+// The program retries within a minute, and a call may take half a minute.
 constexpr Ticks longestDelay = std::chrono::seconds(95);
 
-// A turn of the loop for each message and each task of a moment is many; thousands are a loop that
-// turns and turns.
+// One turn for each message and task of a moment is normal; thousands mean a busy loop.
 constexpr int mostTurns = 5000;
 
 } // namespace
@@ -94,11 +93,11 @@ void Simulation::launch() {
   watchAfter();
 }
 
-/// Observers that hear before the program's own, which it registers when it is launched.
+/// Observers called before the program's own, which it registers when launched.
 void Simulation::watchBefore() {
   auto& sampler = m_resident->delegate.bandwidthSampler();
   const auto on = [this](auto& published, auto tell) {
-    auto isFirst = std::make_shared<bool>(true); // the value that is there, not a publication
+    auto isFirst = std::make_shared<bool>(true); // the current value, not a publication
     m_subscriptions.push_back(published.subscribe([isFirst, tell](const auto& value) {
       if (!*isFirst) {
         tell(value);
@@ -125,7 +124,7 @@ void Simulation::watchBefore() {
   }));
 }
 
-/// Observers that hear after the program's own.
+/// Observers called after the program's own.
 void Simulation::watchAfter() {
   auto& sampler = m_resident->delegate.bandwidthSampler();
   auto& monitor = m_resident->delegate.networkMonitor();
@@ -161,7 +160,7 @@ void Simulation::destroy() {
   noticeServer.forget();
   host.release();
   reader.release();
-  // The queues end with what waits in them, then everything else goes.
+  // The queues end with their waiting tasks, then everything else.
   m_resident->retire();
   machine.scheduler.endBackground();
   machine.scheduler.advance(ending);
@@ -203,7 +202,7 @@ void Simulation::advance(Seconds span) {
   findings.require(loop.mostTurns() < mostTurns, "the loop turns in vain", loop.mostTurns());
   windows.check();
   noticeServer.check();
-  // Before its first sample an item may show what it was made with.
+  // Before the first sample an item may show its initial values.
   if (m_isLaunched && sampling.published() > m_publishedBefore) {
     checkDesktop();
   }

@@ -33,8 +33,8 @@
 
 namespace tidewell::test {
 
-/// The whole resident on a virtual machine and desktop, with the models that watch every value it
-/// publishes, every notice it sends and everything it shows and asks.
+/// The whole resident on a virtual machine and desktop, with models that check every published
+/// value, every notice, and everything it shows and requests.
 class Simulation {
 public:
   explicit Simulation(std::uint64_t seed);
@@ -42,11 +42,11 @@ public:
   Simulation(const Simulation&) = delete;
   Simulation& operator=(const Simulation&) = delete;
 
-  /// Makes the program; it is launched later or never.
+  /// Makes the program; it may be launched later.
   void make();
-  /// Launches the program that was made. Once.
+  /// Launches the program. Call it once.
   void launch();
-  /// What the end of the session does.
+  /// Ends the session.
   void terminate();
   void destroy();
 
@@ -58,18 +58,19 @@ public:
   /// Reports a path, changed or not.
   void report(const PathReport& path);
   void askForSpeedTest();
-  /// The user of the windows sets a preference.
+  /// The user sets a preference in the windows.
   void prefer(const std::string& key, const PreferenceValue& value);
 
-  /// Bus, panel, notification server and windows do what they should.
+  /// Bus, panel, notification server and windows work normally from now on.
   void calmDesktop();
-  /// What the models remember is no growth of the program. For when nothing is under way any more.
+  /// Clears the models' records, which would count as growth of the program. Call it when nothing
+  /// is under way.
   void forgetDesktop();
 
   /// Lets virtual time pass, then checks that nothing is missing.
   void advance(Seconds span);
 
-  Dice dice; // for what happens, not for the order of tasks
+  Dice dice; // for the events, not for the order of tasks
   FakeMachine machine;
   VirtualTime time{machine.scheduler};
   Findings findings{machine.scheduler};
@@ -95,7 +96,7 @@ public:
   FaceReader reader{bus, world, findings};
 
 private:
-  /// Hands what the program decides to send to the rules and to the way that it really goes.
+  /// Passes the program's notices to the models and to the real implementation.
   struct Center final : NotificationCenter {
     explicit Center(Simulation& simulation) : world(simulation) {}
     void requestAuthorization() override { world.notices.requestAuthorization(); }
@@ -114,7 +115,7 @@ private:
   bool m_isLaunched = false;
   bool m_isAskedToEnd = false;
   Ticks m_madeAt = Ticks::zero();
-  std::int64_t m_publishedBefore = 0; // the launch
+  std::int64_t m_publishedBefore = 0; // before the launch
   std::optional<PathReport> m_path;
   std::vector<Subscription> m_subscriptions;
 };

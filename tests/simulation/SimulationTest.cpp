@@ -18,7 +18,7 @@ constexpr Seconds day = 86400.0;
 constexpr double month = 30.0;
 constexpr std::uint64_t usualSeeds = 50;
 
-/// A whole number from the environment.
+/// An integer from the environment.
 std::optional<std::uint64_t> fromEnvironment(const char* name) {
   const char* const text = std::getenv(name);
   const auto number = text == nullptr ? std::nullopt : parseDouble(text);
@@ -26,7 +26,7 @@ std::optional<std::uint64_t> fromEnvironment(const char* name) {
                                   : std::nullopt;
 }
 
-/// The one of TIDEWELL_SEED, else the first TIDEWELL_SEEDS.
+/// TIDEWELL_SEED alone, else the first TIDEWELL_SEEDS.
 std::vector<std::uint64_t> seeds() {
   if (const auto one = fromEnvironment("TIDEWELL_SEED")) {
     return {*one};
@@ -39,7 +39,8 @@ std::vector<std::uint64_t> seeds() {
   return all;
 }
 
-/// How many days a seed lives: TIDEWELL_DAYS, else the first a month and the others six hours.
+/// The days simulated for a seed: TIDEWELL_DAYS, else a month for the first and six hours for the
+/// others.
 double daysOf(std::uint64_t seed) {
   const char* const days = std::getenv("TIDEWELL_DAYS");
   return (days == nullptr ? std::nullopt : parseDouble(days)).value_or(seed == 1 ? month : 0.25);
@@ -47,7 +48,7 @@ double daysOf(std::uint64_t seed) {
 
 class Simulated : public testing::TestWithParam<std::uint64_t> {};
 
-/// That the month had everything in it that the rules are about.
+/// Checks that everything the rules are about happened in the month.
 void expectAFullMonth(const Simulation& world) {
   EXPECT_GT(world.sampling.published(), 50'000);
   EXPECT_GT(world.tools.lostProbes, 1'000);

@@ -8,8 +8,8 @@
 
 namespace tidewell::test {
 
-/// When a repeating timer must fire: on a grid that never moves, missed points made up by one
-/// firing at the moment the queue is free again.
+/// When a repeating timer must fire: on a fixed grid. One firing makes up for all missed points as
+/// soon as the queue is free.
 class TimerGrid {
 public:
   TimerGrid(Ticks now, double first, double period)
@@ -24,7 +24,7 @@ public:
     return next() == now || (next() < now && free == now);
   }
 
-  /// Counts a firing at `now`, which makes up for all points up to then.
+  /// Counts a firing at `now`, which makes up for all earlier points.
   void fire(Ticks now) { m_fired = (now - m_first) / m_period + 1; }
 
 private:

@@ -14,38 +14,37 @@
 
 namespace tidewell::test {
 
-/// When the tools for processes and for the speed test must be run, and what becomes of what they
-/// print.
+/// When the process and speed-test tools must run, and what must be published from their output.
 class ToolModel {
 public:
   ToolModel(const VirtualScheduler& scheduler, Findings& findings)
       : m_scheduler(scheduler), m_findings(findings) {}
 
-  /// A new program that has started neither.
+  /// A new program, which has started neither.
   void adopt(TrackerState& tracker, SpeedTestState& speedTest);
   void release() {
     m_isAlive = false;
-    m_watched.clear(); // the watch ends with the program, and so does the child
+    m_watched.clear(); // the watchdog ends with the program, as does the child
   }
 
-  /// Just before tracking is started (beside what runs already), or stopped.
+  /// Call it just before tracking is started (beside what already runs) or stopped.
   void startsTracking();
   void stopsTracking() { m_tracking.reset(); }
-  /// The process tool begins, for so long; it prints nothing that could be listed when `isEmpty`.
+  /// The process tool begins and takes this long; if `isEmpty`, its output has no rows.
   void listsProcesses(Ticks takes, bool isEmpty);
-  /// A child that was started is to be terminated four seconds later, whether it runs or not.
+  /// A started child is to be terminated four seconds later, even if it has exited.
   void launched(ChildProcess::Id child);
   void terminates(ChildProcess::Id child);
 
-  /// Just before a speed test is asked for.
+  /// Call it just before a speed test is requested.
   void asksForSpeedTest();
-  /// The tool begins, for so long, and will lead to this result, its time aside.
+  /// The tool begins, takes this long and gives this result, apart from its time.
   void testsSpeed(Ticks takes, std::optional<SpeedTestResult> result);
 
-  /// To be called when everything that is due has run.
+  /// Call it when everything that is due has run.
   void checkNothingIsMissing();
 
-  /// Timers that a second start left running, and those of children to be terminated.
+  /// The number of timers left running by a second start, and for children to be terminated.
   [[nodiscard]] std::size_t leftTimers() const { return m_left.size() + m_watched.size(); }
 
   [[nodiscard]] int lists() const { return m_lists; }
@@ -64,7 +63,7 @@ private:
   std::optional<TimerGrid> m_tracking;
   std::vector<TimerGrid> m_left;
   Ticks m_freeAt = Ticks::zero();
-  std::deque<bool> m_expectedLists; // for each run of the tool: whether the list is empty
+  std::deque<bool> m_expectedLists; // whether each run's list is empty
   std::deque<std::pair<ChildProcess::Id, Ticks>> m_watched;
   int m_lists = 0;
 

@@ -13,10 +13,10 @@
 
 namespace tidewell::test {
 
-/// Interfaces whose counters run with virtual time at rates that may change.
+/// Interfaces whose counters advance with virtual time at changeable rates.
 class Traffic final : public InterfaceCounters {
 public:
-  /// `onRead` hears what every reading amounts to: zeros for an interface that is not there.
+  /// `onRead` gets the result of every reading: zeros for a missing interface.
   Traffic(const VirtualScheduler& scheduler, std::function<void(const ByteCounts&)> onRead)
       : m_scheduler(scheduler), m_onRead(std::move(onRead)) {}
 
@@ -28,13 +28,13 @@ public:
     return counts;
   }
 
-  /// Bytes per second from now on; the interface is made when there is none.
+  /// Sets the bytes per second; adds a missing interface.
   void setRates(const std::string& interface, double in, double out) {
     Flow& flow = m_interfaces[interface];
     flow = {countsOf(flow), m_scheduler.now(), in, out};
   }
 
-  /// Lets the counters jump to these values, as a wrap or a new driver does.
+  /// Sets the counters to these values, like a wrap or a new driver.
   void setCounts(const std::string& interface, const ByteCounts& counts) {
     Flow& flow = m_interfaces[interface];
     flow.counts = counts;

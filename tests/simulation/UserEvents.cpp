@@ -26,7 +26,8 @@ void Scenario::jumpClock() {
   const double by = m_dice.oneOf({0.25, 2.0, 30.0, 60.0, 3600.0, 86400.0, 5.0 * year});
   clock.jump(m_dice.chance(0.5) ? by : -by);
   if (m_dice.chance(0.05)) {
-    clock.jump(m_dice.oneOf({-5.0, 0.0, 5.0}) - clock.now()); // a machine without a clock's battery
+    clock.jump(m_dice.oneOf({-5.0, 0.0, 5.0}) -
+               clock.now()); // a machine whose clock has no battery
   }
   if (m_dice.chance(0.7)) {
     later(m_dice.magnitude(1.0, 600.0), [this] { correctClock(); });
@@ -56,7 +57,7 @@ void Scenario::changeSetting() {
   }
 }
 
-/// Another program, or a hand with an editor, writes what no window offers.
+/// Another program or an editor writes values that no window offers.
 void Scenario::changeSettingElsewhere() {
   PreferencesModel& file = m_world.preferences;
   const char* const key = keys[m_dice.below(keys.size())];
@@ -76,7 +77,7 @@ void Scenario::changeSettingElsewhere() {
   });
 }
 
-/// Intervals as short as they come, for a while.
+/// The shortest intervals, for a while.
 void Scenario::hurry() {
   m_world.prefer("refreshInterval", m_dice.oneOf({0.5, 0.1, 0.003, 1e-3, 1e-9, 5e-324}));
   later(m_dice.between(0.1, 4.0), [this] {

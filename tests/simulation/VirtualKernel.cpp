@@ -1,5 +1,5 @@
-// The calls of the program's own code that start processes, wait for them and look for programs.
-// The linker leads them here (--wrap); libraries keep the real ones.
+// Replacements for the program's calls that start processes, wait for them and look for programs.
+// The linker redirects the calls here (--wrap); libraries keep the real functions.
 
 #include "VirtualProcesses.h"
 #include "platform/linux/process/SpawnSettings.h"
@@ -18,7 +18,7 @@ namespace {
 
 using Descriptors = std::map<int, tidewell::FileDescriptor>;
 
-/// What each settings object has been told.
+/// The contents of each settings object.
 std::map<const tidewell::SpawnSettings*, Descriptors>& prepared() {
   static std::map<const tidewell::SpawnSettings*, Descriptors> all;
   return all;
@@ -60,7 +60,7 @@ pid_t __wrap_waitpid(pid_t id, int* status, int options) {
   return VirtualProcesses::current().wait(id, status, options);
 }
 
-/// The program's helpers and ping are installed here, whatever is on this machine.
+/// The program's helpers and ping are always installed here.
 int __wrap_access(const char* path, int mode) {
   if (std::strstr(path, "/libexec/tidewell/") != nullptr ||
       std::strcmp(path, "/usr/bin/ping") == 0) {

@@ -53,7 +53,7 @@ std::unique_ptr<FdWatch> VirtualLoop::watch(int descriptor, std::uint32_t events
     return nullptr;
   }
   if (VirtualProcesses::isProcess(descriptor)) {
-    // What the program reads of its tools may need more memory than there is.
+    // The tools' output may need more memory than there is.
     handler = [this, handler = std::move(handler)](std::uint32_t ready) {
       m_scheduler.runApart([&] { handler(ready); });
     };

@@ -12,13 +12,13 @@
 
 namespace tidewell::test {
 
-/// A loop in virtual time: a queue of the virtual scheduler. Descriptors are real and are looked at
+/// A loop in virtual time: a queue of the virtual scheduler. Descriptors are real and are polled
 /// before time passes.
 class VirtualLoop final : public EventLoop {
 public:
-  /// The loop of the program itself.
+  /// The program's loop.
   explicit VirtualLoop(VirtualScheduler& scheduler) : VirtualLoop(scheduler, scheduler.main()) {}
-  /// The loop of somebody else.
+  /// The loop of another participant.
   VirtualLoop(VirtualScheduler& scheduler, WorkQueue& queue);
   ~VirtualLoop() override { m_scheduler.forgetIdle(m_queue); }
 
@@ -33,8 +33,8 @@ public:
     return m_beforeSleep.add(std::move(function));
   }
 
-  /// How many descriptors are watched, and the most turns that it took until there was nothing left
-  /// to do at a moment.
+  /// The number of watched descriptors, and the most turns needed until nothing was left to do at a
+  /// moment.
   [[nodiscard]] std::size_t watches() const { return m_handlers.size(); }
   [[nodiscard]] int mostTurns() const { return m_mostTurns; }
 

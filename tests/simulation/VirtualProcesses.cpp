@@ -93,7 +93,7 @@ pid_t VirtualProcesses::wait(pid_t id, int* status, int options) {
     return 0;
   }
   if (process->isAlive) {
-    ++m_faults; // the program would wait
+    ++m_faults; // the program would block
     process->die(SIGKILL);
   }
   if (status != nullptr) {

@@ -13,18 +13,18 @@
 
 namespace tidewell::test {
 
-/// A process that is none: descriptors, a status, and whoever plays it.
+/// A simulated process: descriptors, a status, and who plays it.
 struct VirtualProcess {
   pid_t id = 0;
   std::string executable;
   std::vector<std::string> arguments;
-  std::map<int, FileDescriptor> descriptors; // by the number that the process knows
+  std::map<int, FileDescriptor> descriptors; // by number in the process
   FileDescriptor exited;                     // eventfd, readable when it has ended
   bool ignoresTermination = false;
-  std::function<void()> ended; // called once, when it is no more
+  std::function<void()> ended; // called once at its end
   bool isAlive = true;
   bool isOrphan = false;
-  int status = 0; // as waitpid tells it
+  int status = 0; // as from waitpid
 
   void exit(int code) { end(code << 8); }
   void die(int signal) { end(signal); }
@@ -33,12 +33,12 @@ private:
   void end(int how);
 };
 
-/// The kernel's table of processes, as the program's own code meets it: what it spawns, kills and
-/// waits for is here while this object lives. One at a time.
+/// The kernel's process table for the program's code, which spawns, kills and awaits processes here
+/// while this object lives. One at a time.
 class VirtualProcesses {
 public:
   using Pointer = std::shared_ptr<VirtualProcess>;
-  /// Plays the process, or gives false when its program cannot be started.
+  /// Plays the process; false if its program cannot be started.
   using Play = std::function<bool(const Pointer& process)>;
 
   explicit VirtualProcesses(Play play);
@@ -46,14 +46,14 @@ public:
   VirtualProcesses& operator=(const VirtualProcesses&) = delete;
   ~VirtualProcesses();
 
-  /// The parent is gone: whom it left behind belongs to nobody.
+  /// The parent has ended; its remaining children belong to nobody.
   void orphanAll();
 
   [[nodiscard]] std::size_t count() const { return m_processes.size(); }
-  /// Signals to processes that are no children, and waits for some that live: never seen so far.
+  /// The number of signals to processes that are not children, and of blocking waits.
   [[nodiscard]] int faults() const { return m_faults; }
 
-  // What the kernel does.
+  // The kernel's functions.
   pid_t spawn(const std::string& executable, const std::vector<std::string>& arguments,
               std::map<int, FileDescriptor> descriptors);
   int open(pid_t id);
@@ -61,7 +61,7 @@ public:
   pid_t wait(pid_t id, int* status, int options);
 
   [[nodiscard]] static VirtualProcesses& current();
-  /// Whether `open` gave this descriptor last.
+  /// Whether `open` last returned this descriptor.
   [[nodiscard]] static bool isProcess(int descriptor);
 
 private:

@@ -13,7 +13,7 @@ namespace tidewell::test {
 
 namespace {
 
-// A clock that shows zero is taken for none by some.
+// Some code treats a clock at zero as missing.
 constexpr std::time_t uptimeAtStart = 1000;
 
 std::atomic<const VirtualScheduler*> shown = nullptr;
@@ -26,7 +26,7 @@ VirtualTime::~VirtualTime() { shown = nullptr; }
 
 } // namespace tidewell::test
 
-/// Takes the place of the C library's for everybody in this process.
+/// Replaces the C library's function in this process.
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
   const auto* const scheduler = tidewell::test::shown.load();
   if (scheduler == nullptr || (clock != CLOCK_MONOTONIC && clock != CLOCK_BOOTTIME)) {

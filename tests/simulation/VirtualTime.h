@@ -4,8 +4,8 @@ namespace tidewell::test {
 
 class VirtualScheduler;
 
-/// While it lives, this process's clocks that count from the machine's start show virtual time, to
-/// the libraries too. The wall clock does not: the program sees that through a seam of its own.
+/// While it lives, this process's monotonic clocks show virtual time, in libraries too. The wall
+/// clock does not: the program reads that through an interface.
 class VirtualTime {
 public:
   explicit VirtualTime(const VirtualScheduler& scheduler);

@@ -14,35 +14,36 @@
 
 namespace tidewell::test {
 
-/// The windows' process as it comes and goes: takes what it is asked, opens and closes, leaves in
-/// the end; or crashes, hangs, tells lies, cannot be started. And the rules: one process at a time,
-/// nothing is asked of it that nobody asked, nothing is lost on one that listens, one that hangs is
-/// killed within ten seconds whatever else is asked.
+/// Plays the windows' process: takes requests, opens and closes windows, exits in the end; or
+/// crashes, hangs, reports falsely, cannot be started. The rules: one process at a time, no request
+/// that nobody made, no request lost on a working process, and a hung one is killed within ten
+/// seconds whatever else is requested.
 class WindowsProgram {
 public:
   WindowsProgram(const VirtualScheduler& scheduler, EventLoop& world, Dice& dice,
                  Findings& findings)
       : m_scheduler(scheduler), m_world(world), m_dice(dice), m_findings(findings) {}
 
-  /// Plays the process; false when it cannot be started.
+  /// Plays the process; false if it cannot be started.
   [[nodiscard]] bool play(const VirtualProcesses::Pointer& process);
-  /// Somebody asks for something.
+  /// Somebody makes a request.
   void asked(const WindowRequest& request);
-  /// The program is gone; its windows' process follows by itself.
+  /// The program has ended; its windows' process then exits.
   void release();
 
-  /// Forgets what was ever asked for, which the program is not to ask again.
+  /// Forgets all requests; the program must not repeat them.
   void forget() { m_known.clear(); }
 
-  /// From now on nothing goes wrong. One that hangs on what it has answered beforehand, which is a
-  /// lie, would be left alone until somebody asks for something.
+  /// From now on nothing goes wrong. Ends a process that hangs on requests it has falsely answered,
+  /// which would otherwise be left alone until the next request.
   void calmDown();
 
   void check();
-  /// The item must be shown by ourselves, or must not, since a while.
+  /// Checks that the windows' process shows the item exactly if no panel has taken it. Call it when
+  /// that has not changed for a while.
   void checkItem(bool isTaken);
 
-  /// Of each request.
+  /// Probabilities for each request.
   double crashes = 0.0;
   double hangs = 0.0;
   double lies = 0.0;
@@ -68,14 +69,14 @@ private:
   Findings& m_findings;
   VirtualProcesses::Pointer m_process;
   std::unique_ptr<FdWatch> m_watch;
-  std::set<WindowRequest::Kind> m_windows; // on the screen
+  std::set<WindowRequest::Kind> m_windows; // open windows
   std::unique_ptr<Timer> m_leaving;
   std::optional<Ticks> m_hungSince;
-  bool m_hasLeft = false; // the last process, of its own accord
-  bool m_hasLied = false; // this life of the program
+  bool m_hasLeft = false; // whether the last process exited by its own decision
+  bool m_hasLied = false; // in this life of the program
   std::set<std::string> m_known;
   std::optional<std::string> m_missing;
-  int m_endings = 0; // since something was asked
+  int m_endings = 0; // since the last request
   std::optional<bool> m_isItemOurs;
   int m_starts = 0;
   int m_requests = 0;
