@@ -11,8 +11,6 @@ class EventLoop;
 class FdWatch;
 
 /// Turns SIGTERM, SIGINT and SIGHUP into a call on the loop, and makes the process ignore SIGPIPE.
-///
-/// Construct it before any thread starts, so that every thread leaves the signals to the loop.
 class TerminationSignals {
 public:
   TerminationSignals(EventLoop& loop, std::function<void()> onTermination);
