@@ -1,4 +1,4 @@
-// Writers that are killed, and writers that write at the same time.
+// Killed writers, and several writers at the same time.
 
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/preferences/PreferencesStorage.h"
@@ -46,7 +46,7 @@ std::int64_t numberIn(const PreferencesStorage& storage) {
 
 using Clock = std::chrono::steady_clock;
 
-// Writes ever higher numbers until it is killed; says when it begins.
+// Writes ever higher numbers until it is killed. Signals when it begins.
 class EndlessWriter {
 public:
   explicit EndlessWriter(const PreferencesStorage& storage) {
@@ -66,7 +66,7 @@ public:
     EXPECT_EQ(::read(readEnd.get(), &begun, 1), 1);
   }
 
-  // Whether it lived until then.
+  // Whether it was still alive.
   [[nodiscard]] bool kill() const {
     EXPECT_EQ(::kill(m_child, SIGKILL), 0);
     const int status = statusOf(m_child);
@@ -80,7 +80,7 @@ private:
 TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
-  // Large enough that a write takes its time.
+  // Large, so that a write takes some time.
   writeInPlace(directory / "preferences.toml",
                "number = 0\nother = true\n#" + std::string(20'000, 'x') + "\n");
   const auto start = Clock::now();
