@@ -1,5 +1,5 @@
-// Any bytes as the preferences file, then any value into it: the result is intact, holds the value,
-// keeps every other one and, of an intact file, all bytes around the value.
+// Writes any value into any bytes as the preferences file. The result is intact, contains the value
+// and keeps every other value. An intact file keeps all bytes around the value.
 
 #include "platform/linux/preferences/PreferencesText.h"
 #include "base/Utf8.h"
@@ -40,7 +40,7 @@ PreferenceValue valueFrom(std::uint8_t choice, std::string_view bytes) {
   }
 }
 
-// The bytes of the text before that the text after lacks.
+// The bytes that were replaced.
 std::string_view replaced(std::string_view before, std::string_view after) {
   const auto begin = std::ranges::mismatch(before, after).in1 - before.begin();
   before.remove_prefix(begin);

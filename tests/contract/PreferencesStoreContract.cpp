@@ -21,7 +21,7 @@
 namespace tidewell::test {
 namespace {
 
-/// A store under test together with the other writers that it shares its values with.
+// A store and the other writers of its values.
 class StoreUnderTest {
 public:
   StoreUnderTest() = default;
@@ -30,13 +30,13 @@ public:
   virtual ~StoreUnderTest() = default;
 
   [[nodiscard]] virtual PreferencesStore& store() = 0;
-  /// Stores a value behind the store's back.
+  // Stores a value as another writer does.
   virtual void writeFromOutside(std::string_view key, const PreferenceValue& value) = 0;
-  /// Removes every value behind the store's back.
+  // Removes every value as another writer does.
   virtual void clearFromOutside() = 0;
 };
 
-/// One way to make a store; the contract holds for all of them.
+// One way to make a store. The contract holds for all of them.
 struct StoreKind {
   std::string name;
   std::function<std::unique_ptr<StoreUnderTest>(EventLoop&)> make;

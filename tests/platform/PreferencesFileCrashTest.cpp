@@ -1,4 +1,4 @@
-// Writers that are killed, and concurrent writers.
+// Killed writers, and several writers at the same time.
 
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/preferences/PreferencesStorage.h"
@@ -46,7 +46,7 @@ std::int64_t numberIn(const PreferencesStorage& storage) {
 
 using Clock = std::chrono::steady_clock;
 
-// Writes increasing numbers until it is killed; reports when it begins.
+// Writes ever higher numbers until it is killed. Signals when it begins.
 class EndlessWriter {
 public:
   explicit EndlessWriter(const PreferencesStorage& storage) {
@@ -80,7 +80,7 @@ private:
 TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   const TemporaryDirectory directory;
   const PreferencesStorage storage((directory / "preferences.toml").string());
-  // Large enough to make a write slow.
+  // Large, so that a write takes some time.
   writeInPlace(directory / "preferences.toml",
                "number = 0\nother = true\n#" + std::string(20'000, 'x') + "\n");
   const auto start = Clock::now();
@@ -90,7 +90,7 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   std::mt19937 random(std::random_device{}());
   std::uniform_real_distribution<double> lifeInWrites(0.0, 4.0);
   std::int64_t last = 1;
-  constexpr std::int64_t some = 10; // they take longer on a busy machine
+  constexpr std::int64_t some = 10; // on a machine that is busy they take longer
   const auto isOver = [&](auto span) { return Clock::now() - start >= span; };
   while (!isOver(std::chrono::seconds(2)) || (last <= some && !isOver(std::chrono::minutes(1)))) {
     const EndlessWriter writer(storage);

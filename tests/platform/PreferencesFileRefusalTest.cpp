@@ -1,4 +1,4 @@
-// A disk that refuses writes, and other things in the file's place.
+// A disk that refuses a write, and other things in place of the file.
 
 #include "platform/linux/files/FileReading.h"
 #include "support/StoredFile.h"
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 const PreferenceValue one{std::int64_t{1}};
 const PreferenceValue two{std::int64_t{2}};
 
-// Drops root's privileges for a while; the test's files then belong to nobody.
+// Gives up root's rights for a while. The test's files then belong to nobody.
 class Unprivileged {
 public:
   explicit Unprivileged(const fs::path& directory) {
@@ -125,7 +125,7 @@ TEST_F(PreferencesFileRefusal, AFileThatMayNotBeReadIsKeptAsideBeforeItIsReplace
 TEST_F(PreferencesFileRefusal, AFullDiskKeepsTheOldFileAndTheValueInMemory) {
   const fs::path disk = directory / "disk";
   fs::create_directory(disk);
-  // A private mount, which ends with this process.
+  // A mount in this process alone.
   if (::unshare(CLONE_NEWNS) != 0 ||
       ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
       ::mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=64k") != 0) {

@@ -17,13 +17,13 @@
 
 namespace tidewell::test {
 
-/// A preferences file on the disk and a store on it in virtual time. File events are delivered when
-/// the test says so.
+/// A preferences file on the disk and a store on it in virtual time. The kernel's events about the
+/// file are read when the test asks for it.
 class StoredFile : public testing::Test {
 protected:
   using Heard = std::vector<std::pair<std::string, std::optional<PreferenceValue>>>;
 
-  /// Makes the store; replaces an existing one, like a restart.
+  /// Creates the store, as a start of the program does.
   void start() {
     store.reset();
     store = std::make_unique<PreferencesFile>(
@@ -43,13 +43,13 @@ protected:
     }
   }
 
-  /// Delivers the file events so far.
+  /// Reads the events so far.
   void hearEvents() {
     readEvents(EPOLLIN);
     scheduler.settle();
   }
 
-  /// Lets the time pass after which the file counts as quiet.
+  /// Advances the time until the file counts as quiet.
   void becomeQuiet() { scheduler.advance(0.06); }
 
   void write(std::string_view contents) {

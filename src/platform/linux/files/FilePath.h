@@ -26,7 +26,7 @@ namespace tidewell {
 
 /// The user's configuration directory by the XDG Base Directory specification, given the values of
 /// XDG_CONFIG_HOME and HOME (null if unset): the first if it is an absolute path, else ".config" in
-/// the home directory, which the user database knows if HOME does not.
+/// the home directory. If HOME is not usable, the home directory is that of the user database.
 [[nodiscard]] std::string configurationDirectory(const char* xdgConfigHome, const char* home);
 
 /// The same from this process's environment.

@@ -24,7 +24,7 @@ FileReading readFile(const std::string& path, std::size_t limit) {
       static_cast<std::size_t>(status.st_size) > limit) {
     return {Outcome::unreadable, {}};
   }
-  // One byte beyond the present size tells a file that grows from one that does not.
+  // Reads one byte more than the size, to notice a file that grows.
   std::string contents(static_cast<std::size_t>(status.st_size) + 1, '\0');
   std::size_t size = 0;
   for (ssize_t count = 1; count != 0 && size < contents.size();) {

@@ -25,7 +25,7 @@ private:
   std::error_code m_error;
 };
 
-/// What becomes of a file that is replaced.
+/// What happens to a replaced file.
 enum class OldFile { removed, keptAside };
 
 /// Replaces a file as a whole. Whoever opens its path, at any moment and after any crash, finds the

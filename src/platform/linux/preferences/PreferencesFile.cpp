@@ -21,7 +21,8 @@ PreferencesFile::PreferencesFile(std::string path, WorkQueue& main, WatchDescrip
     : PreferencesStore(main), m_main(main), m_storage(std::move(path)),
       m_watcher(m_storage.path(), std::move(watch),
                 [this](bool isFinished) { fileChanged(isFinished); }) {
-  // Without the directory the watcher waits for it; without the watcher changes show later.
+  // If the directory is missing, the watcher waits for it. If the watcher fails, changes show
+  // later.
   [[maybe_unused]] const auto error = makeDirectories(directoryOf(m_storage.path()));
   if (!m_watcher.arm()) {
     retryLater();
@@ -84,10 +85,10 @@ bool PreferencesFile::flush(const PreferenceValues& changes) {
   return true;
 }
 
-// Shows readers what is on the disk, and what should be.
+// Publishes what is on the disk, and what is still to be written.
 void PreferencesFile::adopt(Reading reading) {
   if (reading.outcome == Reading::Outcome::broken) {
-    reading.values.insert(values().begin(), values().end()); // what is missing stays as it was
+    reading.values.insert(values().begin(), values().end()); // missing values stay as they were
   }
   for (const auto& [key, value] : m_refused) {
     reading.values.insert_or_assign(key, value);

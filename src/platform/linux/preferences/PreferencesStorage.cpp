@@ -15,13 +15,13 @@ namespace tidewell {
 
 namespace {
 
-// Expected are eleven short lines.
+// Eleven short lines are expected.
 constexpr std::size_t mostBytes = 1U << 20U;
 
 constexpr std::string_view firstLine = "# Tidewell's preferences. Changes take effect at once.\n\n";
 
-// The file to replace: what links lead to, so that they stay. A link itself if it leads to
-// something that must not be replaced, such as a device.
+// The file to replace. Symbolic links are followed and stay, unless they lead to something that
+// must not be replaced, such as a device.
 std::string targetOf(const std::string& path) {
   const std::string target = linkChain(path).back();
   struct stat status {};

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-// A line, or as many as its value has.
+// A line, or several if its value has several.
 struct Statement {
   enum class Kind { blank, comment, assignment, header, invalid };
 
@@ -48,7 +48,7 @@ bool skipLineEnd(std::string_view& text) {
   return isEnd;
 }
 
-// Reads a key, which has a name unless it is dotted.
+// Reads a key. A dotted one has no name.
 bool readKey(std::string_view& text, std::optional<std::string>& name) {
   bool isDotted = false;
   do {
@@ -83,7 +83,7 @@ bool readAssignment(std::string_view& text, Statement& statement) {
   return value.has_value();
 }
 
-// Takes the statement at the start of the text. One that is not valid is a single line.
+// Removes the statement at the start of the text. An invalid one is a single line.
 Statement takeStatement(std::string_view& text) {
   using Kind = Statement::Kind;
   Statement statement;

@@ -25,7 +25,7 @@ std::string_view take(std::string_view& text, std::size_t size) {
   return taken;
 }
 
-// Takes as many of these characters as stand at the start of the text.
+// Removes these characters from the start of the text.
 std::string_view takeAny(std::string_view& text, std::string_view characters) {
   return take(text, text.find_first_not_of(characters));
 }
@@ -54,7 +54,7 @@ void appendUtf8(std::string& text, std::uint32_t codePoint) {
   }
 }
 
-// What follows the backslash. Surrogates make the string invalid UTF-8, which its reader checks.
+// Reads what follows a backslash. Surrogates are refused later, as invalid UTF-8.
 bool readEscape(std::string_view& text, std::string& value) {
   constexpr std::string_view letters = "btnfr\"\\";
   constexpr std::string_view meanings = "\b\t\n\f\r\"\\";
@@ -77,7 +77,7 @@ bool readEscape(std::string_view& text, std::string& value) {
   return true;
 }
 
-// A backslash at the end of a line joins it with the next text, without the blanks between.
+// Skips the rest of the line and all blanks after it, which a backslash at its end removes.
 bool skipJoint(std::string_view& text) {
   std::string_view rest = text;
   takeAny(rest, " \t");
@@ -91,7 +91,7 @@ bool skipJoint(std::string_view& text) {
   return true;
 }
 
-// A string of any of the four kinds.
+// Reads a string of any of the four kinds.
 std::optional<std::string> readString(std::string_view& text) {
   const char quote = text.front();
   const bool isMultiLine = text.starts_with(std::string(3, quote));
@@ -115,14 +115,14 @@ std::optional<std::string> readString(std::string_view& text) {
     value += isEscape ? "" : character;
   }
   take(text, end.size());
-  // Of up to five quotes in a row the last three end the string.
+  // Up to two quotes may precede the three that end the string.
   for (int extra = 0; isMultiLine && extra < 2 && text.starts_with(quote); ++extra) {
     value += take(text, 1);
   }
   return isUtf8(value) ? std::optional(std::move(value)) : std::nullopt;
 }
 
-// Skips an array or an inline table. What cannot stand in it shows that its end is missing.
+// Skips an array or an inline table. A "=" in an array, or a line end in a table, is a missing end.
 bool skipBrackets(std::string_view& text) {
   std::string open;
   while (!text.empty()) {
@@ -201,7 +201,7 @@ std::optional<PreferenceValue> readNumber(std::string_view token) {
                                                           : parseDouble(text);
 }
 
-// Whether the text starts like the example, a digit for each digit.
+// Whether the text starts like the example, with any digit for a 0.
 bool startsLike(std::string_view text, std::string_view example) {
   return text.size() >= example.size() &&
          std::equal(example.begin(), example.end(), text.begin(), [](char wanted, char found) {
@@ -209,7 +209,7 @@ bool startsLike(std::string_view text, std::string_view example) {
          });
 }
 
-// A value without quotes or brackets, which ends with its line or before a comment.
+// Reads a value without quotes or brackets. It ends with its line or before a comment.
 std::optional<TomlValue> readBareValue(std::string_view& text) {
   const std::string_view line = text.substr(0, text.find_first_of("#\n"));
   const std::string_view token = take(text, line.find_last_not_of(" \t\r") + 1);
