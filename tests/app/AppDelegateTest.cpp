@@ -38,13 +38,8 @@ protected:
     machine.paths.report({isSatisfied, false, true, false});
     machine.scheduler.advance(1.0);
   }
-  std::vector<std::string> sent() const {
-    std::vector<std::string> identifiers;
-    for (const auto& request : center.requests) {
-      identifiers.push_back(request.identifier);
-    }
-    return identifiers;
-  }
+  std::vector<std::string> sent() const { return center.identifiers(); }
+  std::size_t samples() const { return delegate->bandwidthSampler().snapshots.get().size(); }
   /// Publishes a rate as the sampler does.
   void publishRate(std::int64_t bytesPerSec) {
     delegate->bandwidthSampler().currentDownloadBytesPerSec.set(bytesPerSec);
@@ -68,13 +63,9 @@ TEST_F(AppDelegateTest, MakesItsServicesInOrderAndStartsOnlyTheMonitor) {
   EXPECT_TRUE(machine.children.runs.empty());
 }
 
-TEST_F(AppDelegateTest, AsksForPermissionOnceAtLaunch) {
+TEST_F(AppDelegateTest, AsksForPermissionOnceAndPostsNothingWhenItStartsOnline) {
   launch();
   EXPECT_EQ(center.authorizations, 1);
-}
-
-TEST_F(AppDelegateTest, PostsNothingWhenItStartsOnline) {
-  launch();
   report(true);
   report(true);
   EXPECT_TRUE(sent().empty());
@@ -87,22 +78,16 @@ TEST_F(AppDelegateTest, NotifiesAtOnceWhenItStartsOffline) {
   EXPECT_FALSE(delegate->bandwidthSampler().isConnected);
 }
 
-TEST_F(AppDelegateTest, PostsOneNoticeForEachChangeOfConnectivity) {
+TEST_F(AppDelegateTest, PostsOneNoticeForEachChangeOfConnectivityWhichTheSamplerHearsFirst) {
+  std::vector<NetworkStatus> statuses;
+  center.atAdd = [&] { statuses.push_back(delegate->bandwidthSampler().currentStatus()); };
   launch();
-  report(false);
-  report(false);
-  report(true);
-  report(true);
+  for (const bool isOnline : {false, false, true, true}) {
+    report(isOnline);
+    EXPECT_EQ(delegate->bandwidthSampler().isConnected, isOnline);
+  }
   EXPECT_EQ(sent(), (std::vector<std::string>{"connection-lost", "connection-restored"}));
-  EXPECT_TRUE(delegate->bandwidthSampler().isConnected);
-}
-
-TEST_F(AppDelegateTest, KeepsTheSamplerInformedOfConnectivity) {
-  launch();
-  report(false);
-  EXPECT_EQ(delegate->bandwidthSampler().currentStatus(), NetworkStatus::down);
-  report(true);
-  EXPECT_EQ(delegate->bandwidthSampler().currentStatus(), NetworkStatus::excellent);
+  EXPECT_EQ(statuses, (std::vector{NetworkStatus::down, NetworkStatus::excellent}));
 }
 
 TEST_F(AppDelegateTest, AlertsOnRatesStrictlyBetweenIdleAndTheThreshold) {
@@ -136,54 +121,44 @@ TEST_F(AppDelegateTest, ReadsTheThresholdsAtEveryValue) {
 TEST_F(AppDelegateTest, AlertsOnLatencyStrictlyAboveTheThreshold) {
   launch();
   publishLatency(100.0);
+  settings.setHighLatencyThreshold(-5.0);
   publishLatency(0.0);
+  settings.setHighLatencyThreshold(100.0);
   EXPECT_TRUE(sent().empty());
   publishLatency(100.1);
   EXPECT_EQ(sent(), std::vector<std::string>{"high-latency"});
 }
 
-TEST_F(AppDelegateTest, NeverAlertsOnALatencyOfZeroEvenWithANegativeThreshold) {
-  settings.setHighLatencyThreshold(-5.0);
-  launch();
-  publishLatency(0.0);
-  EXPECT_TRUE(sent().empty());
-}
-
-TEST_F(AppDelegateTest, SamplesAtTheStoredIntervalFromTheLaunch) {
-  settings.setRefreshInterval(5.0);
-  launch();
-  machine.scheduler.advance(20.0);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 4U);
-}
-
-TEST_F(AppDelegateTest, SamplesEveryTwoSecondsWhenNothingIsStored) {
-  launch();
-  machine.scheduler.advance(20.0);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 10U);
-}
-
-TEST_F(AppDelegateTest, StartsWithTheUsualIntervalWhenTheStoredOneIsAbsurd) {
-  for (const double absurd : {0.0, -3.0, std::numeric_limits<double>::quiet_NaN()}) {
-    settings.setRefreshInterval(absurd);
+TEST_F(AppDelegateTest, SamplesAtTheStoredIntervalOrEveryTwoSecondsWhenItIsAbsentOrAbsurd) {
+  const std::pair<std::optional<double>, std::size_t> rows[] = {
+      {std::nullopt, 10},
+      {5.0, 4},
+      {0.0, 10},
+      {-3.0, 10},
+      {std::numeric_limits<double>::quiet_NaN(), 10}};
+  for (const auto& [interval, count] : rows) {
+    if (interval) {
+      settings.setRefreshInterval(*interval);
+    }
     delegate = std::make_unique<AppDelegate>(
         machine.platform, AppEnvironment{settings, preferences, center, notifications});
     launch();
     machine.scheduler.advance(20.0);
-    EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 10U);
+    EXPECT_EQ(samples(), count);
   }
 }
 
 TEST_F(AppDelegateTest, RestartsTheSamplerOnceForANewInterval) {
   launch();
   machine.scheduler.advance(4.0);
-  ASSERT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 2U);
+  ASSERT_EQ(samples(), 2U);
   settings.setRefreshInterval(5.0);
   machine.scheduler.advance(4.9);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 2U);
+  EXPECT_EQ(samples(), 2U);
   machine.scheduler.advance(0.2);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 3U);
+  EXPECT_EQ(samples(), 3U);
   machine.scheduler.advance(10.0);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 5U);
+  EXPECT_EQ(samples(), 5U);
 }
 
 TEST_F(AppDelegateTest, KeepsItsIntervalWhenTheStoredOneIsNotPositiveOrGone) {
@@ -195,7 +170,7 @@ TEST_F(AppDelegateTest, KeepsItsIntervalWhenTheStoredOneIsNotPositiveOrGone) {
   machine.scheduler.advance(3.0);
   preferences.clear();
   machine.scheduler.advance(4.0);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 10U);
+  EXPECT_EQ(samples(), 10U);
 }
 
 TEST_F(AppDelegateTest, DoesNotRestartForTheValuesThatAreThereAtLaunch) {
@@ -204,7 +179,7 @@ TEST_F(AppDelegateTest, DoesNotRestartForTheValuesThatAreThereAtLaunch) {
   launch();
   machine.scheduler.advance(2.9);
   machine.scheduler.advance(0.2);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), 1U);
+  EXPECT_EQ(samples(), 1U);
 }
 
 TEST_F(AppDelegateTest, TracksProcessesEveryTenSecondsWhateverTheRefreshInterval) {
@@ -221,21 +196,23 @@ TEST_F(AppDelegateTest, StopsAndStartsTrackingWithTheSetting) {
   machine.scheduler.advance(30.0);
   EXPECT_EQ(runsOf(Tool::processTraffic), 0U);
   settings.setTrackPerProcess(true);
-  machine.scheduler.advance(3.0);
+  machine.scheduler.advance(11.9);
   EXPECT_EQ(runsOf(Tool::processTraffic), 1U);
+  machine.scheduler.advance(0.2);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 2U);
   settings.setTrackPerProcess(false);
   machine.scheduler.advance(60.0);
-  EXPECT_EQ(runsOf(Tool::processTraffic), 1U);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 2U);
 }
 
 TEST_F(AppDelegateTest, StopsBothTimersAndNothingElseAtTheEnd) {
   launch();
   machine.scheduler.advance(10.0);
   delegate->applicationWillTerminate();
-  const auto samples = delegate->bandwidthSampler().snapshots.get().size();
+  const auto before = samples();
   const auto runs = machine.children.runs.size();
   machine.scheduler.advance(60.0);
-  EXPECT_EQ(delegate->bandwidthSampler().snapshots.get().size(), samples);
+  EXPECT_EQ(samples(), before);
   EXPECT_EQ(machine.children.runs.size(), runs);
   EXPECT_TRUE(machine.paths.isWatched());
   EXPECT_TRUE(sent().empty());

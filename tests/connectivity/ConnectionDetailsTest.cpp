@@ -39,22 +39,16 @@ TEST_F(ConnectionDetailsTest, ShowADeviceWhoseNameIsNoTextAsFarAsItIs) {
   EXPECT_EQ(info.ipAddress, "192.0.2.7") << "asked for by the name as it is";
 }
 
-TEST_F(ConnectionDetailsTest, NameEveryOtherLinkByItsWifiNetwork) {
-  machine.configuration.wifiName = "Harbour";
-  for (const auto type : {InterfaceType::wifi, InterfaceType::cellular, InterfaceType::other}) {
-    EXPECT_EQ(fetch(type).networkName, "Harbour");
-  }
-}
-
-TEST_F(ConnectionDetailsTest, FallBackByTheKindOfLinkWithoutAWifiName) {
+TEST_F(ConnectionDetailsTest, NameEveryOtherLinkByItsWifiNetworkOrByItsKind) {
   EXPECT_EQ(fetch(InterfaceType::wifi).networkName, "Wi-Fi");
   EXPECT_EQ(fetch(InterfaceType::cellular).networkName, "Unknown");
   EXPECT_EQ(fetch(InterfaceType::other).networkName, "Unknown");
-}
-
-TEST_F(ConnectionDetailsTest, KeepAnEmptyWifiName) {
-  machine.configuration.wifiName = "";
-  EXPECT_EQ(fetch(InterfaceType::wifi).networkName, "");
+  for (const auto type : {InterfaceType::wifi, InterfaceType::cellular, InterfaceType::other}) {
+    for (const char* name : {"Harbour", ""}) {
+      machine.configuration.wifiName = name;
+      EXPECT_EQ(fetch(type).networkName, name);
+    }
+  }
 }
 
 TEST_F(ConnectionDetailsTest, NameTheFallbackDeviceWithoutARoute) {
@@ -69,23 +63,30 @@ TEST_F(ConnectionDetailsTest, GiveTheAddressOfThePrimaryInterfaceOrDashes) {
 }
 
 TEST_F(ConnectionDetailsTest, AskTheEchoEndpointOnceAndTrimItsReply) {
-  machine.http.body = " \r\n203.0.113.7\n";
+  machine.http.body = " \t\v\f\r\n203.0.113.7\f\v\t \r\n";
   EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "203.0.113.7");
   EXPECT_EQ(machine.http.requests, std::vector<std::string>{"https://api.ipify.org"});
-}
-
-TEST_F(ConnectionDetailsTest, TakeAnEmptyReplyAsTheEmptyText) {
-  machine.http.body = "\n";
-  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "");
-  machine.http.body = "";
-  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "");
+  for (const char* empty : {"\n", ""}) {
+    machine.http.body = empty;
+    EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "");
+  }
 }
 
 TEST_F(ConnectionDetailsTest, ShowDashesWithoutAReplyOrWithoutText) {
-  machine.http.body = std::nullopt;
-  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
-  machine.http.body = "\xFF\xFE";
-  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
+  for (const auto& body : {std::optional<std::string>(), std::optional<std::string>("\xFF\xFE")}) {
+    machine.http.body = body;
+    EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "--");
+  }
+}
+
+TEST_F(ConnectionDetailsTest, AskForTheDnsServerAfterThePublicAddress) {
+  machine.http.takes = 2.0;
+  (void)awaited(details.fetchConnectionInfo(InterfaceType::ethernet), [this] {
+    EXPECT_EQ(machine.http.requests.size(), 1U);
+    EXPECT_EQ(machine.configuration.dnsLookups, 0);
+    machine.scheduler.advance(2.0);
+  });
+  EXPECT_EQ(machine.configuration.dnsLookups, 1);
 }
 
 TEST_F(ConnectionDetailsTest, WaitThreeSecondsForAReply) {
@@ -115,11 +116,12 @@ TEST(ConnectionInfoTest, StartsWithKnownTexts) {
 }
 
 TEST(ConnectionInfoTest, NamesTheKindsOfLinks) {
-  EXPECT_EQ(rawValue(InterfaceType::wifi), "Wi-Fi");
-  EXPECT_EQ(rawValue(InterfaceType::ethernet), "Ethernet");
-  EXPECT_EQ(rawValue(InterfaceType::cellular), "Cellular");
-  EXPECT_EQ(rawValue(InterfaceType::other), "Other");
-  EXPECT_EQ(interfaceType("Cellular"), InterfaceType::cellular);
+  for (const auto& [type, name] :
+       {std::pair(InterfaceType::wifi, "Wi-Fi"), std::pair(InterfaceType::ethernet, "Ethernet"),
+        std::pair(InterfaceType::cellular, "Cellular"), std::pair(InterfaceType::other, "Other")}) {
+    EXPECT_EQ(rawValue(type), name);
+    EXPECT_EQ(interfaceType(name), type);
+  }
   EXPECT_EQ(interfaceType("wi-fi"), std::nullopt);
 }
 

@@ -25,12 +25,9 @@ TEST(NettopOutput, AddsUpSortsAndShares) {
   EXPECT_EQ(rows[2], (ProcessUsage{0, "com", 300, 200, 500, 500.0 / 11741684.0}));
 }
 
-TEST(NettopOutput, IsEmptyWithoutASecondLine) {
+TEST(NettopOutput, SkipsTheFirstLineWhateverItSays) {
   EXPECT_TRUE(parseNettopOutput("").empty());
   EXPECT_TRUE(parseNettopOutput("a.1,5,5,").empty());
-}
-
-TEST(NettopOutput, SkipsTheFirstLineWhateverItSays) {
   EXPECT_EQ(parseNettopOutput("a.1,5,5,\nb.2,5,5,").size(), 1U);
 }
 
@@ -60,9 +57,8 @@ TEST(NettopOutput, TakesAnIdentifierThatIsNoNumberAsZero) {
   }
   EXPECT_EQ(parseLines("a.-5,1,1").at(0).id, -5);
   EXPECT_EQ(parseLines("a.+5,1,1").at(0).id, 5);
+  EXPECT_EQ(parseLines(" a b .5,1,1").at(0).name, " a b ") << "names are not trimmed";
 }
-
-TEST(NettopOutput, DoesNotTrimNames) { EXPECT_EQ(parseLines(" a b .5,1,1").at(0).name, " a b "); }
 
 TEST(NettopOutput, ReadsSignedNumbersBetweenBlanks) {
   const auto rows = parseLines("a.1,\t +7 , 9\t");
@@ -86,6 +82,7 @@ TEST(NettopOutput, KeepsARowWithTrafficInOneDirection) {
 
 TEST(NettopOutput, HasNoSharesWhenNothingRemains) {
   EXPECT_EQ(parseLines("a.1,5,-5").at(0).usagePercent, 0.0);
+  EXPECT_EQ(parseLines("a.1,1,0").at(0).usagePercent, 1.0) << "one byte is something";
 }
 
 TEST(NettopOutput, ComparesNamesExactly) {

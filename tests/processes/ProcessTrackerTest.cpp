@@ -20,6 +20,7 @@ protected:
 };
 
 TEST_F(ProcessTrackerTest, RunsTheToolAfterTwoSecondsAndThenAtTheInterval) {
+  EXPECT_EQ(machine.scheduler.labels(), std::vector<std::string>{"com.halden.tidewell.process"});
   tracker->start(10.0);
   machine.scheduler.advance(1.9);
   EXPECT_TRUE(machine.children.runs.empty());
@@ -34,10 +35,6 @@ TEST_F(ProcessTrackerTest, RunsTheToolAfterTwoSecondsAndThenAtTheInterval) {
   EXPECT_EQ(machine.children.runs.size(), 2U);
 }
 
-TEST_F(ProcessTrackerTest, WorksOnTheQueueOfItsLabel) {
-  EXPECT_EQ(machine.scheduler.labels(), std::vector<std::string>{"com.halden.tidewell.process"});
-}
-
 TEST_F(ProcessTrackerTest, SendsTheWatchdogsSignalWhetherTheToolIsThereOrNot) {
   tracker->start(10.0);
   machine.scheduler.advance(5.9);
@@ -47,20 +44,14 @@ TEST_F(ProcessTrackerTest, SendsTheWatchdogsSignalWhetherTheToolIsThereOrNot) {
   EXPECT_EQ(machine.children.terminated[0].second, Ticks(6s));
 }
 
-TEST_F(ProcessTrackerTest, PublishesAnEmptyListWhenTheToolCannotStart) {
+TEST_F(ProcessTrackerTest, PublishesAnEmptyListWithoutTheToolOrWithoutText) {
+  const FakeChildren::Answer good = machine.children.usual;
+  machine.children.next = {good, {{}, 0.0}, good, {"header\nbrowser.812,5,6,\n\xFF", 0.0}};
   tracker->start(10.0);
-  machine.scheduler.advance(5.0);
-  ASSERT_FALSE(rows().empty());
-  machine.children.usual = {std::nullopt, 0.0};
-  machine.scheduler.advance(10.0);
-  EXPECT_TRUE(rows().empty());
-}
-
-TEST_F(ProcessTrackerTest, PublishesAnEmptyListForOutputThatIsNoText) {
-  machine.children.usual = {"header\nbrowser.812,5,6,\n\xFF", 0.0};
-  tracker->start(10.0);
-  machine.scheduler.advance(5.0);
-  EXPECT_TRUE(rows().empty());
+  for (const std::size_t count : {1U, 0U, 1U, 0U}) {
+    machine.scheduler.advance(count == 0 ? 15.0 : 5.0);
+    EXPECT_EQ(rows().size(), count);
+  }
 }
 
 TEST_F(ProcessTrackerTest, KeepsItsListWhenStopped) {

@@ -25,9 +25,18 @@ protected:
   std::int64_t download() const { return sampler->currentDownloadBytesPerSec.get(); }
   std::int64_t upload() const { return sampler->currentUploadBytesPerSec.get(); }
   const SnapshotList& history() const { return sampler->snapshots.get(); }
+  void expectQuality(double latency, double jitter, double loss) const {
+    EXPECT_EQ(sampler->latencyMs.get(), latency);
+    EXPECT_EQ(sampler->jitterMs.get(), jitter);
+    EXPECT_EQ(sampler->packetLossPercent.get(), loss);
+    EXPECT_EQ(history().back()->latencyMs(), latency);
+    EXPECT_EQ(history().back()->jitterMs(), jitter);
+    EXPECT_EQ(history().back()->packetLossPercent(), loss);
+  }
 };
 
 TEST_F(BandwidthSamplerTest, IsIdleAndOptimisticWhenNew) {
+  EXPECT_EQ(machine.scheduler.labels(), std::vector<std::string>{"com.halden.tidewell.sampler"});
   EXPECT_EQ(download(), 0);
   EXPECT_EQ(upload(), 0);
   EXPECT_TRUE(history().empty());
@@ -35,10 +44,6 @@ TEST_F(BandwidthSamplerTest, IsIdleAndOptimisticWhenNew) {
   EXPECT_EQ(sampler->currentStatus(), NetworkStatus::excellent);
   machine.scheduler.advance(60.0);
   EXPECT_TRUE(history().empty());
-}
-
-TEST_F(BandwidthSamplerTest, MeasuresOnTheQueueOfItsLabel) {
-  EXPECT_EQ(machine.scheduler.labels(), std::vector<std::string>{"com.halden.tidewell.sampler"});
 }
 
 TEST_F(BandwidthSamplerTest, PublishesRatesAgainstThePrimedBaselineAtTheFirstFiring) {
@@ -68,8 +73,20 @@ TEST_F(BandwidthSamplerTest, DividesByTheTimeThatReallyPassed) {
   startAndPrime();
   machine.clock.jump(2.0);
   receive(4'000);
+  send(2'000);
   machine.scheduler.advance(2.0);
   EXPECT_EQ(download(), 1'000) << "four seconds by the wall clock";
+  EXPECT_EQ(upload(), 500);
+}
+
+TEST_F(BandwidthSamplerTest, PrimesItsClockAfterTheCountersAndSamplesItBefore) {
+  machine.counters.atRead = [this] { machine.clock.jump(0.5); };
+  const double begin = machine.clock.now();
+  startAndPrime();
+  receive(4'000);
+  machine.scheduler.advance(2.0);
+  EXPECT_EQ(download(), 2'000) << "neither reading counts towards the interval";
+  EXPECT_EQ(history().front()->timestamp(), begin + 2.5);
 }
 
 TEST_F(BandwidthSamplerTest, ReadsZeroForOneIntervalWhenACounterWentDown) {
@@ -104,6 +121,15 @@ TEST_F(BandwidthSamplerTest, PublishesNothingWhenTheClockStoodStill) {
   EXPECT_TRUE(history().empty());
 }
 
+TEST_F(BandwidthSamplerTest, TakesABaselineOfTheYear1970AsNone) {
+  machine.clock.jump(-machine.clock.now());
+  startAndPrime();
+  machine.scheduler.advance(2.0);
+  EXPECT_TRUE(history().empty());
+  machine.scheduler.advance(2.0);
+  EXPECT_EQ(history().size(), 1U);
+}
+
 TEST_F(BandwidthSamplerTest, ProbesWithEveryFifthRateProducingSample) {
   startAndPrime();
   machine.scheduler.advance(8.0);
@@ -117,21 +143,33 @@ TEST_F(BandwidthSamplerTest, ProbesWithEveryFifthRateProducingSample) {
   EXPECT_EQ(machine.children.runs.size(), 2U);
 }
 
-TEST_F(BandwidthSamplerTest, CarriesQualityOverBetweenProbes) {
-  machine.children.usual.output = FakeChildren::reply("14.201");
-  startAndPrime();
-  machine.scheduler.advance(8.0);
-  EXPECT_EQ(sampler->latencyMs.get(), 0.0);
+TEST_F(BandwidthSamplerTest, CarriesQualityOverBetweenProbesAndThroughARestart) {
+  machine.children.next = {
+      {{}, 0.0}, {{}, 0.0}, {FakeChildren::reply("10"), 0.0}, {FakeChildren::reply("30"), 0.0}};
   machine.children.usual.output = std::nullopt;
-  machine.children.next.push_back({FakeChildren::reply("14.201"), 0.0});
-  machine.scheduler.advance(10.0);
-  ASSERT_EQ(history().size(), 9U);
-  for (std::size_t sample = 0; sample < history().size(); ++sample) {
-    EXPECT_EQ(history()[sample]->latencyMs(), sample < 4 ? 0.0 : 14.201) << sample;
+  startAndPrime(1.0);
+  machine.scheduler.advance(4.0);
+  expectQuality(0.0, 0.0, 0.0);
+  machine.scheduler.advance(15.0);
+  expectQuality(10.0, 0.0, 15.0);
+  for (int sample = 20; sample < 24; ++sample) {
+    machine.scheduler.advance(1.0);
+    expectQuality(30.0, 20.0, 10.0);
   }
+  sampler->stop();
+  machine.scheduler.advance(10.0);
+  startAndPrime(1.0);
+  machine.scheduler.advance(1.0);
+  expectQuality(30.0, 20.0, 10.0);
+  machine.scheduler.advance(1.0);
+  expectQuality(0.0, 20.0, 20.0);
+  EXPECT_EQ(history().size(), 25U);
 }
 
 TEST_F(BandwidthSamplerTest, KeepsTheLastThreeHundredSamplesOldestFirst) {
+  std::size_t most = 0;
+  const auto watch = sampler->snapshots.subscribe(
+      [&](const SnapshotList& list) { most = std::max(most, list.size()); });
   startAndPrime(1.0);
   machine.scheduler.advance(300.0);
   ASSERT_EQ(history().size(), 300U);
@@ -142,15 +180,7 @@ TEST_F(BandwidthSamplerTest, KeepsTheLastThreeHundredSamplesOldestFirst) {
   EXPECT_EQ(history().front()->id(), second->id());
   EXPECT_TRUE(std::ranges::is_sorted(history(), {}, [](const auto& s) { return s->timestamp(); }));
   EXPECT_LT(first->timestamp(), history().front()->timestamp());
-}
-
-TEST_F(BandwidthSamplerTest, NeverShowsAnObserverMoreThanThreeHundredSamples) {
-  std::size_t most = 0;
-  const auto watch = sampler->snapshots.subscribe(
-      [&](const SnapshotList& list) { most = std::max(most, list.size()); });
-  startAndPrime(1.0);
-  machine.scheduler.advance(320.0);
-  EXPECT_EQ(most, BandwidthSampler::maxSnapshots);
+  EXPECT_EQ(most, BandwidthSampler::maxSnapshots) << "an observer never sees more";
 }
 
 TEST_F(BandwidthSamplerTest, PublishesInItsOrderEvenWhenNothingChanged) {
@@ -194,20 +224,16 @@ TEST_F(BandwidthSamplerTest, KeepsEverythingThroughStopAndRestart) {
   EXPECT_EQ(machine.children.runs.size(), 1U) << "the fifth sample counted from construction";
 }
 
-TEST_F(BandwidthSamplerTest, ReplacesItsTimerWhenStartedTwice) {
+TEST_F(BandwidthSamplerTest, MayBeStartedOrStoppedTwice) {
+  sampler->stop();
   startAndPrime();
   startAndPrime();
   machine.scheduler.advance(2.0);
-  EXPECT_EQ(history().size(), 1U);
-}
-
-TEST_F(BandwidthSamplerTest, StoppingTwiceOrBeforeTheStartDoesNothing) {
-  sampler->stop();
-  startAndPrime();
+  EXPECT_EQ(history().size(), 1U) << "the second start replaces the timer";
   sampler->stop();
   sampler->stop();
   machine.scheduler.advance(10.0);
-  EXPECT_TRUE(history().empty());
+  EXPECT_EQ(history().size(), 1U);
 }
 
 TEST_F(BandwidthSamplerTest, CoalescesFiringsThatASlowProbeHeldUpAndKeepsTheGrid) {
@@ -259,11 +285,8 @@ TEST_F(BandwidthSamplerTest, ReadsTheFallbackInterfaceWhenTheSystemKnowsNone) {
   EXPECT_EQ(machine.counters.reads, (std::vector<std::string>{"en0", "en0"}));
   EXPECT_EQ(history().size(), 1U);
   EXPECT_EQ(download(), 0);
-}
-
-TEST_F(BandwidthSamplerTest, TakesAnEmptyInterfaceNameAsItIs) {
   machine.configuration.primary = "";
-  EXPECT_EQ(BandwidthSampler::detectPrimaryInterface(machine.configuration), "");
+  EXPECT_EQ(BandwidthSampler::detectPrimaryInterface(machine.configuration), "") << "a name";
 }
 
 TEST_F(BandwidthSamplerTest, CountsNothingWhileTheInterfaceIsGone) {

@@ -10,42 +10,27 @@
 namespace tidewell::test {
 namespace {
 
-TEST(PingOutput, GivesTheTimeOfAReply) {
+TEST(PingOutput, GivesTheFirstTimeBeforeASpace) {
   EXPECT_EQ(LatencyProbe::parseOutput("64 bytes from 192.0.2.1: icmp_seq=0 ttl=57 time=14.201 ms"),
             14.201);
   EXPECT_EQ(LatencyProbe::parseOutput(FakeChildren::reply("0.052")), 0.052);
-}
-
-TEST(PingOutput, GivesNothingWithoutAReply) {
-  EXPECT_EQ(LatencyProbe::parseOutput(
-                "Request timeout for icmp_seq 0\n\n1 packets transmitted, 0 received"),
-            std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput(""), std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput("Time=12 ms TIME=13 ms"), std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput("time<1 ms"), std::nullopt);
-}
-
-TEST(PingOutput, GivesNothingWhenNoSpaceFollowsTheTime) {
-  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3"), std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput("time="), std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3\n"), std::nullopt);
-}
-
-TEST(PingOutput, TakesATimeThatIsNoNumberAsASuccessOfZero) {
-  for (const char* text : {"time= ms", "time=abc ms", "time=12,5 ms", "time=1.2.3 ms", "time=12ms ",
-                           "time=12\nms ", "time=inf ms", "time=nan ms", "time=1e999 ms"}) {
-    EXPECT_EQ(LatencyProbe::parseOutput(text), 0.0) << text;
-  }
-}
-
-TEST(PingOutput, LooksAtTheFirstMarkOnly) {
-  EXPECT_EQ(LatencyProbe::parseOutput("time=x time=5 ms"), 0.0);
   EXPECT_EQ(LatencyProbe::parseOutput("uptime=7 time=5 ms"), 7.0);
 }
 
-TEST(PingOutput, ReadsAsEmptyWhenItIsNoUtf8) {
-  EXPECT_EQ(LatencyProbe::parseOutput("\xFF time=12.3 ms"), std::nullopt);
-  EXPECT_EQ(LatencyProbe::parseOutput("time=12.3 ms \xC3"), std::nullopt);
+TEST(PingOutput, GivesNothingWithoutAReplyOrASpaceOrUtf8) {
+  for (const char* text : {"Request timeout for icmp_seq 0\n\n1 packets transmitted, 0 received",
+                           "", "Time=12 ms TIME=13 ms", "time<1 ms", "time=12.3",
+                           "time=", "time=12.3\n", "\xFF time=12.3 ms", "time=12.3 ms \xC3"}) {
+    EXPECT_EQ(LatencyProbe::parseOutput(text), std::nullopt) << text;
+  }
+}
+
+TEST(PingOutput, TakesATimeThatIsNoNumberAsASuccessOfZero) {
+  for (const char* text :
+       {"time= ms", "time=abc ms", "time=12,5 ms", "time=1.2.3 ms", "time=12ms ", "time=12\nms ",
+        "time=inf ms", "time=nan ms", "time=1e999 ms", "time=x time=5 ms"}) {
+    EXPECT_EQ(LatencyProbe::parseOutput(text), 0.0) << text;
+  }
 }
 
 class LatencyProbeTest : public testing::Test {
@@ -67,14 +52,10 @@ protected:
   }
 };
 
-TEST_F(LatencyProbeTest, AsksPingForOneEchoOfAFixedAddress) {
-  succeed("10");
-  EXPECT_EQ(machine.children.runs, (std::vector<ToolCall>{{Tool::ping, "1.1.1.1", 2.0}}));
-}
-
-TEST_F(LatencyProbeTest, NeedsTwoLatenciesForAJitter) {
+TEST_F(LatencyProbeTest, AsksPingOnceAndNeedsTwoLatenciesForAJitter) {
   quality.jitterMs = 3.5;
   succeed("12.5");
+  EXPECT_EQ(machine.children.runs, (std::vector<ToolCall>{{Tool::ping, "1.1.1.1", 2.0}}));
   EXPECT_EQ(quality.latencyMs, 12.5);
   EXPECT_EQ(quality.jitterMs, 3.5);
   EXPECT_EQ(quality.packetLossPercent, 0.0);
@@ -97,33 +78,19 @@ TEST_F(LatencyProbeTest, ForgetsAllButTheLastTenLatencies) {
   EXPECT_EQ(quality.jitterMs, 0.0);
 }
 
-TEST_F(LatencyProbeTest, RaisesLossByTenAndLowersItByFive) {
-  fail();
-  fail();
-  fail();
-  EXPECT_EQ(quality.packetLossPercent, 30.0);
-  succeed("10");
-  EXPECT_EQ(quality.packetLossPercent, 25.0);
-}
-
-TEST_F(LatencyProbeTest, KeepsLossBetweenZeroAndAHundred) {
+TEST_F(LatencyProbeTest, RaisesLossByTenAndLowersItByFiveBetweenZeroAndAHundred) {
+  for (const double loss : {10.0, 20.0, 30.0, 40.0, 50.0, 60.0, 70.0, 80.0, 90.0, 100.0, 100.0}) {
+    fail();
+    EXPECT_EQ(quality.packetLossPercent, loss);
+  }
+  for (double loss = 95.0; loss >= 0.0; loss -= 5.0) {
+    succeed("10");
+    EXPECT_EQ(quality.packetLossPercent, loss);
+  }
   quality.packetLossPercent = 96.0;
   fail();
   EXPECT_EQ(quality.packetLossPercent, 100.0);
   quality.packetLossPercent = 3.0;
-  succeed("10");
-  EXPECT_EQ(quality.packetLossPercent, 0.0);
-}
-
-TEST_F(LatencyProbeTest, TakesTwentySuccessesFromAHundredToZero) {
-  for (int count = 0; count < 12; ++count) {
-    fail();
-  }
-  EXPECT_EQ(quality.packetLossPercent, 100.0);
-  for (int count = 0; count < 19; ++count) {
-    succeed("10");
-  }
-  EXPECT_EQ(quality.packetLossPercent, 5.0);
   succeed("10");
   EXPECT_EQ(quality.packetLossPercent, 0.0);
 }

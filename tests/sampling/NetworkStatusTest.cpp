@@ -28,31 +28,23 @@ TEST(NetworkStatusTest, ComparesStrictly) {
   EXPECT_EQ(statusFor(true, 0.0, 100.1), NetworkStatus::degraded);
 }
 
-TEST(NetworkStatusTest, IsExcellentForANewSampler) {
-  EXPECT_EQ(SamplerState().currentStatus(), NetworkStatus::excellent);
-}
-
 TEST(NetworkStatusTest, IgnoresThroughputAndJitter) {
   SamplerState state;
+  EXPECT_EQ(state.currentStatus(), NetworkStatus::excellent);
   state.currentDownloadBytesPerSec.set(5'000'000'000);
   state.jitterMs.set(900.0);
   EXPECT_EQ(state.currentStatus(), NetworkStatus::excellent);
 }
 
-TEST(NetworkStatusTest, HasItsNamesInOrder) {
-  EXPECT_EQ(rawValue(NetworkStatus::excellent), "excellent");
-  EXPECT_EQ(rawValue(NetworkStatus::good), "good");
-  EXPECT_EQ(rawValue(NetworkStatus::degraded), "degraded");
-  EXPECT_EQ(rawValue(NetworkStatus::down), "down");
+TEST(NetworkStatusTest, HasItsNamesInOrderAndIsMadeFromThemAlone) {
+  for (const auto& [status, name] :
+       {std::pair(NetworkStatus::excellent, "excellent"), std::pair(NetworkStatus::good, "good"),
+        std::pair(NetworkStatus::degraded, "degraded"), std::pair(NetworkStatus::down, "down")}) {
+    EXPECT_EQ(rawValue(status), name);
+    EXPECT_EQ(networkStatus(name), status);
+  }
   EXPECT_LT(NetworkStatus::excellent, NetworkStatus::good);
   EXPECT_LT(NetworkStatus::degraded, NetworkStatus::down);
-}
-
-TEST(NetworkStatusTest, IsMadeFromItsExactNameOnly) {
-  for (const auto status : {NetworkStatus::excellent, NetworkStatus::good, NetworkStatus::degraded,
-                            NetworkStatus::down}) {
-    EXPECT_EQ(networkStatus(rawValue(status)), status);
-  }
   for (const char* text : {"Down", "", "down ", "great"}) {
     EXPECT_EQ(networkStatus(text), std::nullopt) << text;
   }

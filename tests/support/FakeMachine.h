@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -26,12 +28,14 @@ class FakeCounters final : public InterfaceCounters {
 public:
   [[nodiscard]] std::optional<ByteCounts> read(const std::string& interface) override {
     reads.push_back(interface);
+    atRead();
     const auto found = interfaces.find(interface);
     return found == interfaces.end() ? std::nullopt : std::optional(found->second);
   }
 
   std::map<std::string, ByteCounts> interfaces;
   std::vector<std::string> reads;
+  std::function<void()> atRead = [] {};
 };
 
 class FakeConfiguration final : public ConfigurationStore {
@@ -42,6 +46,7 @@ public:
     return wifiName;
   }
   [[nodiscard]] Async<std::optional<std::vector<std::string>>> dnsServers() override {
+    ++dnsLookups;
     co_return servers;
   }
 
@@ -49,6 +54,7 @@ public:
   std::optional<std::string> wifiName;
   std::optional<std::vector<std::string>> servers;
   int wifiLookups = 0;
+  int dnsLookups = 0;
 };
 
 class FakeAddresses final : public InterfaceAddresses {
@@ -180,10 +186,19 @@ private:
 class FakeNotificationCenter final : public NotificationCenter {
 public:
   void requestAuthorization() override { ++authorizations; }
-  void add(NotificationRequest request) override { requests.push_back(std::move(request)); }
+  void add(NotificationRequest request) override {
+    requests.push_back(std::move(request));
+    atAdd();
+  }
+  [[nodiscard]] std::vector<std::string> identifiers() const {
+    std::vector<std::string> result;
+    std::ranges::transform(requests, std::back_inserter(result), &NotificationRequest::identifier);
+    return result;
+  }
 
   int authorizations = 0;
   std::vector<NotificationRequest> requests;
+  std::function<void()> atAdd = [] {};
 };
 
 /// A whole machine in virtual time.
