@@ -4,6 +4,7 @@
 import apart
 import xfce
 from children import wait_until
+from vitals import vitals
 from windowCase import DETAIL, SETTINGS, WindowCase
 
 BOTH = [DETAIL, SETTINGS]
@@ -13,6 +14,7 @@ class Manners(WindowCase):
     def test_a_window_that_is_asked_for_again_is_the_same_one_in_front(self):
         self.open(SETTINGS)
         self.open(DETAIL)
+        self.assertEqual(vitals(self.resident.pid).threads, 1)
         numbers = {title: self.screen.titled(title).number for title in BOTH}
         for title in [SETTINGS, DETAIL, DETAIL]:
             self.open(title)

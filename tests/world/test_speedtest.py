@@ -108,6 +108,7 @@ class TheResident(case.ResidentTestCase):
         self.session.busctl("call", "RunSpeedTest")
         time.sleep(1)
         self.assertEqual(self.helpers(), 1)
+        self.assertEqual(len(os.listdir(f"/proc/{self.session.resident.pid}/task")), 1)
         self.watch.until(lambda: not self.watch.values["SpeedTestIsRunning"], 45, "the end")
         text = self.session.busctl("get-property", "LastSpeedTest", "--json=short")
         (at, down, up, rpm), = json.loads(text)["data"]
