@@ -60,6 +60,7 @@ TEST(PreferencesText, AnEqualValueKeepsItsSpelling) {
 TEST(PreferencesText, ANewKeyGoesToTheEndOfTheTopLevel) {
   EXPECT_EQ(with("a = 1", "b", true), "a = 1\nb = true\n");
   EXPECT_EQ(with("a = 1\r\n", "b", true), "a = 1\r\nb = true\r\n");
+  EXPECT_EQ(with("a = 1\r\nc = ''\r", "b", true), "a = 1\r\nc = ''\r\nb = true\r\n");
   EXPECT_EQ(with("a = 1\n\n# about it\n[table]\nb = 2\n", "b", true),
             "a = 1\nb = true\n\n# about it\n[table]\nb = 2\n");
   EXPECT_EQ(with("# mine\n\n# about it\n[table]\n", "b", true),

@@ -172,7 +172,7 @@ std::string PreferencesText::lineFor(std::string_view key, const PreferenceValue
   std::string_view after = std::string_view(m_text).substr(m_end);
   std::string line;
   if (!before.empty() && before != byteOrderMark && !before.ends_with('\n')) {
-    line += newline;
+    line += before.ends_with('\r') ? "\n" : newline;
   }
   line.append(tomlKey(key)).append(" = ").append(tomlText(value)).append(newline);
   if (!after.empty() && takeStatement(after).kind != Statement::Kind::blank) {
