@@ -18,6 +18,10 @@ endif()
 if(TIDEWELL_SANITIZE)
   add_compile_options(-fsanitize=${TIDEWELL_SANITIZE} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # Clang 14 cannot assemble coroutines with it.
+    add_compile_options(-fno-sanitize=function)
+  endif()
   add_link_options(-fsanitize=${TIDEWELL_SANITIZE})
 else()
   # An index out of range aborts with a message.

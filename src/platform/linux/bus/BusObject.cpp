@@ -83,8 +83,8 @@ void BusObject::announce() {
     BusWriter writer(signal);
     writer.add("s", m_interface.c_str()).open('a', "{sv}");
     for (const auto* entry : changed) {
-      const auto& [name, property] = *entry;
-      writer.open('e', "sv").add("s", name.c_str()).open('v', property.signature.c_str());
+      const auto& property = entry->second;
+      writer.open('e', "sv").add("s", entry->first.c_str()).open('v', property.signature.c_str());
       writer.step([&] { return property.appendUpdated(signal); }).close().close();
     }
     return writer.close().add("as", 0).result();
