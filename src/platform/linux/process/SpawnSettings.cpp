@@ -11,7 +11,7 @@ namespace tidewell {
 namespace {
 
 // Background work yields to what the user looks at.
-constexpr int utilityNice = 5;
+constexpr int utilityNice = 5; // more than this process
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -59,7 +59,8 @@ pid_t SpawnSettings::spawn(const std::string& executable, std::vector<std::strin
     return -1;
   }
   if (yields) {
-    ::setpriority(PRIO_PROCESS, static_cast<id_t>(pid), utilityNice);
+    const int own = ::getpriority(PRIO_PROCESS, 0);
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(pid), own + utilityNice);
   }
   return pid;
 }
