@@ -8,26 +8,29 @@
 
 namespace tidewell {
 
+// NOLINTBEGIN(readability-convert-member-functions-to-static, modernize-use-nodiscard): the
+// compiler calls these members on objects.
+
 template <class T> class Async;
 
 /// The common part of the promises of `Async`.
 class AsyncPromise {
 public:
   struct FinalAwaiter {
-    [[nodiscard]] static bool await_ready() noexcept { return false; }
+    [[nodiscard]] bool await_ready() const noexcept { return false; }
     template <class Promise>
     [[nodiscard]] std::coroutine_handle<>
     await_suspend(std::coroutine_handle<Promise> ended) const noexcept {
       return ended.promise().leave();
     }
-    static void await_resume() noexcept {}
+    void await_resume() const noexcept {}
   };
 
-  [[nodiscard]] static std::suspend_always initial_suspend() noexcept { return {}; }
-  [[nodiscard]] static FinalAwaiter final_suspend() noexcept { return {}; }
+  [[nodiscard]] std::suspend_always initial_suspend() const noexcept { return {}; }
+  [[nodiscard]] FinalAwaiter final_suspend() const noexcept { return {}; }
   /// Propagates to the resumer. The program handles no exception but std::bad_alloc, and that where
   /// it occurs.
-  static void unhandled_exception() { throw; }
+  void unhandled_exception() const { throw; }
 
   void resumeAfterwards(std::coroutine_handle<> waiter) { m_waiter = waiter; }
   void callAfterwards(std::function<void()> finished) { m_finished = std::move(finished); }
@@ -55,7 +58,7 @@ private:
 
 template <> class AsyncValuePromise<void> : public AsyncPromise {
 public:
-  static void return_void() {}
+  void return_void() const {}
 };
 
 /// A coroutine that returns a T. It begins when awaited or started. Destroying this object ends it
@@ -126,9 +129,9 @@ public:
   Waiter& operator=(const Waiter&) = delete;
   ~Waiter() = default;
 
-  [[nodiscard]] static bool await_ready() noexcept { return false; }
+  [[nodiscard]] bool await_ready() const noexcept { return false; }
   void await_suspend(std::coroutine_handle<> waiter) noexcept { m_waiter = waiter; }
-  static void await_resume() noexcept {}
+  void await_resume() const noexcept {}
 
   /// Resumes the waiting coroutine, if any. It may destroy this object.
   void resume() {
@@ -140,5 +143,7 @@ public:
 private:
   std::coroutine_handle<> m_waiter;
 };
+
+// NOLINTEND(readability-convert-member-functions-to-static, modernize-use-nodiscard)
 
 } // namespace tidewell

@@ -59,7 +59,7 @@ private:
     void await_suspend(std::coroutine_handle<> waiter) const {
       child.m_waiter.await_suspend(waiter);
     }
-    static void await_resume() {}
+    void await_resume() const {} // NOLINT(readability-convert-member-functions-to-static)
 
     SpawnedChild& child;
   };
