@@ -56,8 +56,8 @@ public:
   /// Stores a value. Every later reader in this process sees it, even if the disk refused it.
   virtual void set(std::string_view key, PreferenceValue value) = 0;
 
-  /// Calls the observer for each later change of the key's value, whoever made it: once, in order,
-  /// and never inside `set`. Writing an equal value is no change.
+  /// Calls the observer once for each later change of the key's value, in order and never inside
+  /// `set`. Changes by other programs count; writing an equal value does not.
   [[nodiscard]] Subscription observe(std::string_view key, Observer observer);
 
 protected:

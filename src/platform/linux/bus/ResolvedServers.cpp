@@ -1,9 +1,11 @@
 #include "platform/linux/bus/ResolvedServers.h"
 
+#include "platform/linux/bus/BusMessages.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/loop/EventLoop.h"
 #include "platform/linux/network/AddressText.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <memory>
 
@@ -16,12 +18,10 @@ namespace {
 // More than anybody uses. A hostile reply may hold millions.
 constexpr std::size_t mostServers = 64;
 
-struct Release {
+struct CloseBus {
   void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
-  void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
-using Bus = std::unique_ptr<sd_bus, Release>;
-using Message = std::unique_ptr<sd_bus_message, Release>;
+using Bus = std::unique_ptr<sd_bus, CloseBus>;
 
 /// A query to systemd-resolved on a connection of its own.
 class Question {
@@ -41,35 +41,33 @@ public:
   }
 
 private:
-  static int takeReply(sd_bus_message* reply, void* self, sd_bus_error* /*error*/) {
-    auto& question = *static_cast<Question*>(self);
-    question.m_isOver = true;
-    if (sd_bus_message_is_method_error(reply, nullptr) == 0) {
-      question.m_servers = readResolvedServers(reply);
+  void takeReply(sd_bus_message* reply) {
+    m_isOver = true;
+    if (reply != nullptr) {
+      m_servers = readResolvedServers(reply);
     }
-    return 0;
   }
 
   bool begin() {
-    sd_bus* opened = nullptr;
-    if (sd_bus_open_system(&opened) < 0) {
+    m_bus = takeFrom<Bus>([](sd_bus** opened) { return sd_bus_open_system(opened); });
+    const auto call = takeFrom<BusMessage>([this](sd_bus_message** made) {
+      return m_bus ? sd_bus_message_new_method_call(m_bus.get(), made, "org.freedesktop.resolve1",
+                                                    "/org/freedesktop/resolve1",
+                                                    "org.freedesktop.DBus.Properties", "Get")
+                   : -ENOTCONN;
+    });
+    if (!call ||
+        sd_bus_message_append(call.get(), "ss", "org.freedesktop.resolve1.Manager", "DNS") < 0 ||
+        sd_bus_message_set_auto_start(call.get(), 0) < 0) {
       return false;
     }
-    m_bus.reset(opened);
-    sd_bus_message* made = nullptr;
-    if (sd_bus_message_new_method_call(opened, &made, "org.freedesktop.resolve1",
-                                       "/org/freedesktop/resolve1",
-                                       "org.freedesktop.DBus.Properties", "Get") < 0) {
-      return false;
-    }
-    const Message call(made);
-    if (sd_bus_message_append(made, "ss", "org.freedesktop.resolve1.Manager", "DNS") < 0 ||
-        sd_bus_message_set_auto_start(made, 0) < 0 ||
-        sd_bus_call_async(opened, nullptr, made, &takeReply, this, UINT64_MAX) < 0) {
-      return false;
-    }
-    m_watch = m_loop.watch(sd_bus_get_fd(opened), 0, [this](std::uint32_t) { process(); });
-    return m_watch && listen();
+    m_call = withHandler([this](sd_bus_message* reply) { takeReply(reply); },
+                         [&](sd_bus_slot** slot, sd_bus_message_handler_t callback, void* own) {
+                           return sd_bus_call_async(m_bus.get(), slot, call.get(), callback, own,
+                                                    UINT64_MAX);
+                         });
+    m_watch = m_loop.watch(sd_bus_get_fd(m_bus.get()), 0, [this](std::uint32_t) { process(); });
+    return m_call && m_watch && listen();
   }
 
   /// Has the loop wait for the events that the connection waits for.
@@ -94,6 +92,7 @@ private:
 
   EventLoop& m_loop;
   Bus m_bus;
+  BusSlot m_call;
   std::unique_ptr<FdWatch> m_watch; // declared after the connection, whose descriptor it watches
   std::unique_ptr<Timer> m_limit;
   bool m_isOver = false;
