@@ -108,9 +108,8 @@ void TaskQueue::postAfter(Seconds delay, Task task) {
   const auto place = delays.emplace(delays.end());
   *place = m_state->loop.repeat(delay, 0.0,
                                 [&delays, place, state = m_state.get(), task = std::move(task)] {
-                                  auto entry = std::make_shared<Entry>(task);
-                                  delays.erase(place); // destroys this function too
-                                  state->makeReady(std::move(entry));
+                                  state->makeReady(std::make_shared<Entry>(task));
+                                  delays.erase(place); // the timer, and what it captured
                                 });
 }
 
