@@ -11,6 +11,10 @@ endif()
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow
                     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
                     $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A coroutine that holds a type of its source's anonymous namespace, which here looks included.
+  add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+endif()
 if(TIDEWELL_WERROR)
   add_compile_options(-Werror)
 endif()

@@ -30,7 +30,6 @@ constexpr const char* menu = "/MenuBar";
 constexpr const char* menuInterface = "com.canonical.dbusmenu";
 constexpr const char* face = "/com/halden/Tidewell";
 constexpr const char* faceInterface = "com.halden.Tidewell";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 constexpr std::array<Member, 20> members = {{
     {menu, menuInterface, "GetLayout", "iias"},
@@ -48,10 +47,10 @@ constexpr std::array<Member, 20> members = {{
     {face, faceInterface, "OpenPanel", ""},
     {face, faceInterface, "RunSpeedTest", ""},
     {face, faceInterface, "Quit", ""},
-    {face, properties, "GetAll", "s"},
-    {item, properties, "GetAll", "s"},
-    {menu, properties, "Get", "ss"},
-    {face, properties, "Set", "ssv"},
+    {face, propertiesInterface, "GetAll", "s"},
+    {item, propertiesInterface, "GetAll", "s"},
+    {menu, propertiesInterface, "Get", "ss"},
+    {face, propertiesInterface, "Set", "ssv"},
     {menu, "org.freedesktop.DBus.Introspectable", "Introspect", ""},
 }};
 

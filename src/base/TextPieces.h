@@ -22,8 +22,11 @@ namespace tidewell {
   }
 }
 
-/// The text without `blanks` at its ends.
-[[nodiscard]] inline std::string_view trim(std::string_view text, std::string_view blanks) {
+inline constexpr std::string_view whitespace = " \t\r\n\v\f";
+
+/// The text without these characters at its ends.
+[[nodiscard]] inline std::string_view trim(std::string_view text,
+                                           std::string_view blanks = whitespace) {
   const auto first = text.find_first_not_of(blanks);
   if (first == std::string_view::npos) {
     return {};

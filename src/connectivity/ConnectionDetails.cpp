@@ -24,8 +24,6 @@ using InterfaceType = ConnectionInfo::InterfaceType;
 constexpr const char* unknown = "--";
 constexpr Seconds publicAddressWait = 3.0;
 
-constexpr std::string_view blanks = " \t\r\n\v\f";
-
 } // namespace
 
 ConnectionDetails::ConnectionDetails(const Platform& platform)
@@ -62,7 +60,7 @@ Async<std::string> ConnectionDetails::publicIP() {
   std::string address = unknown;
   const bool isRead = ifMemoryAllows([&] {
     if (body && isUtf8(*body)) {
-      address = trim(*body, blanks);
+      address = trim(*body);
     }
   });
   co_return isRead ? address : unknown;

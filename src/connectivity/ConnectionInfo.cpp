@@ -8,7 +8,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> names = {"Wi-Fi", "Ethernet", "Cellular", "Other"};
+constexpr std::array<std::string_view, 4> typeNames = {"Wi-Fi", "Ethernet", "Cellular", "Other"};
 
 } // namespace
 
@@ -17,15 +17,15 @@ const std::string& addressToCopy(const ConnectionInfo& info) {
 }
 
 std::string_view rawValue(ConnectionInfo::InterfaceType type) {
-  return names.at(static_cast<std::size_t>(type));
+  return typeNames.at(static_cast<std::size_t>(type));
 }
 
 std::optional<ConnectionInfo::InterfaceType> interfaceType(std::string_view rawValue) {
-  const auto* const found = std::ranges::find(names, rawValue);
-  if (found == names.end()) {
+  const auto* const found = std::ranges::find(typeNames, rawValue);
+  if (found == typeNames.end()) {
     return std::nullopt;
   }
-  return static_cast<ConnectionInfo::InterfaceType>(found - names.begin());
+  return static_cast<ConnectionInfo::InterfaceType>(found - typeNames.begin());
 }
 
 } // namespace tidewell

@@ -15,7 +15,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr const char* workQueueLabel = "com.halden.tidewell.process";
+constexpr const char* trackerQueueLabel = "com.halden.tidewell.process";
 constexpr Seconds firstRefresh = 2.0;
 
 // The tool measures for one second; after four it has hung.
@@ -26,7 +26,7 @@ constexpr Seconds watchdog = 4.0;
 ProcessTracker::ProcessTracker(const Platform& platform)
     : m_main(platform.scheduler.main()), m_background(platform.scheduler.background()),
       m_children(platform.children),
-      m_workQueue(platform.scheduler.makeSerialQueue(workQueueLabel)) {}
+      m_workQueue(platform.scheduler.makeSerialQueue(trackerQueueLabel)) {}
 
 void ProcessTracker::start(Seconds interval) {
   if (m_timer) {

@@ -11,7 +11,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr const char* workQueueLabel = "com.halden.tidewell.sampler";
+constexpr const char* samplerQueueLabel = "com.halden.tidewell.sampler";
 constexpr const char* fallbackInterface = "en0";
 constexpr std::int64_t samplesPerProbe = 5;
 
@@ -26,7 +26,7 @@ std::int64_t rateOf(std::int64_t before, std::int64_t after, double elapsed) {
 BandwidthSampler::BandwidthSampler(const Platform& platform)
     : m_main(platform.scheduler.main()), m_clock(platform.clock), m_counters(platform.counters),
       m_configuration(platform.configuration), m_probe(platform.children),
-      m_workQueue(platform.scheduler.makeSerialQueue(workQueueLabel)) {}
+      m_workQueue(platform.scheduler.makeSerialQueue(samplerQueueLabel)) {}
 
 void BandwidthSampler::start(Seconds interval) {
   m_workQueue->post([this] { prime(); });

@@ -8,20 +8,20 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> names = {"excellent", "good", "degraded", "down"};
+constexpr std::array<std::string_view, 4> statusNames = {"excellent", "good", "degraded", "down"};
 
 } // namespace
 
 std::string_view rawValue(NetworkStatus status) {
-  return names.at(static_cast<std::size_t>(status));
+  return statusNames.at(static_cast<std::size_t>(status));
 }
 
 std::optional<NetworkStatus> networkStatus(std::string_view rawValue) {
-  const auto* const found = std::ranges::find(names, rawValue);
-  if (found == names.end()) {
+  const auto* const found = std::ranges::find(statusNames, rawValue);
+  if (found == statusNames.end()) {
     return std::nullopt;
   }
-  return static_cast<NetworkStatus>(found - names.begin());
+  return static_cast<NetworkStatus>(found - statusNames.begin());
 }
 
 } // namespace tidewell

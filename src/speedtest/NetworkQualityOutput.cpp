@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::string_view digits = "0123456789";
 constexpr std::string_view digitsAndDots = "0123456789.";
-constexpr std::string_view blanks = " \t\v\f\r";
 
 std::string lowerCase(std::string_view text) {
   std::string lower(text);
@@ -48,7 +47,7 @@ double speedOf(std::string_view line) {
     line.remove_prefix(begin);
     const auto number = line.substr(0, line.find_first_not_of(digitsAndDots));
     line.remove_prefix(number.size());
-    const auto unit = line.find_first_not_of(blanks);
+    const auto unit = line.find_first_not_of(whitespace);
     if (unit == std::string_view::npos) {
       return 0.0;
     }

@@ -5,42 +5,33 @@
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/LinuxInterfaceCounters.h"
 #include "platform/linux/network/RouteSocket.h"
+#include "support/NetworkNamespace.h"
 
 #include <array>
-#include <cstdlib>
+#include <memory>
+#include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <linux/if_packet.h>
 #include <net/ethernet.h>
 #include <net/if.h>
-#include <sched.h>
 #include <sys/socket.h>
 
 namespace tidewell::test {
 namespace {
 
-bool shell(const std::string& command) {
-  return std::system((command + " >/dev/null 2>&1").c_str()) == 0; // NOLINT: a fixed test command
-}
-
-/// A new network namespace, entered by the test's thread for as long as it lives.
+/// The interfaces of a new network namespace.
 class KernelNetwork final : public NetworkUnderTest {
 public:
   static std::unique_ptr<NetworkUnderTest> make() {
-    FileDescriptor home(::open("/proc/self/ns/net", O_RDONLY | O_CLOEXEC));
-    if (::unshare(CLONE_NEWNET) != 0) {
-      return nullptr;
-    }
-    auto network = std::unique_ptr<KernelNetwork>(new KernelNetwork(std::move(home)));
-    if (!shell("ip link add trial0 type veth peer name trial1 && ip link del trial0")) {
+    auto network = NetworkNamespace::enter();
+    if (!network) {
       return nullptr;
     }
     // No router solicitations: only the test sends.
     shell("sysctl -qw net.ipv6.conf.all.disable_ipv6=1 net.ipv6.conf.default.disable_ipv6=1");
-    return network;
+    return std::unique_ptr<NetworkUnderTest>(new KernelNetwork(std::move(network)));
   }
-  ~KernelNetwork() override { EXPECT_EQ(::setns(m_home.get(), CLONE_NEWNET), 0); }
 
   InterfaceCounters& counters() override { return m_counters; }
   ConfigurationStore& configuration() override { return m_configuration; }
@@ -73,9 +64,10 @@ public:
   }
 
 private:
-  explicit KernelNetwork(FileDescriptor home) : m_home(std::move(home)) {}
+  explicit KernelNetwork(std::unique_ptr<NetworkNamespace> network)
+      : m_network(std::move(network)) {}
 
-  FileDescriptor m_home;
+  std::unique_ptr<NetworkNamespace> m_network;
   RouteSocket m_socket; // opened on first use, inside the namespace
   DeviceTable m_table;  // likewise
   LinuxInterfaceCounters m_counters{m_table};

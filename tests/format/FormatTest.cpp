@@ -9,8 +9,8 @@
 namespace tidewell::test {
 namespace {
 
-constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
-constexpr auto highest = std::numeric_limits<std::int64_t>::max();
+constexpr auto leastRate = std::numeric_limits<std::int64_t>::min();
+constexpr auto mostRate = std::numeric_limits<std::int64_t>::max();
 
 TEST(SpeedFormatter, WritesRatesWithTheirUnit) {
   const std::pair<std::int64_t, const char*> rows[] = {{0, "0 KB/s"},
@@ -28,11 +28,11 @@ TEST(SpeedFormatter, WritesRatesWithTheirUnit) {
                                                        {999'999'999, "1000 MB/s"},
                                                        {1'000'000'000, "1.0 GB/s"},
                                                        {10'000'000'000, "10.0 GB/s"},
-                                                       {highest, "9223372036.9 GB/s"},
+                                                       {mostRate, "9223372036.9 GB/s"},
                                                        {-1, "-0.0 GB/s"},
                                                        {-1'000, "-0.0 GB/s"},
                                                        {-2'500'000'000, "-2.5 GB/s"},
-                                                       {lowest, "-9223372036.9 GB/s"}};
+                                                       {leastRate, "-9223372036.9 GB/s"}};
   for (const auto& [rate, text] : rows) {
     EXPECT_EQ(SpeedFormatter::format(rate), text) << rate;
   }
@@ -56,7 +56,7 @@ TEST(SpeedFormatter, WritesCompactRatesWithALetter) {
                                                        {1'250'000'000, "1250M"},
                                                        {-1'000, "-0M"},
                                                        {-1'500'000, "-2M"},
-                                                       {highest, "9223372036855M"}};
+                                                       {mostRate, "9223372036855M"}};
   for (const auto& [rate, text] : rows) {
     EXPECT_EQ(SpeedFormatter::formatCompact(rate), text) << rate;
   }
@@ -66,7 +66,7 @@ TEST(SpeedFormatter, WritesMegabitsAsABareNumber) {
   const std::pair<std::int64_t, const char*> rows[] = {
       {0, "0.0"},          {62'500, "0.5"},      {124'999, "1.0"},    {125'000, "1.00"},
       {1'234'567, "9.88"}, {1'249'999, "10.00"}, {1'250'000, "10.0"}, {12'345'678, "98.8"},
-      {12'500'000, "100"}, {-125'000, "-1.0"},   {1, "0.0"},          {highest, "73786976294838"}};
+      {12'500'000, "100"}, {-125'000, "-1.0"},   {1, "0.0"},          {mostRate, "73786976294838"}};
   for (const auto& [rate, text] : rows) {
     EXPECT_EQ(SpeedFormatter::formatMbps(rate), text) << rate;
   }

@@ -22,7 +22,7 @@ namespace {
 
 constexpr PathReport wired{true, false, true, false};
 constexpr PathReport tunnel{true, false, false, false};
-constexpr PathReport none{false, false, false, false};
+constexpr PathReport unsatisfied{false, false, false, false};
 
 /// A tunnel with a route to its far end. It has a carrier while the descriptor is open.
 FileDescriptor makeTunnel() {
@@ -77,7 +77,7 @@ TEST_F(LinuxPathMonitorTest, ReportsALostCarrierThoughItsRouteStays) {
   ASSERT_TRUE(hasReportsAfter("ip link set far0 down", 2));
   EXPECT_TRUE(shell("ip route show default | grep -q wan0"));
   ASSERT_TRUE(hasReportsAfter("ip link set far0 up", 3));
-  EXPECT_EQ(reports, (std::vector{wired, none, wired}));
+  EXPECT_EQ(reports, (std::vector{wired, unsatisfied, wired}));
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasTakenDownOrRemoved) {
@@ -87,7 +87,7 @@ TEST_F(LinuxPathMonitorTest, ReportsALinkThatWasTakenDownOrRemoved) {
   machine->connect();
   ASSERT_TRUE(hasReports(3));
   ASSERT_TRUE(hasReportsAfter("ip link del wan0", 4));
-  EXPECT_EQ(reports, (std::vector{wired, none, wired, none}));
+  EXPECT_EQ(reports, (std::vector{wired, unsatisfied, wired, unsatisfied}));
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsNothingOfALossThatIsOverAtOnce) {
@@ -128,14 +128,14 @@ TEST_F(LinuxPathMonitorTest, IsSatisfiedByIPv6Alone) {
   begin();
   ASSERT_TRUE(hasReports(1));
   ASSERT_TRUE(hasReportsAfter("ip -6 route del default", 2));
-  EXPECT_EQ(reports, (std::vector{wired, none}));
+  EXPECT_EQ(reports, (std::vector{wired, unsatisfied}));
 }
 
 TEST_F(LinuxPathMonitorTest, IsNotSatisfiedByTheLoopback) {
   EXPECT_TRUE(shell("ip link set lo up && ip route add default dev lo"));
   begin();
   ASSERT_TRUE(hasReports(1));
-  EXPECT_EQ(reports.back(), none);
+  EXPECT_EQ(reports.back(), unsatisfied);
 }
 
 TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheAddressChanged) {
@@ -159,7 +159,7 @@ TEST_F(LinuxPathMonitorTest, LooksOnceASecondWhileTheKernelNeverIsQuiet) {
   EXPECT_TRUE(runUntil(machine->loop, [&] { return reports.size() == 2; }));
   isOver = true;
   noise.join();
-  EXPECT_EQ(reports.back(), none);
+  EXPECT_EQ(reports.back(), unsatisfied);
 }
 
 TEST_F(LinuxPathMonitorTest, TellsItsObserverBeforeTheWatchersHear) {

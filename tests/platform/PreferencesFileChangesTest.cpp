@@ -7,9 +7,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const PreferenceValue one{std::int64_t{1}};
-const PreferenceValue two{std::int64_t{2}};
-
 class PreferencesFileChanges : public StoredFile {
 protected:
   void startWith(std::string_view text) {

@@ -14,9 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const PreferenceValue one{std::int64_t{1}};
-const PreferenceValue two{std::int64_t{2}};
-
 // Gives up root's rights for a while. The test's files then belong to nobody.
 class Unprivileged {
 public:

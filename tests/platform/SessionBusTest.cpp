@@ -25,7 +25,7 @@ struct BusEnd {
 using Client = std::unique_ptr<sd_bus, BusEnd>;
 
 constexpr const char* path = "/org/example/Flooded";
-constexpr const char* interface = "org.example.Flooded";
+constexpr const char* testInterface = "org.example.Flooded";
 
 /// An object whose method a client calls faster than it is handled.
 class SessionBusFlood : public testing::Test {
@@ -53,7 +53,7 @@ protected:
   void flood(int calls) {
     for (int call = 0; call < calls; ++call) {
       const auto message = takeFrom<BusMessage>([&](sd_bus_message** made) {
-        return sd_bus_message_new_method_call(client.get(), made, name, path, interface, "Call");
+        return sd_bus_message_new_method_call(client.get(), made, name, path, testInterface, "Call");
       });
       std::uint64_t cookie = 0; // passing it requests a reply
       ASSERT_GE(sd_bus_send(client.get(), message.get(), &cookie), 0);
@@ -72,7 +72,7 @@ protected:
   PrivateBus daemon;
   EpollLoop loop;
   SessionBus bus{loop, daemon.address()};
-  BusObject object{path, interface};
+  BusObject object{path, testInterface};
   Client client;
   const char* name = nullptr;
   std::size_t replySize = 0;

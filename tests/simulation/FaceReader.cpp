@@ -13,7 +13,6 @@ namespace {
 
 constexpr const char* path = "/com/halden/Tidewell";
 constexpr const char* interface = "com.halden.Tidewell";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 std::string textOf(double value) { return std::to_string(std::bit_cast<std::uint64_t>(value)); }
 std::string textOf(bool value) { return value ? "true" : "false"; }
@@ -74,7 +73,7 @@ void FaceReader::lose() {
 
 void FaceReader::readAll() {
   m_bus.call(
-      path, properties, "GetAll",
+      path, propertiesInterface, "GetAll",
       [](sd_bus_message& call) { sd_bus_message_append(&call, "s", interface); },
       [this, life = m_life](sd_bus_message* reply) {
         if (reply != nullptr && life == m_life) {

@@ -8,7 +8,7 @@ namespace tidewell::test {
 
 namespace {
 
-constexpr const char* name = "org.freedesktop.Notifications";
+constexpr const char* serverName = "org.freedesktop.Notifications";
 
 // An unanswered call times out after twenty-five seconds.
 constexpr Ticks disturbance = std::chrono::seconds(30);
@@ -25,20 +25,20 @@ NoticeServer::NoticeServer(SimulatedBus& bus, const Clock& clock, Findings& find
     m_formerIds.clear();
   };
   bus.serve(
-      name, [this](sd_bus_message& call) { called(call); }, forgetIds);
+      serverName, [this](sd_bus_message& call) { called(call); }, forgetIds);
   bus.greet(forgetIds);
 }
 
 void NoticeServer::start() {
   replaceServer();
   m_isThere = true;
-  m_bus.setOwner(name, ":2." + std::to_string(++m_owner));
+  m_bus.setOwner(serverName, ":2." + std::to_string(++m_owner));
 }
 
 void NoticeServer::end() {
   replaceServer();
   m_isThere = false;
-  m_bus.setOwner(name, "");
+  m_bus.setOwner(serverName, "");
 }
 
 void NoticeServer::setManner(Manner manner) {
@@ -87,7 +87,7 @@ void NoticeServer::called(sd_bus_message& call) {
     sd_bus_reply_method_errorf(&call, "org.freedesktop.DBus.Error.ServiceUnknown", "nobody");
     return;
   }
-  const bool isNotice = sd_bus_message_is_method_call(&call, name, "Notify") > 0;
+  const bool isNotice = sd_bus_message_is_method_call(&call, serverName, "Notify") > 0;
   const std::uint32_t id = m_lastId + 1;
   if (isNotice) {
     receive(call);

@@ -14,7 +14,6 @@ constexpr const char* itemPath = "/StatusNotifierItem";
 constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 constexpr const char* menuPath = "/MenuBar";
 constexpr const char* menuInterface = "com.canonical.dbusmenu";
-constexpr const char* properties = "org.freedesktop.DBus.Properties";
 
 constexpr std::int32_t speedTestRow = 9;
 
@@ -145,7 +144,7 @@ void PanelHost::takeItem() {
 
 void PanelHost::read(const char* property) {
   m_bus.call(
-      itemPath, properties, "Get",
+      itemPath, propertiesInterface, "Get",
       [property](sd_bus_message& call) {
         sd_bus_message_append(&call, "ss", itemInterface, property);
       },

@@ -66,7 +66,7 @@ public:
 
   /// Reads a property; the message is positioned at its value, inside the variant.
   BusMessage get(const char* path, const char* interface, const char* property, const char* type) {
-    auto reply = call(path, "org.freedesktop.DBus.Properties", "Get", [&](sd_bus_message& request) {
+    auto reply = call(path, propertiesInterface, "Get", [&](sd_bus_message& request) {
       sd_bus_message_append(&request, "ss", interface, property);
     });
     return reply && sd_bus_message_enter_container(reply.get(), 'v', type) > 0 ? std::move(reply)

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,6 +17,9 @@
 #include <sys/epoll.h>
 
 namespace tidewell::test {
+
+inline const PreferenceValue one{std::int64_t{1}};
+inline const PreferenceValue two{std::int64_t{2}};
 
 /// A preferences file on the disk and a store on it in virtual time. The kernel's events about the
 /// file are read when the test asks for it.

@@ -22,6 +22,9 @@
 namespace tidewell::test {
 namespace {
 
+constexpr auto staticText = QAccessible::StaticText;
+constexpr auto heading = QAccessible::Heading;
+
 // One element that a screen reader finds.
 struct Spoken {
   QAccessible::Role role;
@@ -65,24 +68,23 @@ TEST_F(AccessibilityTest, ReadsEverythingInOrder) {
   sampler.latencyMs.set(23.6);
   speedTest.lastResult.set(SpeedTestResult{1'700'000'000.0, 245.6, 19.2, 812});
   open();
-  const auto text = QAccessible::StaticText;
   const auto press = QAccessible::Button;
   const std::vector<Spoken> expected = {
-      {text, "Current throughput"},
-      {text, "Download 1.2 MB/s"},
-      {text, "Download 10.0 Mbps"},
-      {text, "Status Excellent"},
-      {text, "Upload 12 KB/s"},
-      {text, "Latency 24 ms"},
-      {text, "Jitter 0.0 ms"},
-      {text, "Packet Loss 0.0 %"},
+      {staticText, "Current throughput"},
+      {staticText, "Download 1.2 MB/s"},
+      {staticText, "Download 10.0 Mbps"},
+      {staticText, "Status Excellent"},
+      {staticText, "Upload 12 KB/s"},
+      {staticText, "Latency 24 ms"},
+      {staticText, "Jitter 0.0 ms"},
+      {staticText, "Packet Loss 0.0 %"},
       {QAccessible::Chart, "Bandwidth (last 5 min)"},
-      {text, "Network Unknown"},
-      {text, "Interface en0"},
-      {text, "Local IP unknown"},
-      {text, "Public IP unknown"},
-      {text, "DNS unknown"},
-      {text, "Speed Test Result: download 246 Mbps, upload 19 Mbps, 22:13"},
+      {staticText, "Network Unknown"},
+      {staticText, "Interface en0"},
+      {staticText, "Local IP unknown"},
+      {staticText, "Public IP unknown"},
+      {staticText, "DNS unknown"},
+      {staticText, "Speed Test Result: download 246 Mbps, upload 19 Mbps, 22:13"},
       {press, "Speed Test"},
       {press, "Copy IP"},
       {press, "Details"},
@@ -147,9 +149,6 @@ TEST_F(AccessibilityTest, ReadsLongNamesInFull) {
   EXPECT_EQ(row(0).toolTip().toStdString(), name);
 }
 
-constexpr auto text = QAccessible::StaticText;
-constexpr auto heading = QAccessible::Heading;
-
 using All = std::vector<Spoken>;
 
 // The content of a tab or section, without its scroll bar.
@@ -173,14 +172,14 @@ TEST_F(DetailAccessibilityTest, ReadsTheOverviewInOrder) {
       {QAccessible::RadioButton, "24h"},
       {QAccessible::RadioButton, "7d"},
       {QAccessible::Chart, "Bandwidth Over Time"},
-      {text, "Download"},
-      {text, "Upload"},
-      {text, "Current 1.2 MB/s"},
-      {text, "Average 2.0 MB/s"},
-      {text, "Peak 3.0 MB/s"},
-      {text, "Total 6 MB"},
+      {staticText, "Download"},
+      {staticText, "Upload"},
+      {staticText, "Current 1.2 MB/s"},
+      {staticText, "Average 2.0 MB/s"},
+      {staticText, "Peak 3.0 MB/s"},
+      {staticText, "Total 6 MB"},
       {heading, "Active Processes"},
-      {text, "Process, Download, Upload, Total, Usage"},
+      {staticText, "Process, Download, Upload, Total, Usage"},
       {QAccessible::ListItem,
        "curl, PID 812, download 2.5 MB/s, upload 1 KB/s, total 12 MB, usage 40 %"},
   };
@@ -203,9 +202,9 @@ TEST_F(DetailAccessibilityTest, ReadsTheHistoryAndTheDiagnostics) {
   open(3);
   const All diagnostics = contentOf(*pane(3).widget());
   EXPECT_EQ(diagnostics.at(1), (Spoken{heading, "Connection"}));
-  EXPECT_EQ(diagnostics.at(2), (Spoken{text, "Status Connected"}));
-  EXPECT_EQ(diagnostics.at(5), (Spoken{text, "Local IP unknown"}));
-  EXPECT_EQ(diagnostics.at(10), (Spoken{text, "Latency 0.0 ms"}));
+  EXPECT_EQ(diagnostics.at(2), (Spoken{staticText, "Status Connected"}));
+  EXPECT_EQ(diagnostics.at(5), (Spoken{staticText, "Local IP unknown"}));
+  EXPECT_EQ(diagnostics.at(10), (Spoken{staticText, "Latency 0.0 ms"}));
   EXPECT_NE(
       std::find(diagnostics.begin(), diagnostics.end(), (Spoken{QAccessible::Button, "Run Now"})),
       diagnostics.end());

@@ -42,7 +42,7 @@ std::string readTable(const char* path) {
 template <class Visit> void forEachLine(std::string_view table, char separator, Visit&& visit) {
   for (const std::string_view line : splitAt(table, '\n')) {
     auto words = splitAt(line, separator);
-    std::ranges::for_each(words, [](std::string_view& word) { word = trim(word, " "); });
+    std::ranges::for_each(words, [](std::string_view& word) { word = trim(word); });
     std::erase(words, std::string_view{});
     visit(words);
   }

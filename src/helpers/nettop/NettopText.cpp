@@ -12,7 +12,7 @@ namespace tidewell::nettop {
 
 namespace {
 
-constexpr const char* header = ",bytes_in,bytes_out,\n";
+constexpr const char* headerLine = ",bytes_in,bytes_out,\n";
 constexpr std::size_t mostRows = 256;
 
 // 256 rows of the longest name stay below what a pipe takes before its reader reads.
@@ -21,7 +21,7 @@ constexpr std::size_t longestName = 72;
 // So that no sum over the rows overflows a reader's 64 bits.
 constexpr std::uint64_t mostBytes = std::uint64_t{1} << 53;
 
-std::uint64_t total(const ProcessTraffic& row) {
+std::uint64_t cappedTotal(const ProcessTraffic& row) {
   return std::min(row.received, mostBytes) + std::min(row.sent, mostBytes);
 }
 
@@ -32,7 +32,7 @@ void merge(ProcessTraffic& into, const ProcessTraffic& row) {
 
 void sort(std::vector<ProcessTraffic>& rows) {
   std::ranges::stable_sort(rows, [](const ProcessTraffic& left, const ProcessTraffic& right) {
-    return std::pair(total(right), left.process) < std::pair(total(left), right.process);
+    return std::pair(cappedTotal(right), left.process) < std::pair(cappedTotal(left), right.process);
   });
 }
 
@@ -100,7 +100,7 @@ std::string printableName(std::string_view bytes) {
 }
 
 std::string nettopText(std::vector<ProcessTraffic> rows) {
-  std::erase_if(rows, [](const ProcessTraffic& row) { return total(row) == 0; });
+  std::erase_if(rows, [](const ProcessTraffic& row) { return cappedTotal(row) == 0; });
   sort(rows);
   if (rows.size() > mostRows) {
     rows = byName(rows);
@@ -108,7 +108,7 @@ std::string nettopText(std::vector<ProcessTraffic> rows) {
   if (rows.size() > mostRows) {
     cut(rows);
   }
-  std::string text = header;
+  std::string text = headerLine;
   for (const ProcessTraffic& row : rows) {
     text += line(row);
   }

@@ -8,11 +8,11 @@ namespace tidewell {
 
 namespace {
 
-constexpr std::size_t mostProbes = 32;
+constexpr std::size_t mostForeignProbes = 32;
 constexpr std::size_t longestBody = 4096;
 // Four round trips through the longest queues. A probe that lost a packet besides is not in the
 // mean anyway.
-constexpr Seconds limit = 10.0;
+constexpr Seconds probeLimit = 10.0;
 
 } // namespace
 
@@ -29,7 +29,7 @@ ForeignProber::~ForeignProber() {
 }
 
 void ForeignProber::probe() {
-  if (m_probes.size() >= mostProbes) {
+  if (m_probes.size() >= mostForeignProbes) {
     return;
   }
   forgetClosed();
@@ -39,7 +39,7 @@ void ForeignProber::probe() {
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FRESH_CONNECT, 1L);
   curl_easy_setopt(probe.transfer.handle(), CURLOPT_FORBID_REUSE, 1L);
   probe.transfer.keepBody(longestBody);
-  probe.transfer.setLimit(limit);
+  probe.transfer.setLimit(probeLimit);
   probe.transfer.onFinished([this, &probe] { ended(&probe); });
   m_pool.add(probe.transfer);
 }

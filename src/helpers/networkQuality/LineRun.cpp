@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t mostFailures = 3;
 constexpr Seconds tuning = 0.1;
-constexpr Seconds longestSilence = 1.0; // of a connection at the end
+constexpr Seconds longestPause = 1.0; // of a connection at the end
 
 } // namespace
 
@@ -56,7 +56,7 @@ bool LineRun::isDone(Seconds now) const {
   // A stalled connection does not count towards capacity.
   return m_measurement.isDone() &&
          std::all_of(m_connections.begin(), m_connections.end(), [now](const auto& connection) {
-           return now - connection->silentSince() < longestSilence;
+           return now - connection->silentSince() < longestPause;
          });
 }
 

@@ -14,7 +14,7 @@ constexpr curl_off_t uploadBytes = 100'000'000; // some servers refuse a larger 
 // a body that is longer than announced. The line has carried all of it nevertheless.
 constexpr curl_off_t nearlyAllUploaded = uploadBytes / 10 * 9;
 constexpr curl_off_t leastDownload = 1'000'000;
-constexpr std::size_t mostProbes = 2;
+constexpr std::size_t mostSelfProbes = 2;
 constexpr std::size_t largestPiece = 65'536;
 constexpr std::size_t smallestPiece = 1400; // a packet
 constexpr std::size_t firstPiece = 16'384;
@@ -111,7 +111,7 @@ void LoadConnection::adaptBuffers(double bytesPerSecond) {
 }
 
 void LoadConnection::probe() {
-  if (moved() == 0 || m_probes.size() >= mostProbes || m_failure) {
+  if (moved() == 0 || m_probes.size() >= mostSelfProbes || m_failure) {
     return;
   }
   m_probes.push_back(std::make_unique<Transfer>(m_destination, m_server.smallDownload));

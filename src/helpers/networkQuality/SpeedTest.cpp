@@ -12,7 +12,7 @@ namespace tidewell {
 namespace {
 
 constexpr std::size_t longestSettings = 65'536;
-constexpr Seconds limit = 39.5; // of everything, including the end
+constexpr Seconds testLimit = 39.5; // of everything, including the end
 constexpr Seconds lineLimit = 18.0;
 constexpr Seconds requestLimit = 8.0;
 constexpr std::size_t longestHello = 4096;
@@ -90,7 +90,7 @@ void SpeedTest::measure(const TestServer& server) {
     }
     const bool isDownload = direction == Direction::download;
     const Seconds now = TransferLoop::now();
-    const Seconds left = m_begin + limit - now;
+    const Seconds left = m_begin + testLimit - now;
     LineRun line(m_loop, destination, server, direction);
     line.run(now + std::min(lineLimit, isDownload ? left / 2.0 : left), [&](double bytesPerSecond) {
       m_onProgress(isDownload ? "down" : "up", bytesPerSecond);

@@ -99,7 +99,7 @@ std::optional<std::string> httpsHost(std::string_view address) {
 
 std::string addressInSettings(std::string_view settings) {
   for (const std::string_view line : splitAt(settings, '\n')) {
-    const std::string_view text = trim(line, " \t\r");
+    const std::string_view text = trim(line);
     if (!text.empty() && text.front() != '#') {
       return std::string(text);
     }

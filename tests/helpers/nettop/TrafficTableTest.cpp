@@ -9,7 +9,7 @@
 namespace tidewell::nettop {
 namespace {
 
-SocketTraffic socket(std::uint32_t owner, std::uint64_t received, std::uint64_t sent) {
+SocketTraffic socketTraffic(std::uint32_t owner, std::uint64_t received, std::uint64_t sent) {
   SocketTraffic traffic{};
   traffic.owner = owner;
   traffic.received = received;
@@ -18,7 +18,7 @@ SocketTraffic socket(std::uint32_t owner, std::uint64_t received, std::uint64_t 
 }
 
 SocketTraffic tunnelled(std::uint32_t owner, std::uint64_t received, std::uint64_t sent) {
-  SocketTraffic traffic = socket(owner, received, sent);
+  SocketTraffic traffic = socketTraffic(owner, received, sent);
   traffic.tunnelReceived = received;
   traffic.tunnelSent = sent;
   traffic.mayTunnel = 1;
@@ -51,35 +51,35 @@ Rows rowsOf(const std::vector<SocketTraffic>& sockets,
 const ProcessRecord vpn = process("vpn", 0, true);
 
 TEST(TrafficTable, AddsUpTheSocketsOfAProcess) {
-  EXPECT_EQ(rowsOf({socket(7, 10, 1), socket(8, 5, 5), socket(7, 20, 2)},
+  EXPECT_EQ(rowsOf({socketTraffic(7, 10, 1), socketTraffic(8, 5, 5), socketTraffic(7, 20, 2)},
                    {{7, process("one")}, {8, process("two", 0)}}),
             (Rows{{"one", 7, 1000, 30, 3}, {"two", 8, 0, 5, 5}}));
 }
 
 TEST(TrafficTable, KeepsWhatIsNobodysInOneRow) {
-  EXPECT_EQ(rowsOf({socket(0, 10, 0), socket(5, 1, 1)}, {}),
+  EXPECT_EQ(rowsOf({socketTraffic(0, 10, 0), socketTraffic(5, 1, 1)}, {}),
             (Rows{{"unknown", 0, ProcessTraffic::nobody, 11, 1}}));
 }
 
 TEST(TrafficTable, LeavesOutWhoMovedNothing) {
   EXPECT_TRUE(
-      rowsOf({socket(7, 0, 0)}, {{7, process("idle")}, {9, process("never heard of")}}).empty());
+      rowsOf({socketTraffic(7, 0, 0)}, {{7, process("idle")}, {9, process("never heard of")}}).empty());
 }
 
 TEST(TrafficTable, TakesANameThatFillsItsPlace) {
   const std::string name(longestName, 'n');
-  EXPECT_EQ(rowsOf({socket(7, 1, 0)}, {{7, process(name.c_str())}}).at(0).name, name);
+  EXPECT_EQ(rowsOf({socketTraffic(7, 1, 0)}, {{7, process(name.c_str())}}).at(0).name, name);
 }
 
 TEST(TrafficTable, LeavesATunnelsServerWithWhatItAdds) {
   EXPECT_EQ(
-      rowsOf({tunnelled(7, 1000, 100), socket(8, 1060, 160), socket(9, 3, 4)},
+      rowsOf({tunnelled(7, 1000, 100), socketTraffic(8, 1060, 160), socketTraffic(9, 3, 4)},
              {{7, process("browser")}, {8, vpn}, {9, process("other")}}),
       (Rows{{"browser", 7, 1000, 1000, 100}, {"vpn", 8, 0, 60, 60}, {"other", 9, 1000, 3, 4}}));
 }
 
 TEST(TrafficTable, TakesTunnelTrafficFromTheBusiestServerFirst) {
-  EXPECT_EQ(rowsOf({tunnelled(7, 1000, 0), socket(8, 900, 0), socket(9, 300, 0)},
+  EXPECT_EQ(rowsOf({tunnelled(7, 1000, 0), socketTraffic(8, 900, 0), socketTraffic(9, 300, 0)},
                    {{7, process("browser")}, {8, vpn}, {9, process("quiet", 0, true)}}),
             (Rows{{"browser", 7, 1000, 1000, 0}, {"quiet", 9, 0, 200, 0}}));
 }
@@ -87,13 +87,13 @@ TEST(TrafficTable, TakesTunnelTrafficFromTheBusiestServerFirst) {
 TEST(TrafficTable, DoesNotTakeTheInterfacesOfOtherNamespacesForTunnels) {
   SocketTraffic elsewhere = tunnelled(7, 1000, 0);
   elsewhere.mayTunnel = 0;
-  EXPECT_EQ(rowsOf({elsewhere, socket(8, 1060, 0)}, {{7, process("contained")}, {8, vpn}}).back(),
+  EXPECT_EQ(rowsOf({elsewhere, socketTraffic(8, 1060, 0)}, {{7, process("contained")}, {8, vpn}}).back(),
             (ProcessTraffic{"vpn", 8, 0, 1060, 0}));
 }
 
 TEST(TrafficTable, NeverTakesMoreThanThereIs) {
   EXPECT_EQ(
-      rowsOf({tunnelled(7, 1000, 1000), socket(8, 10, 2000)}, {{7, process("browser")}, {8, vpn}})
+      rowsOf({tunnelled(7, 1000, 1000), socketTraffic(8, 10, 2000)}, {{7, process("browser")}, {8, vpn}})
           .back(),
       (ProcessTraffic{"vpn", 8, 0, 0, 1000}));
 }

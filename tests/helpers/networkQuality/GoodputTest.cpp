@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint64_t megabyte = 1'000'000;
 
 /// A line that moves a given amount in each second.
-class Line {
+class SteppedLine {
 public:
   void second(std::uint64_t bytes) {
     moved += bytes;
@@ -37,7 +37,7 @@ TEST(Goodput, IsZeroBeforeTheFirstIntervalHasEnded) {
 }
 
 TEST(Goodput, IsTheMeanOfTheLastFourIntervals) {
-  Line line;
+  SteppedLine line;
   line.second(4 * megabyte);
   EXPECT_EQ(line.goodput.current(), 4e6);
   line.second(2 * megabyte);
@@ -50,7 +50,7 @@ TEST(Goodput, IsTheMeanOfTheLastFourIntervals) {
 }
 
 TEST(Goodput, OfASteadyLineIsSaturatedWhenFourAveragesAgree) {
-  Line line;
+  SteppedLine line;
   line.seconds(6, megabyte);
   EXPECT_FALSE(line.goodput.isSaturated());
   line.second(megabyte);
@@ -59,7 +59,7 @@ TEST(Goodput, OfASteadyLineIsSaturatedWhenFourAveragesAgree) {
 }
 
 TEST(Goodput, OfALineThatGrowsIsNotSaturated) {
-  Line line;
+  SteppedLine line;
   for (std::uint64_t second = 1; second < 20; ++second) {
     line.second(second * second * megabyte);
     EXPECT_FALSE(line.goodput.isSaturated());
@@ -67,7 +67,7 @@ TEST(Goodput, OfALineThatGrowsIsNotSaturated) {
 }
 
 TEST(Goodput, LeavesASlowStartOutOfTheCapacity) {
-  Line line;
+  SteppedLine line;
   line.second(megabyte / 10);
   line.second(megabyte / 2);
   line.seconds(10, megabyte);
@@ -76,7 +76,7 @@ TEST(Goodput, LeavesASlowStartOutOfTheCapacity) {
 }
 
 TEST(Goodput, TakesEverythingSinceTheLineSettledForItsCapacity) {
-  Line line;
+  SteppedLine line;
   line.seconds(7, 100);
   line.seconds(30, megabyte);
   ASSERT_TRUE(line.goodput.isSaturated());
@@ -107,7 +107,7 @@ TEST(Goodput, IsNotMisledByPacketsThatWaitForALostOne) {
 }
 
 TEST(Goodput, TakesTheLastFourIntervalsOfALineThatNeverSettles) {
-  Line line;
+  SteppedLine line;
   for (std::uint64_t second = 0; second < 12; ++second) {
     line.second(second < 8 ? megabyte : second * second * megabyte);
   }
@@ -117,7 +117,7 @@ TEST(Goodput, TakesTheLastFourIntervalsOfALineThatNeverSettles) {
 }
 
 TEST(Goodput, TakesMoreOfASlowLineThatNeverSettles) {
-  Line line;
+  SteppedLine line;
   line.seconds(3, 1'000);
   for (int second = 0; second < 15; ++second) {
     line.second(second % 6 < 3 ? 40'000 : 160'000);
@@ -129,7 +129,7 @@ TEST(Goodput, TakesMoreOfASlowLineThatNeverSettles) {
 }
 
 TEST(Goodput, LeavesTheFirstThreeIntervalsOutAlsoWhereTooLittleIsThere) {
-  Line line;
+  SteppedLine line;
   line.seconds(3, 500'000);
   for (std::uint64_t second = 0; second < 5; ++second) {
     line.second(20'000 * (1 + second));
@@ -140,7 +140,7 @@ TEST(Goodput, LeavesTheFirstThreeIntervalsOutAlsoWhereTooLittleIsThere) {
 
 TEST(Goodput, OfALineThatStopsOrNeverStartsIsStalledAfterFourIntervals) {
   for (const int good : {9, 0}) {
-    Line line;
+    SteppedLine line;
     line.seconds(good, megabyte);
     line.seconds(3, 0);
     EXPECT_FALSE(line.goodput.isStalled());

@@ -57,6 +57,7 @@ struct BusService {
 };
 
 inline constexpr BusService busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus"};
+inline constexpr const char* propertiesInterface = "org.freedesktop.DBus.Properties";
 
 /// Calls a method with arguments of these D-Bus types. The handler runs once, unless the slot is
 /// destroyed first. Null if the message cannot be sent.

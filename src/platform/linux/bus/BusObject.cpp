@@ -79,7 +79,7 @@ void BusObject::announce() {
   if (changed.empty()) {
     return;
   }
-  send("org.freedesktop.DBus.Properties", "PropertiesChanged", [&](sd_bus_message& signal) {
+  send(propertiesInterface, "PropertiesChanged", [&](sd_bus_message& signal) {
     BusWriter writer(signal);
     writer.add("s", m_interface.c_str()).open('a', "{sv}");
     for (const auto* entry : changed) {

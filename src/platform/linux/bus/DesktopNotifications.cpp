@@ -11,7 +11,7 @@ namespace tidewell {
 
 namespace {
 
-constexpr BusService server{"org.freedesktop.Notifications", "/org/freedesktop/Notifications"};
+constexpr BusService notifications{"org.freedesktop.Notifications", "/org/freedesktop/Notifications"};
 
 constexpr const char* applicationName = "Tidewell";
 constexpr const char* desktopEntry = "com.halden.Tidewell";
@@ -47,7 +47,7 @@ void DesktopNotifications::add(NotificationRequest request) {
 
 void DesktopNotifications::appear(sd_bus& bus) {
   m_bus = &bus;
-  m_owner = watchOwner(bus, server.name, [this](sd_bus_message* change) {
+  m_owner = watchOwner(bus, notifications.name, [this](sd_bus_message* change) {
     if (hadOwner(change)) {
       serverGone();
     }
@@ -91,7 +91,7 @@ void DesktopNotifications::send(Notice& notice) {
 
 BusSlot DesktopNotifications::notify(Notice& notice) {
   return callMethod(
-      *m_bus, server, "Notify", [this, &notice](auto* reply) { answered(notice, reply); },
+      *m_bus, notifications, "Notify", [this, &notice](auto* reply) { answered(notice, reply); },
       "susssasa{sv}i", applicationName, notice.serverId, desktopEntry,
       notice.waiting->title.c_str(), notice.waiting->body.c_str(), 0, 2, "desktop-entry", "s",
       desktopEntry, "sound-name", "s", defaultSound, defaultExpiry);
@@ -117,7 +117,7 @@ void DesktopNotifications::askCapabilities() {
   if (m_bus == nullptr || m_capabilities) {
     return;
   }
-  m_capabilities = callMethod(*m_bus, server, "GetCapabilities",
+  m_capabilities = callMethod(*m_bus, notifications, "GetCapabilities",
                               [this](auto* reply) { capabilitiesAnswered(reply); });
 }
 

@@ -53,7 +53,7 @@ private:
     const auto call = takeFrom<BusMessage>([this](sd_bus_message** made) {
       return m_bus ? sd_bus_message_new_method_call(m_bus.get(), made, "org.freedesktop.resolve1",
                                                     "/org/freedesktop/resolve1",
-                                                    "org.freedesktop.DBus.Properties", "Get")
+                                                    propertiesInterface, "Get")
                    : -ENOTCONN;
     });
     if (!call ||

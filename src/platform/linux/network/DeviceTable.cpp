@@ -1,5 +1,7 @@
 #include "platform/linux/network/DeviceTable.h"
 
+#include "base/TextPieces.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -24,10 +26,8 @@ constexpr const char* tablePath = "/proc/thread-self/net/dev";
 constexpr std::size_t largestTable = 4 << 20;
 constexpr std::size_t firstSize = 4096;
 
-constexpr std::string_view blanks = " \t";
-
 std::string_view skipBlanks(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(blanks), text.size()));
+  text.remove_prefix(std::min(text.find_first_not_of(whitespace), text.size()));
   return text;
 }
 
@@ -40,7 +40,7 @@ std::optional<LinkRecord> readColumns(std::string_view columns, std::string_view
                                               &record.bytesOut, &record.packetsOut};
   for (std::uint64_t* const value : values) {
     columns = skipBlanks(columns);
-    const auto text = columns.substr(0, columns.find_first_of(blanks));
+    const auto text = columns.substr(0, columns.find_first_of(whitespace));
     const char* const end = text.data() + text.size();
     if (value != nullptr) {
       const auto [stop, error] = std::from_chars(text.data(), end, *value);

@@ -20,13 +20,12 @@ namespace {
 // An answer takes a millisecond or two.
 constexpr Seconds busLimit = 0.25;
 
-constexpr std::size_t mostBytes = 65536;
+constexpr std::size_t largestFile = 65536;
 
 // systemd-resolved(8): the full stub and the one that only forwards queries.
 bool isStub(const std::string& server) { return server == "127.0.0.53" || server == "127.0.0.54"; }
 
 constexpr std::string_view keyword = "nameserver";
-constexpr std::string_view blanks = " \t\r";
 constexpr std::size_t longestAddress = 64; // with a zone
 
 bool isAddress(const std::string& text) {
@@ -43,7 +42,7 @@ bool isAddress(const std::string& text) {
 }
 
 std::vector<std::string> serversOf(const std::string& path) {
-  return parseResolverFile(readFile(path, mostBytes).contents);
+  return parseResolverFile(readFile(path, largestFile).contents);
 }
 
 } // namespace
@@ -55,10 +54,10 @@ std::vector<std::string> parseResolverFile(std::string_view text) {
       continue;
     }
     line.remove_prefix(keyword.size());
-    const std::string_view rest = trim(line, blanks);
-    const std::string server(rest.substr(0, rest.find_first_of(blanks)));
+    const std::string_view rest = trim(line);
+    const std::string server(rest.substr(0, rest.find_first_of(whitespace)));
     const bool isSeparated =
-        line.size() != rest.size() && blanks.find(line.front()) != std::string_view::npos;
+        line.size() != rest.size() && whitespace.find(line.front()) != std::string_view::npos;
     if (isSeparated && isAddress(server)) {
       servers.push_back(server);
     }

@@ -18,7 +18,7 @@ constexpr timeval replyLimit{1, 0};
 constexpr std::size_t longestDatagram = 32768;
 
 // Far more than the addresses or wireless interfaces of any machine.
-constexpr std::size_t mostBytes = 1U << 20U;
+constexpr std::size_t largestAnswer = 1U << 20U;
 
 sockaddr_nl kernelAddress(std::uint32_t groups = 0) {
   sockaddr_nl address{};
@@ -55,12 +55,12 @@ bool NetlinkSocket::ask(NetlinkRequest& request, const std::function<void(Netlin
 std::vector<std::byte> NetlinkSocket::ask(NetlinkRequest request) {
   std::vector<std::byte> answer;
   const bool isWhole = ask(request, [&answer](NetlinkBytes datagram) {
-    if (answer.size() < mostBytes) {
+    if (answer.size() < largestAnswer) {
       answer.insert(answer.end(), datagram.begin(), datagram.end());
       answer.resize(NLMSG_ALIGN(answer.size()));
     }
   });
-  return isWhole && answer.size() < mostBytes ? answer : std::vector<std::byte>();
+  return isWhole && answer.size() < largestAnswer ? answer : std::vector<std::byte>();
 }
 
 bool NetlinkSocket::control(unsigned long command, ifreq& query) {

@@ -16,7 +16,7 @@ namespace tidewell {
 namespace {
 
 // Eleven short lines are expected.
-constexpr std::size_t mostBytes = 1U << 20U;
+constexpr std::size_t largestPreferences = 1U << 20U;
 
 constexpr std::string_view firstLine = "# Tidewell's preferences. Changes take effect at once.\n\n";
 
@@ -34,7 +34,7 @@ std::string targetOf(const std::string& path) {
 } // namespace
 
 PreferencesStorage::Reading PreferencesStorage::read() const {
-  const FileReading file = readFile(m_path, mostBytes);
+  const FileReading file = readFile(m_path, largestPreferences);
   if (file.outcome != FileReading::Outcome::read) {
     const bool isAbsent = file.outcome == FileReading::Outcome::absent;
     return {isAbsent ? Reading::Outcome::absent : Reading::Outcome::broken, {}};
@@ -50,7 +50,7 @@ std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues
     return std::nullopt;
   }
   using Outcome = FileReading::Outcome;
-  const FileReading file = readFile(m_path, mostBytes);
+  const FileReading file = readFile(m_path, largestPreferences);
   PreferencesText text(file.outcome == Outcome::read ? file.contents : firstLine);
   const bool isBroken = file.outcome == Outcome::unreadable || !text.isIntact();
   for (const auto& [key, value] : isBroken ? known : PreferenceValues{}) {
@@ -66,7 +66,7 @@ std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues
   }
   constexpr mode_t forTheUserAlone = 0600;
   const OldFile old = isBroken ? OldFile::keptAside : OldFile::removed;
-  if (text.text().size() > mostBytes ||
+  if (text.text().size() > largestPreferences ||
       replaceFile(targetOf(m_path), text.text(), forTheUserAlone, old)) {
     return std::nullopt;
   }

@@ -9,10 +9,10 @@ namespace tidewell {
 namespace {
 
 // Longer than any such sound; the helper itself gives up earlier.
-constexpr Seconds limit = 8.0;
+constexpr Seconds playLimit = 8.0;
 
 Async<> playOnce(EventLoop& loop, std::string helper) {
-  if (const auto child = SpawnedChild::start(loop, helper, {}, limit)) {
+  if (const auto child = SpawnedChild::start(loop, helper, {}, playLimit)) {
     co_await child->exit();
   }
 }
