@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds cooldown = 60.0;
@@ -65,12 +64,8 @@ bool NotificationService::isEnabled() const {
   return m_center != nullptr && m_settings->showNotifications();
 }
 
-bool NotificationService::isQuietPeriod() const {
-  return !(m_clock->now() - m_lastNotificationTime > cooldown);
-}
-
 void NotificationService::notify(NotificationRequest request) {
-  if (isEnabled() && !isQuietPeriod()) {
+  if (isEnabled() && m_clock->now() - m_lastNotificationTime > cooldown) {
     send(std::move(request));
   }
 }

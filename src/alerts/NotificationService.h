@@ -38,7 +38,6 @@ public:
 
 private:
   [[nodiscard]] bool isEnabled() const;
-  [[nodiscard]] bool isQuietPeriod() const;
   void notify(NotificationRequest request);
   void send(NotificationRequest request);
 

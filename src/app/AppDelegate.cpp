@@ -11,7 +11,6 @@
 #include "speedtest/SpeedTestRunner.h"
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds trackerInterval = 10.0;

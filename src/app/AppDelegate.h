@@ -32,8 +32,7 @@ class AppDelegate {
 public:
   /// Makes the services. Only the connectivity monitor starts at once.
   AppDelegate(const Platform& platform, const AppEnvironment& environment);
-  AppDelegate(const AppDelegate&) = delete;
-  AppDelegate& operator=(const AppDelegate&) = delete;
+  AppDelegate(AppDelegate&&) = delete;
   ~AppDelegate();
 
   /// Subscribes, then starts sampling and, if enabled, process tracking.

@@ -14,7 +14,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 namespace face = residentInterface;

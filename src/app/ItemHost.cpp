@@ -1,11 +1,12 @@
 #include "app/ItemHost.h"
 
+#include "base/TextPieces.h"
+
 #include <array>
 #include <optional>
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // Panels start after the programs of the session, on a slow machine many seconds later.
@@ -42,17 +43,12 @@ constexpr std::array<Known, 5> desktops = {{
     {"Hyprland", ItemPresentation::widePicture}, // its users' bar is Waybar
 }};
 
-std::optional<ItemPresentation> byDesktop(std::string_view desktop) {
-  while (!desktop.empty()) {
-    const auto name = desktop.substr(0, desktop.find(':'));
+std::optional<ItemPresentation> byDesktop(std::string_view names) {
+  for (const std::string_view name : splitAt(names, ':')) {
     for (const Known& known : desktops) {
       if (name == known.beginning) {
         return known.presentation;
       }
-    }
-    desktop.remove_prefix(name.size());
-    if (!desktop.empty()) {
-      desktop.remove_prefix(1);
     }
   }
   return std::nullopt;

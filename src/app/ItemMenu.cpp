@@ -7,7 +7,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* menuInterface = "com.canonical.dbusmenu";

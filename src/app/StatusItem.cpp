@@ -11,7 +11,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* itemPath = "/StatusNotifierItem";

@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr BusService watcher{"org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"};

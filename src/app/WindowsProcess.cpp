@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // A process that crashes this often without a user request would do so forever.

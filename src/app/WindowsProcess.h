@@ -24,8 +24,7 @@ public:
 
   /// Borrows the loop. `executable` is an absolute path; if it does not exist, nothing is shown.
   WindowsProcess(EventLoop& loop, std::string executable, Seconds answerLimit = usualAnswerLimit);
-  WindowsProcess(const WindowsProcess&) = delete;
-  WindowsProcess& operator=(const WindowsProcess&) = delete;
+  WindowsProcess(WindowsProcess&&) = delete;
   /// Asks the process to end.
   ~WindowsProcess();
 

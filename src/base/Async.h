@@ -82,8 +82,6 @@ public:
     std::swap(m_frame, other.m_frame);
     return *this;
   }
-  Async(const Async&) = delete;
-  Async& operator=(const Async&) = delete;
   ~Async() {
     if (m_frame) {
       m_frame.destroy();
@@ -125,9 +123,7 @@ private:
 class Waiter {
 public:
   Waiter() = default;
-  Waiter(const Waiter&) = delete;
-  Waiter& operator=(const Waiter&) = delete;
-  ~Waiter() = default;
+  Waiter(Waiter&&) = delete;
 
   [[nodiscard]] bool await_ready() const noexcept { return false; }
   void await_suspend(std::coroutine_handle<> waiter) noexcept { m_waiter = waiter; }

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 // The first doubles outside the range of a signed 64-bit integer.

@@ -1,15 +1,12 @@
 #pragma once
 
+#include "base/Interface.h"
+
 namespace tidewell {
 
 /// The wall clock.
-class Clock {
+class Clock : public Interface {
 public:
-  Clock() = default;
-  Clock(const Clock&) = delete;
-  Clock& operator=(const Clock&) = delete;
-  virtual ~Clock() = default;
-
   /// Seconds since 1970-01-01 UTC. May jump in either direction.
   [[nodiscard]] virtual double now() const = 0;
 };

@@ -7,7 +7,6 @@
 #include <cstdint>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD"; // U+FFFD

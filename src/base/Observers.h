@@ -24,8 +24,6 @@ public:
     }
     return *this;
   }
-  Subscription(const Subscription&) = delete;
-  Subscription& operator=(const Subscription&) = delete;
   ~Subscription() { end(); }
 
   /// Ends the registration now. Does nothing if it has already ended.

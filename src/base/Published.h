@@ -16,9 +16,7 @@ namespace tidewell {
 template <class T> class Published {
 public:
   explicit Published(T initial = T{}) : m_state(std::make_shared<State>(std::move(initial))) {}
-  Published(const Published&) = delete;
-  Published& operator=(const Published&) = delete;
-  ~Published() = default;
+  Published(Published&&) = delete;
 
   [[nodiscard]] const T& get() const { return m_state->value; }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Interface.h"
+
 #include "base/Async.h"
 
 #include <functional>
@@ -42,25 +44,16 @@ private:
 void runAtOnce(const Task& task);
 
 /// A running timer. Destroying it cancels it; it does not fire afterwards.
-class Timer {
+class Timer : public Interface {
 public:
-  Timer() = default;
-  Timer(const Timer&) = delete;
-  Timer& operator=(const Timer&) = delete;
-  virtual ~Timer() = default;
 };
 
 /// Runs tasks on the program's one thread.
 ///
 /// A serial queue runs one task at a time, in the order in which they were posted or fell due.
 /// While a coroutine of the queue waits, the queue is busy.
-class WorkQueue {
+class WorkQueue : public Interface {
 public:
-  WorkQueue() = default;
-  WorkQueue(const WorkQueue&) = delete;
-  WorkQueue& operator=(const WorkQueue&) = delete;
-  virtual ~WorkQueue() = default;
-
   /// Appends a task. It never runs inside this call.
   virtual void post(Task task) = 0;
 
@@ -74,13 +67,8 @@ public:
 };
 
 /// The queues of the process.
-class Scheduler {
+class Scheduler : public Interface {
 public:
-  Scheduler() = default;
-  Scheduler(const Scheduler&) = delete;
-  Scheduler& operator=(const Scheduler&) = delete;
-  virtual ~Scheduler() = default;
-
   /// The serial queue on which every published value is written and observed. Its tasks never wait.
   [[nodiscard]] virtual WorkQueue& main() = 0;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds century = 100.0 * 365.25 * 86400.0;

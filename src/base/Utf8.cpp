@@ -1,7 +1,6 @@
 #include "base/Utf8.h"
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::uint32_t highestCodePoint = 0x10FFFF;

@@ -16,7 +16,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 using InterfaceType = ConnectionInfo::InterfaceType;

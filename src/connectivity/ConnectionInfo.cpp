@@ -5,7 +5,6 @@
 #include <cstddef>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::array<std::string_view, 4> typeNames = {"Wi-Fi", "Ethernet", "Cellular", "Other"};

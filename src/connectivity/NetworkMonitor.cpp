@@ -3,7 +3,6 @@
 #include "platform/Platform.h"
 
 namespace tidewell {
-
 namespace {
 
 using InterfaceType = ConnectionInfo::InterfaceType;

@@ -7,7 +7,6 @@
 #include "settings/AppSettings.h"
 
 namespace tidewell {
-
 namespace {
 
 const char* statusName(NetworkStatus status) {

@@ -4,7 +4,6 @@
 #include "processes/ProcessUsage.h"
 
 namespace tidewell {
-
 namespace {
 
 constexpr double kilo = 1e3;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Async.h"
+#include "base/Interface.h"
 #include "base/Scheduler.h"
 
 #include <cstdint>
@@ -30,15 +31,10 @@ struct ToolCall {
 };
 
 /// Runs tools in child processes.
-class ChildProcess {
+class ChildProcess : public Interface {
 public:
   /// Identifies a started child.
   using Id = std::int64_t;
-
-  ChildProcess() = default;
-  ChildProcess(const ChildProcess&) = delete;
-  ChildProcess& operator=(const ChildProcess&) = delete;
-  virtual ~ChildProcess() = default;
 
   /// Starts the tool, waits for its exit and returns its standard output, whatever its exit status;
   /// nullopt if it could not be started. Its standard error goes to a pipe that nobody reads.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Async.h"
+#include "base/Interface.h"
 
 #include <optional>
 #include <string>
@@ -9,13 +10,8 @@
 namespace tidewell {
 
 /// Reads the machine's network configuration.
-class ConfigurationStore {
+class ConfigurationStore : public Interface {
 public:
-  ConfigurationStore() = default;
-  ConfigurationStore(const ConfigurationStore&) = delete;
-  ConfigurationStore& operator=(const ConfigurationStore&) = delete;
-  virtual ~ConfigurationStore() = default;
-
   /// Name of the interface that carries traffic to the public internet, or last carried it; nullopt
   /// if there was none. Queries the system at every call.
   [[nodiscard]] virtual std::optional<std::string> primaryInterface() = 0;

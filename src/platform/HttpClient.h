@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Async.h"
+#include "base/Interface.h"
 #include "base/Scheduler.h"
 
 #include <optional>
@@ -9,13 +10,8 @@
 namespace tidewell {
 
 /// Fetches small texts from the internet.
-class HttpClient {
+class HttpClient : public Interface {
 public:
-  HttpClient() = default;
-  HttpClient(const HttpClient&) = delete;
-  HttpClient& operator=(const HttpClient&) = delete;
-  virtual ~HttpClient() = default;
-
   /// The body of the reply to a GET, whatever its status; nullopt if none can come or none came
   /// within `wait` seconds. Later replies are dropped.
   [[nodiscard]] virtual Async<std::optional<std::string>> get(std::string url, Seconds wait) = 0;

@@ -1,18 +1,15 @@
 #pragma once
 
+#include "base/Interface.h"
+
 #include <optional>
 #include <string>
 
 namespace tidewell {
 
 /// Reads the addresses of network interfaces.
-class InterfaceAddresses {
+class InterfaceAddresses : public Interface {
 public:
-  InterfaceAddresses() = default;
-  InterfaceAddresses(const InterfaceAddresses&) = delete;
-  InterfaceAddresses& operator=(const InterfaceAddresses&) = delete;
-  virtual ~InterfaceAddresses() = default;
-
   /// The first IPv4 address, in the system's order, of the interface with exactly this name in
   /// dotted-decimal form; nullopt without one.
   [[nodiscard]] virtual std::optional<std::string> firstIPv4(const std::string& interface) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Interface.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -15,13 +17,8 @@ struct ByteCounts {
 };
 
 /// Reads the byte counters of network interfaces.
-class InterfaceCounters {
+class InterfaceCounters : public Interface {
 public:
-  InterfaceCounters() = default;
-  InterfaceCounters(const InterfaceCounters&) = delete;
-  InterfaceCounters& operator=(const InterfaceCounters&) = delete;
-  virtual ~InterfaceCounters() = default;
-
   /// The counters of the interface with exactly this name, from an origin that the platform
   /// chooses; nullopt if there is no such interface or it cannot be read.
   [[nodiscard]] virtual std::optional<ByteCounts> read(const std::string& interface) = 0;

@@ -1,18 +1,15 @@
 #pragma once
 
+#include "base/Interface.h"
+
 #include <optional>
 #include <string>
 
 namespace tidewell {
 
 /// The program's entry among what starts at login.
-class LoginItem {
+class LoginItem : public Interface {
 public:
-  LoginItem() = default;
-  LoginItem(const LoginItem&) = delete;
-  LoginItem& operator=(const LoginItem&) = delete;
-  virtual ~LoginItem() = default;
-
   /// Makes the program start at login; returns a description of the error on failure.
   [[nodiscard]] virtual std::optional<std::string> registerItem() = 0;
 

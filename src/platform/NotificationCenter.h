@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Interface.h"
+
 #include <string>
 
 namespace tidewell {
@@ -15,13 +17,8 @@ struct NotificationRequest {
 };
 
 /// Shows notices with the desktop's default sound. Never waits and never reports failure.
-class NotificationCenter {
+class NotificationCenter : public Interface {
 public:
-  NotificationCenter() = default;
-  NotificationCenter(const NotificationCenter&) = delete;
-  NotificationCenter& operator=(const NotificationCenter&) = delete;
-  virtual ~NotificationCenter() = default;
-
   /// Requests the desktop's permission for notices with sound, where it wants to be asked.
   virtual void requestAuthorization() = 0;
 

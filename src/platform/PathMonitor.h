@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Interface.h"
 #include "base/Scheduler.h"
 
 #include <functional>
@@ -19,23 +20,14 @@ struct PathReport {
 };
 
 /// Keeps the path watched. No report begins after its destruction.
-class PathWatch {
+class PathWatch : public Interface {
 public:
-  PathWatch() = default;
-  PathWatch(const PathWatch&) = delete;
-  PathWatch& operator=(const PathWatch&) = delete;
-  virtual ~PathWatch() = default;
 };
 
 /// Watches how the machine reaches the internet.
-class PathMonitor {
+class PathMonitor : public Interface {
 public:
   using Handler = std::function<void(const PathReport&)>;
-
-  PathMonitor() = default;
-  PathMonitor(const PathMonitor&) = delete;
-  PathMonitor& operator=(const PathMonitor&) = delete;
-  virtual ~PathMonitor() = default;
 
   /// Calls the handler on `queue` soon with the current path, then once for each change. The queue
   /// outlives the watch.

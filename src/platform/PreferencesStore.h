@@ -39,16 +39,13 @@ template <class T> [[nodiscard]] std::optional<T> as(const std::optional<Prefere
 }
 
 /// The user's persistent preferences: typed values under text keys, shared with other writers.
-class PreferencesStore {
+class PreferencesStore : public Interface {
 public:
   /// Receives the new value of a key, or nullopt if the key was removed.
   using Observer = std::function<void(const std::optional<PreferenceValue>&)>;
 
   /// Borrows the queue on which observers run.
   explicit PreferencesStore(WorkQueue& main);
-  PreferencesStore(const PreferencesStore&) = delete;
-  PreferencesStore& operator=(const PreferencesStore&) = delete;
-  virtual ~PreferencesStore() = default;
 
   /// The stored value, or nullopt if the key is absent.
   [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;

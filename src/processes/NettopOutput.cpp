@@ -9,7 +9,6 @@
 #include <optional>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t mostRows = 10;

@@ -12,7 +12,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* trackerQueueLabel = "com.halden.tidewell.process";

@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* samplerQueueLabel = "com.halden.tidewell.sampler";

@@ -9,7 +9,6 @@
 #include <cstddef>
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds replyWait = 2.0;

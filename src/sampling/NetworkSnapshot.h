@@ -20,9 +20,7 @@ public:
       : m_timestamp(timestamp), m_downloadBytesPerSec(downloadBytesPerSec),
         m_uploadBytesPerSec(uploadBytesPerSec), m_latencyMs(latencyMs), m_jitterMs(jitterMs),
         m_packetLossPercent(packetLossPercent) {}
-  NetworkSnapshot(const NetworkSnapshot&) = delete;
-  NetworkSnapshot& operator=(const NetworkSnapshot&) = delete;
-  ~NetworkSnapshot() = default;
+  NetworkSnapshot(NetworkSnapshot&&) = delete;
 
   [[nodiscard]] Id id() const { return this; }
   [[nodiscard]] double timestamp() const { return m_timestamp; }

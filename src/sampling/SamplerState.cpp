@@ -1,7 +1,6 @@
 #include "sampling/SamplerState.h"
 
 namespace tidewell {
-
 namespace {
 
 constexpr double tolerableLossPercent = 5.0;

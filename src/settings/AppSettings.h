@@ -50,9 +50,7 @@ public:
   /// Like `attach`.
   AppSettings(PreferencesStore& store, LoginItem& loginItem)
       : m_store(&store), m_loginItem(&loginItem) {}
-  AppSettings(const AppSettings&) = delete;
-  AppSettings& operator=(const AppSettings&) = delete;
-  ~AppSettings() = default;
+  AppSettings(AppSettings&&) = delete;
 
   /// The process's preferences, created on first use.
   [[nodiscard]] static AppSettings& shared();

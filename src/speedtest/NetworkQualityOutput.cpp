@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::string_view digits = "0123456789";

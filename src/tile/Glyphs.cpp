@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::array<std::pair<std::string_view, Glyph>, 6> symbols = {{

@@ -8,7 +8,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 /// A colour without transparency.

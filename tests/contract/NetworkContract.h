@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Interface.h"
 #include "platform/ConfigurationStore.h"
 #include "platform/InterfaceCounters.h"
 
@@ -14,13 +15,8 @@
 namespace tidewell::test {
 
 /// A machine whose network interfaces the test creates, uses and removes.
-class NetworkUnderTest {
+class NetworkUnderTest : public Interface {
 public:
-  NetworkUnderTest() = default;
-  NetworkUnderTest(const NetworkUnderTest&) = delete;
-  NetworkUnderTest& operator=(const NetworkUnderTest&) = delete;
-  virtual ~NetworkUnderTest() = default;
-
   [[nodiscard]] virtual InterfaceCounters& counters() = 0;
   [[nodiscard]] virtual ConfigurationStore& configuration() = 0;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Interface.h"
 #include "platform/PathMonitor.h"
 
 #include <gtest/gtest.h>
@@ -11,13 +12,8 @@
 namespace tidewell::test {
 
 /// A machine whose route to the internet the test adds and removes. It starts without one.
-class PathUnderTest {
+class PathUnderTest : public Interface {
 public:
-  PathUnderTest() = default;
-  PathUnderTest(const PathUnderTest&) = delete;
-  PathUnderTest& operator=(const PathUnderTest&) = delete;
-  virtual ~PathUnderTest() = default;
-
   [[nodiscard]] virtual PathMonitor& monitor() = 0;
   /// The queue for reports.
   [[nodiscard]] virtual WorkQueue& queue() = 0;

@@ -1,3 +1,4 @@
+#include "base/Interface.h"
 #include "platform/PreferencesStore.h"
 
 #include "platform/linux/loop/EpollLoop.h"
@@ -22,13 +23,8 @@ namespace tidewell::test {
 namespace {
 
 // A store and the other writers of its values.
-class StoreUnderTest {
+class StoreUnderTest : public Interface {
 public:
-  StoreUnderTest() = default;
-  StoreUnderTest(const StoreUnderTest&) = delete;
-  StoreUnderTest& operator=(const StoreUnderTest&) = delete;
-  virtual ~StoreUnderTest() = default;
-
   [[nodiscard]] virtual PreferencesStore& store() = 0;
   // Stores a value as another writer does.
   virtual void writeFromOutside(std::string_view key, const PreferenceValue& value) = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Interface.h"
 #include "base/Scheduler.h"
 
 #include <gtest/gtest.h>
@@ -12,13 +13,8 @@
 namespace tidewell::test {
 
 /// A scheduler under test and its source of time.
-class SchedulerUnderTest {
+class SchedulerUnderTest : public Interface {
 public:
-  SchedulerUnderTest() = default;
-  SchedulerUnderTest(const SchedulerUnderTest&) = delete;
-  SchedulerUnderTest& operator=(const SchedulerUnderTest&) = delete;
-  virtual ~SchedulerUnderTest() = default;
-
   [[nodiscard]] virtual Scheduler& scheduler() = 0;
   /// Runs the main queue for this time.
   virtual void run(Seconds span) = 0;

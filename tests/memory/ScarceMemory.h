@@ -9,8 +9,7 @@ namespace tidewell::test {
 class ScarceMemory {
 public:
   explicit ScarceMemory(long firstRefused);
-  ScarceMemory(const ScarceMemory&) = delete;
-  ScarceMemory& operator=(const ScarceMemory&) = delete;
+  ScarceMemory(ScarceMemory&&) = delete;
   ~ScarceMemory();
 
   /// Whether an allocation failed since the last of these objects was made.
@@ -21,8 +20,7 @@ public:
 class SmallPiecesOnly {
 public:
   explicit SmallPiecesOnly(std::size_t largest);
-  SmallPiecesOnly(const SmallPiecesOnly&) = delete;
-  SmallPiecesOnly& operator=(const SmallPiecesOnly&) = delete;
+  SmallPiecesOnly(SmallPiecesOnly&&) = delete;
   ~SmallPiecesOnly();
 };
 

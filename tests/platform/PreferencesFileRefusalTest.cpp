@@ -23,8 +23,7 @@ public:
       EXPECT_EQ(::seteuid(nobody), 0);
     }
   }
-  Unprivileged(const Unprivileged&) = delete;
-  Unprivileged& operator=(const Unprivileged&) = delete;
+  Unprivileged(Unprivileged&&) = delete;
   ~Unprivileged() {
     if (m_isRoot) {
       EXPECT_EQ(::seteuid(0), 0);

@@ -4,6 +4,7 @@
 #include "platform/linux/process/SystemTools.h"
 #include "support/ChildExit.h"
 #include "support/LoopRunner.h"
+#include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -81,6 +82,24 @@ TEST_F(SpawnedChildTest, CannotStartWhatIsNotThere) {
   EXPECT_FALSE(start("/etc/passwd"));
 }
 
+TEST_F(SpawnedChildTest, HasNoOutputOfAFileThatIsNoProgram) {
+  const TemporaryDirectory directory;
+  const std::string file = directory / "tool";
+  writeInPlace(file, "nothing that runs\n");
+  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+  const auto child = start(file);
+  ASSERT_TRUE(child);
+  wait(*child);
+  EXPECT_EQ(child->status(), 127);
+  EXPECT_FALSE(child->output());
+}
+
+TEST_F(SpawnedChildTest, ResetsIgnoredSignalsAndKeepsItsOwn) {
+  const auto before = ::signal(SIGUSR1, SIG_IGN);
+  EXPECT_EQ(shell("grep SigIgn /proc/self/status"), "SigIgn:\t0000000000000000\n");
+  EXPECT_EQ(::signal(SIGUSR1, before), SIG_IGN);
+}
+
 TEST_F(SpawnedChildTest, EndsAChildThatOutlivesItsLimit) {
   std::string output;
   EXPECT_LT(secondsOf([&] { output = shell("echo begun; exec sleep 100", 0.1); }), 10.0);
@@ -149,8 +168,7 @@ public:
     const rlimit none{static_cast<rlim_t>(next), m_before.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &none);
   }
-  NoDescriptors(const NoDescriptors&) = delete;
-  NoDescriptors& operator=(const NoDescriptors&) = delete;
+  NoDescriptors(NoDescriptors&&) = delete;
   ~NoDescriptors() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
 
 private:

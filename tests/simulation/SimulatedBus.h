@@ -27,8 +27,7 @@ public:
 
   SimulatedBus(const VirtualScheduler& scheduler, EventLoop& world, Findings& findings);
   ~SimulatedBus();
-  SimulatedBus(const SimulatedBus&) = delete;
-  SimulatedBus& operator=(const SimulatedBus&) = delete;
+  SimulatedBus(SimulatedBus&&) = delete;
 
   [[nodiscard]] const std::string& address() const { return m_address; }
 

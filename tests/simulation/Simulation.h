@@ -39,8 +39,7 @@ class Simulation {
 public:
   explicit Simulation(std::uint64_t seed);
   ~Simulation();
-  Simulation(const Simulation&) = delete;
-  Simulation& operator=(const Simulation&) = delete;
+  Simulation(Simulation&&) = delete;
 
   /// Makes the program; it may be launched later.
   void make();

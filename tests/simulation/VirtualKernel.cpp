@@ -14,36 +14,26 @@
 
 using tidewell::test::VirtualProcesses;
 
-namespace {
-
-using Descriptors = std::map<int, tidewell::FileDescriptor>;
-
-/// The contents of each settings object.
-std::map<const tidewell::SpawnSettings*, Descriptors>& prepared() {
-  static std::map<const tidewell::SpawnSettings*, Descriptors> all;
-  return all;
-}
-
-} // namespace
-
 namespace tidewell {
 
-SpawnSettings::SpawnSettings() { prepared()[this]; }
-
-SpawnSettings::~SpawnSettings() { prepared().erase(this); }
-
 void SpawnSettings::open(int target, const char* path, int flags) {
-  prepared()[this][target] = FileDescriptor(::open(path, flags | O_CLOEXEC));
+  m_copies.emplace_back(::open(path, flags | O_CLOEXEC));
+  m_duplicates.emplace_back(m_copies.back().get(), target);
 }
 
 void SpawnSettings::duplicate(int descriptor, int target) {
-  prepared()[this][target] = FileDescriptor(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+  m_copies.emplace_back(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+  m_duplicates.emplace_back(m_copies.back().get(), target);
 }
 
 pid_t SpawnSettings::spawn(const std::string& executable, std::vector<std::string> arguments,
-                           std::vector<std::string> /*environment*/, bool /*yields*/) const {
-  return VirtualProcesses::current().spawn(executable, arguments,
-                                           std::exchange(prepared()[this], {}));
+                           std::vector<std::string> /*environment*/, Start /*start*/,
+                           bool /*yields*/) {
+  std::map<int, FileDescriptor> descriptors;
+  for (std::size_t index = 0; index < m_copies.size(); ++index) {
+    descriptors[m_duplicates[index].second] = std::move(m_copies[index]);
+  }
+  return VirtualProcesses::current().spawn(executable, arguments, std::move(descriptors));
 }
 
 int openProcess(pid_t pid) { return VirtualProcesses::current().open(pid); }

@@ -42,8 +42,7 @@ public:
   using Play = std::function<bool(const Pointer& process)>;
 
   explicit VirtualProcesses(Play play);
-  VirtualProcesses(const VirtualProcesses&) = delete;
-  VirtualProcesses& operator=(const VirtualProcesses&) = delete;
+  VirtualProcesses(VirtualProcesses&&) = delete;
   ~VirtualProcesses();
 
   /// The parent has ended; its remaining children belong to nobody.

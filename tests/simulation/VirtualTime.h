@@ -9,8 +9,7 @@ class VirtualScheduler;
 class VirtualTime {
 public:
   explicit VirtualTime(const VirtualScheduler& scheduler);
-  VirtualTime(const VirtualTime&) = delete;
-  VirtualTime& operator=(const VirtualTime&) = delete;
+  VirtualTime(VirtualTime&&) = delete;
   ~VirtualTime();
 };
 

@@ -17,8 +17,7 @@ namespace tidewell::test {
 class PrivateSystemBus : public PrivateBus {
 public:
   PrivateSystemBus() { ::setenv("DBUS_SYSTEM_BUS_ADDRESS", address().c_str(), 1); }
-  PrivateSystemBus(const PrivateSystemBus&) = delete;
-  PrivateSystemBus& operator=(const PrivateSystemBus&) = delete;
+  PrivateSystemBus(PrivateSystemBus&&) = delete;
   ~PrivateSystemBus() { ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS"); }
 };
 
@@ -41,8 +40,7 @@ public:
       }
     });
   }
-  FakeResolved(const FakeResolved&) = delete;
-  FakeResolved& operator=(const FakeResolved&) = delete;
+  FakeResolved(FakeResolved&&) = delete;
   ~FakeResolved() {
     m_isOver = true;
     m_thread.join();

@@ -36,8 +36,7 @@ public:
     }
     return network;
   }
-  NetworkNamespace(const NetworkNamespace&) = delete;
-  NetworkNamespace& operator=(const NetworkNamespace&) = delete;
+  NetworkNamespace(NetworkNamespace&&) = delete;
   ~NetworkNamespace() { EXPECT_EQ(::setns(m_home.get(), CLONE_NEWNET), 0); }
 
   /// The sysfs directory of this namespace's interfaces. The mount is private.

@@ -26,8 +26,7 @@ public:
                      "</policy><limit name='reply_timeout'>120000</limit></busconfig>");
     start();
   }
-  PrivateBus(const PrivateBus&) = delete;
-  PrivateBus& operator=(const PrivateBus&) = delete;
+  PrivateBus(PrivateBus&&) = delete;
   ~PrivateBus() { end(); }
 
   /// False if no daemon is installed; the test must then be skipped.

@@ -19,8 +19,7 @@ public:
     EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &scarce), 0);
     EXPECT_LT(::dup(STDIN_FILENO), 0);
   }
-  ScarceDescriptors(const ScarceDescriptors&) = delete;
-  ScarceDescriptors& operator=(const ScarceDescriptors&) = delete;
+  ScarceDescriptors(ScarceDescriptors&&) = delete;
   ~ScarceDescriptors() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &m_usual), 0); }
 
 private:

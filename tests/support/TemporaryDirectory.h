@@ -22,8 +22,7 @@ public:
     }
     m_path = name;
   }
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  TemporaryDirectory(TemporaryDirectory&&) = delete;
   ~TemporaryDirectory() {
     std::error_code ignored;
     std::filesystem::remove_all(m_path, ignored);

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 long call(bpf_cmd command, bpf_attr& attributes) {

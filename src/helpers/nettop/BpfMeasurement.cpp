@@ -27,7 +27,6 @@
 #include <sys/vfs.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr std::size_t batchSize = 1024;

@@ -15,7 +15,6 @@
 #include <sys/socket.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr std::uint64_t ethernetHeader = 14;

@@ -6,7 +6,6 @@
 #include <unordered_set>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr const char* noSockets = "the kernel tells nothing of TCP sockets";

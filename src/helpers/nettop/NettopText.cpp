@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr const char* headerLine = ",bytes_in,bytes_out,\n";
@@ -32,7 +31,8 @@ void merge(ProcessTraffic& into, const ProcessTraffic& row) {
 
 void sort(std::vector<ProcessTraffic>& rows) {
   std::ranges::stable_sort(rows, [](const ProcessTraffic& left, const ProcessTraffic& right) {
-    return std::pair(cappedTotal(right), left.process) < std::pair(cappedTotal(left), right.process);
+    return std::pair(cappedTotal(right), left.process) <
+           std::pair(cappedTotal(left), right.process);
   });
 }
 

@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 using Sets = std::array<__user_cap_data_struct, 2>; // the lower 32 capabilities, then the others

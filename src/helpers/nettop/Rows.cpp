@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr std::size_t largestUserFile = 4 << 20;

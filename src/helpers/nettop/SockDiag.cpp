@@ -14,7 +14,6 @@
 #include <sys/socket.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr std::size_t longestDatagram = 32768;

@@ -18,7 +18,6 @@
 #include <unistd.h>
 
 namespace tidewell::nettop {
-
 namespace {
 
 struct CloseDirectory {

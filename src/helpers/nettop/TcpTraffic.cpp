@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace tidewell::nettop {
-
 namespace {
 
 /// What a counter moved; 0 if it went back.

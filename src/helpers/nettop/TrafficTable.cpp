@@ -5,7 +5,6 @@
 #include <limits>
 
 namespace tidewell::nettop {
-
 namespace {
 
 constexpr const char* unknownName = "unknown";

@@ -6,7 +6,6 @@
 #include <openssl/x509_vfy.h>
 
 namespace tidewell {
-
 namespace {
 
 // Every server of TLS 1.3 supports P-256. A wrong guess of the group would cost another round trip,

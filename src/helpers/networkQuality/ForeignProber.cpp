@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t mostForeignProbes = 32;

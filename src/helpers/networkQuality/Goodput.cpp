@@ -5,7 +5,6 @@
 #include <optional>
 
 namespace tidewell {
-
 namespace {
 
 // Slower than any modem.

@@ -4,7 +4,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 // More connections add no load, and take twice the processor time.

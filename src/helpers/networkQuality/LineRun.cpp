@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t mostFailures = 3;

@@ -6,7 +6,6 @@
 #include <cstring>
 
 namespace tidewell {
-
 namespace {
 
 constexpr curl_off_t uploadBytes = 100'000'000; // some servers refuse a larger body

@@ -6,7 +6,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 constexpr double high = 1000.0; // round trips per minute

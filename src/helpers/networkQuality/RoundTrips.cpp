@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t fewest = 2;

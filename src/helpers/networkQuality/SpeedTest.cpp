@@ -8,7 +8,6 @@
 #include <cstdlib>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t longestSettings = 65'536;

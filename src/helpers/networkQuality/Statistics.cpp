@@ -7,7 +7,6 @@
 #include <numeric>
 
 namespace tidewell {
-
 namespace {
 
 constexpr double tolerance = 0.05;

@@ -23,8 +23,7 @@ struct TcpCounts {
 class TcpTally {
 public:
   TcpTally() = default;
-  TcpTally(const TcpTally&) = delete;
-  TcpTally& operator=(const TcpTally&) = delete;
+  TcpTally(TcpTally&&) = delete;
 
   /// Counts the connections of this transfer. The tally outlives them, and so their pool.
   void count(CURL* transfer);

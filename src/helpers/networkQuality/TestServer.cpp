@@ -10,7 +10,6 @@
 #include <nlohmann/json.hpp>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::string_view scheme = "https://";

@@ -5,7 +5,6 @@
 #include <openssl/ssl.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t mostHeaderBytes = 65'536;

@@ -14,7 +14,6 @@
 #include <sys/epoll.h>
 
 namespace tidewell {
-
 namespace {
 
 // libcurl waits for a writable socket even if it has nothing to write because the peer's window is

@@ -19,8 +19,7 @@ class TransferPool {
 public:
   /// Opens at most `mostConnections` at a time; 0 for any number. The loop outlives the pool.
   TransferPool(TransferLoop& loop, long mostConnections);
-  TransferPool(const TransferPool&) = delete;
-  TransferPool& operator=(const TransferPool&) = delete;
+  TransferPool(TransferPool&&) = delete;
   ~TransferPool();
 
   void add(Transfer& transfer);

@@ -54,8 +54,7 @@ public:
     require(FT_New_Face(m_library, path, 0, &m_face) == 0, std::string("cannot read ") + path);
     measure();
   }
-  Font(const Font&) = delete;
-  Font& operator=(const Font&) = delete;
+  Font(Font&&) = delete;
   ~Font() {
     FT_Done_Face(m_face);
     FT_Done_FreeType(m_library);

@@ -8,7 +8,6 @@
 #include <QPainter>
 
 namespace tidewell {
-
 namespace {
 
 // Fits into the panel's padding above its first line.

@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // The longest time between a panel's loss of focus and the click that caused it.

@@ -13,7 +13,6 @@
 #include <sys/epoll.h>
 
 namespace tidewell {
-
 namespace {
 
 std::chrono::milliseconds milliseconds(Seconds span) {

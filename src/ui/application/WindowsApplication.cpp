@@ -14,7 +14,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 using Window = WindowRequest::Kind;

@@ -17,7 +17,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int labelSpacing = 8;

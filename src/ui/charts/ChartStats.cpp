@@ -9,7 +9,6 @@
 #include <QHBoxLayout>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int spacing = 12;

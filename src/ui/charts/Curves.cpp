@@ -9,7 +9,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int segmentsAtOnce = 10;

@@ -15,7 +15,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int chartHeight = 60;

@@ -12,7 +12,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int sidePadding = 10;

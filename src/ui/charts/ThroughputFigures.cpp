@@ -7,7 +7,6 @@
 #include <algorithm>
 
 namespace tidewell {
-
 namespace {
 
 using Rate = std::int64_t (NetworkSnapshot::*)() const;

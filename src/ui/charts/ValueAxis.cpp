@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr double mostSteps = 5.0;

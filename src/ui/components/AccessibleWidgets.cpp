@@ -7,7 +7,6 @@
 #include <QPainter>
 
 namespace tidewell {
-
 namespace {
 
 class Leaf final : public QAccessibleWidget {

@@ -11,7 +11,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 // Makes Return and Enter press a button, as Space does.

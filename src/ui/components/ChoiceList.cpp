@@ -11,7 +11,6 @@
 #include <QWheelEvent>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int itemPadding = 5;

@@ -6,7 +6,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 bool isDigit(QChar character) { return character >= u'0' && character <= u'9'; }

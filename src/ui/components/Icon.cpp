@@ -11,7 +11,6 @@
 #include <numbers>
 
 namespace tidewell {
-
 namespace {
 
 // Outlines to fill, each in a square of `iconEdge` by `iconEdge`.

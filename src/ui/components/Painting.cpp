@@ -3,7 +3,6 @@
 #include "ui/tokens/TWColor.h"
 
 namespace tidewell {
-
 namespace {
 
 constexpr double ringWidth = 1.5;

@@ -7,7 +7,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int periodMs = 50;

@@ -8,7 +8,6 @@
 #include <QScrollBar>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int lineStep = 24;

@@ -11,7 +11,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 // QDateTime is sure to hold 100 million days around 1970.

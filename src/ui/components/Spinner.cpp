@@ -11,7 +11,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int edge = 16;

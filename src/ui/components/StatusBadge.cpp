@@ -12,7 +12,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int sidePadding = 12;

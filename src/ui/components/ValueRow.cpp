@@ -13,7 +13,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int leastGap = 16;

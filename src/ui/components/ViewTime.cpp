@@ -8,7 +8,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 double secondsNow() {

@@ -5,7 +5,6 @@
 #include "ui/tokens/TWFont.h"
 
 namespace tidewell {
-
 namespace {
 
 TextLine* makeLine(const TextStyle& style, const QString& text, QAccessible::Role role,

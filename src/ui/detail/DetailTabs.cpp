@@ -15,7 +15,6 @@
 #include <algorithm>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int legendSpacing = 16;

@@ -21,7 +21,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // Beside a title. Aligns the first title with the content's left edge.

@@ -11,7 +11,6 @@
 #include <QVBoxLayout>
 
 namespace tidewell {
-
 namespace {
 
 constexpr PerformanceGroup::Thresholds latencyMs{50.0, 100.0};

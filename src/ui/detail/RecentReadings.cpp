@@ -9,7 +9,6 @@
 #include <QVBoxLayout>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int edgePadding = 5;

@@ -19,7 +19,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 template <class Draw> QPixmap picture(TileSize size, const Draw& draw) {

@@ -12,7 +12,6 @@
 #include <vector>
 
 namespace tidewell {
-
 namespace {
 
 namespace face = residentInterface;

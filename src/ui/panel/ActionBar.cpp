@@ -9,7 +9,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int separatorHeight = 28;

@@ -14,7 +14,6 @@
 #include <QVBoxLayout>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int sideInset = 12;

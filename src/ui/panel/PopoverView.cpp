@@ -19,7 +19,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // The background is not blurred, so little of it may show through the text.

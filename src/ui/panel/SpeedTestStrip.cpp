@@ -13,7 +13,6 @@
 #include <cmath>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int spacing = 8;

@@ -13,7 +13,6 @@
 #include <xcb/xcb.h>
 
 namespace tidewell {
-
 namespace {
 
 template <class Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;

@@ -13,7 +13,6 @@
 #include <chrono>
 
 namespace tidewell {
-
 namespace {
 
 // The compositor reports the pointer as soon as the surface is shown, if it is on this screen.

@@ -8,7 +8,6 @@
 #include <string_view>
 
 namespace tidewell {
-
 namespace {
 
 // Values of the protocol: all four edges; exclusive keyboard input while shown.

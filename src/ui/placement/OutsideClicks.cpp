@@ -11,7 +11,6 @@
 #include <xcb/xinput.h>
 
 namespace tidewell {
-
 namespace {
 
 // Higher numbers are wheel steps.

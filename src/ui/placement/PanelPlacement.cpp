@@ -5,7 +5,6 @@
 #include <limits>
 
 namespace tidewell {
-
 namespace {
 
 QRect hostGeometry(const ScreenScale& screen) {

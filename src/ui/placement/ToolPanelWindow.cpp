@@ -9,7 +9,6 @@
 #include <QScreen>
 
 namespace tidewell {
-
 namespace {
 
 QList<ScreenScale> screens() {

@@ -12,7 +12,6 @@
 #include <algorithm>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int emptyPadding = 32;

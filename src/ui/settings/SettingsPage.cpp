@@ -18,7 +18,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int edgePadding = 10;

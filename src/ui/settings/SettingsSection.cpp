@@ -3,7 +3,6 @@
 #include "ui/settings/SettingsPage.h"
 
 namespace tidewell {
-
 namespace {
 
 using S = AppSettings;

@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 
 namespace tidewell {
-
 namespace {
 
 constexpr int sidePadding = 10;

@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 using Size = std::pair<int, QFont::Weight>;

@@ -4,7 +4,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // Entries of the table that sd-bus reads; its macros are written for C.

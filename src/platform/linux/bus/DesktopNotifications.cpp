@@ -8,10 +8,10 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
-constexpr BusService notifications{"org.freedesktop.Notifications", "/org/freedesktop/Notifications"};
+constexpr BusService notifications{"org.freedesktop.Notifications",
+                                   "/org/freedesktop/Notifications"};
 
 constexpr const char* applicationName = "Tidewell";
 constexpr const char* desktopEntry = "com.halden.Tidewell";

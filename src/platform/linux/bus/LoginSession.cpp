@@ -7,7 +7,6 @@
 #include <systemd/sd-login.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr const char* recordDirectory = "/run/systemd/sessions";

@@ -23,9 +23,7 @@ public:
   LoginSession(EventLoop& loop, std::string session, const std::string& directory,
                HasEnded hasEnded, std::function<void()> onEnd);
 
-  LoginSession(const LoginSession&) = delete;
-  LoginSession& operator=(const LoginSession&) = delete;
-  ~LoginSession() = default;
+  LoginSession(LoginSession&&) = delete;
 
 private:
   void changed();

@@ -12,7 +12,6 @@
 #include <systemd/sd-bus.h>
 
 namespace tidewell {
-
 namespace {
 
 // More than anybody uses. A hostile reply may hold millions.

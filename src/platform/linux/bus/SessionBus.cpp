@@ -11,7 +11,6 @@
 #include <sys/epoll.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds firstDelay = 1.0;

@@ -31,8 +31,7 @@ public:
   /// an empty one means that there is no bus.
   explicit SessionBus(EventLoop& loop);
   SessionBus(EventLoop& loop, std::string address);
-  SessionBus(const SessionBus&) = delete;
-  SessionBus& operator=(const SessionBus&) = delete;
+  SessionBus(SessionBus&&) = delete;
   ~SessionBus();
 
   /// Calls the function with each connection as soon as it is usable; at once if there is one.

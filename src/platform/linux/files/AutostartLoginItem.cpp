@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 std::string entryFor(const std::string& programPath) {

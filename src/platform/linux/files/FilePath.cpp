@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 // The kernel follows at most 40 symlinks (path_resolution(7)).

@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr mode_t permissionBits = 07777;

@@ -13,7 +13,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::uint32_t finishing = IN_CLOSE_WRITE | IN_MOVED_TO;

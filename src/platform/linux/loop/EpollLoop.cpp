@@ -13,11 +13,14 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::uint64_t alarmKey = 0;
 constexpr std::uint64_t firstHandlerKey = 1;
+
+// Timers that are set this soon after the alarm count from the alarm. So one that lasts as long as
+// others that were due then falls due with them, and the machine wakes once.
+constexpr Seconds alarmReach = 0.02;
 
 // Descriptors are polled after this many tasks in a row.
 constexpr int tasksPerTurn = 64;
@@ -76,12 +79,17 @@ EpollLoop::~EpollLoop() = default;
 void EpollLoop::post(Task task) { m_core.post(std::move(task)); }
 
 void EpollLoop::postAfter(Seconds delay, Task task) {
-  m_core.add(now() + toTicks(delay), Ticks::zero(), std::move(task));
+  m_core.add(timerBase() + toTicks(delay), Ticks::zero(), std::move(task));
 }
 
 std::unique_ptr<Timer> EpollLoop::repeat(Seconds first, Seconds period, Task task) {
   return std::make_unique<LoopTimer>(
-      *this, m_core.add(now() + toTicks(first), toPeriod(period), std::move(task)));
+      *this, m_core.add(timerBase() + toTicks(first), toPeriod(period), std::move(task)));
+}
+
+Ticks EpollLoop::timerBase() const {
+  const Ticks time = now();
+  return time - m_lastAlarm < toTicks(alarmReach) ? m_lastAlarm : time;
 }
 
 std::unique_ptr<FdWatch> EpollLoop::watch(int descriptor, std::uint32_t events, FdHandler handler) {
@@ -146,7 +154,7 @@ void EpollLoop::dispatch(std::span<const epoll_event> events) {
     if (key == alarmKey) {
       std::uint64_t firings = 0;
       [[maybe_unused]] const auto size = ::read(m_alarm.get(), &firings, sizeof firings);
-      m_alarmAt = Ticks::zero();
+      m_lastAlarm = std::exchange(m_alarmAt, Ticks::zero());
     } else if (const auto found = m_handlers.find(key); found != m_handlers.end()) {
       // Shared, because the handler may end its own watch.
       const std::shared_ptr<FdHandler> handler = found->second;

@@ -38,6 +38,7 @@ private:
   class LoopTimer;
   class Watch;
 
+  [[nodiscard]] Ticks timerBase() const;
   bool finishTurn();
   bool armAlarm();
   void dispatch(std::span<const epoll_event> events);
@@ -45,6 +46,7 @@ private:
   FileDescriptor m_epoll;
   FileDescriptor m_alarm; // timerfd for the next timer
   Ticks m_alarmAt = Ticks::zero();
+  Ticks m_lastAlarm = Ticks::zero();
   QueueCore m_core;
   std::map<std::uint64_t, std::shared_ptr<FdHandler>> m_handlers;
   std::uint64_t m_nextHandler;

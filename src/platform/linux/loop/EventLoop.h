@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Interface.h"
 #include "base/Observers.h"
 #include "base/Scheduler.h"
 
@@ -10,13 +11,8 @@
 namespace tidewell {
 
 /// Keeps a file descriptor watched until destroyed. The descriptor stays open.
-class FdWatch {
+class FdWatch : public Interface {
 public:
-  FdWatch() = default;
-  FdWatch(const FdWatch&) = delete;
-  FdWatch& operator=(const FdWatch&) = delete;
-  virtual ~FdWatch() = default;
-
   /// Sets the events to wait for (`EPOLLIN`, `EPOLLOUT`, ...; zero for errors only).
   virtual void setEvents(std::uint32_t events) = 0;
 };

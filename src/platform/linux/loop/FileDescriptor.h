@@ -20,8 +20,6 @@ public:
     }
     return *this;
   }
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
   ~FileDescriptor() { reset(); }
 
   [[nodiscard]] int get() const { return m_descriptor; }

@@ -16,7 +16,6 @@
 #include <sys/socket.h>
 
 namespace tidewell {
-
 namespace {
 
 // The table of the calling thread's network namespace.

@@ -14,7 +14,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 // An answer takes a millisecond or two.

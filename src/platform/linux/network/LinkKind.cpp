@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::array<std::string_view, 4> tunnelTypes = {"vxlan", "geneve", "gretap", "wireguard"};
@@ -54,7 +53,8 @@ LinkTraits readLinkTraits(const std::string& sysfsRoot, const std::string& name)
   traits.name = name;
   const std::string type = readFile(directory + "type", largestAttribute).contents;
   traits.hardwareType = parseInteger<int>(trim(type)).value_or(traits.hardwareType);
-  traits.deviceType = valueOf(readFile(directory + "uevent", largestAttribute).contents, "DEVTYPE=");
+  traits.deviceType =
+      valueOf(readFile(directory + "uevent", largestAttribute).contents, "DEVTYPE=");
   traits.isWireless = exists(directory + "phy80211") || exists(directory + "wireless");
   traits.isTun = exists(directory + "tun_flags");
   return traits;

@@ -7,7 +7,6 @@
 #include <net/if.h>
 
 namespace tidewell {
-
 namespace {
 
 /// The interface's own address. On a point-to-point link IFA_ADDRESS is the peer's.

@@ -6,7 +6,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 PathReport reportOf(LinkKind kind) {

@@ -8,7 +8,6 @@
 #include <sys/time.h>
 
 namespace tidewell {
-
 namespace {
 
 // The kernel answers before send returns. The limit only ends a wait for a faulty kernel.

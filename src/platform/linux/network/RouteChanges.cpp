@@ -12,7 +12,6 @@
 #include <sys/socket.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr Seconds quietTime = 0.1;

@@ -10,7 +10,6 @@
 #include <sys/socket.h>
 
 namespace tidewell {
-
 namespace {
 
 // Cloudflare's public resolver, which is never inside a private network.

@@ -10,7 +10,6 @@
 #include <linux/nl80211.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t longestSsid = 32; // IEEE 802.11

@@ -7,7 +7,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // A writer that rewrites a file in place finishes this soon after its last step.

@@ -12,7 +12,6 @@
 #include <sys/stat.h>
 
 namespace tidewell {
-
 namespace {
 
 // Eleven short lines are expected.

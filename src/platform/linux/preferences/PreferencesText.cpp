@@ -7,7 +7,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";

@@ -12,7 +12,6 @@
 #include <system_error>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::string_view digits = "0123456789";

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 // All write and execute rights of Landlock's first version. Of the later ones, the two that change

@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 // A program that ran this long did not crash because of how it was started.

@@ -15,8 +15,7 @@ public:
       : m_running(running), m_id(child.id()) {
     m_running.emplace(m_id, &child);
   }
-  Listing(const Listing&) = delete;
-  Listing& operator=(const Listing&) = delete;
+  Listing(Listing&&) = delete;
   ~Listing() { m_running.erase(m_id); }
 
 private:

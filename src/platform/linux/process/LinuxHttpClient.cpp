@@ -17,8 +17,7 @@ public:
                                     ChildPriority::utility)) {
     m_running.insert(m_child.get());
   }
-  Request(const Request&) = delete;
-  Request& operator=(const Request&) = delete;
+  Request(Request&&) = delete;
   ~Request() { m_running.erase(m_child.get()); }
 
   [[nodiscard]] SpawnedChild* child() const { return m_child.get(); }

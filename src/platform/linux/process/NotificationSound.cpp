@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace tidewell {
-
 namespace {
 
 // Longer than any such sound; the helper itself gives up earlier.

@@ -8,7 +8,6 @@
 #include <csignal>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/epoll.h>
@@ -16,18 +15,9 @@
 #include <sys/wait.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::size_t longestMessage = 4096;
-
-std::vector<std::string> ownEnvironment() {
-  std::vector<std::string> variables;
-  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    variables.emplace_back(*entry);
-  }
-  return variables;
-}
 
 } // namespace
 
@@ -42,7 +32,7 @@ std::unique_ptr<SocketChild> SocketChild::start(EventLoop& loop, const std::stri
   SpawnSettings settings;
   settings.duplicate(theirs.get(), STDIN_FILENO);
   settings.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
-  const pid_t pid = settings.spawn(executable, {}, ownEnvironment());
+  const pid_t pid = settings.spawn(executable, {}, ownEnvironment(), SpawnSettings::Start::awaited);
   if (pid < 0) {
     return nullptr;
   }

@@ -28,8 +28,7 @@ public:
   /// Starts a program with this process's environment; null if that fails.
   [[nodiscard]] static std::unique_ptr<SocketChild>
   start(EventLoop& loop, const std::string& executable, Events events);
-  SocketChild(const SocketChild&) = delete;
-  SocketChild& operator=(const SocketChild&) = delete;
+  SocketChild(SocketChild&&) = delete;
   ~SocketChild();
 
   /// Sends a message of at most a few kilobytes. Does nothing if the child has ended or some

@@ -2,13 +2,11 @@
 
 #include "base/IfMemoryAllows.h"
 #include "platform/linux/loop/EventLoop.h"
-#include "platform/linux/process/SpawnSettings.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
-#include <string_view>
 #include <utility>
 
 #include <fcntl.h>
@@ -16,7 +14,6 @@
 #include <sys/wait.h>
 
 namespace tidewell {
-
 namespace {
 
 // A terminated child is killed after this time.
@@ -43,13 +40,10 @@ std::optional<Pipe> makePipe() {
 
 /// This process's environment with the C locale.
 std::vector<std::string> untranslatedEnvironment() {
-  std::vector<std::string> variables;
-  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    const std::string_view variable(*entry);
-    if (!variable.starts_with("LC_ALL=") && !variable.starts_with("LANGUAGE=")) {
-      variables.emplace_back(variable);
-    }
-  }
+  std::vector<std::string> variables = ownEnvironment();
+  std::erase_if(variables, [](const std::string& variable) {
+    return variable.starts_with("LC_ALL=") || variable.starts_with("LANGUAGE=");
+  });
   variables.emplace_back("LC_ALL=C");
   return variables;
 }
@@ -61,16 +55,6 @@ bool reap(pid_t pid, int options, int& status) {
     reaped = ::waitpid(pid, &status, options);
   } while (reaped < 0 && errno == EINTR);
   return reaped != 0;
-}
-
-pid_t spawn(const std::string& executable, const std::vector<std::string>& arguments,
-            ChildPriority priority, int output, int errors) {
-  SpawnSettings settings;
-  settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  settings.duplicate(output, STDOUT_FILENO);
-  settings.duplicate(errors, STDERR_FILENO);
-  return settings.spawn(executable, arguments, untranslatedEnvironment(),
-                        priority == ChildPriority::utility);
 }
 
 } // namespace
@@ -86,8 +70,13 @@ std::unique_ptr<SpawnedChild> SpawnedChild::start(EventLoop& loop, const std::st
   std::unique_ptr<SpawnedChild> child;
   const bool hasMemory = ifMemoryAllows([&] {
     child.reset(new SpawnedChild(loop, std::move(output->readEnd), std::move(errors->readEnd)));
+    SpawnSettings& settings = child->m_settings;
+    settings.open(STDIN_FILENO, "/dev/null", O_RDONLY);
+    settings.duplicate(output->writeEnd.get(), STDOUT_FILENO);
+    settings.duplicate(errors->writeEnd.get(), STDERR_FILENO);
     child->m_pid =
-        spawn(executable, arguments, priority, output->writeEnd.get(), errors->writeEnd.get());
+        settings.spawn(executable, arguments, untranslatedEnvironment(),
+                       SpawnSettings::Start::concurrent, priority == ChildPriority::utility);
     child->watch(limit);
   });
   return hasMemory && child->m_pid > 0 ? std::move(child) : nullptr;
@@ -147,6 +136,9 @@ void SpawnedChild::stop() {
 }
 
 std::optional<std::string> SpawnedChild::output() const {
+  if (m_settings.hasFailed()) {
+    return std::nullopt;
+  }
   std::string text;
   return ifMemoryAllows([&] { readOutput(text); }) ? std::optional(std::move(text)) : std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include "base/Async.h"
 #include "base/Scheduler.h"
 #include "platform/linux/loop/FileDescriptor.h"
+#include "platform/linux/process/SpawnSettings.h"
 
 #include <memory>
 #include <optional>
@@ -31,8 +32,7 @@ public:
   [[nodiscard]] static std::unique_ptr<SpawnedChild>
   start(EventLoop& loop, const std::string& executable, const std::vector<std::string>& arguments,
         Seconds limit, ChildPriority priority = ChildPriority::normal);
-  SpawnedChild(const SpawnedChild&) = delete;
-  SpawnedChild& operator=(const SpawnedChild&) = delete;
+  SpawnedChild(SpawnedChild&&) = delete;
   ~SpawnedChild();
 
   [[nodiscard]] pid_t id() const { return m_pid; }
@@ -49,8 +49,9 @@ public:
   /// Exit status of an exited child; nullopt if a signal ended it.
   [[nodiscard]] std::optional<int> status() const { return m_status; }
 
-  /// The child's standard output; nullopt if there is not enough memory for it. Call it after
-  /// `exit`. Does not wait for a descendant that still holds the pipe open.
+  /// The child's standard output; nullopt if its program could not run or there is not enough
+  /// memory for it. Call it after `exit`. Does not wait for a descendant that still holds the pipe
+  /// open.
   [[nodiscard]] std::optional<std::string> output() const;
 
 private:
@@ -72,6 +73,7 @@ private:
   void readOutput(std::string& text) const;
 
   EventLoop& m_loop;
+  SpawnSettings m_settings;
   pid_t m_pid = -1;
   bool m_hasExited = false;
   std::optional<int> m_status;

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 void release(std::uintptr_t begin, std::uintptr_t end) {

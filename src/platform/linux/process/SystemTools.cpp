@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 namespace tidewell {
-
 namespace {
 
 constexpr std::array<const char*, 5> pingPlaces = {"/usr/bin/ping", "/bin/ping", "/usr/sbin/ping",

@@ -14,8 +14,7 @@ class FdWatch;
 class TerminationSignals {
 public:
   TerminationSignals(EventLoop& loop, std::function<void()> onTermination);
-  TerminationSignals(const TerminationSignals&) = delete;
-  TerminationSignals& operator=(const TerminationSignals&) = delete;
+  TerminationSignals(TerminationSignals&&) = delete;
   ~TerminationSignals();
 
 private:
