@@ -25,8 +25,8 @@ const char* plain(const std::string& text) { return text.c_str(); }
 template <class Value> Value plain(Value value) { return value; }
 
 template <class Value> int appendValue(sd_bus_message& message, const Value& value) {
-  const char type[] = {face::typeCode<Value>, '\0'};
-  return sd_bus_message_append(&message, type, plain(value));
+  const std::string type(1, face::typeCode<Value>);
+  return sd_bus_message_append(&message, type.c_str(), plain(value));
 }
 
 template <class Record> int appendFields(sd_bus_message& message, const Record& record) {

@@ -123,5 +123,34 @@ TEST(EpollLoop, GivesDescriptorsTheirChanceBesideTasksThatNeverEnd) {
   loop.run();
 }
 
+/// Whether a timer that a firing sets after some work fires in one turn with the firing that falls
+/// due at the same time.
+bool wakesOnceForBoth() {
+  EpollLoop loop;
+  int sleeps = 0;
+  int firings = 0;
+  int sleepsAtThird = -1;
+  const auto hook = loop.beforeSleep([&] { ++sleeps; });
+  const auto timer = loop.repeat(0.05, 0.05, [&] {
+    ++firings;
+    if (firings == 1) {
+      ::usleep(4000);
+      loop.postAfter(0.1, [&] { loop.quit(); });
+    } else if (firings == 3) {
+      sleepsAtThird = sleeps;
+    }
+  });
+  loop.run();
+  return firings == 3 && sleeps == sleepsAtThird;
+}
+
+TEST(EpollLoop, CountsATimersDelayFromTheAlarmThatLedToIt) {
+  bool isTogether = false;
+  for (int attempt = 0; attempt < 10 && !isTogether; ++attempt) { // a busy machine is late
+    isTogether = wakesOnceForBoth();
+  }
+  EXPECT_TRUE(isTogether);
+}
+
 } // namespace
 } // namespace tidewell::test

@@ -44,7 +44,7 @@ std::optional<TestServer> SpeedTest::chooseServer() {
   if (document.empty()) {
     return defaultServer();
   }
-  const auto server = fetchServer(document);
+  auto server = fetchServer(document);
   if (m_failure) {
     m_failure = "the configuration document is of no use: " + *m_failure;
   }
@@ -66,7 +66,7 @@ std::optional<TestServer> SpeedTest::fetchServer(const std::string& document) {
   if (m_failure) {
     return std::nullopt;
   }
-  const auto server = parseServerDocument(transfer.body());
+  auto server = parseServerDocument(transfer.body());
   if (!server) {
     m_failure = "it does not name three addresses of one server";
   }

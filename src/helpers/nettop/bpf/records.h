@@ -24,8 +24,8 @@ struct SocketTraffic {
 /* A process, running or not. */
 struct ProcessRecord {
   __u32 user;
-  __u32 servesTunnel;     /* whether it holds /dev/net/tun open */
-  char name[longestName]; /* NOLINT(modernize-avoid-c-arrays): this is C, too */
+  __u32 servesTunnel; /* whether it holds /dev/net/tun open */
+  char name[longestName];
 };
 
 enum Phase {
@@ -41,6 +41,5 @@ struct Control {
   __u32 lastHolder;
   __u32 hasTunnels;
   __u64 network; /* the cookie of the network namespace that the tunnels are of */
-  /* One bit for each interface index. NOLINTNEXTLINE(modernize-avoid-c-arrays): this is C, too */
-  __u64 tunnelDevices[deviceWords];
+  __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
 };

@@ -40,7 +40,7 @@ template <class Add> BusSlot withHandler(BusHandler handler, Add&& add) {
     return 0;
   };
   auto owned = std::make_unique<BusHandler>(std::move(handler));
-  BusSlot slot =
+  auto slot =
       takeFrom<BusSlot>([&](sd_bus_slot** made) { return add(made, callback, owned.get()); });
   if (slot) {
     sd_bus_slot_set_destroy_callback(slot.get(),

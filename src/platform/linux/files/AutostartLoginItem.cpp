@@ -83,7 +83,8 @@ std::string stringValue(std::string_view text) {
   std::string result;
   for (const char character : text) {
     const std::size_t index = special.find(character);
-    result += index == special.npos ? std::string{character} : std::string{'\\', letters[index]};
+    result += index == std::string_view::npos ? std::string{character}
+                                              : std::string{'\\', letters[index]};
   }
   return result;
 }
@@ -92,7 +93,7 @@ std::string execValue(std::string_view programPath) {
   constexpr std::string_view special = "\"`$\\";
   std::string argument = "\"";
   for (const char character : programPath) {
-    if (special.find(character) != special.npos) {
+    if (special.find(character) != std::string_view::npos) {
       argument += '\\';
     } else if (character == '%') {
       argument += '%';

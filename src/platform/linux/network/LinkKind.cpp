@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include <linux/if_arp.h>
+#include <net/if_arp.h>
 #include <unistd.h>
 
 namespace tidewell {

@@ -27,7 +27,7 @@ private:
   using Reading = PreferencesStorage::Reading;
 
   void fileChanged(bool isFinished);
-  bool isComplete(const Reading& reading) const;
+  [[nodiscard]] bool isComplete(const Reading& reading) const;
   bool flush(const PreferenceValues& changes);
   void adopt(Reading reading);
   void retryLater();

@@ -35,7 +35,7 @@ bool skip(std::string_view& text, std::string_view expected) {
 
 void skipLine(std::string_view& text) {
   const std::size_t newline = text.find('\n');
-  text.remove_prefix(newline == text.npos ? text.size() : newline + 1);
+  text.remove_prefix(newline == std::string_view::npos ? text.size() : newline + 1);
 }
 
 // Skips blanks, a comment and the end of the line. False if something else comes first.
@@ -111,10 +111,9 @@ Statement takeStatement(std::string_view& text) {
 
 } // namespace
 
-PreferencesText::PreferencesText(std::string_view text) {
+PreferencesText::PreferencesText(std::string_view text)
+    : m_text(skip(text, byteOrderMark) ? byteOrderMark : ""), m_end(m_text.size()) {
   using Kind = Statement::Kind;
-  m_text = skip(text, byteOrderMark) ? byteOrderMark : "";
-  m_end = m_text.size();
   std::size_t commentEnd = 0;
   while (!text.empty()) {
     const std::size_t begin = m_text.size();
@@ -166,7 +165,7 @@ void PreferencesText::set(std::string_view key, const PreferenceValue& value) {
 }
 
 std::string PreferencesText::lineFor(std::string_view key, const PreferenceValue& value) const {
-  const std::string_view newline = m_text.find("\r\n") == m_text.npos ? "\n" : "\r\n";
+  const std::string_view newline = m_text.find("\r\n") == std::string::npos ? "\n" : "\r\n";
   const std::string_view before = std::string_view(m_text).substr(0, m_end);
   std::string_view after = std::string_view(m_text).substr(m_end);
   std::string line;

@@ -59,7 +59,7 @@ bool readEscape(std::string_view& text, std::string& value) {
   constexpr std::string_view meanings = "\b\t\n\f\r\"\\";
   constexpr std::uint32_t highestCodePoint = 0x10FFFF;
   const std::string_view letter = take(text, 1);
-  if (const auto index = letters.find(letter); !letter.empty() && index != letters.npos) {
+  if (const auto index = letters.find(letter); !letter.empty() && index != std::string_view::npos) {
     value += meanings[index];
     return true;
   }
@@ -150,7 +150,7 @@ bool skipBrackets(std::string_view& text) {
   return false;
 }
 
-bool isDigit(char character) { return digits.find(character) != digits.npos; }
+bool isDigit(char character) { return digits.find(character) != std::string_view::npos; }
 
 // The number without its underscores, or nullopt if one of them or the point is not between digits.
 std::optional<std::string> withoutUnderscores(std::string_view token) {
@@ -159,8 +159,8 @@ std::optional<std::string> withoutUnderscores(std::string_view token) {
   for (std::size_t index = 0; index < token.size(); ++index) {
     const bool isSeparator = token[index] == '_' || token[index] == '.';
     if (isSeparator && (index == 0 || index + 1 == token.size() ||
-                        between.find(token[index - 1]) == between.npos ||
-                        between.find(token[index + 1]) == between.npos)) {
+                        between.find(token[index - 1]) == std::string_view::npos ||
+                        between.find(token[index + 1]) == std::string_view::npos)) {
       return std::nullopt;
     }
     text += token[index] == '_' ? "" : token.substr(index, 1);
@@ -196,8 +196,8 @@ std::optional<PreferenceValue> readNumber(std::string_view token) {
   if (magnitude.empty() || !isDigit(magnitude[0]) || hasExtraZero) {
     return std::nullopt;
   }
-  return magnitude.find_first_not_of(digits) == text.npos ? readInteger(text, 10)
-                                                          : parseDouble(text);
+  return magnitude.find_first_not_of(digits) == std::string_view::npos ? readInteger(text, 10)
+                                                                       : parseDouble(text);
 }
 
 // Whether the text starts like the example, with any digit for a 0.
@@ -249,7 +249,7 @@ struct TextOf {
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
     const std::string text(buffer.data(), result.ptr);
     // Without a point or an exponent it would be read back as an integer.
-    return text.find_first_of(".en") == text.npos ? text + ".0" : text;
+    return text.find_first_of(".en") == std::string::npos ? text + ".0" : text;
   }
 };
 
@@ -283,7 +283,8 @@ std::optional<std::string> readTomlKey(std::string_view& text) {
 std::string tomlText(const PreferenceValue& value) { return std::visit(TextOf{}, value); }
 
 std::string tomlKey(std::string_view key) {
-  const bool isBare = !key.empty() && key.find_first_not_of(keyCharacters) == key.npos;
+  const bool isBare =
+      !key.empty() && key.find_first_not_of(keyCharacters) == std::string_view::npos;
   return isBare ? std::string(key) : quoted(key);
 }
 
