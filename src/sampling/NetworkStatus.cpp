@@ -17,10 +17,9 @@ std::string_view rawValue(NetworkStatus status) {
 
 std::optional<NetworkStatus> networkStatus(std::string_view rawValue) {
   const auto* const found = std::ranges::find(statusNames, rawValue);
-  if (found == statusNames.end()) {
-    return std::nullopt;
-  }
-  return static_cast<NetworkStatus>(found - statusNames.begin());
+  return found == statusNames.end()
+             ? std::nullopt
+             : std::optional(static_cast<NetworkStatus>(found - statusNames.begin()));
 }
 
 } // namespace tidewell

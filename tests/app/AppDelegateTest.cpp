@@ -205,6 +205,14 @@ TEST_F(AppDelegateTest, StopsAndStartsTrackingWithTheSetting) {
   EXPECT_EQ(runsOf(Tool::processTraffic), 2U);
 }
 
+TEST_F(AppDelegateTest, StopsTrackingWhenTheSettingIsRemoved) {
+  settings.setTrackPerProcess(true);
+  launch();
+  preferences.remove("trackPerProcess");
+  machine.scheduler.advance(60.0);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 0U);
+}
+
 TEST_F(AppDelegateTest, StopsBothTimersAndNothingElseAtTheEnd) {
   launch();
   machine.scheduler.advance(10.0);

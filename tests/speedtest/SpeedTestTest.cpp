@@ -24,6 +24,7 @@ TEST(NetworkQualityOutput, ReadsCapacitiesAndResponsiveness) {
 
 TEST(NetworkQualityOutput, ConvertsUnitsByThousands) {
   EXPECT_EQ(parse("Download capacity: 850 Kbps").downloadMbps, 0.85);
+  EXPECT_EQ(parse("Download capacity: 9 Kbps").downloadMbps, 0.009); // not 9 * 0.001
   EXPECT_EQ(parse("Upload capacity: 12.5Mbps").uploadMbps, 12.5);
   EXPECT_EQ(parse("UPLINK CAPACITY: 2\t\v \f\rGbps").uploadMbps, 2000.0);
 }
@@ -52,6 +53,7 @@ TEST(NetworkQualityOutput, LetsALaterLineWin) {
 TEST(NetworkQualityOutput, TakesTheFirstDigitsOfAResponsivenessLine) {
   EXPECT_EQ(parse("Responsiveness: Medium (85.313 milliseconds, 703 RPM)").responsiveness, 85);
   EXPECT_EQ(parse("Responsiveness: 99999999999999999999").responsiveness, 0);
+  EXPECT_EQ(parse("RESPONSIVENESS: 12").responsiveness, 12);
 }
 
 TEST(NetworkQualityOutput, StopsAtTheFirstTestThatHolds) {

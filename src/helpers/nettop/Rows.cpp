@@ -70,6 +70,7 @@ std::vector<ProcessTraffic> diagRows(const std::vector<TcpReading>& movement,
     tcp.sent += socket.sent;
   }
   std::vector<ProcessTraffic> rows;
+  rows.reserve(parties.size() + 1);
   for (const auto& [party, row] : parties) {
     rows.push_back(row);
   }

@@ -13,7 +13,7 @@ struct TcpEnd {
   std::array<std::uint32_t, 4> address{}; // network order; an IPv4 address is in the first alone
   std::uint16_t port = 0;                 // network order
 
-  friend auto operator<=>(const TcpEnd&, const TcpEnd&) = default;
+  friend auto operator<=>(const TcpEnd&, const TcpEnd&) = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// A TCP socket with its counters.

@@ -6,7 +6,7 @@ namespace tidewell {
 
 /// An opaque sRGB colour of components from 0 to 1.
 [[nodiscard]] inline QColor opaqueColor(double red, double green, double blue) noexcept {
-  const auto component = [](double value) { return static_cast<ushort>(value * 65535.0 + 0.5); };
+  const auto component = [](double value) { return static_cast<ushort>(qRound(value * 65535.0)); };
   return QColor::fromRgba64(component(red), component(green), component(blue));
 }
 

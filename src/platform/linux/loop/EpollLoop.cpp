@@ -18,8 +18,8 @@ namespace {
 constexpr std::uint64_t alarmKey = 0;
 constexpr std::uint64_t firstHandlerKey = 1;
 
-// Timers that are set this soon after the alarm count from the alarm. So one that lasts as long as
-// others that were due then falls due with them, and the machine wakes once.
+// Timers that are set this soon after an alarm count from it, so that they fall due together with
+// those of the same grid.
 constexpr Seconds alarmReach = 0.02;
 
 // Descriptors are polled after this many tasks in a row.
