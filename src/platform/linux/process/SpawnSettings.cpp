@@ -98,7 +98,7 @@ pid_t SpawnSettings::spawn(const std::string& executable, std::vector<std::strin
     ::dup2(copy, target);
   }
   for (const int signal : own.m_signals) {
-    ::signal(signal, SIG_DFL);
+    static_cast<void>(::signal(signal, SIG_DFL));
   }
   sigset_t none;
   sigemptyset(&none);
