@@ -53,7 +53,8 @@ protected:
   void flood(int calls) {
     for (int call = 0; call < calls; ++call) {
       const auto message = takeFrom<BusMessage>([&](sd_bus_message** made) {
-        return sd_bus_message_new_method_call(client.get(), made, name, path, testInterface, "Call");
+        return sd_bus_message_new_method_call(client.get(), made, name, path, testInterface,
+                                              "Call");
       });
       std::uint64_t cookie = 0; // passing it requests a reply
       ASSERT_GE(sd_bus_send(client.get(), message.get(), &cookie), 0);

@@ -63,7 +63,8 @@ TEST(TrafficTable, KeepsWhatIsNobodysInOneRow) {
 
 TEST(TrafficTable, LeavesOutWhoMovedNothing) {
   EXPECT_TRUE(
-      rowsOf({socketTraffic(7, 0, 0)}, {{7, process("idle")}, {9, process("never heard of")}}).empty());
+      rowsOf({socketTraffic(7, 0, 0)}, {{7, process("idle")}, {9, process("never heard of")}})
+          .empty());
 }
 
 TEST(TrafficTable, TakesANameThatFillsItsPlace) {
@@ -87,15 +88,16 @@ TEST(TrafficTable, TakesTunnelTrafficFromTheBusiestServerFirst) {
 TEST(TrafficTable, DoesNotTakeTheInterfacesOfOtherNamespacesForTunnels) {
   SocketTraffic elsewhere = tunnelled(7, 1000, 0);
   elsewhere.mayTunnel = 0;
-  EXPECT_EQ(rowsOf({elsewhere, socketTraffic(8, 1060, 0)}, {{7, process("contained")}, {8, vpn}}).back(),
-            (ProcessTraffic{"vpn", 8, 0, 1060, 0}));
+  EXPECT_EQ(
+      rowsOf({elsewhere, socketTraffic(8, 1060, 0)}, {{7, process("contained")}, {8, vpn}}).back(),
+      (ProcessTraffic{"vpn", 8, 0, 1060, 0}));
 }
 
 TEST(TrafficTable, NeverTakesMoreThanThereIs) {
-  EXPECT_EQ(
-      rowsOf({tunnelled(7, 1000, 1000), socketTraffic(8, 10, 2000)}, {{7, process("browser")}, {8, vpn}})
-          .back(),
-      (ProcessTraffic{"vpn", 8, 0, 0, 1000}));
+  EXPECT_EQ(rowsOf({tunnelled(7, 1000, 1000), socketTraffic(8, 10, 2000)},
+                   {{7, process("browser")}, {8, vpn}})
+                .back(),
+            (ProcessTraffic{"vpn", 8, 0, 0, 1000}));
 }
 
 } // namespace
