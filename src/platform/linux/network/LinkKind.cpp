@@ -17,7 +17,7 @@ namespace {
 constexpr std::array<std::string_view, 4> tunnelTypes = {"vxlan", "geneve", "gretap", "wireguard"};
 
 // sysfs attributes are at most a page.
-constexpr std::size_t largestAttribute = 4096;
+constexpr std::size_t attributeSize = 4096;
 
 bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
@@ -51,10 +51,9 @@ LinkTraits readLinkTraits(const std::string& sysfsRoot, const std::string& name)
   const std::string directory = sysfsRoot + "/class/net/" + name + "/";
   LinkTraits traits;
   traits.name = name;
-  const std::string type = readFile(directory + "type", largestAttribute).contents;
+  const std::string type = readFile(directory + "type", attributeSize).contents;
   traits.hardwareType = parseInteger<int>(trim(type)).value_or(traits.hardwareType);
-  traits.deviceType =
-      valueOf(readFile(directory + "uevent", largestAttribute).contents, "DEVTYPE=");
+  traits.deviceType = valueOf(readFile(directory + "uevent", attributeSize).contents, "DEVTYPE=");
   traits.isWireless = exists(directory + "phy80211") || exists(directory + "wireless");
   traits.isTun = exists(directory + "tun_flags");
   return traits;

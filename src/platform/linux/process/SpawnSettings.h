@@ -52,6 +52,7 @@ private:
   bool m_hasFailed = false; // written by the child
 };
 
+/// The variables of the environment of this process, as "NAME=value".
 [[nodiscard]] inline std::vector<std::string> ownEnvironment() {
   std::vector<std::string> variables;
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
