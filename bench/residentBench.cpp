@@ -1,5 +1,6 @@
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
@@ -22,7 +23,8 @@ using namespace tidewell;
 void kernelRoute(benchmark::State& state) {
   RouteSocket socket;
   EpollLoop loop;
-  LinuxConfigurationStore configuration(loop, socket);
+  SessionBus noBus(loop, "");
+  LinuxConfigurationStore configuration(loop, socket, noBus);
   for (auto _ : state) {
     benchmark::DoNotOptimize(configuration.primaryInterface());
   }
@@ -33,7 +35,9 @@ BENCHMARK(kernelRoute);
 void kernelCounters(benchmark::State& state) {
   RouteSocket socket;
   EpollLoop loop;
-  const std::string name = LinuxConfigurationStore(loop, socket).primaryInterface().value_or("lo");
+  SessionBus noBus(loop, "");
+  const std::string name =
+      LinuxConfigurationStore(loop, socket, noBus).primaryInterface().value_or("lo");
   DeviceTable table;
   for (auto _ : state) {
     benchmark::DoNotOptimize(table.device(name));

@@ -3,15 +3,18 @@
 #include "app/ResidentShell.h"
 #include "app/WindowsProcess.h"
 #include "base/TaskQueue.h"
+#include "base/TextPieces.h"
 #include "connectivity/NetworkMonitor.h"
 #include "platform/Platform.h"
 #include "platform/linux/bus/DesktopNotifications.h"
 #include "platform/linux/bus/LoginSession.h"
 #include "platform/linux/bus/SessionBus.h"
+#include "platform/linux/bus/SystemSignals.h"
 #include "platform/linux/files/AutostartLoginItem.h"
 #include "platform/linux/files/FilePath.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/SystemClock.h"
+#include "platform/linux/network/AddressText.h"
 #include "platform/linux/network/DeviceTable.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/LinuxInterfaceAddresses.h"
@@ -31,6 +34,7 @@
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestRunner.h"
 
+#include <optional>
 #include <string>
 
 namespace tidewell {
@@ -39,13 +43,22 @@ namespace {
 // Startup samples and lookups have finished by then.
 constexpr Seconds settled = 9.0;
 
+/// Whether the reply to a lookup of the public address is one.
+bool namesAddress(const std::optional<std::string>& body) {
+  return body && isAddress(std::string(trim(*body)));
+}
+
 /// The implementations of `Platform`.
 struct Machine {
   Machine(EventLoop& loop, const std::string& program)
-      : configuration(loop, routes), children(loop),
-        http(loop, helperProgram(program, "publicAddress")),
-        paths(loop, routes, [this](bool isSatisfied) { http.setPathSatisfied(isSatisfied); }) {}
+      : systemBus(loop, SessionBus::systemAddress()), configuration(loop, routes, systemBus),
+        children(loop), http(loop, helperProgram(program, "publicAddress"),
+                             [this](const auto& body) { paths.lookedUp(namesAddress(body)); }),
+        paths(loop, routes, [this](bool isSatisfied) { http.setPathSatisfied(isSatisfied); }),
+        signals(systemBus, {[this](bool isSleeping) { paths.setSleeping(isSleeping); },
+                            [this] { paths.dnsServersChanged(); }}) {}
 
+  SessionBus systemBus;
   SystemClock clock;
   RouteSocket routes;
   DeviceTable devices;
@@ -55,6 +68,7 @@ struct Machine {
   LinuxChildProcess children;
   LinuxHttpClient http;
   LinuxPathMonitor paths;
+  SystemSignals signals;
 };
 
 /// Runs until the program is asked to end. Later declarations are destroyed first: services before

@@ -59,7 +59,7 @@ Async<std::string> ConnectionDetails::publicIP() {
   std::string address = unknown;
   const bool isRead = ifMemoryAllows([&] {
     if (body && isUtf8(*body)) {
-      address = trim(*body);
+      address = displayText(trim(*body));
     }
   });
   co_return isRead ? address : unknown;

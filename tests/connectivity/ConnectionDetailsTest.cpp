@@ -72,6 +72,11 @@ TEST_F(ConnectionDetailsTest, AskTheEchoEndpointOnceAndTrimItsReply) {
   }
 }
 
+TEST_F(ConnectionDetailsTest, KeepOutOfTheReplyWhatWouldDisguiseIt) {
+  machine.http.body = "203.0.113.7\n\x1B[2J\u202E7.311\u2069";
+  EXPECT_EQ(fetch(InterfaceType::ethernet).publicIP, "203.0.113.7\uFFFD\uFFFD[2J\uFFFD7.311\uFFFD");
+}
+
 TEST_F(ConnectionDetailsTest, ShowDashesWithoutAReplyOrWithoutText) {
   for (const auto& body : {std::optional<std::string>(), std::optional<std::string>("\xFF\xFE")}) {
     machine.http.body = body;

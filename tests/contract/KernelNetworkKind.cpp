@@ -1,4 +1,5 @@
 #include "contract/NetworkContract.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/network/DeviceTable.h"
@@ -72,7 +73,8 @@ private:
   DeviceTable m_table;  // likewise
   LinuxInterfaceCounters m_counters{m_table};
   EpollLoop m_loop;
-  LinuxConfigurationStore m_configuration{m_loop, m_socket};
+  SessionBus m_noBus{m_loop, ""};
+  LinuxConfigurationStore m_configuration{m_loop, m_socket, m_noBus};
 };
 
 INSTANTIATE_TEST_SUITE_P(Kernel, NetworkContract,

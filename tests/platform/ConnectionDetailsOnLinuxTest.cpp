@@ -1,12 +1,13 @@
 #include "connectivity/ConnectionDetails.h"
 
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/LinuxInterfaceAddresses.h"
 #include "platform/linux/network/RouteSocket.h"
+#include "support/DnsFiles.h"
 #include "support/FakeMachine.h"
 #include "support/LoopRunner.h"
 #include "support/NetworkNamespace.h"
-#include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +26,7 @@ protected:
     if (!network) {
       GTEST_SKIP() << "this machine does not allow network namespaces";
     }
-    writeInPlace(directory / "resolv.conf", "nameserver 192.0.2.53\n");
+    writeInPlace(dns.places.resolverFile, "nameserver 192.0.2.53\n");
     EXPECT_TRUE(shell("ip link add wan0 type veth peer name far0 && ip link set far0 up && "
                       "ip link set wan0 up"));
   }
@@ -41,12 +42,12 @@ protected:
   }
 
   std::unique_ptr<NetworkNamespace> network;
-  TemporaryDirectory directory;
+  DnsFiles dns;
   FakeMachine machine;
   RouteSocket socket;
   EpollLoop loop;
-  LinuxConfigurationStore configuration{
-      loop, socket, {(directory / "resolve").string(), (directory / "resolv.conf").string()}};
+  SessionBus noBus{loop, ""};
+  LinuxConfigurationStore configuration{loop, socket, noBus, dns.places};
   LinuxInterfaceAddresses addresses;
 };
 
@@ -71,7 +72,7 @@ TEST_F(ConnectionDetailsOnLinux, DescribeTheTunnelThatTakesTheTraffic) {
 TEST_F(ConnectionDetailsOnLinux, DescribeALinkWithIPv6Alone) {
   EXPECT_TRUE(shell("ip -6 addr add 2001:db8::1/64 dev wan0 nodad && "
                     "ip -6 route add default via 2001:db8::ff"));
-  writeInPlace(directory / "resolv.conf", "nameserver 2001:db8::53\n");
+  writeInPlace(dns.places.resolverFile, "nameserver 2001:db8::53\n");
   const ConnectionInfo info = fetch(InterfaceType::ethernet);
   EXPECT_EQ(info.interfaceName, "Ethernet (wan0)");
   EXPECT_EQ(info.ipAddress, "--");
@@ -79,7 +80,7 @@ TEST_F(ConnectionDetailsOnLinux, DescribeALinkWithIPv6Alone) {
 }
 
 TEST_F(ConnectionDetailsOnLinux, FallBackWithoutALink) {
-  std::filesystem::remove(directory / "resolv.conf");
+  std::filesystem::remove(dns.places.resolverFile);
   machine.http.body = std::nullopt;
   EXPECT_EQ(fetch(InterfaceType::other),
             (ConnectionInfo{"Unknown", "Other (en0)", InterfaceType::other, "--", "--", "--",

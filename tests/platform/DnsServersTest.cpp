@@ -1,7 +1,9 @@
 #include "platform/linux/network/DnsServers.h"
 
 #include "platform/linux/bus/ResolvedServers.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "support/Damage.h"
+#include "support/DnsFiles.h"
 #include "support/FakeResolved.h"
 #include "support/LoopRunner.h"
 
@@ -52,15 +54,19 @@ TEST(DnsChoice, TakesTheFirstListThatHoldsAServer) {
   EXPECT_EQ(choice.servers(), (Found{{"192.168.1.1", "192.0.2.53"}}));
 }
 
-TEST(DnsChoice, TakesTheStubOnlyWhenNothingElseIsKnown) {
+TEST(DnsChoice, TakesAProxyOnThisMachineOnlyWhenNothingElseIsKnown) {
   DnsChoice choice;
   EXPECT_FALSE(choice.offer({"127.0.0.53"}));
   EXPECT_EQ(choice.servers(), (Found{{"127.0.0.53"}}));
   EXPECT_TRUE(choice.offer({"127.0.0.54", "192.168.1.1"}));
   EXPECT_EQ(choice.servers(), (Found{{"192.168.1.1"}}));
-  DnsChoice own;
-  EXPECT_TRUE(own.offer({"127.0.0.1"}));
-  EXPECT_EQ(own.servers(), (Found{{"127.0.0.1"}}));
+  for (const auto* const proxy : {"127.0.0.1", "::1"}) {
+    DnsChoice own;
+    EXPECT_FALSE(own.offer({proxy}));
+    EXPECT_EQ(own.servers(), (Found{{proxy}}));
+    EXPECT_TRUE(own.offer({"192.168.1.1"}));
+    EXPECT_EQ(own.servers(), (Found{{"192.168.1.1"}}));
+  }
 }
 
 TEST(ResolvedServers, ComeInOrderOfChoice) {
@@ -75,11 +81,12 @@ TEST(ResolvedServers, ComeInOrderOfChoice) {
 class DnsOnThisMachine : public testing::Test {
 protected:
   EpollLoop loop;
-  TemporaryDirectory root;
-  DnsPlaces places{(root / "resolve").string(), (root / "resolv.conf").string()};
+  DnsFiles files;
+  const DnsPlaces& places = files.places;
 
   Found find(std::optional<int> primaryIndex = std::nullopt) {
-    return awaited(loop, findDnsServers(loop, places, primaryIndex));
+    SessionBus bus(loop, SessionBus::systemAddress());
+    return awaited(loop, findDnsServers(loop, bus, places, primaryIndex));
   }
   void addResolved() const { std::filesystem::create_directory(places.resolvedDirectory); }
 };
@@ -98,6 +105,27 @@ TEST_F(DnsOnThisMachine, AreThoseOfResolvedsFileWithoutABus) {
   writeInPlace(places.resolvedDirectory + "/resolv.conf", "nameserver 192.168.1.1\n");
   EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
   ::unsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+}
+
+TEST_F(DnsOnThisMachine, AreThoseBehindNetworkManagersProxy) {
+  writeInPlace(places.resolverFile, "nameserver 127.0.0.1\n");
+  std::filesystem::create_directory(places.networkManagerDirectory);
+  const std::string manager = places.networkManagerDirectory + "/resolv.conf";
+  writeInPlace(places.networkManagerDirectory + "/no-stub-resolv.conf", "nameserver 192.168.1.1\n");
+  EXPECT_EQ(find(), (Found{{"127.0.0.1"}})) << "the proxy need not be NetworkManager's";
+  writeInPlace(manager, "nameserver 192.168.1.1\n");
+  EXPECT_EQ(find(), (Found{{"127.0.0.1"}}));
+  writeInPlace(manager, "nameserver 127.0.0.1\noptions edns0 trust-ad\n");
+  EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
+}
+
+TEST_F(DnsOnThisMachine, AreThoseThatResolvconfLeavesForDnsmasq) {
+  writeInPlace(places.dnsmasqFile, "nameserver 192.168.1.1\n");
+  EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
+  writeInPlace(places.resolverFile, "nameserver 127.0.0.1\n");
+  EXPECT_EQ(find(), (Found{{"192.168.1.1"}}));
+  writeInPlace(places.resolverFile, "nameserver 9.9.9.9\n");
+  EXPECT_EQ(find(), (Found{{"9.9.9.9"}}));
 }
 
 TEST_F(DnsOnThisMachine, DoNotComeFromAFileTooLargeToBeOne) {
@@ -148,6 +176,15 @@ TEST_F(DnsOverTheBus, DoNotComeFromAReplyOfAnotherForm) {
     return sd_bus_message_append(reply, "a(iay)", 1, 2, 2, 9, 9);
   });
   EXPECT_EQ(find(2), (Found{{"198.51.100.9"}}));
+}
+
+TEST_F(DnsOverTheBus, AreThoseBehindConnmansProxy) {
+  std::filesystem::remove(places.resolvedDirectory);
+  std::filesystem::create_directory(places.connmanDirectory);
+  writeInPlace(places.resolverFile, "nameserver ::1\nnameserver 127.0.0.1\n");
+  EXPECT_EQ(find(), (Found{{"::1", "127.0.0.1"}})) << "it does not run";
+  const FakeConnman connman;
+  EXPECT_EQ(find(), (Found{{"192.168.1.1", "fd00::53"}}));
 }
 
 TEST_F(DnsOverTheBus, ComeFromTheFileWhenResolvedDoesNotRun) {

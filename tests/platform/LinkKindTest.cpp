@@ -36,6 +36,9 @@ TEST(LinkKind, FollowsFromWhatTheKernelTells) {
       {"Geneve", {"gnv0", ARPHRD_ETHER, "geneve", false, false}, LinkKind::other},
       {"GRE of frames", {"gre1", ARPHRD_ETHER, "gretap", false, false}, LinkKind::other},
       {"dial-up", {"ppp0", ARPHRD_PPP, "ppp", false, false}, LinkKind::other},
+      {"dial-up by a modem", {"ppp0", ARPHRD_PPP, "ppp", false, false, true}, LinkKind::cellular},
+      {"line of a modem", {"qmimux0", ARPHRD_NONE, "", false, false, true}, LinkKind::cellular},
+      {"Bluetooth", {"bnep0", ARPHRD_ETHER, "bluetooth", false, false}, LinkKind::other},
       {"loopback", {"lo", ARPHRD_LOOPBACK, "", false, false}, LinkKind::other},
       {"unknown", {"eth0", -1, "", false, false}, LinkKind::other},
   };
@@ -56,8 +59,49 @@ protected:
   void directory(const std::string& name) {
     std::filesystem::create_directories(sysfs / ("class/net/link0/" + name));
   }
-  LinkTraits read() { return readLinkTraits(sysfs.path().string(), "link0"); }
+  LinkTraits read() {
+    return readLinkTraits(sysfs.path().string(), "link0", (sysfs / "proc").string());
+  }
+  void write(const std::string& name, std::string_view contents) {
+    std::filesystem::create_directories((sysfs / name).parent_path());
+    writeInPlace(sysfs / name, contents);
+  }
 };
+
+TEST_F(LinkTraitsTest, TellADialUpLineOfAModem) {
+  file("type", "512\n");
+  EXPECT_FALSE(read().isOverModem) << "no modem";
+  for (const auto* const port : {"class/wwan/wwan0at0", "class/usbmisc/cdc-wdm0",
+                                 "bus/usb-serial/drivers/option1/ttyUSB0"}) {
+    write(port, "");
+    EXPECT_TRUE(read().isOverModem) << port;
+    std::filesystem::remove(sysfs / port);
+  }
+  write("bus/usb-serial/drivers/ftdi_sio/ttyUSB0", "");
+  write("class/usbmisc/hiddev0", "");
+  write("bus/usb-serial/drivers/option1/module", "");
+  EXPECT_FALSE(read().isOverModem) << "other devices";
+}
+
+TEST_F(LinkTraitsTest, TellALineOverEthernetFromOneOfAModem) {
+  file("type", "512\n");
+  write("class/usbmisc/cdc-wdm0", "");
+  write("proc/net/pppoe", "Id       Address              Device\n");
+  EXPECT_TRUE(read().isOverModem);
+  write("proc/net/pppoe", "Id       Address              Device\n"
+                          "00000001 02:00:00:00:00:01       eth0\n");
+  EXPECT_FALSE(read().isOverModem);
+}
+
+TEST_F(LinkTraitsTest, TellALineThatAModemCarries) {
+  file("type", "65534\n");
+  directory("lower_wwp0s20");
+  EXPECT_FALSE(read().isOverModem);
+  write("class/net/wwp0s20/uevent", "DEVTYPE=wwan\nINTERFACE=wwp0s20\n");
+  EXPECT_TRUE(read().isOverModem);
+  write("class/net/wwp0s20/uevent", "INTERFACE=wwp0s20\n");
+  EXPECT_FALSE(read().isOverModem);
+}
 
 TEST_F(LinkTraitsTest, AreReadFromSysfs) {
   file("type", "1\n");

@@ -1,4 +1,5 @@
 #include "connectivity/NetworkMonitor.h"
+#include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/network/LinuxConfigurationStore.h"
 #include "platform/linux/network/LinuxInterfaceAddresses.h"
 #include "platform/linux/process/LinuxHttpClient.h"
@@ -34,10 +35,9 @@ TEST_F(LinkLoss, IsPublishedWithinASecondThoughTheDetailsAreFetchedFirst) {
   LinuxHttpClient http(machine->loop, directory / "helper");
   LinuxPathMonitor paths(
       machine->loop, machine->socket, [&](bool isSatisfied) { http.setPathSatisfied(isSatisfied); },
-      machine->network->sysfsRoot());
-  LinuxConfigurationStore configuration(
-      machine->loop, machine->socket,
-      {(directory / "resolve").string(), (directory / "resolv.conf").string()});
+      machine->network->sysfsRoot(), machine->dns.places);
+  SessionBus noBus(machine->loop, "");
+  LinuxConfigurationStore configuration(machine->loop, machine->socket, noBus, machine->dns.places);
   LinuxInterfaceAddresses addresses;
   FakeMachine fakes;
   machine->connect();

@@ -7,17 +7,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <utility>
+#include <vector>
 
 namespace tidewell::test {
 namespace {
 
 class LinuxHttpClientTest : public testing::Test {
 protected:
-  LinuxHttpClient make(const std::string& script) {
+  LinuxHttpClient make(const std::string& script, LinuxHttpClient::Observer observer = {}) {
     const auto helper = directory / "helper";
     writeInPlace(helper, "#!/bin/sh\n" + script);
     std::filesystem::permissions(helper, std::filesystem::perms::owner_all);
-    return LinuxHttpClient(loop, helper);
+    return LinuxHttpClient(loop, helper, std::move(observer));
   }
   std::optional<std::string> get(LinuxHttpClient&& client, const std::string& url) {
     return get(client, url);
@@ -60,6 +62,20 @@ TEST_F(LinuxHttpClientTest, AnswersAtOnceWhileThereIsNoPath) {
   EXPECT_FALSE(std::filesystem::exists(directory / "helper.ran"));
   client.setPathSatisfied(true);
   EXPECT_EQ(get(client, ""), "");
+}
+
+TEST_F(LinuxHttpClientTest, TellsItsObserverEachOutcomeWhileThereIsAPath) {
+  std::vector<std::optional<std::string>> outcomes;
+  const auto observer = [&](const auto& body) { outcomes.push_back(body); };
+  get(make("echo 203.0.113.7", observer), "");
+  auto failing = make("exit 1", observer);
+  get(failing, "");
+  failing.setPathSatisfied(false);
+  get(failing, "");
+  auto slow = make("exec sleep 100", observer);
+  loop.postAfter(0.05, [&] { slow.setPathSatisfied(false); });
+  get(slow, "", 60.0);
+  EXPECT_EQ(outcomes, (std::vector<std::optional<std::string>>{"203.0.113.7\n", std::nullopt}));
 }
 
 TEST_F(LinuxHttpClientTest, AbandonsARequestWhenThePathIsLost) {

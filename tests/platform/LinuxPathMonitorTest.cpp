@@ -138,6 +138,36 @@ TEST_F(LinuxPathMonitorTest, IsNotSatisfiedByTheLoopback) {
   EXPECT_EQ(reports.back(), unsatisfied);
 }
 
+TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheGatewayChanged) {
+  ASSERT_TRUE(beginConnected());
+  ASSERT_TRUE(hasReportsAfter("ip route replace default via 192.0.2.253", 2));
+  EXPECT_EQ(reports, (std::vector{wired, wired}));
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheDnsServersChanged) {
+  ASSERT_TRUE(beginConnected());
+  const DnsPlaces& places = machine->dns.places;
+  writeInPlace(places.resolverFile, "nameserver 192.168.1.1\n");
+  ASSERT_TRUE(hasReports(2));
+  writeByRenaming(places.resolverFile, "# the same\nnameserver 192.168.1.1\n");
+  machine->serve(0.6);
+  EXPECT_EQ(reports.size(), 2U);
+  std::filesystem::create_directory(places.resolvedDirectory);
+  writeByRenaming(places.resolvedDirectory + "/resolv.conf", "nameserver 9.9.9.9\n");
+  ASSERT_TRUE(hasReports(3));
+  machine->monitor.dnsServersChanged();
+  ASSERT_TRUE(hasReports(4));
+  EXPECT_EQ(reports, std::vector(4, wired));
+}
+
+TEST_F(LinuxPathMonitorTest, ReportsNothingOfALinkThatIsDownWhileTheMachineSleeps) {
+  ASSERT_TRUE(beginConnected());
+  machine->monitor.setSleeping(true);
+  EXPECT_TRUE(shell("ip link set wan0 down"));
+  machine->serve(0.5);
+  EXPECT_EQ(reports, std::vector{wired});
+}
+
 TEST_F(LinuxPathMonitorTest, ReportsAgainWhenTheAddressChanged) {
   ASSERT_TRUE(beginConnected());
   ASSERT_TRUE(

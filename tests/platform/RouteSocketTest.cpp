@@ -50,6 +50,19 @@ TEST(RouteReply, SurvivesEveryTruncationAndRandomDamage) {
   EXPECT_GT(readDamaged(route, 4, [](const auto& bytes) { return parseRoute(bytes) ? 1 : 0; }), 0U);
 }
 
+TEST(RouteReply, NamesTheNextRouterOfEitherFamily) {
+  rtmsg header{};
+  header.rtm_type = RTN_UNICAST;
+  const auto gatewayOf = [&](std::uint16_t type, std::string_view value) {
+    const auto route = parseRoute(
+        NetlinkMessage(RTM_NEWROUTE, header).number(RTA_OIF, 1).data(type, value).bytes());
+    return route ? route->gateway : "no route";
+  };
+  EXPECT_EQ(gatewayOf(RTA_GATEWAY, "\xC0\0\2\xFE"sv), "\xC0\0\2\xFE"sv);
+  EXPECT_EQ(gatewayOf(RTA_VIA, "\x0A\0router's address"sv), "router's address");
+  EXPECT_EQ(gatewayOf(RTA_VIA, "\x0A"sv), "");
+}
+
 std::vector<std::byte> partOf(std::uint16_t type, std::uint16_t flags) {
   NetlinkRequest part(type, flags, rtmsg{});
   const auto bytes = part.bytes();
@@ -89,6 +102,70 @@ TEST(RouteSocket, WorksAsSoonAsThereAreDescriptorsAgain) {
   EXPECT_EQ(route->interfaceName, "wan0");
   EXPECT_EQ(route->sourceIPv4, "\xC0\0\2\1"sv);
   EXPECT_TRUE(route->isRunning);
+}
+
+/// A wired link "wan0" with the default routes of IPv4 and another one, "lan0".
+class RoutesOfThisMachine : public testing::Test {
+protected:
+  void SetUp() override {
+    network = NetworkNamespace::enter();
+    if (!network) {
+      GTEST_SKIP() << "this machine does not allow network namespaces";
+    }
+    EXPECT_TRUE(
+        shell("sysctl -qw net.ipv6.conf.all.accept_dad=0 net.ipv6.conf.default.accept_dad=0;"
+              "for name in wan lan; do ip link add ${name}0 type veth peer name ${name}1 && "
+              "ip link set ${name}1 up && ip link set ${name}0 up; done && "
+              "ip addr add 192.0.2.1/24 dev wan0 && ip addr add 10.0.0.1/24 dev lan0 && "
+              "ip -6 addr add fd00:1::2/64 dev lan0 nodad && "
+              "ip route add default via 192.0.2.254"));
+  }
+  std::string interfaceAfter(const std::string& command) {
+    EXPECT_TRUE(shell(command));
+    const auto route = socket.publicRoute();
+    return route ? route->interfaceName : "none";
+  }
+
+  std::unique_ptr<NetworkNamespace> network;
+  RouteSocket socket;
+};
+
+TEST_F(RoutesOfThisMachine, AreNotThoseOfAnAddressThatIsRoutedApart) {
+  EXPECT_EQ(interfaceAfter("ip route add 1.1.1.1 via 10.0.0.254 dev lan0"), "wan0");
+  EXPECT_EQ(interfaceAfter("ip route replace unreachable 1.1.1.1"), "wan0");
+  EXPECT_EQ(interfaceAfter("ip route add 63.64.0.0/16 dev lan0"), "wan0") << "two of three agree";
+  EXPECT_EQ(interfaceAfter("ip route del 63.64.0.0/16 && ip route add 151.0.0.0/8 dev lan0"),
+            "wan0");
+  EXPECT_EQ(interfaceAfter("ip route del 151.0.0.0/8 && ip route add unreachable 203.0.0.0/8"),
+            "wan0");
+  EXPECT_EQ(interfaceAfter("ip route add 0.0.0.0/1 dev lan0 && ip route add 128.0.0.0/1 dev lan0"),
+            "lan0");
+}
+
+TEST_F(RoutesOfThisMachine, AreThoseOfMostAddressesOverIPv6Too) {
+  EXPECT_EQ(
+      interfaceAfter("ip route del default && ip -6 route add default via fd00:1::1 dev lan0"),
+      "lan0");
+  EXPECT_EQ(interfaceAfter("ip -6 route add unreachable 2606:4700:4700::1111"), "lan0");
+  EXPECT_EQ(interfaceAfter("ip -6 route add unreachable 2600::/16"), "lan0");
+  EXPECT_EQ(interfaceAfter("ip -6 route add unreachable 2a00::/12"), "none");
+}
+
+TEST_F(RoutesOfThisMachine, LeadBelowATranslatorOfIPv4) {
+  EXPECT_EQ(interfaceAfter("ip route del default && ip addr add 192.0.0.1/29 dev wan0 && "
+                           "ip route add default dev wan0 src 192.0.0.1"),
+            "wan0")
+      << "without IPv6 it is not one";
+  EXPECT_EQ(interfaceAfter("ip -6 route add default via fd00:1::1 dev lan0"), "lan0");
+  EXPECT_EQ(interfaceAfter("ip addr add 192.0.0.9/29 dev wan0 && "
+                           "ip route replace default dev wan0 src 192.0.0.9"),
+            "wan0");
+}
+
+TEST_F(RoutesOfThisMachine, NameTheNextRouter) {
+  const auto route = socket.publicRoute();
+  ASSERT_TRUE(route);
+  EXPECT_EQ(route->gateway, "\xC0\0\2\xFE"sv);
 }
 
 } // namespace

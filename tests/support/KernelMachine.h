@@ -4,6 +4,7 @@
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/network/LinuxPathMonitor.h"
 #include "platform/linux/network/RouteSocket.h"
+#include "support/DnsFiles.h"
 #include "support/LoopRunner.h"
 #include "support/NetworkNamespace.h"
 
@@ -47,7 +48,8 @@ public:
   LoopScheduler scheduler{loop};
   std::unique_ptr<WorkQueue> queue = scheduler.makeSerialQueue("com.halden.tidewell.test");
   RouteSocket socket;
-  LinuxPathMonitor monitor{loop, socket, {}, network->sysfsRoot()};
+  DnsFiles dns;
+  LinuxPathMonitor monitor{loop, socket, {}, network->sysfsRoot(), dns.places};
 };
 
 } // namespace tidewell::test

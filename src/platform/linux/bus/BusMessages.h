@@ -70,15 +70,20 @@ BusSlot callMethod(sd_bus& bus, const BusService& service, const char* method, B
   });
 }
 
+/// Receives the signals that this match rule selects.
+inline BusSlot watchSignal(sd_bus& bus, const char* match, BusHandler heard) {
+  return withHandler(std::move(heard), [&](auto** slot, auto callback, void* own) {
+    return sd_bus_add_match_async(&bus, slot, match, callback, nullptr, own);
+  });
+}
+
 /// Receives `NameOwnerChanged` of this name; its arguments are name, old owner and new owner.
 inline BusSlot watchOwner(sd_bus& bus, const std::string& name, BusHandler changed) {
   const std::string match = "type='signal',sender='org.freedesktop.DBus',"
                             "path='/org/freedesktop/DBus',interface='org.freedesktop.DBus',"
                             "member='NameOwnerChanged',arg0='" +
                             name + "'";
-  return withHandler(std::move(changed), [&](auto** slot, auto callback, void* own) {
-    return sd_bus_add_match_async(&bus, slot, match.c_str(), callback, nullptr, own);
-  });
+  return watchSignal(bus, match.c_str(), std::move(changed));
 }
 
 /// Appends to a message until a step fails; `result` is negative from then on.

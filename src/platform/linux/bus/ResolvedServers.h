@@ -12,6 +12,7 @@ struct sd_bus_message;
 namespace tidewell {
 
 class EventLoop;
+class SessionBus;
 
 /// A DNS server that systemd-resolved uses.
 struct ResolvedServer {
@@ -30,8 +31,9 @@ struct ResolvedServer {
 [[nodiscard]] std::vector<std::string> inOrderOfChoice(const std::vector<ResolvedServer>& servers,
                                                        std::optional<int> primaryIndex);
 
-/// Queries systemd-resolved over a temporary connection to the system bus; never starts it. Empty
-/// if no answer comes within `limit` seconds.
-[[nodiscard]] Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, Seconds limit);
+/// Queries systemd-resolved over the system bus; never starts it. Empty if no answer comes within
+/// `limit` seconds.
+[[nodiscard]] Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, SessionBus& systemBus,
+                                                             Seconds limit);
 
 } // namespace tidewell

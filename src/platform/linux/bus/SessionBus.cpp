@@ -60,6 +60,11 @@ std::string SessionBus::environmentAddress() {
   return directory != nullptr ? std::string("unix:path=") + directory + "/bus" : std::string();
 }
 
+std::string SessionBus::systemAddress() {
+  const char* address = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
+  return address != nullptr ? address : "unix:path=/run/dbus/system_bus_socket";
+}
+
 void SessionBus::connect() {
   m_retry.reset();
   if (m_address.empty() || !start()) {

@@ -16,7 +16,7 @@ namespace tidewell {
 class EventLoop;
 class FdWatch;
 
-/// The connection to the user's session bus, made again whenever it breaks.
+/// The connection to the user's session bus, or to the system's bus, made again whenever it breaks.
 ///
 /// Never blocks: connecting and every call are asynchronous. Without a bus it tries again after one
 /// second, then two, four and so on up to a minute. Handles a few messages per turn of the loop,
@@ -45,6 +45,9 @@ public:
 
   /// The address in the environment; empty if there is none.
   [[nodiscard]] static std::string environmentAddress();
+
+  /// The system bus's address: that of the environment, else the usual one.
+  [[nodiscard]] static std::string systemAddress();
 
 private:
   static int connected(sd_bus_message* message, void* self, sd_bus_error* error);

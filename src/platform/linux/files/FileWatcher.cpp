@@ -24,7 +24,10 @@ bool isDirectory(const std::string& path) { return ::access((path + "/.").c_str(
 } // namespace
 
 FileWatcher::FileWatcher(std::string path, WatchDescriptor watch, Observer observer)
-    : m_path(std::move(path)), m_watchDescriptor(std::move(watch)),
+    : FileWatcher(std::vector{std::move(path)}, std::move(watch), std::move(observer)) {}
+
+FileWatcher::FileWatcher(std::vector<std::string> paths, WatchDescriptor watch, Observer observer)
+    : m_paths(std::move(paths)), m_watchDescriptor(std::move(watch)),
       m_observer(std::move(observer)) {}
 
 bool FileWatcher::arm() {
@@ -33,8 +36,10 @@ bool FileWatcher::arm() {
   }
   NamesOfWatch names;
   bool succeeded = true;
-  for (const std::string& path : linkChain(m_path)) {
-    succeeded = add(names, path) && succeeded;
+  for (const std::string& path : m_paths) {
+    for (const std::string& step : linkChain(path)) {
+      succeeded = add(names, step) && succeeded;
+    }
   }
   for (const auto& [watch, unused] : m_names) {
     if (!names.contains(watch)) {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace tidewell {
 
@@ -17,8 +18,9 @@ namespace tidewell {
 using WatchDescriptor = std::function<std::unique_ptr<FdWatch>(int descriptor, std::uint32_t events,
                                                                EventLoop::FdHandler handler)>;
 
-/// Reports when the file of a path may have changed: rewritten, replaced, removed, created, its
-/// mode changed, or a symbolic link on the way to it changed. Waits for missing directories.
+/// Reports when the file of one of the paths may have changed: rewritten, replaced, removed,
+/// created, its mode changed, or a symbolic link on the way to it changed. Waits for missing
+/// directories.
 class FileWatcher {
 public:
   /// Called after a change. `isFinished` if a writer has just closed or replaced the file, so that
@@ -27,8 +29,9 @@ public:
 
   /// Watches nothing before `arm`.
   FileWatcher(std::string path, WatchDescriptor watch, Observer observer);
+  FileWatcher(std::vector<std::string> paths, WatchDescriptor watch, Observer observer);
 
-  /// Watches what the path leads to now. The owner calls it before reading the file, at first and
+  /// Watches what the paths lead to now. The owner calls it before reading the file, at first and
   /// after each change. Returns false if the kernel refused; the owner then tries again later.
   [[nodiscard]] bool arm();
 
@@ -39,7 +42,7 @@ private:
   bool add(NamesOfWatch& names, const std::string& path) const;
   void readEvents();
 
-  std::string m_path;
+  std::vector<std::string> m_paths;
   WatchDescriptor m_watchDescriptor;
   Observer m_observer;
   FileDescriptor m_inotify;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -19,6 +20,20 @@ namespace tidewell {
     return std::nullopt;
   }
   return text.data();
+}
+
+/// Whether this is an IPv4 or IPv6 address. A link-local one may name its interface, such as
+/// "fe80::1%wlan0". Any text may be given.
+[[nodiscard]] inline bool isAddress(const std::string& text) {
+  constexpr std::size_t longestAddress = 64; // with an interface
+  const bool isPrintable =
+      std::ranges::all_of(text, [](char character) { return character > ' ' && character < 0x7F; });
+  if (!isPrintable || text.size() > longestAddress) {
+    return false;
+  }
+  std::array<unsigned char, sizeof(in6_addr)> bytes{};
+  return ::inet_pton(AF_INET, text.c_str(), bytes.data()) == 1 ||
+         ::inet_pton(AF_INET6, text.substr(0, text.find('%')).c_str(), bytes.data()) == 1;
 }
 
 } // namespace tidewell

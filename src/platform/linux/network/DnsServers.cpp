@@ -2,15 +2,15 @@
 
 #include "base/Scheduler.h"
 #include "base/TextPieces.h"
+#include "platform/linux/bus/ConnmanServers.h"
 #include "platform/linux/bus/ResolvedServers.h"
 #include "platform/linux/files/FileReading.h"
+#include "platform/linux/network/AddressText.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <iterator>
 
-#include <arpa/inet.h>
 #include <unistd.h>
 
 namespace tidewell {
@@ -21,27 +21,31 @@ constexpr Seconds busLimit = 0.25;
 
 constexpr std::size_t largestFile = 65536;
 
-// systemd-resolved(8): the full stub and the one that only forwards queries.
-bool isStub(const std::string& server) { return server == "127.0.0.53" || server == "127.0.0.54"; }
+bool isOnThisMachine(const std::string& server) {
+  return server.starts_with("127.") || server == "::1";
+}
 
 constexpr std::string_view keyword = "nameserver";
-constexpr std::size_t longestAddress = 64; // with a zone
-
-bool isAddress(const std::string& text) {
-  const bool isPrintable =
-      std::ranges::all_of(text, [](char character) { return character > ' ' && character < 0x7F; });
-  if (!isPrintable || text.size() > longestAddress) {
-    return false;
-  }
-  std::array<unsigned char, 16> bytes{};
-  // A link-local address may name its interface, such as "fe80::1%wlan0".
-  const auto zone = text.find('%');
-  return ::inet_pton(AF_INET, text.c_str(), bytes.data()) == 1 ||
-         ::inet_pton(AF_INET6, text.substr(0, zone).c_str(), bytes.data()) == 1;
-}
 
 std::vector<std::string> serversOf(const std::string& path) {
   return parseResolverFile(readFile(path, largestFile).contents);
+}
+
+std::string configurationOf(const std::string& networkManagerDirectory) {
+  return networkManagerDirectory + "/resolv.conf";
+}
+
+std::string serversBehind(const std::string& networkManagerDirectory) {
+  return networkManagerDirectory + "/no-stub-resolv.conf";
+}
+
+bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
+
+/// The servers behind NetworkManager's own proxy; empty if it runs none.
+std::vector<std::string> managersServers(const std::string& directory) {
+  const std::vector<std::string> configured = serversOf(configurationOf(directory));
+  const bool hasProxy = !configured.empty() && std::ranges::all_of(configured, isOnThisMachine);
+  return hasProxy ? serversOf(serversBehind(directory)) : std::vector<std::string>();
 }
 
 } // namespace
@@ -66,8 +70,8 @@ std::vector<std::string> parseResolverFile(std::string_view text) {
 
 bool DnsChoice::offer(const std::vector<std::string>& servers) {
   if (m_servers.empty()) {
-    std::ranges::copy_if(servers, std::back_inserter(m_stubs), isStub);
-    std::ranges::remove_copy_if(servers, std::back_inserter(m_servers), isStub);
+    std::ranges::copy_if(servers, std::back_inserter(m_proxies), isOnThisMachine);
+    std::ranges::remove_copy_if(servers, std::back_inserter(m_servers), isOnThisMachine);
   }
   return !m_servers.empty();
 }
@@ -76,22 +80,42 @@ std::optional<std::vector<std::string>> DnsChoice::servers() const {
   if (!m_servers.empty()) {
     return m_servers;
   }
-  return m_stubs.empty() ? std::nullopt : std::optional(m_stubs);
+  return m_proxies.empty() ? std::nullopt : std::optional(m_proxies);
 }
 
-Async<std::optional<std::vector<std::string>>> findDnsServers(EventLoop& loop, DnsPlaces places,
+Async<std::optional<std::vector<std::string>>> findDnsServers(EventLoop& loop,
+                                                              SessionBus& systemBus,
+                                                              DnsPlaces places,
                                                               std::optional<int> primaryIndex) {
   DnsChoice choice;
   bool isFound = false;
-  if (::access(places.resolvedDirectory.c_str(), F_OK) == 0) {
-    const std::vector<ResolvedServer> servers = co_await askResolved(loop, busLimit);
+  if (exists(places.resolvedDirectory)) {
+    const std::vector<ResolvedServer> servers = co_await askResolved(loop, systemBus, busLimit);
     isFound = choice.offer(inOrderOfChoice(servers, primaryIndex)) ||
               choice.offer(serversOf(places.resolvedDirectory + "/resolv.conf"));
   }
-  if (!isFound) {
-    choice.offer(serversOf(places.resolverFile));
+  isFound = isFound || choice.offer(serversOf(places.resolverFile)) ||
+            choice.offer(managersServers(places.networkManagerDirectory)) ||
+            choice.offer(serversOf(places.dnsmasqFile));
+  if (!isFound && exists(places.connmanDirectory)) {
+    const std::vector<std::string> servers = co_await askConnman(loop, systemBus, busLimit);
+    choice.offer(servers);
   }
   co_return choice.servers();
+}
+
+std::vector<std::string> filesOf(const DnsPlaces& places) {
+  return {places.resolverFile, places.resolvedDirectory + "/resolv.conf",
+          configurationOf(places.networkManagerDirectory),
+          serversBehind(places.networkManagerDirectory), places.dnsmasqFile};
+}
+
+std::vector<std::string> serversInFiles(const DnsPlaces& places) {
+  std::vector<std::string> all;
+  for (const std::string& path : filesOf(places)) {
+    std::ranges::copy(serversOf(path), std::back_inserter(all));
+  }
+  return all;
 }
 
 } // namespace tidewell

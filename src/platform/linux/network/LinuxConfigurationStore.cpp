@@ -25,7 +25,7 @@ std::optional<std::string> LinuxConfigurationStore::wifiNetworkName() {
 }
 
 Async<std::optional<std::vector<std::string>>> LinuxConfigurationStore::dnsServers() {
-  return findDnsServers(m_loop, m_dnsPlaces, publicInterface());
+  return findDnsServers(m_loop, m_systemBus, m_dnsPlaces, publicInterface());
 }
 
 std::optional<int> LinuxConfigurationStore::publicInterface() const {

@@ -12,13 +12,15 @@ namespace tidewell {
 
 class EventLoop;
 class RouteSocket;
+class SessionBus;
 
 /// The network configuration as the kernel and the resolver know it.
 class LinuxConfigurationStore final : public ConfigurationStore {
 public:
-  /// Borrows the loop and the socket.
-  LinuxConfigurationStore(EventLoop& loop, RouteSocket& socket, DnsPlaces dnsPlaces = {})
-      : m_loop(loop), m_socket(socket), m_dnsPlaces(std::move(dnsPlaces)) {}
+  /// Borrows the loop, the socket and the system bus.
+  LinuxConfigurationStore(EventLoop& loop, RouteSocket& socket, SessionBus& systemBus,
+                          DnsPlaces dnsPlaces = {})
+      : m_loop(loop), m_socket(socket), m_systemBus(systemBus), m_dnsPlaces(std::move(dnsPlaces)) {}
 
   /// The interface of the public route. Without a route, the last answer is repeated while its
   /// device exists.
@@ -36,6 +38,7 @@ private:
 
   EventLoop& m_loop;
   RouteSocket& m_socket;
+  SessionBus& m_systemBus;
   DnsPlaces m_dnsPlaces;
   std::optional<int> m_lastIndex;
 };

@@ -43,9 +43,11 @@ private:
 };
 
 LinuxPathMonitor::LinuxPathMonitor(EventLoop& loop, RouteSocket& socket, Observer observer,
-                                   std::string sysfsRoot)
+                                   std::string sysfsRoot, const DnsPlaces& dnsPlaces)
     : m_socket(socket), m_observer(std::move(observer)), m_sysfsRoot(std::move(sysfsRoot)),
-      m_changes(loop, [this] { look(); }) {}
+      m_dnsPlaces(dnsPlaces), m_reporter(loop, [this](const PathReport& path) { report(path); }),
+      m_routeChanges(loop, [this] { look(); }), m_fileChanges(loop, dnsPlaces, [this] { look(); }) {
+}
 
 LinuxPathMonitor::~LinuxPathMonitor() = default;
 
@@ -53,37 +55,48 @@ std::unique_ptr<PathWatch> LinuxPathMonitor::watch(WorkQueue& queue, Handler han
   look();
   auto watching = std::make_shared<Watching>(queue, std::move(handler));
   m_watching.emplace_back(watching);
-  Watching::post(watching, m_path->report);
+  if (m_reporter.reported()) {
+    Watching::post(watching, *m_reporter.reported());
+  }
   return std::make_unique<Watch>(std::move(watching));
 }
 
-void LinuxPathMonitor::look() {
-  Path path = pathOver(m_socket.publicRoute());
-  if (path == m_path) {
-    return;
-  }
-  m_path = std::move(path);
+void LinuxPathMonitor::dnsServersChanged() {
+  ++m_dnsChanges;
+  look();
+}
+
+void LinuxPathMonitor::look() { m_reporter.observe(pathOver(m_socket.publicRoute())); }
+
+void LinuxPathMonitor::report(const PathReport& report) {
   if (m_observer) {
-    m_observer(m_path->report.isSatisfied);
+    m_observer(report.isSatisfied);
   }
   std::erase_if(m_watching, [](const auto& watching) { return watching.expired(); });
   for (const auto& weak : m_watching) {
     if (const auto watching = weak.lock(); watching && watching->isActive) {
-      Watching::post(watching, m_path->report);
+      Watching::post(watching, report);
     }
   }
 }
 
-LinuxPathMonitor::Path LinuxPathMonitor::pathOver(const std::optional<PublicRoute>& route) const {
+ObservedPath LinuxPathMonitor::pathOver(std::optional<PublicRoute> route) const {
   if (!route || !route->isRunning) {
     return {};
   }
-  const bool isSameLink = m_path && m_path->interfaceIndex == route->interfaceIndex &&
-                          m_path->interfaceName == route->interfaceName;
-  const PathReport report =
-      isSameLink ? m_path->report
-                 : reportOf(linkKind(readLinkTraits(m_sysfsRoot, route->interfaceName)));
-  return {report, route->interfaceIndex, route->interfaceName, route->sourceIPv4};
+  const std::optional<ObservedPath>& last = m_reporter.path();
+  const bool isSameLink = last && last->interfaceIndex == route->interfaceIndex &&
+                          last->interfaceName == route->interfaceName;
+  ObservedPath path;
+  path.report = isSameLink ? last->report
+                           : reportOf(linkKind(readLinkTraits(m_sysfsRoot, route->interfaceName)));
+  path.interfaceIndex = route->interfaceIndex;
+  path.interfaceName = std::move(route->interfaceName);
+  path.sourceIPv4 = std::move(route->sourceIPv4);
+  path.gateway = std::move(route->gateway);
+  path.dnsServers = serversInFiles(m_dnsPlaces);
+  path.dnsChanges = m_dnsChanges;
+  return path;
 }
 
 } // namespace tidewell

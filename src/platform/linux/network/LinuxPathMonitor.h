@@ -1,6 +1,9 @@
 #pragma once
 
 #include "platform/PathMonitor.h"
+#include "platform/linux/network/DnsChanges.h"
+#include "platform/linux/network/DnsServers.h"
+#include "platform/linux/network/PathReporter.h"
 #include "platform/linux/network/RouteChanges.h"
 
 #include <functional>
@@ -20,7 +23,7 @@ struct PublicRoute;
 /// The path is satisfied if the kernel has a route to the public internet through an interface that
 /// is up and has its carrier. Its kind is that of the interface; a tunnel has no kind. A path that
 /// loses and regains its carrier between two looks has not changed. One that moves to another
-/// interface or address has.
+/// interface, address, gateway or DNS server has. `PathReporter` decides when it is reported.
 class LinuxPathMonitor final : public PathMonitor {
 public:
   /// Called with whether the path is satisfied, before any watcher.
@@ -28,35 +31,36 @@ public:
 
   /// Borrows the loop and the socket, and watches the network namespace of the calling thread.
   LinuxPathMonitor(EventLoop& loop, RouteSocket& socket, Observer observer = {},
-                   std::string sysfsRoot = "/sys");
+                   std::string sysfsRoot = "/sys", const DnsPlaces& dnsPlaces = {});
   ~LinuxPathMonitor() override;
 
   [[nodiscard]] std::unique_ptr<PathWatch> watch(WorkQueue& queue, Handler handler) override;
+
+  /// DNS servers that no file names have changed.
+  void dnsServersChanged();
+  /// The machine is about to sleep, or awake again.
+  void setSleeping(bool isSleeping) { m_reporter.setSleeping(isSleeping); }
+  /// A lookup of the public address has ended.
+  void lookedUp(bool hasAddress) { m_reporter.lookedUp(hasAddress); }
 
 private:
   struct Watching;
   class Watch;
 
-  /// A report and what it was made from. Watchers hear of every change, because the details of the
-  /// connection then have to be fetched again.
-  struct Path {
-    PathReport report;
-    int interfaceIndex = 0;
-    std::string interfaceName;
-    std::string sourceIPv4;
-
-    friend bool operator==(const Path&, const Path&) = default;
-  };
-
   void look();
-  [[nodiscard]] Path pathOver(const std::optional<PublicRoute>& route) const;
+  void report(const PathReport& report);
+  [[nodiscard]] ObservedPath pathOver(std::optional<PublicRoute> route) const;
 
   RouteSocket& m_socket;
   Observer m_observer;
   std::string m_sysfsRoot;
-  std::optional<Path> m_path; // absent before the first look
+  DnsPlaces m_dnsPlaces;
+  int m_dnsChanges = 0; // that no file shows
   std::vector<std::weak_ptr<Watching>> m_watching;
-  RouteChanges m_changes; // last, so that it is destroyed first
+  PathReporter m_reporter;
+  // Last, so that they are destroyed first.
+  RouteChanges m_routeChanges;
+  DnsChanges m_fileChanges;
 };
 
 } // namespace tidewell

@@ -27,8 +27,8 @@ private:
   std::unique_ptr<SpawnedChild> m_child;
 };
 
-LinuxHttpClient::LinuxHttpClient(EventLoop& loop, std::string helper)
-    : m_loop(loop), m_helper(std::move(helper)) {}
+LinuxHttpClient::LinuxHttpClient(EventLoop& loop, std::string helper, Observer observer)
+    : m_loop(loop), m_helper(std::move(helper)), m_observer(std::move(observer)) {}
 
 LinuxHttpClient::~LinuxHttpClient() = default;
 
@@ -36,6 +36,14 @@ Async<std::optional<std::string>> LinuxHttpClient::get(std::string url, Seconds 
   if (!m_isSatisfied) {
     co_return std::nullopt;
   }
+  std::optional<std::string> body = co_await fetch(std::move(url), wait);
+  if (m_observer && m_isSatisfied) {
+    m_observer(body);
+  }
+  co_return body;
+}
+
+Async<std::optional<std::string>> LinuxHttpClient::fetch(std::string url, Seconds wait) {
   std::optional<Request> request;
   if (!ifMemoryAllows([&] { request.emplace(*this, url, wait); }) || request->child() == nullptr) {
     co_return std::nullopt;

@@ -2,6 +2,7 @@
 
 #include "platform/HttpClient.h"
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -18,9 +19,13 @@ class SpawnedChild;
 /// the path is lost, because the loss is published only after the lookups.
 class LinuxHttpClient final : public HttpClient {
 public:
+  /// Called with each reply, or nullopt for a request that failed though the machine reached the
+  /// internet.
+  using Observer = std::function<void(const std::optional<std::string>& body)>;
+
   /// The helper at this absolute path takes the URL and prints the body, or fails. Borrows the
   /// loop.
-  LinuxHttpClient(EventLoop& loop, std::string helper);
+  LinuxHttpClient(EventLoop& loop, std::string helper, Observer observer = {});
   ~LinuxHttpClient() override;
 
   [[nodiscard]] Async<std::optional<std::string>> get(std::string url, Seconds wait) override;
@@ -32,8 +37,11 @@ public:
 private:
   class Request;
 
+  [[nodiscard]] Async<std::optional<std::string>> fetch(std::string url, Seconds wait);
+
   EventLoop& m_loop;
   std::string m_helper;
+  Observer m_observer;
   bool m_isSatisfied = true;
   std::set<SpawnedChild*> m_running;
 };
