@@ -26,6 +26,11 @@ public:
   /// The path is reported.
   void reports(const PathReport& path);
 
+  /// Whether the details of everything reported have been published.
+  [[nodiscard]] bool isComplete() const {
+    return m_monitor != nullptr && !m_awaitsFirstDetails && m_expected.empty();
+  }
+
   /// Call it when everything that is due has run.
   void checkNothingIsMissing();
 

@@ -19,7 +19,7 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
                    std::function<void(const WindowRequest& request)> asked,
                    std::function<void()> askedForSpeedTest)
     : children(machine.loop, machine.onTerminate),
-      http(machine.loop, std::string(helpers) + "publicAddress"),
+      http(machine.loop, std::string(helpers) + "publicAddress", machine.onLookup),
       bus(machine.loop, machine.busAddress), sound(machine.loop, machine.scheduler.background(),
                                                    std::string(helpers) + "notificationSound"),
       notices(bus, machine.clock, [this] { sound.play(); }), platform{machine.scheduler,

@@ -34,6 +34,7 @@ struct Surroundings {
   NotificationService& notifications;
   std::string busAddress;
   std::function<void(ChildProcess::Id child)> onTerminate;
+  LinuxHttpClient::Observer onLookup;
 };
 
 /// The program's children. Reports each call of `terminate`.

@@ -79,7 +79,8 @@ void Scenario::calmDown() {
   if (!m_world.isLaunched()) {
     m_world.launch();
   }
-  m_world.report({true, false, true, false});
+  m_world.setSleeping(false);
+  m_world.become({{true, false, true, false}, 2, "eth0", "abcd", "gate", {}, 0});
   m_world.preferences.remove();
   m_world.advance(1.0);
   m_world.prefer("refreshInterval", 2.0);
@@ -112,10 +113,13 @@ void Scenario::later(Seconds delay, std::function<void()> event) {
 }
 
 const Scenario::Event& Scenario::draw() {
-  static constexpr std::array<Event, 24> events = {{
+  static constexpr std::array<Event, 27> events = {{
       {12, "outage", &Scenario::outage},
       {4, "flap", &Scenario::flap},
       {3, "path repeated", &Scenario::repeatPath},
+      {5, "lid closed", &Scenario::closeLid},
+      {3, "portal", &Scenario::portal},
+      {5, "another network", &Scenario::roam},
       {6, "interface", &Scenario::changeInterface},
       {14, "rates", &Scenario::changeRates},
       {4, "counters", &Scenario::breakCounters},
@@ -156,9 +160,57 @@ PathReport Scenario::path(bool isSatisfied) {
   return {isSatisfied, m_dice.chance(0.5), m_dice.chance(0.5), m_dice.chance(0.2)};
 }
 
+void Scenario::changePath(bool isSatisfied) {
+  ObservedPath changed = m_world.path();
+  changed.report = path(isSatisfied);
+  m_world.become(changed);
+}
+
 void Scenario::outage() {
-  m_world.report(path(false));
-  later(m_dice.magnitude(0.01, 3600.0), [this] { m_world.report(path(true)); });
+  changePath(false);
+  later(m_dice.magnitude(0.01, 3600.0), [this] { changePath(true); });
+}
+
+/// Managers take the link down before the machine sleeps, drivers lose it after waking. Virtual time
+/// is the monotonic clock, which stands still meanwhile.
+void Scenario::closeLid() {
+  m_world.setSleeping(true);
+  const Seconds awake = m_dice.magnitude(0.01, 20.0);
+  if (m_dice.chance(0.7)) {
+    later(m_dice.between(0.0, awake), [this] { changePath(false); });
+  }
+  later(awake, [this] {
+    m_world.machine.clock.jump(m_dice.magnitude(1.0, 1e6));
+    if (m_dice.chance(0.9)) {
+      m_world.setSleeping(false);
+    }
+    if (m_dice.chance(0.5)) {
+      later(m_dice.between(0.0, 3.0), [this] { changePath(false); });
+    }
+    later(m_dice.magnitude(0.1, 60.0), [this] { changePath(true); });
+  });
+}
+
+void Scenario::portal() {
+  m_world.tools.conditions.body = m_dice.oneOf<const char*>({"<html>", "203.0.113.7.", ""});
+  roam();
+  later(m_dice.magnitude(1.0, 3600.0),
+        [this] { m_world.tools.conditions.body = "203.0.113.7\n"; });
+}
+
+/// Another gateway, other DNS servers, or both.
+void Scenario::roam() {
+  ObservedPath there = m_world.path();
+  const int what = m_dice.oneOf({1, 2, 3});
+  if ((what & 1) != 0) {
+    there.gateway = m_dice.oneOf({"gate", "door", ""});
+  }
+  if ((what & 2) != 0) {
+    const std::string server = m_dice.oneOf({"9.9.9.9", "192.168.1.1", "fd00::1"});
+    there.dnsServers = {server};
+    m_world.machine.configuration.servers = there.dnsServers;
+  }
+  m_world.become(there);
 }
 
 void Scenario::flap() {
@@ -167,7 +219,7 @@ void Scenario::flap() {
   for (auto times = 2 + 2 * m_dice.below(10); times > 0; --times) {
     delay += m_dice.magnitude(0.001, 5.0);
     isSatisfied = !isSatisfied;
-    later(delay, [this, isSatisfied] { m_world.report(path(isSatisfied)); });
+    later(delay, [this, isSatisfied] { changePath(isSatisfied); });
   }
 }
 
@@ -228,8 +280,6 @@ void Scenario::changeLookups() {
   tools.body = m_dice.chance(0.3) ? std::nullopt
                                   : std::optional<std::string>(m_dice.oneOf(
                                         {"203.0.113.7\n", "", "\xFF\xFE", " <html> \r\n"}));
-  m_world.machine.configuration.servers =
-      m_dice.chance(0.5) ? std::nullopt : std::optional(std::vector<std::string>{"9.9.9.9"});
   m_world.machine.addresses.interfaces["eth0"] = "192.0.2.7";
 }
 

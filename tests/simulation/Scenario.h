@@ -40,6 +40,9 @@ private:
   void outage();
   void flap();
   void repeatPath();
+  void closeLid();
+  void portal();
+  void roam();
   void changeInterface();
   void changeRates();
   void breakCounters();
@@ -69,6 +72,7 @@ private:
   void awaitTools();
 
   [[nodiscard]] PathReport path(bool isSatisfied);
+  void changePath(bool isSatisfied);
 
   Simulation& m_world;
   Dice& m_dice;

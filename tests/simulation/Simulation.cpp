@@ -65,7 +65,9 @@ void Simulation::make() {
                                   m_center,
                                   m_notifications,
                                   bus.address(),
-                                  [this](ChildProcess::Id child) { toolModel.terminates(child); }};
+                                  [this](ChildProcess::Id child) { toolModel.terminates(child); },
+                                  [this](const auto& body) { lookedUp(body); }};
+  observePath();
   m_resident = std::make_unique<Resident>(
       surroundings, [this] { m_isAskedToEnd = true; },
       [this](const WindowRequest& request) { windows.asked(request); },
@@ -74,6 +76,45 @@ void Simulation::make() {
   connectivity.adopt(m_resident->delegate.networkMonitor(), m_path);
   sampling.adopt(m_resident->delegate.bandwidthSampler());
   toolModel.adopt(m_resident->delegate.processTracker(), m_resident->delegate.speedTest());
+}
+
+/// The program's first look: its watch begins with this path.
+void Simulation::observePath() {
+  m_path = m_actual.report;
+  machine.paths.become(m_actual.report);
+  paths.adopt(m_actual);
+  m_reporter = std::make_unique<PathReporter>(loop, [this](const PathReport& path) {
+    if (m_resident) {
+      paths.reports(path);
+      report(path);
+    }
+  });
+  m_reporter->observe(m_actual);
+}
+
+void Simulation::become(const ObservedPath& path) {
+  m_actual = path;
+  paths.becomes(path);
+  if (m_reporter) {
+    m_reporter->observe(path);
+  }
+}
+
+void Simulation::setSleeping(bool isSleeping) {
+  if (isSleeping) {
+    paths.sleeps();
+  } else {
+    paths.wakes();
+  }
+  if (m_reporter) {
+    m_reporter->setSleeping(isSleeping);
+  }
+}
+
+void Simulation::lookedUp(const std::optional<std::string>& body) {
+  const bool hasAddress = body == "203.0.113.7\n"; // the others are none
+  paths.lookedUp(hasAddress);
+  m_reporter->lookedUp(hasAddress);
 }
 
 void Simulation::launch() {
@@ -155,12 +196,14 @@ void Simulation::destroy() {
   m_isLaunched = false;
   sampling.release();
   connectivity.release();
+  paths.release();
   toolModel.release();
   windows.release();
   noticeServer.forget();
   host.release();
   reader.release();
   // The queues end with their waiting tasks, then everything else.
+  m_reporter.reset();
   m_resident->retire();
   machine.scheduler.endBackground();
   machine.scheduler.advance(ending);
@@ -195,6 +238,8 @@ void Simulation::advance(Seconds span) {
   machine.scheduler.advance(span);
   sampling.checkNothingIsMissing();
   connectivity.checkNothingIsMissing();
+  paths.check();
+  checkDetails();
   toolModel.checkNothingIsMissing();
   preferences.check(store);
   findings.require(processes.faults() == 0,
@@ -205,6 +250,14 @@ void Simulation::advance(Seconds span) {
   // Before the first sample an item may show its initial values.
   if (m_isLaunched && sampling.published() > m_publishedBefore) {
     checkDesktop();
+  }
+}
+
+void Simulation::checkDetails() {
+  if (m_resident && paths.isUpToDate() && connectivity.isComplete()) {
+    const auto& servers = machine.configuration.servers;
+    const std::string& dns = m_resident->delegate.networkMonitor().connectionInfo.get().dns;
+    findings.require(dns == (servers ? servers->front() : "--"), "the DNS server", dns);
   }
 }
 

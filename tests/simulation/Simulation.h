@@ -8,6 +8,7 @@
 #include "NoticeServer.h"
 #include "PanelHost.h"
 #include "PanelModel.h"
+#include "PathModel.h"
 #include "PreferencesModel.h"
 #include "Resident.h"
 #include "SamplingModel.h"
@@ -54,8 +55,13 @@ public:
   /// Whether the program was asked to end since it was made.
   [[nodiscard]] bool isAskedToEnd() const { return m_isAskedToEnd; }
 
-  /// Reports a path, changed or not.
+  /// Reports a path, changed or not, as no kernel would.
   void report(const PathReport& path);
+  /// The machine's path, its gateway or DNS servers are different from now on.
+  void become(const ObservedPath& path);
+  [[nodiscard]] const ObservedPath& path() const { return m_actual; }
+  /// The login manager announces that the machine is about to sleep, or awake again.
+  void setSleeping(bool isSleeping);
   void askForSpeedTest();
   /// The user sets a preference in the windows.
   void prefer(const std::string& key, const PreferenceValue& value);
@@ -86,6 +92,7 @@ public:
   WindowsProgram windows{machine.scheduler, world, dice, findings};
   VirtualProcesses processes{[this](const auto& process) { return play(process); }};
   ConnectivityModel connectivity{machine.scheduler, findings};
+  PathModel paths{machine.scheduler, findings};
   NoticeModel notices{machine.clock, store, findings};
   PanelModel panel{settings, store, findings};
   Traffic traffic{machine.scheduler, [this](const auto& counts) { sampling.reads(counts); }};
@@ -106,6 +113,9 @@ private:
   [[nodiscard]] bool play(const VirtualProcesses::Pointer& process);
   void watchBefore();
   void watchAfter();
+  void observePath();
+  void lookedUp(const std::optional<std::string>& body);
+  void checkDetails();
   void checkDesktop();
 
   Center m_center{*this};
@@ -115,7 +125,9 @@ private:
   bool m_isAskedToEnd = false;
   Ticks m_madeAt = Ticks::zero();
   std::int64_t m_publishedBefore = 0; // before the launch
-  std::optional<PathReport> m_path;
+  ObservedPath m_actual;
+  std::optional<PathReport> m_path; // reported last
+  std::unique_ptr<PathReporter> m_reporter;
   std::vector<Subscription> m_subscriptions;
 };
 

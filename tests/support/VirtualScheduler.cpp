@@ -121,6 +121,7 @@ bool VirtualScheduler::step() {
     if (hasWorked || isReady) {
       return true;
     }
+    m_ready.clear(); // an idle function may have cancelled a timer that was due
   }
   if (m_ready.empty()) {
     return moveOn();
