@@ -4,6 +4,10 @@ from .session import wait_until
 
 
 class Daemon:
+    IS_MANAGER = True
+    # The DNS server of a tunnel, for those who take it from wg-quick.
+    TUNNEL_DNS = None
+
     def __init__(self, machine):
         self.machine = machine
 
@@ -57,6 +61,7 @@ class NetworkManagerWithDnsmasq(NetworkManager):
 class Networkd(Daemon):
     NAME = "systemd-networkd"
     PROGRAMS = ["networkctl", "resolvectl"]
+    TUNNEL_DNS = "10.10.0.1"
 
     # The first link is preferred, as a wired one is to Wi-Fi.
     NETWORK = "[Match]\nName=eth{link}\n[Network]\nDHCP=ipv4\n[DHCPv4]\nRouteMetric={metric}\n"
@@ -102,4 +107,20 @@ class Connman(Daemon):
                          provider.gateway, "--nameservers", provider.dns)
 
 
-DAEMONS = [NetworkManager, NetworkManagerWithDnsmasq, Networkd, Connman]
+class UsersDnsmasq(Daemon):
+    """No manager: addresses and routes of the user's own, and a DNS server on the machine."""
+
+    NAME = "a user's dnsmasq"
+    IS_MANAGER = False
+    PROGRAMS = ["dnsmasq"]
+
+    def start(self):
+        self.machine.run("ip", "address", "add", "192.168.1.50/24", "dev", "eth0")
+        self.machine.run("ip", "link", "set", "eth0", "up")
+        self.machine.write("/etc/resolv.conf", "nameserver 127.0.0.1\n")
+        self.machine.start("dnsmasq", "--keep-in-foreground", "--conf-file=/dev/null", "--no-resolv",
+                           "--server=192.168.1.1", "--listen-address=127.0.0.1", "--user=root")
+        self.machine.run("ip", "route", "add", "default", "via", "192.168.1.1")
+
+    def take(self, provider):
+        self.machine.run("ip", "route", "replace", "default", "via", provider.gateway)

@@ -13,7 +13,7 @@ class OpenVpn:
     _SHARED = ["--dev", "tun0", "--proto", "udp", "--cipher", "AES-256-CBC", "--secret", "/etc/tunnel.key"]
     ROUTES = {True: ["--redirect-gateway", "def1"], False: ["--route", "10.9.0.0", "255.255.0.0"]}
 
-    def __init__(self, machine, net):
+    def __init__(self, machine, net, dns=None):
         self.machine, self.net = machine, net
         self._client = None
         key = subprocess.run([*net.entry, "openvpn", "--genkey", "secret", "/dev/stdout"], text=True,
