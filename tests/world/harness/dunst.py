@@ -12,6 +12,7 @@ PROGRAMS = ("dunst", "dunstctl", "Xvfb", "busctl")
 
 CONFIGURATION = """[global]
 always_run_script = true
+stack_duplicates = false
 [all]
 summary = "*"
 timeout = 0
