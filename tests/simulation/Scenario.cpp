@@ -171,8 +171,8 @@ void Scenario::outage() {
   later(m_dice.magnitude(0.01, 3600.0), [this] { changePath(true); });
 }
 
-/// Managers take the link down before the machine sleeps, drivers lose it after waking. Virtual time
-/// is the monotonic clock, which stands still meanwhile.
+/// Managers take the link down before the machine sleeps, drivers lose it after waking. Virtual
+/// time is the monotonic clock, which stands still meanwhile.
 void Scenario::closeLid() {
   m_world.setSleeping(true);
   const Seconds awake = m_dice.magnitude(0.01, 20.0);
@@ -194,8 +194,7 @@ void Scenario::closeLid() {
 void Scenario::portal() {
   m_world.tools.conditions.body = m_dice.oneOf<const char*>({"<html>", "203.0.113.7.", ""});
   roam();
-  later(m_dice.magnitude(1.0, 3600.0),
-        [this] { m_world.tools.conditions.body = "203.0.113.7\n"; });
+  later(m_dice.magnitude(1.0, 3600.0), [this] { m_world.tools.conditions.body = "203.0.113.7\n"; });
 }
 
 /// Another gateway, other DNS servers, or both.
