@@ -1,12 +1,15 @@
-// Any message as systemd-resolved's reply. The result is a limited number of addresses.
+// Any message as systemd-resolved's reply, and as connman's. The result is a limited number of
+// addresses.
 
 #include "platform/linux/bus/BusMessages.h"
+#include "platform/linux/bus/ConnmanServers.h"
 #include "platform/linux/bus/ResolvedServers.h"
 #include "support/AnyBody.h"
 #include "support/Require.h"
 
 #include <algorithm>
 #include <array>
+#include <string>
 
 #include <arpa/inet.h>
 #include <sys/socket.h>
@@ -51,7 +54,26 @@ int appendServers(sd_bus_message& message, FuzzedDataProvider& input) {
 bool isAddress(const std::string& text) {
   std::array<unsigned char, 16> bytes{};
   return ::inet_pton(AF_INET, text.c_str(), bytes.data()) == 1 ||
-         ::inet_pton(AF_INET6, text.c_str(), bytes.data()) == 1;
+         ::inet_pton(AF_INET6, text.substr(0, text.find('%')).c_str(), bytes.data()) == 1;
+}
+
+/// A well-formed list of services with any texts as their servers.
+int appendServices(sd_bus_message& message, FuzzedDataProvider& input) {
+  tidewell::BusWriter writer(message);
+  writer.open('a', "(oa{sv})");
+  while (writer.result() >= 0 && input.remaining_bytes() > 0) {
+    writer.open('r', "oa{sv}").add("o", "/any").open('a', "{sv}").open('e', "sv");
+    writer.add("s", input.ConsumeBool() ? "Nameservers" : "Name").open('v', "as").open('a', "s");
+    for (int count = input.ConsumeIntegralInRange(0, 80); count > 0; --count) {
+      // Texts of a message are UTF-8 without zeros.
+      std::string text = input.ConsumeRandomLengthString(70);
+      std::ranges::replace_if(
+          text, [](char byte) { return byte <= 0; }, '.');
+      writer.add("s", text.c_str());
+    }
+    writer.close().close().close().close().close();
+  }
+  return writer.close().result();
 }
 
 } // namespace
@@ -62,14 +84,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     return sd_bus_message_new_signal(connection(), made, "/", "org.example.Any", "Any");
   });
   require(message != nullptr);
-  const bool isUsual = input.ConsumeIntegralInRange(0, 3) != 0;
+  const int kind = input.ConsumeIntegralInRange(0, 3);
   const int appended =
-      isUsual ? appendServers(*message, input)
-              : tidewell::fuzz::appendAny(*message, tidewell::fuzz::anySignature(input), input);
+      kind == 0   ? tidewell::fuzz::appendAny(*message, tidewell::fuzz::anySignature(input), input)
+      : kind == 1 ? appendServices(*message, input)
+                  : appendServers(*message, input);
   if (appended < 0 || sd_bus_message_seal(message.get(), 1, 0) < 0 ||
       sd_bus_message_rewind(message.get(), 1) < 0) {
     return 0;
   }
+  const auto behind = tidewell::readConnmanServers(message.get());
+  require(behind.size() <= 64 && std::ranges::all_of(behind, isAddress));
+  sd_bus_message_rewind(message.get(), 1);
   const auto servers = tidewell::readResolvedServers(message.get());
   require(servers.size() <= 64);
   for (const auto& server : servers) {
