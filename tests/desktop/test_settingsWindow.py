@@ -1,13 +1,15 @@
 #!/usr/bin/python3
 """How the settings change a running Tidewell, and how other writers change the open settings."""
 
+import shutil
 import time
+from pathlib import Path
 
 import apart
 import xfce
 from children import wait_until
 from harness.session import Watch
-from windowCase import SETTINGS, TOGGLE, WindowCase
+from windowCase import PROGRAM, SETTINGS, TOGGLE, WindowCase
 
 CHOICE = "combo box"
 INTERVAL, TRACKING, LOGIN = "Refresh Interval", "Track Per-Process", "Launch at Login"
@@ -78,6 +80,22 @@ class Settings(WindowCase):
         self.turn(LOGIN, "launchAtLogin", "false")
         wait_until(lambda: not entry.exists(), 5, "end of the autostart entry")
 
+    def test_launch_at_login_says_why_it_fails_where_the_resident_prints(self):
+        (self.configuration / "autostart").write_text("in the way")
+        self.turn(LOGIN, "launchAtLogin", "true")
+        line = f"Launch at login error: {self.configuration}/autostart: Not a directory"
+        wait_until(lambda: line in self.session.log.read_text().splitlines(), 5, line)
+
+    def test_the_arrows_go_on_from_a_clicked_section_and_store_nothing(self):
+        before = self.preferences.read_text()
+        self.display.press("Tab", "Tab", "Tab", "Tab")
+        wait_until(lambda: self.reader.find(CHOICE, INTERVAL)["focused"], 5, "focused list")
+        self.click(self.reader.find("radio button", "Data"))
+        self.reader.wait_to_find(CHOICE, "Keep History")
+        self.display.press("Down")
+        self.reader.wait_to_find("scroll bar", "Advanced")
+        self.assertEqual(self.preferences.read_text(), before)
+
     def test_what_others_write_is_shown_at_once(self):
         self.assertEqual((self.chosen(INTERVAL), self.is_on(TRACKING)), ("1 second", True))
         self.prefer(refreshInterval=2.0, trackPerProcess=False, monitorInterface="en1")
@@ -107,6 +125,26 @@ class Settings(WindowCase):
         wait_until(lambda: self.is_on(TRACKING) != before, 5, "switch")
         self.assertIsNotNone(self.get("MenubarText"))
         self.assert_alive()
+
+
+class Moved(WindowCase):
+    """A resident that does not lie where its windows would look for it."""
+
+    def command(self):
+        prefix = self.session.directory / "moved"
+        program = prefix / "programs/tidewell"
+        if not prefix.exists():
+            program.parent.mkdir(parents=True)
+            shutil.copy2(PROGRAM, program)
+            (prefix / "libexec").symlink_to(Path(PROGRAM).parent.parent / "libexec")
+        return [str(program)]
+
+    def test_launch_at_login_starts_the_program_that_runs(self):
+        self.open(SETTINGS)
+        self.turn(LOGIN, "launchAtLogin", "true")
+        entry = self.configuration / "autostart/com.halden.Tidewell.desktop"
+        wait_until(entry.exists, 5, "autostart entry")
+        self.assertIn(f'Exec="{self.command()[0]}"', entry.read_text())
 
 
 if __name__ == "__main__":

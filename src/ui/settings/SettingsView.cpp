@@ -46,6 +46,9 @@ void SettingsView::paintEvent(QPaintEvent* event) {
 
 void SettingsView::select(Section section) {
   m_selectedSection = section;
+  if (m_pages->isAncestorOf(window()->focusWidget())) {
+    m_sidebar->focusSelected(); // otherwise the stack would focus a control of the page
+  }
   m_pages->setCurrentIndex(static_cast<int>(section));
 }
 
