@@ -2,6 +2,7 @@
 """How the settings change a running Tidewell, and how other writers change the open settings."""
 
 import shutil
+import subprocess
 import time
 from pathlib import Path
 
@@ -18,6 +19,8 @@ INTERVAL, TRACKING, LOGIN = "Refresh Interval", "Track Per-Process", "Launch at 
 # busy machine adds.
 FIRST_LOOK = 2.0
 SLACK = 1.5
+# Seconds until the window tries again to store a change.
+RETRY = 5.0
 
 BROKEN = b"refreshInterval = 2.0\n\x00 = = [\xff\n"
 
@@ -117,6 +120,21 @@ class Settings(WindowCase):
         self.prefer(refreshInterval=5.0)
         wait_until(lambda: self.chosen(INTERVAL) == "5 seconds", 5, "interval")
         self.assert_works()
+
+    def test_a_change_that_cannot_be_stored_is_explained_and_stored_later(self):
+        directory = self.preferences.parent
+        self.mount("--bind", directory, directory)
+        self.addCleanup(subprocess.run, ["umount", directory], check=True)
+        self.mount("-o", "remount,bind,ro", directory)
+        self.reader.press(TOGGLE, TRACKING)
+        self.reader.wait_to_read("Not saved: Read-only file system. Trying again.")
+        self.assertTrue(self.is_on(TRACKING))
+        self.mount("-o", "remount,bind,rw", directory)
+        wait_until(lambda: self.preferred("trackPerProcess = false"), RETRY + SLACK, "stored value")
+        wait_until(lambda: not self.is_on(TRACKING), 5, "switch")
+
+    def mount(self, *arguments):
+        subprocess.run(["mount", *arguments], check=True)
 
     def assert_works(self):
         """The window shows what is chosen in it, and the resident answers."""

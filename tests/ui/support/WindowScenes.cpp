@@ -181,37 +181,6 @@ void reachRanges(Details& details) {
   details.all<QRadioButton>(overview)[2]->setFocus(Qt::TabFocusReason);
 }
 
-using Section = SettingsSection;
-
-Scene scene(
-    std::string name, Section section,
-    const std::function<void(Preferences&)>& act = [](Preferences&) {}) {
-  return {"settings-" + std::move(name), [section, act] {
-            auto preferences = std::make_shared<Preferences>();
-            preferences->open(section);
-            act(*preferences);
-            preferences->scheduler.settle();
-            return ownedBy(preferences, preferences->view.get());
-          }};
-}
-
-// Values that no list offers.
-void setForeign(Preferences& preferences) {
-  preferences.store.set("refreshInterval", 3.0);
-  preferences.store.set("monitorInterface", std::string("wlan0"));
-  preferences.store.set("checkForUpdates", false);
-}
-
-Scene openList() {
-  return {"settings-openList", [] {
-            auto preferences = std::make_shared<Preferences>();
-            preferences->open();
-            ChoiceList& list = preferences->list("Monitor Interface");
-            list.showPopup();
-            return ownedBy(preferences, list.view()->window());
-          }};
-}
-
 } // namespace
 
 SnapshotList evening(int count) {
@@ -274,25 +243,6 @@ std::vector<Scene> detailScenes() {
       scene("diagnosticsRunning", diagnostics, tall,
             [](Details& details) { details.speedTest.isRunning.set(true); }),
       scene("diagnosticsAbsurd", diagnostics, tall, setAbsurd),
-  };
-}
-
-std::vector<Scene> settingsScenes() {
-  return {
-      scene("general", Section::general),
-      scene("alerts", Section::alerts),
-      scene("display", Section::display),
-      scene("data", Section::data),
-      scene("advanced", Section::advanced),
-      scene("foreign", Section::general, setForeign),
-      scene("keyboard", Section::general,
-            [](Preferences& preferences) {
-              preferences.view->activateWindow();
-              preferences.toggle("Launch at Login").setFocus(Qt::TabFocusReason);
-            }),
-      scene("small", Section::alerts,
-            [](Preferences& preferences) { preferences.view->resize(SettingsView::leastSize); }),
-      openList(),
   };
 }
 
