@@ -90,6 +90,13 @@ void setRightToLeft(Panel& panel) {
 }
 
 const SpeedTestResult evenResult{1'700'000'000.0, 245.6, 19.2, 812};
+constexpr const char* failure = "the server does not answer in time";
+
+void failAfterResult(SpeedTestState& speedTest) {
+  speedTest.lastMeasured.set(evenResult);
+  speedTest.lastResult.set(SpeedTestResult{1'700'000'600.0, 0.0, 0.0, 0});
+  speedTest.failure.set(failure);
+}
 
 constexpr QSize windowSize = DetailWindowView::defaultSize;
 // Tall enough for a whole tab.
@@ -212,6 +219,8 @@ std::vector<Scene> panelScenes() {
       scene("down", setPanelOffline),
       scene("running", [](Panel& panel) { panel.speedTest.isRunning.set(true); }),
       scene("result", [](Panel& panel) { panel.speedTest.lastResult.set(evenResult); }),
+      scene("failed", [](Panel& panel) { failAfterResult(panel.speedTest); }),
+      scene("firstFailed", [](Panel& panel) { panel.speedTest.failure.set(failure); }),
       scene("copied", asItIs, Backdrop::translucent, [](Panel& panel) { panel.button(1).click(); }),
       scene("emptyHistory", [](Panel& panel) { panel.sampler.snapshots.set({}); }),
       scene("oneSample", [](Panel& panel) { panel.sampler.snapshots.set(evening(1)); }),
@@ -242,6 +251,8 @@ std::vector<Scene> detailScenes() {
       scene("diagnosticsOffline", diagnostics, tall, setOffline),
       scene("diagnosticsRunning", diagnostics, tall,
             [](Details& details) { details.speedTest.isRunning.set(true); }),
+      scene("diagnosticsFailed", diagnostics, tall,
+            [](Details& details) { failAfterResult(details.speedTest); }),
       scene("diagnosticsAbsurd", diagnostics, tall, setAbsurd),
   };
 }
