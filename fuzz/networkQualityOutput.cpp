@@ -1,7 +1,8 @@
 // Any bytes as the network-quality tool's output. The results are finite and not negative, and an
-// unrelated line appended changes nothing.
+// unrelated line appended changes nothing. The reason of a failure is short and can be shown.
 
 #include "speedtest/NetworkQualityOutput.h"
+#include "base/DisplayText.h"
 #include "support/Require.h"
 
 #include <cmath>
@@ -26,5 +27,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto longer = tidewell::parseNetworkQualityOutput(
       text + "\nDownlink capacity: 1.5 Gbps\nUplink capacity: 2 Kbps\nResponsiveness: 9", 7.0);
   require(longer == tidewell::SpeedTestResult{7.0, 1500.0, 0.002, 9});
+
+  const std::string reason = tidewell::networkQualityFailure(text);
+  require(reason.size() <= 3 * tidewell::longestFailure); // a replaced byte becomes three
+  require(tidewell::displayText(reason) == reason);
   return 0;
 }

@@ -127,6 +127,10 @@ void BusFace::describeResults(const ResidentSources& sources) {
   m_object.property<std::optional<SpeedTestResult>>(
       face::lastSpeedTest.name, face::listSignatureOf<SpeedTestResult>(),
       [&] { return speedTest.lastResult.get(); }, &appendSpeedTest);
+  m_object.property<std::optional<SpeedTestResult>>(
+      face::lastMeasuredSpeedTest.name, face::listSignatureOf<SpeedTestResult>(),
+      [&] { return speedTest.lastMeasured.get(); }, &appendSpeedTest);
+  publish(m_object, face::speedTestFailure, [&] { return speedTest.failure.get(); });
 }
 
 void BusFace::describeMethods() {

@@ -65,6 +65,8 @@ void ResidentShell::watchSources() {
   watch(m_sources.tracker.processes);
   watch(m_sources.speedTest.isRunning);
   watch(m_sources.speedTest.lastResult);
+  watch(m_sources.speedTest.lastMeasured);
+  watch(m_sources.speedTest.failure);
   m_changes.push_back(m_sources.preferences.observe(
       preference::showUploadInMenubar.key, [this](const auto& /*value*/) { refreshSoon(); }));
 }

@@ -3,6 +3,8 @@
 #include "platform/linux/loop/EventLoop.h"
 #include "platform/linux/process/SocketChild.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace tidewell {
@@ -13,12 +15,15 @@ constexpr int mostCrashes = 3;
 
 } // namespace
 
-WindowsProcess::WindowsProcess(EventLoop& loop, std::string executable, Seconds answerLimit)
-    : m_loop(loop), m_executable(std::move(executable)), m_answerLimit(answerLimit) {}
+WindowsProcess::WindowsProcess(EventLoop& loop, std::string executable, std::string resident,
+                               Seconds answerLimit)
+    : m_loop(loop), m_executable(std::move(executable)), m_resident(std::move(resident)),
+      m_answerLimit(answerLimit) {}
 
 WindowsProcess::~WindowsProcess() {
   if (m_child) {
-    m_child->send(messageOf(WindowRequest{WindowRequest::Kind::quit, {}, {}, {}}));
+    // If it is not sent, the end of the socket says the same, or the process hangs.
+    static_cast<void>(m_child->send(messageOf({WindowRequest::Kind::quit, {}, {}, {}})));
   }
 }
 
@@ -28,15 +33,24 @@ void WindowsProcess::ask(const WindowRequest& request) {
     return;
   }
   m_last[request.kind] = request;
-  m_unanswered.push_back(request);
-  m_child->send(messageOf(request));
-  if (m_unanswered.size() == 1) { // a running deadline is not postponed
+  std::erase_if(m_waiting, [&](const auto& waiting) { return waiting.kind == request.kind; });
+  m_waiting.push_back(request);
+  sendWaiting();
+}
+
+void WindowsProcess::sendWaiting() {
+  while (!m_waiting.empty() && m_unanswered.size() < mostUnanswered &&
+         m_child->send(messageOf(m_waiting.front()))) {
+    m_unanswered.push_back(std::move(m_waiting.front()));
+    m_waiting.pop_front();
+  }
+  if (!m_answerDue) { // a running deadline is not postponed
     watchAnswer();
   }
 }
 
 bool WindowsProcess::start() {
-  m_child = SocketChild::start(m_loop, m_executable,
+  m_child = SocketChild::start(m_loop, m_executable, {std::string(residentOption) + m_resident},
                                {[this](std::string_view message) { heard(message); },
                                 [this](bool orderly) { ended(orderly); }});
   return m_child != nullptr;
@@ -52,7 +66,8 @@ void WindowsProcess::heard(std::string_view message) {
     if (!m_unanswered.empty()) {
       m_unanswered.pop_front();
     }
-    watchAnswer();
+    m_answerDue.reset();
+    sendWaiting();
     break;
   case WindowReport::Kind::opened:
     m_open[report->window] = m_last[report->window];
@@ -75,22 +90,21 @@ void WindowsProcess::ended(bool orderly) {
 void WindowsProcess::restart() {
   auto wanted = std::exchange(m_open, {});
   auto unanswered = std::exchange(m_unanswered, {});
-  if ((wanted.empty() && unanswered.empty()) || ++m_crashes > mostCrashes || !start()) {
-    return;
-  }
+  auto waiting = std::exchange(m_waiting, {});
   for (auto& [kind, request] : wanted) {
     request.kind = kind;
-    m_unanswered.push_back(request);
+    m_waiting.push_back(request);
   }
-  m_unanswered.insert(m_unanswered.end(), unanswered.begin(), unanswered.end());
-  for (const WindowRequest& request : m_unanswered) {
-    m_child->send(messageOf(request));
+  std::ranges::move(unanswered, std::back_inserter(m_waiting));
+  std::ranges::move(waiting, std::back_inserter(m_waiting));
+  if (m_waiting.empty() || ++m_crashes > mostCrashes || !start()) {
+    m_waiting.clear();
+    return;
   }
-  watchAnswer();
+  sendWaiting();
 }
 
 void WindowsProcess::watchAnswer() {
-  m_answerDue.reset();
   if (!m_unanswered.empty()) {
     m_answerDue = m_loop.repeat(m_answerLimit, 0.0, [this] {
       if (m_child) {

@@ -88,7 +88,7 @@ void serve(EpollLoop& loop, AppSettings& settings, PreferencesStore& preferences
   const Platform platform{scheduler,         machine.clock, machine.counters, machine.configuration,
                           machine.addresses, machine.paths, machine.http,     machine.children};
   AppDelegate delegate(platform, {settings, preferences, center, notifications});
-  WindowsProcess windows(loop, helperProgram(program, "tidewell-windows"));
+  WindowsProcess windows(loop, helperProgram(program, "tidewell-windows"), program);
   ResidentShell shell(loop, bus,
                       {delegate.bandwidthSampler(), delegate.networkMonitor(),
                        delegate.processTracker(), delegate.speedTest(), settings, preferences},

@@ -34,6 +34,8 @@ inline constexpr Property<std::string> interfaceType{"InterfaceType"};
 inline constexpr ListProperty<ProcessUsage> processes{"Processes"};
 inline constexpr Property<bool> speedTestIsRunning{"SpeedTestIsRunning"};
 inline constexpr ListProperty<SpeedTestResult> lastSpeedTest{"LastSpeedTest"}; // none or one
+inline constexpr ListProperty<SpeedTestResult> lastMeasuredSpeedTest{"LastMeasuredSpeedTest"};
+inline constexpr Property<std::string> speedTestFailure{"SpeedTestFailure"};
 
 /// A property that is a text of the connection's details.
 struct Detail {

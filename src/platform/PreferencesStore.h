@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <variant>
 
@@ -50,8 +51,9 @@ public:
   /// The stored value, or nullopt if the key is absent.
   [[nodiscard]] std::optional<PreferenceValue> value(std::string_view key) const;
 
-  /// Stores a value. Every later reader in this process sees it, even if the disk refused it.
-  virtual void set(std::string_view key, PreferenceValue value) = 0;
+  /// Stores a value, which every later reader then sees. Returns why it could not be stored;
+  /// nothing has changed then.
+  virtual std::error_code set(std::string_view key, PreferenceValue value) = 0;
 
   /// Calls the observer once for each later change of the key's value, in order and never inside
   /// `set`. Changes by other programs count; writing an equal value does not.

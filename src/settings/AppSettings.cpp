@@ -24,9 +24,12 @@ void AppSettings::detach() {
   m_loginItem = nullptr;
 }
 
-void AppSettings::setLaunchAtLogin(bool value) {
-  write(preference::launchAtLogin, value);
-  updateLaunchAtLogin();
+std::error_code AppSettings::setLaunchAtLogin(bool value) {
+  const std::error_code error = write(preference::launchAtLogin, value);
+  if (!error) {
+    updateLaunchAtLogin();
+  }
+  return error;
 }
 
 void AppSettings::updateLaunchAtLogin() {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <type_traits>
 #include <utility>
 
@@ -43,7 +44,8 @@ inline constexpr Preference<bool> showUploadInMenubar{"showUploadInMenubar", tru
 /// The user's preferences as typed properties.
 ///
 /// Reading a property returns the stored value, or the default if the key is absent or holds
-/// another type. Writing one stores it at once. Nothing is cached and no value is checked.
+/// another type. Writing one stores it at once, or returns why it could not be stored. Nothing is
+/// cached and no value is checked.
 class AppSettings {
 public:
   AppSettings() = default;
@@ -61,57 +63,74 @@ public:
   void detach();
 
   [[nodiscard]] bool launchAtLogin() const { return read(preference::launchAtLogin); }
-  /// Also registers or unregisters the login item. If that fails, prints one line with the reason
-  /// to standard output; the stored value stays.
-  void setLaunchAtLogin(bool value);
+  /// Also registers or unregisters the login item once the value is stored. If that fails, prints
+  /// one line with the reason to standard output; the stored value stays.
+  std::error_code setLaunchAtLogin(bool value);
 
   [[nodiscard]] bool checkForUpdates() const { return read(preference::checkForUpdates); }
-  void setCheckForUpdates(bool value) { write(preference::checkForUpdates, value); }
+  std::error_code setCheckForUpdates(bool value) {
+    return write(preference::checkForUpdates, value);
+  }
 
   [[nodiscard]] double refreshInterval() const { return read(preference::refreshInterval); }
-  void setRefreshInterval(double value) { write(preference::refreshInterval, value); }
+  std::error_code setRefreshInterval(double value) {
+    return write(preference::refreshInterval, value);
+  }
 
   [[nodiscard]] std::string monitorInterface() const { return read(preference::monitorInterface); }
-  void setMonitorInterface(std::string value) {
-    write(preference::monitorInterface, std::move(value));
+  std::error_code setMonitorInterface(std::string value) {
+    return write(preference::monitorInterface, std::move(value));
   }
 
   [[nodiscard]] bool trackPerProcess() const { return read(preference::trackPerProcess); }
-  void setTrackPerProcess(bool value) { write(preference::trackPerProcess, value); }
+  std::error_code setTrackPerProcess(bool value) {
+    return write(preference::trackPerProcess, value);
+  }
 
   [[nodiscard]] double slowSpeedThreshold() const { return read(preference::slowSpeedThreshold); }
-  void setSlowSpeedThreshold(double value) { write(preference::slowSpeedThreshold, value); }
+  std::error_code setSlowSpeedThreshold(double value) {
+    return write(preference::slowSpeedThreshold, value);
+  }
 
   [[nodiscard]] double highLatencyThreshold() const {
     return read(preference::highLatencyThreshold);
   }
-  void setHighLatencyThreshold(double value) { write(preference::highLatencyThreshold, value); }
+  std::error_code setHighLatencyThreshold(double value) {
+    return write(preference::highLatencyThreshold, value);
+  }
 
   [[nodiscard]] bool showNotifications() const { return read(preference::showNotifications); }
-  void setShowNotifications(bool value) { write(preference::showNotifications, value); }
+  std::error_code setShowNotifications(bool value) {
+    return write(preference::showNotifications, value);
+  }
 
   [[nodiscard]] bool hasCompletedOnboarding() const {
     return read(preference::hasCompletedOnboarding);
   }
-  void setHasCompletedOnboarding(bool value) { write(preference::hasCompletedOnboarding, value); }
+  std::error_code setHasCompletedOnboarding(bool value) {
+    return write(preference::hasCompletedOnboarding, value);
+  }
 
   [[nodiscard]] std::int64_t dataRetentionDays() const {
     return read(preference::dataRetentionDays);
   }
-  void setDataRetentionDays(std::int64_t value) { write(preference::dataRetentionDays, value); }
+  std::error_code setDataRetentionDays(std::int64_t value) {
+    return write(preference::dataRetentionDays, value);
+  }
 
   [[nodiscard]] bool showUploadInMenubar() const { return read(preference::showUploadInMenubar); }
-  void setShowUploadInMenubar(bool value) { write(preference::showUploadInMenubar, value); }
+  std::error_code setShowUploadInMenubar(bool value) {
+    return write(preference::showUploadInMenubar, value);
+  }
 
 private:
   template <class T> [[nodiscard]] T read(const Preference<T>& preference) const {
     const auto stored = m_store == nullptr ? std::nullopt : as<T>(m_store->value(preference.key));
     return stored.value_or(T(preference.byDefault));
   }
-  template <class T> void write(const Preference<T>& preference, T value) {
-    if (m_store != nullptr) {
-      m_store->set(preference.key, PreferenceValue(std::move(value)));
-    }
+  template <class T> std::error_code write(const Preference<T>& preference, T value) {
+    return m_store == nullptr ? std::error_code{}
+                              : m_store->set(preference.key, PreferenceValue(std::move(value)));
   }
   void updateLaunchAtLogin();
 

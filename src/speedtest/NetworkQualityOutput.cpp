@@ -1,5 +1,6 @@
 #include "speedtest/NetworkQualityOutput.h"
 
+#include "base/DisplayText.h"
 #include "base/NumberText.h"
 #include "base/TextPieces.h"
 
@@ -87,6 +88,17 @@ SpeedTestResult parseNetworkQualityOutput(std::string_view output, double now) {
     }
   }
   return result;
+}
+
+std::string networkQualityFailure(std::string_view output) {
+  constexpr std::string_view mark = "Failure: ";
+  std::string_view reason;
+  for (const std::string_view line : splitAt(output, '\n')) {
+    if (line.starts_with(mark)) {
+      reason = line.substr(mark.size());
+    }
+  }
+  return displayText(reason.substr(0, longestFailure));
 }
 
 } // namespace tidewell

@@ -2,6 +2,8 @@
 
 #include "speedtest/SpeedTestState.h"
 
+#include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace tidewell {
@@ -11,5 +13,12 @@ namespace tidewell {
 /// Searches line by line for capacities; the last of a kind counts. Takes any bytes; missing values
 /// are zero. Pure.
 [[nodiscard]] SpeedTestResult parseNetworkQualityOutput(std::string_view output, double now);
+
+/// The longest reason in bytes. Longer ones are cut.
+inline constexpr std::size_t longestFailure = 200;
+
+/// Why the tool failed, as its last line that begins with "Failure: " says, safe for a label; empty
+/// if it does not. Takes any bytes. Pure.
+[[nodiscard]] std::string networkQualityFailure(std::string_view output);
 
 } // namespace tidewell

@@ -30,21 +30,36 @@ Async<> SpeedTestRunner::execute(std::weak_ptr<SpeedTestRunner> runner, ChildPro
   const ToolCall test{Tool::lineTest, {}, 0.0};
   const std::optional<std::string> output = co_await children.run(test);
   std::optional<SpeedTestResult> result;
+  std::string reason;
   const bool isParsed = ifMemoryAllows([&] {
     if (output) {
-      result = parseNetworkQualityOutput(
-          isUtf8(*output) ? std::string_view(*output) : std::string_view(), clock.now());
+      const auto text = isUtf8(*output) ? std::string_view(*output) : std::string_view();
+      reason = networkQualityFailure(text);
+      result = parseNetworkQualityOutput(text, clock.now());
     }
   });
   if (!isParsed) {
     result.reset();
   }
-  main.post([runner, result] {
+  main.post([runner, result, reason] {
     if (const auto self = runner.lock()) {
-      self->lastResult.set(result);
-      self->isRunning.set(false);
+      self->finish(result, reason);
     }
   });
+}
+
+void SpeedTestRunner::finish(const std::optional<SpeedTestResult>& result,
+                             const std::string& reason) {
+  if (result && hasMeasured(*result)) {
+    lastMeasured.set(result);
+    failure.set({});
+  } else if (result) {
+    failure.set(reason.empty() ? "nothing was measured" : reason);
+  } else {
+    failure.set("the measuring program could not be started");
+  }
+  lastResult.set(result);
+  isRunning.set(false);
 }
 
 } // namespace tidewell

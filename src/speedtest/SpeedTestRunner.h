@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace tidewell {
 
@@ -13,6 +14,9 @@ class Clock;
 struct Platform;
 
 /// Measures the line's capacity on demand with the network-quality tool.
+///
+/// A run has failed if the tool could not be started or measured nothing. `failure` then has the
+/// tool's reason, or else says which of both it was.
 ///
 /// Owned by a shared_ptr. A background task waits for the tool; it publishes nothing if the runner
 /// is gone by then.
@@ -26,6 +30,7 @@ public:
   void run();
 
 private:
+  void finish(const std::optional<SpeedTestResult>& result, const std::string& reason);
   [[nodiscard]] static Async<> execute(std::weak_ptr<SpeedTestRunner> runner,
                                        ChildProcess& children, WorkQueue& main, Clock& clock);
 

@@ -7,6 +7,10 @@
 
 namespace tidewell {
 
+/// The option with which the resident starts the windows' process, followed by the absolute path of
+/// the resident's program.
+inline constexpr std::string_view residentOption = "--resident=";
+
 /// A request from the resident to the windows' process: one message on the socket between them.
 struct WindowRequest {
   enum class Kind {

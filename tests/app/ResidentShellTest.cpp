@@ -84,13 +84,13 @@ TEST_F(ResidentShellTest, HasTheDocumentedPropertiesAndSignals) {
   const std::map<const char*, std::vector<const char*>> properties = {
       {"s",
        {"MenubarText", "Status", "InterfaceType", "NetworkName", "InterfaceName", "IpAddress",
-        "PublicIp", "Dns"}},
+        "PublicIp", "Dns", "SpeedTestFailure"}},
       {"x", {"DownloadBytesPerSec", "UploadBytesPerSec"}},
       {"d", {"LatencyMs", "JitterMs", "PacketLossPercent"}},
       {"b", {"IsConnected", "SpeedTestIsRunning"}},
       {"a(dxxddd)", {"Samples"}},
       {"a(isxxxd)", {"Processes"}},
-      {"a(dddx)", {"LastSpeedTest"}}};
+      {"a(dddx)", {"LastSpeedTest", "LastMeasuredSpeedTest"}}};
   for (const auto& [type, names] : properties) {
     for (const char* name : names) {
       EXPECT_TRUE(panel->get(face, faceInterface, name, type)) << name << " " << panel->error;
@@ -229,6 +229,24 @@ TEST_F(ResidentShellTest, PublishesTheFieldsOfItsListsInTheirOrder) {
   EXPECT_EQ(reals[0], 100.0);
   EXPECT_EQ(reals[1], 20.0);
   EXPECT_EQ(numbers[0], 900);
+}
+
+TEST_F(ResidentShellTest, PublishesTheLastMeasurementAndWhyALaterTestFailed) {
+  startBoth();
+  speedTest.lastMeasured.set(SpeedTestResult{7.0, 100.0, 20.0, 900});
+  speedTest.lastResult.set(SpeedTestResult{9.0, 0.0, 0.0, 0});
+  speedTest.failure.set("the server cannot be reached");
+  settle();
+  double time = 0.0;
+  const auto measured = panel->get(face, faceInterface, "LastMeasuredSpeedTest", "a(dddx)");
+  ASSERT_TRUE(measured);
+  double down = 0.0;
+  double up = 0.0;
+  std::int64_t responsiveness = 0;
+  sd_bus_message_read(measured.get(), "a(dddx)", 1, &time, &down, &up, &responsiveness);
+  EXPECT_EQ(time, 7.0);
+  EXPECT_EQ(down, 100.0);
+  EXPECT_EQ(panel->text(face, faceInterface, "SpeedTestFailure"), "the server cannot be reached");
 }
 
 TEST_F(ResidentShellTest, AsksTheInstanceThatRunsForItsPanel) {

@@ -11,7 +11,9 @@
 #include <fstream>
 #include <memory>
 
+#include <fcntl.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 namespace tidewell::test {
 namespace {
@@ -44,9 +46,10 @@ protected:
 
   TemporaryDirectory directory;
   std::string log = (directory.path() / "log").string();
+  std::string resident = "/opt/my programs/tidewell";
   EpollLoop loop;
   std::unique_ptr<WindowsProcess> windows =
-      std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS);
+      std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, resident);
 };
 
 TEST_F(WindowsProcessTest, PassesOnWhatIsAskedInOrder) {
@@ -109,22 +112,72 @@ TEST_F(WindowsProcessTest, ForgetsTheWindowsOfAProcessThatLeftInOrder) {
 }
 
 TEST_F(WindowsProcessTest, KillsAProcessThatHangsAndStartsAnother) {
-  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, 0.2);
+  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, resident, 0.2);
   ask(Kind::panel);
   ask(Kind::copy, "hang");
   waitFor("panel -", 2);
 }
 
 TEST_F(WindowsProcessTest, KillsAProcessThatHangsAlsoWhileTheUserGoesOnAsking) {
-  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, 0.3);
+  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, resident, 0.3);
   ask(Kind::panel);
   ask(Kind::copy, "hang");
   const auto impatience = loop.repeat(0.1, 0.1, [this] { ask(Kind::detail); });
   waitFor("panel -", 2);
 }
 
+TEST_F(WindowsProcessTest, LosesNoKindOfRequestHoweverManyWaitAndKillsNoHealthyProcess) {
+  const Seconds limit = 0.5;
+  windows = std::make_unique<WindowsProcess>(loop, TIDEWELL_FAKE_WINDOWS, resident, limit);
+  ask(Kind::panel);
+  for (int call = 0; call < 300; ++call) { // more than the socket holds
+    ask(Kind::detail);
+  }
+  ask(Kind::copy, "the first");
+  ask(Kind::copy, "the last");
+  waitFor("copy - the last");
+  EXPECT_EQ(timesAsked("copy - the first"), 0);
+  EXPECT_EQ(asked().back(), "copy - the last");
+  const auto end = loop.repeat(3 * limit, 0.0, [this] { loop.quit(); });
+  loop.run();
+  EXPECT_TRUE(windows->isRunning());
+  EXPECT_EQ(timesAsked("panel -"), 1) << "it was killed and started again";
+}
+
+TEST_F(WindowsProcessTest, OpensTheWindowsAgainWhenManyRequestsWaitAtACrash) {
+  ask(Kind::settings);
+  waitFor("settings -");
+  ask(Kind::copy, "crash without taking it");
+  for (int call = 0; call < 300; ++call) {
+    ask(Kind::detail);
+  }
+  ask(Kind::panel);
+  ASSERT_TRUE(runUntil(loop, [this] { return !windows->isRunning(); }));
+  EXPECT_EQ(timesAsked("settings -"), 4);
+}
+
+TEST_F(WindowsProcessTest, TellsTheProcessWhoStartedItAndSharesItsOutput) {
+  testing::internal::CaptureStdout();
+  ask(Kind::copy, "print the argument");
+  ask(Kind::panel);
+  waitFor("panel -");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "--resident=/opt/my programs/tidewell\n");
+}
+
+TEST_F(WindowsProcessTest, LendsTheProcessNoFileAsItsOutput) {
+  const FileDescriptor output(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3));
+  const std::string file = (directory.path() / "file").string();
+  const FileDescriptor own(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  ::dup3(own.get(), STDOUT_FILENO, O_CLOEXEC); // as if the test had been started without an output
+  ask(Kind::copy, "print the argument");
+  ask(Kind::panel);
+  waitFor("panel -");
+  ::dup2(output.get(), STDOUT_FILENO);
+  EXPECT_EQ(contentsOf(file), "");
+}
+
 TEST_F(WindowsProcessTest, DoesNothingWithoutTheProgram) {
-  windows = std::make_unique<WindowsProcess>(loop, (directory.path() / "none").string());
+  windows = std::make_unique<WindowsProcess>(loop, (directory.path() / "none").string(), resident);
   ask(Kind::panel);
   ask(Kind::detail);
   EXPECT_TRUE(asked().empty());

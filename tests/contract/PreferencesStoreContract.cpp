@@ -63,7 +63,7 @@ public:
   explicit FileStore(EventLoop& loop) : m_store(m_path, loop) {}
   PreferencesStore& store() override { return m_store; }
   void writeFromOutside(std::string_view key, const PreferenceValue& value) override {
-    EXPECT_TRUE(PreferencesStorage(m_path).write({{std::string(key), value}}, {}));
+    EXPECT_FALSE(PreferencesStorage(m_path).write({{std::string(key), value}}, {}).error);
   }
   void clearFromOutside() override { std::filesystem::remove(m_path); }
 

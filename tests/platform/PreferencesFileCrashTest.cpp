@@ -58,7 +58,7 @@ public:
       std::int64_t number = numberIn(storage) + 1;
       bool succeeded = ::write(writeEnd.get(), "!", 1) == 1;
       for (; succeeded; ++number) {
-        succeeded = storage.write({{"number", number}}, {}).has_value();
+        succeeded = !storage.write({{"number", number}}, {}).error;
       }
       return false;
     });
@@ -84,7 +84,7 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
   writeInPlace(directory / "preferences.toml",
                "number = 0\nother = true\n#" + std::string(20'000, 'x') + "\n");
   const auto start = Clock::now();
-  ASSERT_TRUE(storage.write({{"number", std::int64_t{1}}}, {}));
+  ASSERT_FALSE(storage.write({{"number", std::int64_t{1}}}, {}).error);
   const auto oneWrite = Clock::now() - start;
 
   std::mt19937 random(std::random_device{}());
@@ -101,7 +101,7 @@ TEST(PreferencesFileCrash, AWriterKilledAtAnyMomentLeavesTheOldFileOrTheNew) {
     last = number;
   }
   EXPECT_GT(last, some);
-  EXPECT_TRUE(storage.write({{"number", std::int64_t{0}}}, {}));
+  EXPECT_FALSE(storage.write({{"number", std::int64_t{0}}}, {}).error);
   EXPECT_EQ(filesNamed(directory.path(), "").size(), 1U);
 }
 
@@ -119,7 +119,7 @@ TEST(PreferencesFileCrash, WritersInSeveralProcessesLoseNoKey) {
         const std::string name = "w" + std::to_string(writer) + "-" + std::to_string(key);
         bool written = false;
         for (int attempt = 0; attempt < 20 && !written; ++attempt) {
-          written = storage.write({{name, key}}, {}).has_value(); // refused while others are busy
+          written = !storage.write({{name, key}}, {}).error; // refused while others are busy
         }
         succeeded = written && succeeded;
       }

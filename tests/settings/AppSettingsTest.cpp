@@ -53,7 +53,7 @@ struct Property {
 
 template <class T, class Written>
 Property property(const char* key, T byDefault, T other, T (AppSettings::*read)() const,
-                  void (AppSettings::*write)(Written)) {
+                  std::error_code (AppSettings::*write)(Written)) {
   return {key, byDefault, other, [read](const AppSettings& settings) { return (settings.*read)(); },
           [write](AppSettings& settings, const PreferenceValue& value) {
             (settings.*write)(std::get<T>(value));
@@ -170,6 +170,17 @@ TEST_F(AppSettingsTest, AFailedRegistrationPrintsOneLineAndKeepsTheValue) {
   settings.setLaunchAtLogin(false);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "Launch at login error: no\n");
   EXPECT_FALSE(settings.launchAtLogin());
+}
+
+TEST_F(AppSettingsTest, ARefusedValueChangesNothing) {
+  store.refusal = std::make_error_code(std::errc::read_only_file_system);
+  EXPECT_EQ(settings.setRefreshInterval(5.0), store.refusal);
+  EXPECT_EQ(settings.setLaunchAtLogin(true), store.refusal);
+  EXPECT_TRUE(loginItem.calls.empty());
+  expectDefaults(settings);
+  store.refusal = {};
+  EXPECT_FALSE(settings.setLaunchAtLogin(true));
+  EXPECT_EQ(loginItem.calls, std::vector<std::string>{"register"});
 }
 
 TEST_F(AppSettingsTest, WithoutAStoreEveryPropertyReadsAsItsDefaultAndWritesGoNowhere) {

@@ -33,8 +33,9 @@ Resident::Resident(const Surroundings& machine, std::function<void()> quit,
       ownDelegate(std::make_unique<AppDelegate>(
           platform, AppEnvironment{machine.settings, machine.preferences, machine.center,
                                    machine.notifications})),
-      delegate(*ownDelegate), windows(std::make_unique<WindowsProcess>(
-                                  machine.loop, std::string(helpers) + "tidewell-windows")) {
+      delegate(*ownDelegate),
+      windows(std::make_unique<WindowsProcess>(
+          machine.loop, std::string(helpers) + "tidewell-windows", "/usr/bin/tidewell")) {
   const auto runSpeedTest = [this, askedForSpeedTest = std::move(askedForSpeedTest)] {
     askedForSpeedTest();
     delegate.speedTest().run();

@@ -61,6 +61,19 @@ TEST(NetworkQualityOutput, StopsAtTheFirstTestThatHolds) {
   EXPECT_EQ(result, (SpeedTestResult{5.0, 7.0, 0.0, 0}));
 }
 
+TEST(NetworkQualityOutput, HasTheReasonOfAFailure) {
+  EXPECT_EQ(networkQualityFailure("Downlink capacity: 5 Mbps\nFailure: no server\n"), "no server");
+  EXPECT_EQ(networkQualityFailure("Failure: first\nFailure: second"), "second");
+  EXPECT_EQ(networkQualityFailure(""), "");
+  EXPECT_EQ(networkQualityFailure("failure: x\n Failure: x\nFailure:x"), "");
+}
+
+TEST(NetworkQualityOutput, HasAReasonThatIsSafeToShow) {
+  EXPECT_EQ(networkQualityFailure("Failure: a\x1b[31mb\xe2\x80\xae\xff"),
+            "a\xef\xbf\xbd[31mb\xef\xbf\xbd\xef\xbf\xbd");
+  EXPECT_EQ(networkQualityFailure("Failure: " + std::string(5000, 'x')).size(), longestFailure);
+}
+
 class SpeedTestRunnerTest : public testing::Test {
 protected:
   SpeedTestRunnerTest() { machine.children.usual = {"Downlink capacity: 100 Mbps", 20.0}; }
@@ -104,6 +117,42 @@ TEST_F(SpeedTestRunnerTest, ForgetsAnEarlierResultWhenTheToolCannotStart) {
   machine.scheduler.advance(1.0);
   EXPECT_EQ(runner->lastResult.get(), std::nullopt);
   EXPECT_FALSE(runner->isRunning.get());
+}
+
+TEST_F(SpeedTestRunnerTest, KeepsTheLastMeasurementWhenALaterTestFails) {
+  const auto runOnce = [this] {
+    runner->run();
+    machine.scheduler.advance(60.0);
+  };
+  EXPECT_EQ(runner->lastMeasured.get(), std::nullopt);
+  runOnce();
+  const auto measured = runner->lastResult.get();
+  EXPECT_EQ(runner->lastMeasured.get(), measured);
+  EXPECT_EQ(runner->failure.get(), "");
+
+  machine.children.usual = {"Failure: the server cannot be reached\n", 1.0};
+  runOnce();
+  ASSERT_TRUE(runner->lastResult.get());
+  EXPECT_FALSE(hasMeasured(*runner->lastResult.get()));
+  EXPECT_EQ(runner->lastMeasured.get(), measured);
+  EXPECT_EQ(runner->failure.get(), "the server cannot be reached");
+  EXPECT_EQ(&shownResult(*runner), &runner->lastMeasured.get());
+
+  machine.children.usual = {"", 1.0};
+  runOnce();
+  EXPECT_EQ(runner->failure.get(), "nothing was measured");
+
+  machine.children.usual = {std::nullopt, 0.0};
+  runOnce();
+  EXPECT_EQ(runner->lastMeasured.get(), measured);
+  EXPECT_EQ(runner->failure.get(), "the measuring program could not be started");
+
+  // A direction alone is a measurement.
+  machine.children.usual = {"Uplink capacity: 5 Mbps\nFailure: the line moves nothing", 1.0};
+  runOnce();
+  EXPECT_EQ(runner->lastMeasured.get()->uploadMbps, 5.0);
+  EXPECT_EQ(runner->failure.get(), "");
+  EXPECT_EQ(&shownResult(*runner), &runner->lastResult.get());
 }
 
 TEST_F(SpeedTestRunnerTest, TakesOutputThatIsNoTextAsEmpty) {

@@ -13,11 +13,18 @@ class FakePreferencesStore final : public PreferencesStore {
 public:
   using PreferencesStore::PreferencesStore;
 
-  void set(std::string_view key, PreferenceValue value) override {
+  std::error_code set(std::string_view key, PreferenceValue value) override {
+    if (refusal) {
+      return refusal;
+    }
     PreferenceValues changed = values();
     changed.insert_or_assign(std::string(key), std::move(value));
     replaceValues(std::move(changed));
+    return {};
   }
+
+  /// While set, no value can be stored, for this reason.
+  std::error_code refusal;
 
   /// Removes a value, as another writer may.
   void remove(std::string_view key) {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <string>
 
 #include <poll.h>
@@ -29,6 +30,8 @@ void writeDown(const std::string& message) {
   }
 }
 
+std::string ownArgument;
+
 void obey(const std::string& order) {
   if (order == "crash without taking it") {
     ::raise(SIGKILL);
@@ -41,6 +44,9 @@ void obey(const std::string& order) {
     pollfd query{STDIN_FILENO, 0, 0};
     ::poll(&query, 1, -1);
     std::_Exit(1);
+  }
+  if (order == "print the argument") {
+    std::cout << ownArgument << std::endl;
   }
   report(Report::taken);
   if (order == "crash") {
@@ -68,7 +74,8 @@ void take(const tidewell::WindowRequest& request) {
 
 } // namespace
 
-int main() {
+int main(int argumentCount, char** arguments) {
+  ownArgument = argumentCount > 1 ? arguments[1] : "";
   std::array<char, tidewell::longestWindowMessage> piece{};
   while (true) {
     const auto size = ::recv(STDIN_FILENO, piece.data(), piece.size(), 0);

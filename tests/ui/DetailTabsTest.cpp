@@ -145,6 +145,28 @@ TEST_F(DiagnosticsTest, ShowsTheResultAndOffersAnotherTest) {
   EXPECT_EQ(testsRun, 1);
 }
 
+TEST_F(DiagnosticsTest, CallsAFailedTestFailedAndKeepsTheLastMeasurement) {
+  speedTest.lastResult.set(SpeedTestResult{1'700'000'600.0, 0.0, 0.0, 0});
+  speedTest.failure.set("no server");
+  EXPECT_EQ(lines().back(), "Speed test failed: no server");
+  EXPECT_FALSE(row(10).isVisible());
+  EXPECT_TRUE(runNow().isVisible());
+
+  speedTest.lastMeasured.set(evenResult);
+  EXPECT_EQ(lines().back(), "Speed test failed: no server");
+  EXPECT_TRUE(row(10).isVisible());
+  EXPECT_EQ(shown(10, 4), (Texts{"Download|245.6 Mbps", "Upload|19.2 Mbps",
+                                 "Responsiveness|812 RPM", "Tested At|22:13"}));
+  speedTest.isRunning.set(true);
+  EXPECT_EQ(lines().back(), "Running speed test...");
+
+  speedTest.lastResult.set(std::nullopt); // it could not be started
+  speedTest.failure.set("no program");
+  speedTest.isRunning.set(false);
+  EXPECT_EQ(lines().back(), "Speed test failed: no program");
+  EXPECT_TRUE(row(10).isVisible());
+}
+
 TEST_F(DiagnosticsTest, HoldsAbsurdResults) {
   speedTest.lastResult.set(
       SpeedTestResult{nan, nan, infinite, std::numeric_limits<std::int64_t>::min()});

@@ -129,6 +129,33 @@ TEST_F(PanelTextTest, SaysThatASpeedTestRuns) {
   EXPECT_TRUE(button(0).isEnabled());
 }
 
+TEST_F(PanelTextTest, CallsAFailedTestFailedAndKeepsTheLastMeasurement) {
+  open();
+  speedTest.lastResult.set(SpeedTestResult{1'700'000'600.0, 0.0, 0.0, 0});
+  speedTest.failure.set("the server cannot be reached");
+  settle();
+  EXPECT_TRUE(only<FailureLine>().isVisible());
+  EXPECT_EQ(only<FailureLine>().accessibleName(),
+            "Speed Test Failed: The server cannot be reached");
+  EXPECT_FALSE(only<ResultLine>().isVisible()) << "nothing was ever measured";
+
+  speedTest.lastMeasured.set(SpeedTestResult{1'700'000'000.0, 245.6, 19.2, 812});
+  settle();
+  EXPECT_TRUE(only<ResultLine>().isVisible());
+  EXPECT_EQ(only<ResultLine>().figures(), QString("\u2193246 Mbps  \u219119 Mbps"));
+
+  speedTest.isRunning.set(true);
+  EXPECT_FALSE(only<FailureLine>().isVisible());
+  EXPECT_FALSE(only<ResultLine>().isVisible());
+
+  speedTest.lastResult.set(std::nullopt);
+  speedTest.failure.set("the measuring program could not be started");
+  speedTest.isRunning.set(false);
+  settle();
+  EXPECT_TRUE(only<FailureLine>().isVisible());
+  EXPECT_TRUE(only<ResultLine>().isVisible());
+}
+
 TEST_F(PanelTextTest, ShowsTheResultOnceTheTestIsOver) {
   open();
   const int before = view->height();

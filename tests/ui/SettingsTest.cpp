@@ -237,25 +237,6 @@ TEST_F(SettingsTest, RegistersTheLoginItemAndStaysOnWhenThatFails) {
   EXPECT_TRUE(stored<bool>("launchAtLogin"));
 }
 
-// A store that ignores all writes.
-class ClosedStore final : public PreferencesStore {
-public:
-  using PreferencesStore::PreferencesStore;
-  void set(std::string_view, PreferenceValue) override { ++attempts; }
-  int attempts = 0;
-};
-
-TEST_F(SettingsTest, ShowsWhatIsStoredWhenAWriteIsRefused) {
-  ClosedStore closed(scheduler.main());
-  AppSettings unchanging(closed, loginItem);
-  view = std::make_unique<SettingsView>(unchanging, closed);
-  toggle("Show Upload Speed").click();
-  choose("Keep History", "7 days");
-  EXPECT_EQ(closed.attempts, 2);
-  EXPECT_TRUE(toggle("Show Upload Speed").isChecked());
-  EXPECT_EQ(list("Keep History").currentText(), "30 days");
-}
-
 TEST_F(SettingsTest, ChangesNothingWhenTheWheelTurnsOverAList) {
   open();
   ChoiceList& choices = list("Refresh Interval");

@@ -1,4 +1,5 @@
 #include "support/Details.h"
+#include "support/ImageComparison.h"
 #include "support/Preferences.h"
 #include "ui/components/Buttons.h"
 
@@ -6,6 +7,7 @@
 
 #include <QAbstractItemView>
 #include <QScrollBar>
+#include <QWindow>
 #include <QtTest/QTest>
 
 namespace tidewell::test {
@@ -33,6 +35,12 @@ Texts reached(QWidget& window) {
     names.push_back(name);
   }
   return names;
+}
+
+void click(QWidget& widget, QPoint point) {
+  // Through the window, which gives the focus.
+  QTest::mouseClick(widget.window()->windowHandle(), Qt::LeftButton, {},
+                    widget.mapTo(widget.window(), point));
 }
 
 void press(QWidget& window, Qt::Key key) { QTest::keyClick(window.focusWidget(), key); }
@@ -102,6 +110,41 @@ TEST_F(DetailKeyboardTest, RunsTheSpeedTestWithSpaceAndEnter) {
   EXPECT_EQ(testsRun, 3);
 }
 
+TEST_F(DetailKeyboardTest, GoesOnFromAClickedTab) {
+  use(0);
+  all<QRadioButton>(0)[1]->setFocus();
+  click(tabs(), tabs().tabRect(2).center());
+  EXPECT_EQ(nameOfFocus(*view), "Tabs");
+  press(*view, Qt::Key_Right);
+  EXPECT_EQ(view->selectedTab(), 3);
+  EXPECT_EQ(reached(*view).front(), "Diagnostics");
+}
+
+TEST_F(DetailKeyboardTest, DoesNotMoveTheFocusIntoThePageOfATabThatIsChosenOtherwise) {
+  use(0);
+  all<QRadioButton>(0)[1]->setFocus();
+  tabs().setCurrentIndex(3); // as assistive technology does
+  EXPECT_EQ(nameOfFocus(*view), "Tabs");
+}
+
+TEST_F(DetailKeyboardTest, MarksAClickedTabOnceAKeyIsPressed) {
+  use(1);
+  const QImage before = picture(tabs());
+  click(tabs(), tabs().tabRect(1).center());
+  EXPECT_EQ(picture(tabs()), before);
+  press(*view, Qt::Key_Shift);
+  EXPECT_NE(picture(tabs()), before);
+}
+
+TEST_F(DetailKeyboardTest, GoesOnFromAClickedRange) {
+  use(0);
+  pane(0).setFocus();
+  QRadioButton& week = *all<QRadioButton>(0).back();
+  click(week, week.rect().center());
+  press(*view, Qt::Key_Left);
+  EXPECT_EQ(view->timeRange(), TimeRange::twentyFourHour);
+}
+
 class SettingsKeyboardTest : public testing::Test, protected Preferences {
 protected:
   void use(SettingsSection section) {
@@ -130,6 +173,41 @@ TEST_F(SettingsKeyboardTest, ChoosesSectionsWithTheArrows) {
   EXPECT_EQ(view->selectedSection(), SettingsSection::display);
   press(*view, Qt::Key_Up);
   EXPECT_EQ(view->selectedSection(), SettingsSection::alerts);
+}
+
+TEST_F(SettingsKeyboardTest, GoesOnFromAClickedSectionAndStoresNothing) {
+  use(SettingsSection::general);
+  for (QWidget* const focused :
+       {static_cast<QWidget*>(view.get()), static_cast<QWidget*>(&list("Refresh Interval"))}) {
+    focused->setFocus();
+    click(entry(SettingsSection::data), {30, 10});
+    EXPECT_EQ(nameOfFocus(*view), "Data");
+    press(*view, Qt::Key_Down);
+    EXPECT_EQ(view->selectedSection(), SettingsSection::advanced);
+    press(*view, Qt::Key_Up);
+    EXPECT_EQ(reached(*view).front(), "Keep History");
+    click(entry(SettingsSection::general), {30, 10});
+  }
+  scheduler.settle();
+  EXPECT_FALSE(store.value("dataRetentionDays").has_value());
+}
+
+TEST_F(SettingsKeyboardTest, DoesNotMoveTheFocusIntoThePageOfASectionThatIsChosenOtherwise) {
+  use(SettingsSection::general);
+  list("Refresh Interval").setFocus();
+  entry(SettingsSection::data).click(); // as assistive technology does
+  EXPECT_EQ(nameOfFocus(*view), "Data");
+}
+
+TEST_F(SettingsKeyboardTest, MarksAClickedSectionOnceAKeyIsPressed) {
+  use(SettingsSection::data);
+  QWidget& data = entry(SettingsSection::data);
+  QTest::mouseMove(&data); // its look under the pointer is the same
+  const QImage before = picture(data);
+  click(data, {30, 10});
+  EXPECT_EQ(picture(data), before);
+  press(*view, Qt::Key_Shift);
+  EXPECT_NE(picture(data), before);
 }
 
 TEST_F(SettingsKeyboardTest, TurnsSwitchesWithSpaceAndEnter) {

@@ -136,6 +136,18 @@ TEST_F(MirrorTest, FollowsASpeedTestToItsResultAndToNone) {
   ASSERT_TRUE(until([&] { return !state().speedTest.lastResult.get(); }));
 }
 
+TEST_F(MirrorTest, FollowsASpeedTestThatFails) {
+  startBoth();
+  resident->speedTest.lastMeasured.set(SpeedTestResult{9.0, 1.0, 2.0, 3});
+  resident->speedTest.failure.set("no server");
+  resident->speedTest.lastResult.set(SpeedTestResult{11.0, 0.0, 0.0, 0});
+  ASSERT_TRUE(until([&] { return state().speedTest.lastResult.get().has_value(); }));
+  EXPECT_EQ(state().speedTest.failure.get(), "no server");
+  EXPECT_EQ(shownResult(state().speedTest), (SpeedTestResult{9.0, 1.0, 2.0, 3}));
+  resident->speedTest.failure.set("");
+  ASSERT_TRUE(until([&] { return state().speedTest.failure.get().empty(); }));
+}
+
 TEST_F(MirrorTest, PassesAbsurdValuesOnAsTheyAre) {
   startBoth();
   addSample(*resident, 1.0, std::numeric_limits<std::int64_t>::max(),

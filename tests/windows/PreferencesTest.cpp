@@ -48,10 +48,17 @@ TEST_F(WindowPreferencesTest, RegisterTheResidentAtLogin) {
 
 TEST_F(WindowPreferencesTest, KnowTheProgramThatTheyBelongTo) {
   EXPECT_EQ(residentProgram("/usr/libexec/tidewell/tidewell-windows"), "/usr/bin/tidewell");
-  std::filesystem::create_directories(directory.path() / "src");
-  std::filesystem::copy_file("/bin/true", directory.path() / "src/tidewell");
-  const auto windows = directory.path() / "libexec/tidewell/tidewell-windows";
-  EXPECT_EQ(residentProgram(windows.string()), (directory.path() / "src/tidewell").string());
+  const auto windows = (directory.path() / "libexec/tidewell/tidewell-windows").string();
+  const auto installed = directory.path() / "bin/tidewell";
+  const auto built = directory.path() / "src/tidewell";
+  std::filesystem::create_directories(built);
+  EXPECT_EQ(residentProgram(windows), installed.string()) << "a directory is no program";
+  std::filesystem::remove(built);
+  std::filesystem::copy_file("/bin/true", built);
+  EXPECT_EQ(residentProgram(windows), built.string());
+  std::filesystem::create_directories(installed.parent_path());
+  std::filesystem::copy_file("/bin/true", installed);
+  EXPECT_EQ(residentProgram(windows), installed.string());
 }
 
 } // namespace

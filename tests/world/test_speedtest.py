@@ -37,8 +37,8 @@ class TheLine(SpeedTestCase):
         time.sleep(3)
         self.world.do("carrier", "off")
         output, errors = self.finish(helper)
-        self.assertEqual(output, "")
         self.assertRegex(errors, "^networkQuality: the (line|server) [^\n]*\n$")
+        self.assertEqual(output, errors.replace("networkQuality", "Failure", 1))
         self.assertLess(self.seconds, 12)
         self.assertNotEqual(self.status, 0)
 
@@ -117,6 +117,25 @@ class TheResident(case.ResidentTestCase):
         self.assertLess(abs(up / (8 * SHARE) - 1) * 100, 2)
         self.assertGreater(rpm, 100)
         self.assert_ends_well()
+
+    def test_says_why_a_test_failed_and_keeps_the_last_measurement(self):
+        self.world.do("rate", 40, 15, 40)
+        self.begin()
+        self.assertEqual(self.values_after_a_test()[0], "")
+        self.server.name_host("")
+        reason, last, measured = self.values_after_a_test()
+        self.assertEqual(reason, "the configuration document is of no use: "
+                                 "the server's name leads nowhere")
+        self.assertEqual(last[0][1:], [0, 0, 0])
+        self.assertGreater(measured[0][1], 30)
+
+    def values_after_a_test(self):
+        """The reason of a failure, the last result and the last measurement."""
+        self.session.busctl("call", "RunSpeedTest")
+        self.watch.until(lambda: self.watch.values.get("SpeedTestIsRunning"), 2, "the beginning")
+        self.watch.until(lambda: not self.watch.values["SpeedTestIsRunning"], 45, "the end")
+        return [json.loads(self.session.busctl("get-property", name, "--json=short"))["data"]
+                for name in ("SpeedTestFailure", "LastSpeedTest", "LastMeasuredSpeedTest")]
 
     def test_takes_its_helper_along_when_it_ends(self):
         self.begin()

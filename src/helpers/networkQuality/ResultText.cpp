@@ -73,6 +73,8 @@ std::optional<double> responsivenessOf(const TestResult& result) {
 
 double inMegabits(double bytesPerSecond) { return bytesPerSecond * 8.0 / 1e6; }
 
+std::string failureText(const std::string& reason) { return "Failure: " + reason + "\n"; }
+
 std::string resultText(const TestResult& result) {
   std::string text =
       capacityLine("Downlink", result.download) + capacityLine("Uplink", result.upload);

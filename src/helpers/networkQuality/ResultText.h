@@ -17,6 +17,9 @@ struct TestResult {
 /// second and the responsiveness of the worse direction. What was not measured has no line.
 [[nodiscard]] std::string resultText(const TestResult& result);
 
+/// A line that says why something was not measured.
+[[nodiscard]] std::string failureText(const std::string& reason);
+
 /// Megabits per second.
 [[nodiscard]] double inMegabits(double bytesPerSecond);
 

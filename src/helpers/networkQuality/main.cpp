@@ -69,6 +69,10 @@ int measure() {
   }
   print(STDOUT_FILENO, resultText(test.result()));
   if (test.failure()) {
+    // For the program that reads the output, and for people.
+    if (::isatty(STDOUT_FILENO) != 1) {
+      print(STDOUT_FILENO, failureText(*test.failure()));
+    }
     print(STDERR_FILENO, "networkQuality: " + *test.failure() + "\n");
   }
   return test.result().download && test.result().upload ? EXIT_SUCCESS : EXIT_FAILURE;

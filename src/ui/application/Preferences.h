@@ -27,8 +27,8 @@ private:
   AutostartLoginItem m_loginItem;
 };
 
-/// The path of the resident for a windows' process with this absolute path, as installed or in the
-/// build directory. Checks which file exists.
+/// The path of the resident for a windows' process with this absolute path that the user started:
+/// as installed, or in the build directory if only that program exists.
 [[nodiscard]] std::string residentProgram(const std::string& windowsProgram);
 
 } // namespace tidewell

@@ -5,7 +5,10 @@
 #include <QApplication>
 #include <QDBusConnection>
 
+#include <csignal>
 #include <iostream>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -17,10 +20,20 @@ tidewell::WindowRequest requestOf(const QStringList& arguments) {
   return request.value_or(tidewell::WindowRequest{});
 }
 
+/// The path of the resident: what it says, or where a user who starts this program finds it.
+std::string residentOf(int argumentCount, char** arguments) {
+  const std::string_view first = argumentCount > 1 ? arguments[1] : "";
+  return first.starts_with(tidewell::residentOption)
+             ? std::string(first.substr(tidewell::residentOption.size()))
+             : tidewell::residentProgram(tidewell::runningProgram());
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments) {
   tidewell::forbidNewPrivileges();
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // whoever read the output may be gone
+  const std::string resident = residentOf(argumentCount, arguments);
   if (!tidewell::chooseDisplay()) {
     std::cerr << "tidewell-windows: there is no display\n";
     return 1;
@@ -31,8 +44,7 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
-  tidewell::WindowsApplication windows(QDBusConnection::sessionBus(),
-                                       tidewell::residentProgram(tidewell::runningProgram()));
+  tidewell::WindowsApplication windows(QDBusConnection::sessionBus(), resident);
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));
   }

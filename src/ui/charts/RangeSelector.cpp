@@ -40,7 +40,7 @@ void RangeButton::paintEvent(QPaintEvent* /*event*/) {
               : underMouse() ? TWColor::surface3
                              : TWColor::surface2);
   drawLine(painter, rect().adjusted(0, edgePadding, 0, 0), text(), textStyle(isChecked()));
-  if (hasFocus()) {
+  if (showsFocus()) {
     drawFocusRing(painter, rect(), radius);
   }
 }

@@ -146,10 +146,11 @@ void TextButton::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
-ChoiceButton::ChoiceButton(const QString& text, QWidget* parent) : QRadioButton(text, parent) {
-  prepare(this, Qt::NoFocus); // Tab stops only at the chosen one
+ChoiceButton::ChoiceButton(const QString& text, QWidget* parent)
+    : QRadioButton(text, parent), m_focusMark(new FocusMark(this)) {
+  prepare(this, Qt::ClickFocus); // Tab stops only at the chosen one
   connect(this, &QRadioButton::toggled, this,
-          [this](bool isChosen) { setFocusPolicy(isChosen ? Qt::TabFocus : Qt::NoFocus); });
+          [this](bool isChosen) { setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus); });
 }
 
 bool ChoiceButton::hitButton(const QPoint& point) const { return rect().contains(point); }

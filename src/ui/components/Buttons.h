@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/components/FocusMark.h"
 #include "ui/components/Icon.h"
 
 #include <QCheckBox>
@@ -47,7 +48,8 @@ protected:
 };
 
 /// One of several exclusive choices with the same parent. Chosen by a click anywhere in its
-/// rectangle, with Space, Enter or the arrow keys.
+/// rectangle, with Space, Enter or the arrow keys. A click gives it the focus, so that the arrow
+/// keys go on from there.
 class ChoiceButton : public QRadioButton {
   Q_OBJECT
 
@@ -58,6 +60,10 @@ public:
 
 protected:
   [[nodiscard]] bool hitButton(const QPoint& point) const override;
+  [[nodiscard]] bool showsFocus() const { return m_focusMark->isShown(); }
+
+private:
+  FocusMark* m_focusMark; // a child
 };
 
 /// A switch without a label. Space and Enter turn it. A check box to assistive technology.

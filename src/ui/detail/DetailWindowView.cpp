@@ -44,14 +44,15 @@ QStringList tabTitles() {
 
 } // namespace
 
-DetailTabBar::DetailTabBar(const QStringList& titles, QWidget* parent) : QTabBar(parent) {
+DetailTabBar::DetailTabBar(const QStringList& titles, QWidget* parent)
+    : QTabBar(parent), m_focusMark(new FocusMark(this)) {
   setAccessibleName(QStringLiteral("Tabs"));
   setDrawBase(false);
   setExpanding(false);
   setUsesScrollButtons(false);
   setElideMode(Qt::ElideNone);
   setFont(titleStyle(true).font);
-  setFocusPolicy(Qt::TabFocus);
+  setFocusPolicy(Qt::StrongFocus); // after a click the arrow keys go on from there
   for (const QString& title : titles) {
     addTab(title);
   }
@@ -79,7 +80,7 @@ void DetailTabBar::paintTab(QPainter& painter, int index) const {
     painter.fillRect(QRect(title.left(), tab.bottom() + 1 - barHeight, title.width(), barHeight),
                      TWColor::accent);
   }
-  if (isSelected && hasFocus()) {
+  if (isSelected && m_focusMark->isShown()) {
     drawFocusRing(painter, tab.adjusted(1, 0, -1, -barHeight - 1), focusRadius);
   }
 }
@@ -100,7 +101,7 @@ DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> 
   addTab(new HistoryTab(sources.sampler));
   addTab(new DiagnosticsTab(sources, std::move(runSpeedTest), time));
   layOut();
-  connect(m_tabs, &QTabBar::currentChanged, m_stack, &QStackedWidget::setCurrentIndex);
+  connect(m_tabs, &QTabBar::currentChanged, this, &DetailWindowView::select);
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { window()->close(); });
   resize(defaultSize);
@@ -115,6 +116,13 @@ DetailWindowView::TimeRange DetailWindowView::timeRange() const { return m_overv
 
 void DetailWindowView::paintEvent(QPaintEvent* event) {
   QPainter(this).fillRect(event->rect(), TWColor::surface);
+}
+
+void DetailWindowView::select(int tab) {
+  if (m_stack->isAncestorOf(window()->focusWidget())) {
+    m_tabs->setFocus(); // otherwise the stack would focus a control of the page
+  }
+  m_stack->setCurrentIndex(tab);
 }
 
 void DetailWindowView::addTab(QWidget* content) {

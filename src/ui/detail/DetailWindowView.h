@@ -2,6 +2,7 @@
 
 #include "ui/charts/RangeSelector.h"
 #include "ui/components/AccessibleWidgets.h"
+#include "ui/components/FocusMark.h"
 #include "ui/components/ViewTime.h"
 
 #include <QTabBar>
@@ -42,6 +43,8 @@ protected:
 
 private:
   void paintTab(QPainter& painter, int index) const;
+
+  FocusMark* m_focusMark; // a child
 };
 
 /// The details: four tabs and the scrollable content of the selected one. Created for each opening.
@@ -70,6 +73,7 @@ protected:
 
 private:
   void layOut();
+  void select(int tab);
   void addTab(QWidget* content);
 
   // Children.

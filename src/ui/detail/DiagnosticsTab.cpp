@@ -51,10 +51,10 @@ void DiagnosticsTab::observe() {
       [this](double percent) { m_performance->setPacketLoss(percent); }));
   keep(speedTest.isRunning.subscribe([this](bool) { showSpeedTest(); }));
   keep(speedTest.lastResult.subscribe([this](const auto&) { showSpeedTest(); }));
+  keep(speedTest.lastMeasured.subscribe([this](const auto&) { showSpeedTest(); }));
+  keep(speedTest.failure.subscribe([this](const auto&) { showSpeedTest(); }));
 }
 
-void DiagnosticsTab::showSpeedTest() {
-  m_speedTest->setState(m_sources.speedTest.isRunning.get(), m_sources.speedTest.lastResult.get());
-}
+void DiagnosticsTab::showSpeedTest() { m_speedTest->setState(m_sources.speedTest); }
 
 } // namespace tidewell

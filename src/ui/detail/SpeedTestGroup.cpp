@@ -20,6 +20,14 @@ constexpr int spinnerSpacing = 8;
 
 QString megabitsText(double megabits) { return figureText(megabits, 1) + QStringLiteral(" Mbps"); }
 
+QString lineOf(bool isRunning, const std::string& failure) {
+  if (isRunning) {
+    return QStringLiteral("Running speed test...");
+  }
+  return failure.empty() ? QStringLiteral("No speed test run yet.")
+                         : QStringLiteral("Speed test failed: ") + shownText(failure);
+}
+
 } // namespace
 
 SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, QWidget* parent)
@@ -36,15 +44,17 @@ SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, 
   m_rows = {diagnosticRow("Download"), diagnosticRow("Upload"), diagnosticRow("Responsiveness"),
             diagnosticRow("Tested At")};
   connect(m_button, &QPushButton::clicked, this, std::move(run));
-  setState(false, std::nullopt);
+  setState(SpeedTestState());
 }
 
-void SpeedTestGroup::setState(bool isRunning, const std::optional<SpeedTestResult>& result) {
+void SpeedTestGroup::setState(const SpeedTestState& state) {
+  const bool isRunning = state.isRunning.get();
+  const std::string& failure = state.failure.get();
+  const auto& result = shownResult(state);
   const bool hasRows = !isRunning && result.has_value();
-  m_text->setText(isRunning ? QStringLiteral("Running speed test...")
-                            : QStringLiteral("No speed test run yet."));
+  m_text->setText(lineOf(isRunning, failure));
   m_spinner->setVisible(isRunning);
-  m_line->setVisible(!hasRows);
+  m_line->setVisible(!hasRows || !failure.empty());
   if (hasRows) {
     showResult(*result);
   }

@@ -6,7 +6,6 @@
 
 #include <array>
 #include <functional>
-#include <optional>
 
 namespace tidewell {
 
@@ -14,15 +13,15 @@ class Spinner;
 class TextButton;
 class TextLine;
 
-/// The state of the speed test: running, its last result, or no result. A button starts a test
-/// while none is running.
+/// The state of the speed test: running, its last result, or no result. After a run that failed:
+/// why, and the result of the last one that did not. A button starts a test while none is running.
 class SpeedTestGroup final : public DiagnosticGroup {
   Q_OBJECT
 
 public:
   SpeedTestGroup(std::function<void()> run, const ViewTime& time, QWidget* parent);
 
-  void setState(bool isRunning, const std::optional<SpeedTestResult>& result);
+  void setState(const SpeedTestState& state);
 
 private:
   void showResult(const SpeedTestResult& result);

@@ -200,12 +200,17 @@ void ResidentMirror::setResults(const QVariantMap& values) {
       })) {
     m_state.tracker.processes.set(std::move(processes));
   }
-  // The result before the end of the run, as the runner publishes them.
-  std::optional<SpeedTestResult> result;
-  if (takeList(values, face::lastSpeedTest,
-               [&](auto... field) { result = SpeedTestResult{field...}; })) {
-    m_state.speedTest.lastResult.set(result);
-  }
+  // The results before the end of the run, as the runner publishes them.
+  const auto takeResult = [&](const auto& property, auto& published) {
+    std::optional<SpeedTestResult> result;
+    if (takeList(values, property, [&](auto... field) { result = SpeedTestResult{field...}; })) {
+      published.set(result);
+    }
+  };
+  takeResult(face::lastMeasuredSpeedTest, m_state.speedTest.lastMeasured);
+  take(values, face::speedTestFailure,
+       [this](std::string text) { m_state.speedTest.failure.set(std::move(text)); });
+  takeResult(face::lastSpeedTest, m_state.speedTest.lastResult);
   take(values, face::speedTestIsRunning, [this](bool is) { m_state.speedTest.isRunning.set(is); });
 }
 

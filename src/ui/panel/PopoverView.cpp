@@ -116,8 +116,11 @@ void PopoverView::observeMonitor() {
 void PopoverView::observeSpeedTest() {
   SpeedTestState& speedTest = m_sources.speedTest;
   m_subscriptions.push_back(speedTest.isRunning.subscribe([this](bool) { showSpeedTest(); }));
+  for (auto* result : {&speedTest.lastResult, &speedTest.lastMeasured}) {
+    m_subscriptions.push_back(result->subscribe([this](const auto&) { showSpeedTest(); }));
+  }
   m_subscriptions.push_back(
-      speedTest.lastResult.subscribe([this](const auto&) { showSpeedTest(); }));
+      speedTest.failure.subscribe([this](const std::string&) { showSpeedTest(); }));
 }
 
 void PopoverView::connectActions() {
@@ -137,9 +140,8 @@ void PopoverView::showStats() {
 void PopoverView::showStatus() { m_hero->setStatus(m_sources.sampler.currentStatus()); }
 
 void PopoverView::showSpeedTest() {
-  const bool isRunning = m_sources.speedTest.isRunning.get();
-  m_strip->setState(isRunning, m_sources.speedTest.lastResult.get());
-  m_actionBar->setTesting(isRunning);
+  m_strip->setState(m_sources.speedTest);
+  m_actionBar->setTesting(m_sources.speedTest.isRunning.get());
 }
 
 void PopoverView::startSpeedTest() const {

@@ -31,6 +31,18 @@ QString titleText() { return QStringLiteral("Speed Test Result"); }
 
 TextStyle titleStyle() { return {TWFont::label(), TWColor::accent}; }
 
+QString failedText() { return QStringLiteral("Speed Test Failed"); }
+
+TextStyle failedStyle() { return {TWFont::label(), TWColor::red}; }
+
+TextStyle reasonStyle() { return {TWFont::caption(), TWColor::textSecondary}; }
+
+// The reason as the beginning of a sentence.
+QString asSentence(const std::string& reason) {
+  const QString text = shownText(reason);
+  return text.left(1).toUpper() + text.mid(1);
+}
+
 TextStyle figuresStyle() {
   return {.font = TWFont::monospaced(12, QFont::Medium),
           .color = TWColor::text,
@@ -112,23 +124,58 @@ QString ResultLine::cutText() const {
   return FittedText(m_figures, figuresStyle(), figuresBox().width()).isCut ? m_figures : QString();
 }
 
+FailureLine::FailureLine(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
+
+void FailureLine::setReason(const std::string& reason) {
+  m_reason = asSentence(reason);
+  setSpoken(failedText() + QStringLiteral(": ") + m_reason);
+  contentChanged();
+}
+
+QSize FailureLine::sizeHint() const {
+  const int rows = lineHeight(failedStyle()) + rowSpacing + lineHeight(reasonStyle());
+  return {0, rows + 2 * edgePadding};
+}
+
+void FailureLine::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.fillRect(rect(), withOpacity(TWColor::redDim, groundOpacity));
+  const QRect inside = rect().adjusted(sidePadding, edgePadding, -sidePadding, -edgePadding);
+  drawLine(painter, inside, failedText(), failedStyle());
+  const int top = lineHeight(failedStyle()) + rowSpacing;
+  drawLine(painter, inside.adjusted(0, top, 0, 0), m_reason, reasonStyle());
+}
+
+QString FailureLine::cutText() const {
+  const int space = width() - 2 * sidePadding;
+  return FittedText(m_reason, reasonStyle(), space).isCut ? m_reason : QString();
+}
+
 SpeedTestStrip::SpeedTestStrip(const ViewTime& time, QWidget* parent)
-    : QWidget(parent), m_running(new RunningLine(time, this)), m_result(new ResultLine(this)) {
+    : QWidget(parent), m_running(new RunningLine(time, this)), m_failure(new FailureLine(this)),
+      m_result(new ResultLine(this)) {
   setAccessibleName(QStringLiteral("Speed test"));
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
   column->addWidget(m_running);
+  column->addWidget(m_failure);
   column->addWidget(m_result);
-  setState(false, std::nullopt);
+  setState(SpeedTestState());
 }
 
-void SpeedTestStrip::setState(bool isRunning, const std::optional<SpeedTestResult>& result) {
+void SpeedTestStrip::setState(const SpeedTestState& state) {
+  const bool isRunning = state.isRunning.get();
+  const bool hasFailed = !state.failure.get().empty();
+  const auto& result = shownResult(state);
+  m_failure->setReason(state.failure.get());
   if (result) {
     m_result->setResult(*result);
   }
   m_running->setVisible(isRunning);
+  m_failure->setVisible(!isRunning && hasFailed);
   m_result->setVisible(!isRunning && result.has_value());
-  setVisible(isRunning || result.has_value());
+  setVisible(isRunning || hasFailed || result.has_value());
 }
 
 } // namespace tidewell

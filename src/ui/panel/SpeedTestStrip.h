@@ -7,7 +7,7 @@
 #include <QString>
 #include <QWidget>
 
-#include <optional>
+#include <string>
 
 namespace tidewell {
 
@@ -55,18 +55,39 @@ private:
   QString m_time;
 };
 
-/// The line about the speed test: running, or its last result. Without either it takes no space.
+/// Says that the last speed test failed, and why.
+class FailureLine final : public PaintedWidget {
+  Q_OBJECT
+
+public:
+  explicit FailureLine(QWidget* parent);
+
+  void setReason(const std::string& reason);
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
+
+private:
+  QString m_reason;
+};
+
+/// The lines about the speed test: running, or its last result. After a run that failed: why, and
+/// the result of the last one that did not. Without any it takes no space.
 class SpeedTestStrip final : public QWidget {
   Q_OBJECT
 
 public:
   SpeedTestStrip(const ViewTime& time, QWidget* parent);
 
-  void setState(bool isRunning, const std::optional<SpeedTestResult>& result);
+  void setState(const SpeedTestState& state);
 
 private:
-  // Children; at most one is shown.
+  // Children.
   RunningLine* m_running;
+  FailureLine* m_failure;
   ResultLine* m_result;
 };
 

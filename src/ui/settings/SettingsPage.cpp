@@ -68,8 +68,9 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
   column->addWidget(Divider::horizontal(this));
 }
 
-SettingsPage::SettingsPage(std::string_view title, AppSettings& settings, PreferencesStore& store)
-    : m_settings(settings), m_store(store), m_column(new QVBoxLayout) {
+SettingsPage::SettingsPage(std::string_view title, const SettingsSources& sources)
+    : m_settings(sources.settings), m_store(sources.store), m_unsaved(sources.unsaved),
+      m_column(new QVBoxLayout) {
   auto* const frame = new QVBoxLayout(this);
   frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth, padding);
   frame->setSpacing(0);
@@ -102,8 +103,8 @@ void SettingsPage::settingToggle(const char* title, const char* description,
   };
   // Not `clicked`, which assistive technology does not cause.
   connect(toggle, &QAbstractButton::toggled, this, [this, isOn, show](bool value) {
-    std::invoke(isOn.write, m_settings, value);
-    show(); // what is stored, which a store may refuse to change
+    change(isOn, value);
+    show(); // what is stored
   });
   addRow(title, description, toggle);
   observe(isOn.key, show);
@@ -139,7 +140,10 @@ void SettingsPage::addRow(const char* title, const char* description, QWidget* c
 void SettingsPage::observe(std::string_view key, std::function<void()> show) {
   show();
   m_subscriptions.push_back(
-      m_store.observe(std::string(key), [show = std::move(show)](const auto&) { show(); }));
+      m_store.observe(key, [this, key = std::string(key), show = std::move(show)](const auto&) {
+        m_unsaved.forget(key);
+        show();
+      }));
 }
 
 } // namespace tidewell

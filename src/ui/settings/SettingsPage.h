@@ -3,6 +3,7 @@
 #include "base/Observers.h"
 #include "platform/PreferencesStore.h"
 #include "settings/AppSettings.h"
+#include "ui/settings/UnsavedSettings.h"
 
 #include <QString>
 #include <QWidget>
@@ -19,11 +20,18 @@ namespace tidewell {
 class ChoiceList;
 class ToggleSwitch;
 
+/// What the settings show and change. Outlives the pages.
+struct SettingsSources {
+  AppSettings& settings;
+  PreferencesStore& store;
+  UnsavedSettings& unsaved;
+};
+
 /// A preference: its key, getter and setter.
 template <class T> struct SettingBinding {
   std::string_view key;
   T (AppSettings::*read)() const;
-  void (AppSettings::*write)(T);
+  std::error_code (AppSettings::*write)(T);
 };
 
 /// An entry of a choice list and its stored value.
@@ -43,13 +51,13 @@ public:
 };
 
 /// The content of one section: its title and groups of settings. The controls always show the
-/// stored values, and store changes immediately.
+/// stored values, and store changes immediately. A change that cannot be stored stays with the
+/// unsaved settings until the user makes another one or another program changes the value.
 class SettingsPage : public QWidget {
   Q_OBJECT
 
 public:
-  /// Borrows the preferences and their store.
-  SettingsPage(std::string_view title, AppSettings& settings, PreferencesStore& store);
+  SettingsPage(std::string_view title, const SettingsSources& sources);
 
   /// Starts a group.
   void settingGroup(const char* title);
@@ -75,8 +83,7 @@ public:
                  return found == options.end() ? -1 : static_cast<int>(found - options.begin());
                },
                [this, selection, options](int index) {
-                 std::invoke(selection.write, m_settings,
-                             options.at(static_cast<std::size_t>(index)).value);
+                 change(selection, options.at(static_cast<std::size_t>(index)).value);
                }});
   }
 
@@ -90,6 +97,15 @@ private:
     std::function<void(int)> choose;
   };
 
+  template <class T> void change(const SettingBinding<T>& setting, T value) {
+    if (std::invoke(setting.read, m_settings) == value && m_unsaved.forget(setting.key)) {
+      return; // the user wants what is stored
+    }
+    m_unsaved.store(setting.key, [&settings = m_settings, setting, value] {
+      return std::invoke(setting.write, settings, value);
+    });
+  }
+
   void addPicker(const char* title, const char* description, std::string_view key,
                  const Choices& choices);
   void addRow(const char* title, const char* description, QWidget* control);
@@ -97,6 +113,7 @@ private:
 
   AppSettings& m_settings;
   PreferencesStore& m_store;
+  UnsavedSettings& m_unsaved;
   QVBoxLayout* m_column;
   // Ended before the controls go.
   std::vector<Subscription> m_subscriptions;

@@ -84,9 +84,8 @@ std::string_view rawValue(SettingsSection section) { return at(section).title; }
 
 Icon symbol(SettingsSection section) { return at(section).symbol; }
 
-SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
-                               PreferencesStore& store) {
-  auto* const page = new SettingsPage(rawValue(section), settings, store);
+SettingsPage* makeSettingsPage(SettingsSection section, const SettingsSources& sources) {
+  auto* const page = new SettingsPage(rawValue(section), sources);
   at(section).fill(*page);
   return page;
 }

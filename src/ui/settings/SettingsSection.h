@@ -7,9 +7,8 @@
 
 namespace tidewell {
 
-class AppSettings;
-class PreferencesStore;
 class SettingsPage;
+struct SettingsSources;
 
 /// The sections of the settings.
 enum class SettingsSection { general, alerts, display, data, advanced };
@@ -25,9 +24,8 @@ inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
 /// The symbol beside the title in the sidebar.
 [[nodiscard]] Icon symbol(SettingsSection section);
 
-/// Creates the content of a section, which the caller owns. Borrows the preferences and their
-/// store.
-[[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section, AppSettings& settings,
-                                             PreferencesStore& store);
+/// Creates the content of a section, which the caller owns.
+[[nodiscard]] SettingsPage* makeSettingsPage(SettingsSection section,
+                                             const SettingsSources& sources);
 
 } // namespace tidewell

@@ -39,7 +39,7 @@ void SidebarEntry::paintGround(QPainter& painter) const {
   if (isChecked() || underMouse()) {
     fillRounded(painter, rect(), radius, isChecked() ? TWColor::accentDim : TWColor::surface2);
   }
-  if (hasFocus()) {
+  if (showsFocus()) {
     drawFocusRing(painter, rect(), radius);
   }
 }
@@ -75,6 +75,14 @@ SettingsSidebar::SettingsSidebar(QWidget* parent)
     column->addWidget(entry);
   }
   column->addStretch();
+}
+
+void SettingsSidebar::focusSelected() {
+  for (SidebarEntry* const entry : findChildren<SidebarEntry*>()) {
+    if (entry->isChecked()) {
+      entry->setFocus();
+    }
+  }
 }
 
 void SettingsSidebar::paintEvent(QPaintEvent* /*event*/) {

@@ -35,6 +35,9 @@ public:
 
   explicit SettingsSidebar(QWidget* parent);
 
+  /// Gives the selected section's entry the keyboard focus.
+  void focusSelected();
+
 Q_SIGNALS:
   void chosen(tidewell::SettingsSection section);
 

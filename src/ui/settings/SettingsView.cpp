@@ -5,6 +5,8 @@
 #include "ui/settings/SettingsPage.h"
 #include "ui/settings/SettingsSection.h"
 #include "ui/settings/SettingsSidebar.h"
+#include "ui/settings/UnsavedNotice.h"
+#include "ui/settings/UnsavedSettings.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QHBoxLayout>
@@ -12,25 +14,25 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 namespace tidewell {
 
-SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, QWidget* parent)
+SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, const ViewTime& time,
+                           QWidget* parent)
     : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Settings"), parent),
-      m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)) {
+      m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)),
+      m_notice(new UnsavedNotice(this)), m_unsaved(new UnsavedSettings(time, this)) {
   setWindowTitle(accessibleName());
   setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(leastSize);
   for (const Section section : allSettingsSections) {
-    m_pages->addWidget(new ScrollPane(makeSettingsPage(section, settings, store),
+    m_pages->addWidget(new ScrollPane(makeSettingsPage(section, {settings, store, *m_unsaved}),
                                       shownText(rawValue(section)), m_pages));
   }
-  auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(0);
-  row->addWidget(m_sidebar);
-  row->addWidget(m_pages, 1);
+  layOut();
+  connect(m_unsaved, &UnsavedSettings::changed, m_notice, &UnsavedNotice::setReason);
   connect(m_sidebar, &SettingsSidebar::chosen, this, &SettingsView::select);
   connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
           [this] { window()->close(); });
@@ -44,8 +46,23 @@ void SettingsView::paintEvent(QPaintEvent* event) {
   QPainter(this).fillRect(event->rect(), TWColor::surface);
 }
 
+void SettingsView::layOut() {
+  auto* const column = new QVBoxLayout;
+  column->setSpacing(0);
+  column->addWidget(m_pages, 1);
+  column->addWidget(m_notice);
+  auto* const row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  row->addWidget(m_sidebar);
+  row->addLayout(column, 1);
+}
+
 void SettingsView::select(Section section) {
   m_selectedSection = section;
+  if (m_pages->isAncestorOf(window()->focusWidget())) {
+    m_sidebar->focusSelected(); // otherwise the stack would focus a control of the page
+  }
   m_pages->setCurrentIndex(static_cast<int>(section));
 }
 

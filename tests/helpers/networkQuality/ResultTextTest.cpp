@@ -74,6 +74,12 @@ TEST(ResultText, TellsHowItCameAbout) {
   EXPECT_NE(text.find("Upload: 8 flows, confidence medium, ms: TCP 30.50"), std::string::npos);
 }
 
+TEST(ResultText, HasAReasonThatTheResidentReadsAndTakesForNoResult) {
+  const std::string text = failureText("the server refuses with status 503");
+  EXPECT_EQ(networkQualityFailure(text), "the server refuses with status 503");
+  EXPECT_EQ(parseNetworkQualityOutput(text, 5.0), (SpeedTestResult{5.0, 0.0, 0.0, 0}));
+}
+
 TEST(ResultText, IsTheSameInEveryLocale) {
   const TestResult result{line(94.812, 0.06), line(1955.5, 0.02)};
   const std::string plain = resultText(result);

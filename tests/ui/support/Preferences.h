@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FakeTime.h"
 #include "Panel.h"
 #include "settings/AppSettings.h"
 #include "support/FakeLoginItem.h"
@@ -20,11 +21,12 @@ struct Preferences {
   FakePreferencesStore store{scheduler.main()};
   FakeLoginItem loginItem;
   AppSettings settings{store, loginItem};
+  FakeTime time;
   std::unique_ptr<SettingsView> view;
 
   /// Creates the view, as for each opening.
   void open(SettingsSection section = SettingsSection::general) {
-    view = std::make_unique<SettingsView>(settings, store);
+    view = std::make_unique<SettingsView>(settings, store, time.time());
     view->show();
     entry(section).click();
     Panel::settle();

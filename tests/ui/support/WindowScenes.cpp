@@ -90,6 +90,13 @@ void setRightToLeft(Panel& panel) {
 }
 
 const SpeedTestResult evenResult{1'700'000'000.0, 245.6, 19.2, 812};
+constexpr const char* failure = "the server does not answer in time";
+
+void failAfterResult(SpeedTestState& speedTest) {
+  speedTest.lastMeasured.set(evenResult);
+  speedTest.lastResult.set(SpeedTestResult{1'700'000'600.0, 0.0, 0.0, 0});
+  speedTest.failure.set(failure);
+}
 
 constexpr QSize windowSize = DetailWindowView::defaultSize;
 // Tall enough for a whole tab.
@@ -181,37 +188,6 @@ void reachRanges(Details& details) {
   details.all<QRadioButton>(overview)[2]->setFocus(Qt::TabFocusReason);
 }
 
-using Section = SettingsSection;
-
-Scene scene(
-    std::string name, Section section,
-    const std::function<void(Preferences&)>& act = [](Preferences&) {}) {
-  return {"settings-" + std::move(name), [section, act] {
-            auto preferences = std::make_shared<Preferences>();
-            preferences->open(section);
-            act(*preferences);
-            preferences->scheduler.settle();
-            return ownedBy(preferences, preferences->view.get());
-          }};
-}
-
-// Values that no list offers.
-void setForeign(Preferences& preferences) {
-  preferences.store.set("refreshInterval", 3.0);
-  preferences.store.set("monitorInterface", std::string("wlan0"));
-  preferences.store.set("checkForUpdates", false);
-}
-
-Scene openList() {
-  return {"settings-openList", [] {
-            auto preferences = std::make_shared<Preferences>();
-            preferences->open();
-            ChoiceList& list = preferences->list("Monitor Interface");
-            list.showPopup();
-            return ownedBy(preferences, list.view()->window());
-          }};
-}
-
 } // namespace
 
 SnapshotList evening(int count) {
@@ -243,6 +219,8 @@ std::vector<Scene> panelScenes() {
       scene("down", setPanelOffline),
       scene("running", [](Panel& panel) { panel.speedTest.isRunning.set(true); }),
       scene("result", [](Panel& panel) { panel.speedTest.lastResult.set(evenResult); }),
+      scene("failed", [](Panel& panel) { failAfterResult(panel.speedTest); }),
+      scene("firstFailed", [](Panel& panel) { panel.speedTest.failure.set(failure); }),
       scene("copied", asItIs, Backdrop::translucent, [](Panel& panel) { panel.button(1).click(); }),
       scene("emptyHistory", [](Panel& panel) { panel.sampler.snapshots.set({}); }),
       scene("oneSample", [](Panel& panel) { panel.sampler.snapshots.set(evening(1)); }),
@@ -273,26 +251,9 @@ std::vector<Scene> detailScenes() {
       scene("diagnosticsOffline", diagnostics, tall, setOffline),
       scene("diagnosticsRunning", diagnostics, tall,
             [](Details& details) { details.speedTest.isRunning.set(true); }),
+      scene("diagnosticsFailed", diagnostics, tall,
+            [](Details& details) { failAfterResult(details.speedTest); }),
       scene("diagnosticsAbsurd", diagnostics, tall, setAbsurd),
-  };
-}
-
-std::vector<Scene> settingsScenes() {
-  return {
-      scene("general", Section::general),
-      scene("alerts", Section::alerts),
-      scene("display", Section::display),
-      scene("data", Section::data),
-      scene("advanced", Section::advanced),
-      scene("foreign", Section::general, setForeign),
-      scene("keyboard", Section::general,
-            [](Preferences& preferences) {
-              preferences.view->activateWindow();
-              preferences.toggle("Launch at Login").setFocus(Qt::TabFocusReason);
-            }),
-      scene("small", Section::alerts,
-            [](Preferences& preferences) { preferences.view->resize(SettingsView::leastSize); }),
-      openList(),
   };
 }
 

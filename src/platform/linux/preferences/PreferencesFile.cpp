@@ -11,7 +11,7 @@ namespace {
 
 // A writer that rewrites a file in place finishes this soon after its last step.
 constexpr Seconds quietSpan = 0.05;
-constexpr Seconds retrySpan = 60.0;
+constexpr Seconds rewatchSpan = 60.0;
 constexpr Seconds once = 0.0;
 
 } // namespace
@@ -24,7 +24,7 @@ PreferencesFile::PreferencesFile(std::string path, WorkQueue& main, WatchDescrip
   // later.
   [[maybe_unused]] const auto error = makeDirectories(directoryOf(m_storage.path()));
   if (!m_watcher.arm()) {
-    retryLater();
+    watchLater();
   }
   adopt(m_storage.read());
 }
@@ -35,25 +35,20 @@ PreferencesFile::PreferencesFile(std::string path, EventLoop& loop)
                         return loop.watch(descriptor, events, std::move(handler));
                       }) {}
 
-void PreferencesFile::set(std::string_view key, PreferenceValue value) {
+std::error_code PreferencesFile::set(std::string_view key, PreferenceValue value) {
   if (auto* const text = std::get_if<std::string>(&value)) {
     *text = validUtf8(*text);
   }
-  const PreferenceValues change{{validUtf8(key), std::move(value)}};
-  m_refused.insert_or_assign(change.begin()->first, change.begin()->second);
-  adopt({Reading::Outcome::intact, values()});
-  if (flush(m_refused)) {
-    return;
+  auto written = m_storage.write({{validUtf8(key), std::move(value)}}, values());
+  if (!written.error) {
+    adopt({Reading::Outcome::intact, std::move(written.values)});
   }
-  if (m_refused.size() > 1) {
-    flush(change); // an older value may be the one that the disk has no room for
-  }
-  retryLater();
+  return written.error;
 }
 
 void PreferencesFile::fileChanged(bool isFinished) {
   if (!m_watcher.arm()) {
-    retryLater();
+    watchLater();
   }
   m_quiet.reset();
   if (isFinished) {
@@ -68,46 +63,27 @@ void PreferencesFile::fileChanged(bool isFinished) {
 // Whether nothing suggests that the file is still being written.
 bool PreferencesFile::isComplete(const Reading& reading) const {
   return reading.outcome == Reading::Outcome::intact &&
-         std::ranges::all_of(values(), [&](const auto& entry) {
-           return reading.values.contains(entry.first) || m_refused.contains(entry.first);
-         });
+         std::ranges::all_of(
+             values(), [&](const auto& entry) { return reading.values.contains(entry.first); });
 }
 
-// Writes the changes to the disk. Returns false if it refuses.
-bool PreferencesFile::flush(const PreferenceValues& changes) {
-  auto stored = m_storage.write(changes, values());
-  if (!stored) {
-    return false;
-  }
-  std::erase_if(m_refused, [&](const auto& entry) { return changes.contains(entry.first); });
-  adopt({Reading::Outcome::intact, *std::move(stored)});
-  return true;
-}
-
-// Publishes what is on the disk, and what is still to be written.
+// Publishes what is on the disk.
 void PreferencesFile::adopt(Reading reading) {
   if (reading.outcome == Reading::Outcome::broken) {
     reading.values.insert(values().begin(), values().end()); // missing values stay as they were
   }
-  for (const auto& [key, value] : m_refused) {
-    reading.values.insert_or_assign(key, value);
-  }
   replaceValues(std::move(reading.values));
 }
 
-void PreferencesFile::retryLater() {
-  if (!m_retry) {
-    m_retry = m_main.repeat(retrySpan, once, [this] { retry(); });
-  }
-}
-
-void PreferencesFile::retry() {
-  m_retry.reset();
-  const bool isWatching = m_watcher.arm();
-  adopt(m_storage.read()); // what changed while nothing was watched
-  const bool isStored = m_refused.empty() || flush(m_refused);
-  if (!isWatching || !isStored) {
-    retryLater();
+void PreferencesFile::watchLater() {
+  if (!m_rewatch) {
+    m_rewatch = m_main.repeat(rewatchSpan, once, [this] {
+      m_rewatch.reset();
+      if (!m_watcher.arm()) {
+        watchLater();
+      }
+      adopt(m_storage.read()); // what changed while nothing was watched
+    });
   }
 }
 

@@ -12,32 +12,28 @@ namespace tidewell {
 
 /// The preferences in a file of the user's, which other programs and editors may change too.
 ///
-/// Reading a value never touches the disk; writing one returns when it is on the disk. A value
-/// that the disk refuses stays valid in this process. It is written again with the next write, and
-/// once a minute.
+/// Reading a value never touches the disk; writing one returns when it is on the disk, or when the
+/// disk has refused it.
 class PreferencesFile final : public PreferencesStore {
 public:
   /// Reads the file of this absolute path. Creates its directory if it is missing.
   PreferencesFile(std::string path, WorkQueue& main, WatchDescriptor watch);
   PreferencesFile(std::string path, EventLoop& loop);
 
-  void set(std::string_view key, PreferenceValue value) override;
+  std::error_code set(std::string_view key, PreferenceValue value) override;
 
 private:
   using Reading = PreferencesStorage::Reading;
 
   void fileChanged(bool isFinished);
   [[nodiscard]] bool isComplete(const Reading& reading) const;
-  bool flush(const PreferenceValues& changes);
   void adopt(Reading reading);
-  void retryLater();
-  void retry();
+  void watchLater();
 
   WorkQueue& m_main;
   PreferencesStorage m_storage;
-  PreferenceValues m_refused; // not on the disk yet
   std::unique_ptr<Timer> m_quiet;
-  std::unique_ptr<Timer> m_retry;
+  std::unique_ptr<Timer> m_rewatch;
   FileWatcher m_watcher;
 };
 

@@ -42,11 +42,11 @@ PreferencesStorage::Reading PreferencesStorage::read() const {
   return {text.isIntact() ? Reading::Outcome::intact : Reading::Outcome::broken, text.values()};
 }
 
-std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues& changes,
-                                                          const PreferenceValues& known) const {
+PreferencesStorage::Writing PreferencesStorage::write(const PreferenceValues& changes,
+                                                      const PreferenceValues& known) const {
   const DirectoryLock lock(directoryOf(m_path));
   if (lock.error()) {
-    return std::nullopt;
+    return {lock.error(), {}};
   }
   using Outcome = FileReading::Outcome;
   const FileReading file = readFile(m_path, largestPreferences);
@@ -61,15 +61,14 @@ std::optional<PreferenceValues> PreferencesStorage::write(const PreferenceValues
     text.set(key, value);
   }
   if (file.outcome == Outcome::read && text.text() == file.contents) {
-    return text.values();
+    return {{}, text.values()};
+  }
+  if (text.text().size() > largestPreferences) {
+    return {std::make_error_code(std::errc::file_too_large), {}};
   }
   constexpr mode_t forTheUserAlone = 0600;
   const OldFile old = isBroken ? OldFile::keptAside : OldFile::removed;
-  if (text.text().size() > largestPreferences ||
-      replaceFile(targetOf(m_path), text.text(), forTheUserAlone, old)) {
-    return std::nullopt;
-  }
-  return text.values();
+  return {replaceFile(targetOf(m_path), text.text(), forTheUserAlone, old), text.values()};
 }
 
 } // namespace tidewell

@@ -2,8 +2,9 @@
 
 #include "platform/PreferencesStore.h"
 
-#include <optional>
 #include <string>
+#include <system_error>
+#include <utility>
 
 namespace tidewell {
 
@@ -21,6 +22,11 @@ public:
     PreferenceValues values;
   };
 
+  struct Writing {
+    std::error_code error;
+    PreferenceValues values; // of the file
+  };
+
   explicit PreferencesStorage(std::string path) : m_path(std::move(path)) {}
 
   [[nodiscard]] const std::string& path() const { return m_path; }
@@ -30,10 +36,8 @@ public:
 
   /// Puts the changes into the file, keeps everything else, and syncs the file to the disk. A
   /// broken file is kept aside; the one that replaces it also has all `known` values that the
-  /// broken one lacks. Returns the file's values, or nullopt if the disk refused, in which case the
-  /// file is unchanged.
-  [[nodiscard]] std::optional<PreferenceValues> write(const PreferenceValues& changes,
-                                                      const PreferenceValues& known) const;
+  /// broken one lacks. After an error the file is unchanged.
+  [[nodiscard]] Writing write(const PreferenceValues& changes, const PreferenceValues& known) const;
 
 private:
   std::string m_path;

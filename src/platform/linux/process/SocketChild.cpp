@@ -19,10 +19,17 @@ namespace {
 
 constexpr std::size_t longestMessage = 4096;
 
+// Whether a child inherits the descriptor. If this process was started without a standard output,
+// its number belongs to nothing or to a file of this process.
+bool isInherited(int descriptor) {
+  const int flags = ::fcntl(descriptor, F_GETFD);
+  return flags >= 0 && (flags & FD_CLOEXEC) == 0;
+}
+
 } // namespace
 
 std::unique_ptr<SocketChild> SocketChild::start(EventLoop& loop, const std::string& executable,
-                                                Events events) {
+                                                std::vector<std::string> arguments, Events events) {
   std::array<int, 2> ends{};
   if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends.data()) != 0) {
     return nullptr;
@@ -31,8 +38,11 @@ std::unique_ptr<SocketChild> SocketChild::start(EventLoop& loop, const std::stri
   const FileDescriptor theirs(ends[1]);
   SpawnSettings settings;
   settings.duplicate(theirs.get(), STDIN_FILENO);
-  settings.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
-  const pid_t pid = settings.spawn(executable, {}, ownEnvironment(), SpawnSettings::Start::awaited);
+  if (!isInherited(STDOUT_FILENO)) {
+    settings.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
+  }
+  const pid_t pid = settings.spawn(executable, std::move(arguments), ownEnvironment(),
+                                   SpawnSettings::Start::awaited);
   if (pid < 0) {
     return nullptr;
   }
@@ -53,8 +63,8 @@ SocketChild::~SocketChild() {
   }
 }
 
-void SocketChild::send(const std::string& message) const {
-  ::send(m_socket.get(), message.data(), message.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+bool SocketChild::send(const std::string& message) const {
+  return ::send(m_socket.get(), message.data(), message.size(), MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
 }
 
 void SocketChild::kill() const {
@@ -68,7 +78,9 @@ void SocketChild::read() {
   const auto size = ::recv(m_socket.get(), piece.data(), piece.size(), MSG_DONTWAIT);
   if (size > 0) {
     m_events.heard({piece.data(), static_cast<std::size_t>(size)});
-  } else if (size == 0 || (errno != EAGAIN && errno != EINTR)) {
+  } else if (size == 0 || (errno != EAGAIN && errno != EINTR && errno != ECONNRESET)) {
+    // A child that ends with unread messages resets the connection. What it sent before can still
+    // be read after that error.
     reap();
   }
 }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -15,8 +16,8 @@ class EventLoop;
 class FdWatch;
 
 /// A child process whose standard input is a socket for messages both ways. Messages sent before
-/// the child reads wait in the socket. Never waits for the child. Destroying this object closes the
-/// socket and leaves the child running.
+/// the child reads wait in the socket. It shares this process's standard output and error. Never
+/// waits for the child. Destroying this object closes the socket and leaves the child running.
 class SocketChild {
 public:
   struct Events {
@@ -26,14 +27,16 @@ public:
   };
 
   /// Starts a program with this process's environment; null if that fails.
-  [[nodiscard]] static std::unique_ptr<SocketChild>
-  start(EventLoop& loop, const std::string& executable, Events events);
+  [[nodiscard]] static std::unique_ptr<SocketChild> start(EventLoop& loop,
+                                                          const std::string& executable,
+                                                          std::vector<std::string> arguments,
+                                                          Events events);
   SocketChild(SocketChild&&) = delete;
   ~SocketChild();
 
-  /// Sends a message of at most a few kilobytes. Does nothing if the child has ended or some
-  /// hundred messages are unread.
-  void send(const std::string& message) const;
+  /// Sends a message of at most a few kilobytes. Returns false if it was not sent, because the
+  /// child has ended or some hundred messages are unread.
+  [[nodiscard]] bool send(const std::string& message) const;
 
   /// Kills the child; `ended` follows.
   void kill() const;
