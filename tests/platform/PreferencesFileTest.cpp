@@ -68,9 +68,9 @@ TEST_F(PreferencesFileTest, AWriteKeepsWhatAnotherWriterJustStored) {
   EXPECT_EQ(contents(), "a = 2\nb = 3\nrefreshInterval = 5.0\n");
   EXPECT_EQ(store->value("b"), PreferenceValue(std::int64_t{3}));
   scheduler.settle();
-  EXPECT_EQ(heard, (Heard{{"refreshInterval", PreferenceValue(5.0)},
-                          {"a", PreferenceValue(std::int64_t{2})},
-                          {"b", PreferenceValue(std::int64_t{3})}}));
+  EXPECT_EQ(heard, (Heard{{"a", PreferenceValue(std::int64_t{2})},
+                          {"b", PreferenceValue(std::int64_t{3})},
+                          {"refreshInterval", PreferenceValue(5.0)}}));
 }
 
 TEST_F(PreferencesFileTest, AWriteMakesTheDirectoryAgainThatSomebodyRemoved) {
