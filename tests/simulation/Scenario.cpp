@@ -79,6 +79,7 @@ void Scenario::calmDown() {
   if (!m_world.isLaunched()) {
     m_world.launch();
   }
+  m_world.isDiskFull = false;
   m_world.setSleeping(false);
   m_world.become({{true, false, true, false}, 2, "eth0", "abcd", "gate", {}, 0});
   m_world.preferences.remove();
@@ -113,7 +114,7 @@ void Scenario::later(Seconds delay, std::function<void()> event) {
 }
 
 const Scenario::Event& Scenario::draw() {
-  static constexpr std::array<Event, 27> events = {{
+  static constexpr std::array<Event, 28> events = {{
       {12, "outage", &Scenario::outage},
       {4, "flap", &Scenario::flap},
       {3, "path repeated", &Scenario::repeatPath},
@@ -130,6 +131,7 @@ const Scenario::Event& Scenario::draw() {
       {4, "clock is set", &Scenario::correctClock},
       {6, "setting", &Scenario::changeSetting},
       {8, "setting by another", &Scenario::changeSettingElsewhere},
+      {4, "full disk", &Scenario::fillDisk},
       {2, "hurry", &Scenario::hurry},
       {4, "speed test", &Scenario::askForSpeedTest},
       {1, "end and begin", &Scenario::endAndBegin},

@@ -55,6 +55,7 @@ private:
   void correctClock();
   void changeSetting();
   void changeSettingElsewhere();
+  void fillDisk();
   void hurry();
   void askForSpeedTest();
   void endAndBegin();

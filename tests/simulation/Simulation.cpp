@@ -8,7 +8,11 @@
 #include "speedtest/SpeedTestRunner.h"
 
 #include <chrono>
+#include <csignal>
 #include <string>
+#include <system_error>
+
+#include <sys/resource.h>
 
 namespace tidewell::test {
 
@@ -25,6 +29,22 @@ constexpr Ticks longestDelay = std::chrono::seconds(95);
 
 // One turn for each message and task of a moment is normal; thousands mean a busy loop.
 constexpr int mostTurns = 5000;
+
+/// While it lives, no file of this process can grow.
+class FullDisk {
+public:
+  FullDisk() {
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+    ::getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit none{0, m_before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &none);
+  }
+  FullDisk(FullDisk&&) = delete;
+  ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+  rlimit m_before{};
+};
 
 } // namespace
 
@@ -299,8 +319,22 @@ void Simulation::forgetDesktop() {
 }
 
 void Simulation::prefer(const std::string& key, const PreferenceValue& value) {
-  preferences.sets(key, value);
-  store.set(key, value);
+  const auto before = store.value(key);
+  std::optional<FullDisk> full;
+  if (isDiskFull) {
+    full.emplace();
+  }
+  const std::error_code error = store.set(key, value);
+  full.reset();
+  findings.require(isDiskFull || !error, "a preference is not stored", key, error.message());
+  if (!error) {
+    preferences.sets(key, value);
+  } else {
+    ++m_refusals;
+    const auto after = store.value(key);
+    findings.require(before ? after && isSame(*after, *before) : !after,
+                     "a preference that is not stored counts", key);
+  }
 }
 
 } // namespace tidewell::test

@@ -65,6 +65,9 @@ public:
   void askForSpeedTest();
   /// The user sets a preference in the windows.
   void prefer(const std::string& key, const PreferenceValue& value);
+  /// Whether the disk takes no more.
+  bool isDiskFull = false;
+  [[nodiscard]] int refusals() const { return m_refusals; }
 
   /// Bus, panel, notification server and windows work normally from now on.
   void calmDesktop();
@@ -125,6 +128,7 @@ private:
   bool m_isAskedToEnd = false;
   Ticks m_madeAt = Ticks::zero();
   std::int64_t m_publishedBefore = 0; // before the launch
+  int m_refusals = 0; // of preferences
   ObservedPath m_actual;
   std::optional<PathReport> m_path; // reported last
   std::unique_ptr<PathReporter> m_reporter;

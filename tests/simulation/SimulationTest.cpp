@@ -60,6 +60,7 @@ void expectAFullMonth(const Simulation& world) {
   for (const auto& [kind, count] : world.notices.sent()) {
     EXPECT_GT(count, 20) << kind;
   }
+  EXPECT_GT(world.refusals(), 50);
   EXPECT_GT(world.paths.nights(), 50);
   EXPECT_GT(world.paths.retries(), 50);
   EXPECT_GT(world.noticeServer.received(), 100);

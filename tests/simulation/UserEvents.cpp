@@ -77,6 +77,12 @@ void Scenario::changeSettingElsewhere() {
   });
 }
 
+void Scenario::fillDisk() {
+  m_world.isDiskFull = true;
+  changeSetting();
+  later(m_dice.magnitude(1.0, 3600.0), [this] { m_world.isDiskFull = false; });
+}
+
 /// The shortest intervals, for a while.
 void Scenario::hurry() {
   m_world.prefer("refreshInterval", m_dice.oneOf({0.5, 0.1, 0.003, 1e-3, 1e-9, 5e-324}));
