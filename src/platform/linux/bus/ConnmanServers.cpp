@@ -9,9 +9,7 @@
 namespace tidewell {
 namespace {
 
-constexpr std::size_t mostServers = 64;
-
-const BusQuestion question{"net.connman", "/", "net.connman.Manager", "GetServices", {}};
+constexpr std::size_t mostNameservers = 64;
 
 std::vector<std::string> readServers(sd_bus_message* message) {
   std::vector<std::string> servers;
@@ -20,7 +18,7 @@ std::vector<std::string> readServers(sd_bus_message* message) {
     return servers;
   }
   const char* server = nullptr;
-  while (servers.size() < mostServers && sd_bus_message_read(message, "s", &server) > 0) {
+  while (servers.size() < mostNameservers && sd_bus_message_read(message, "s", &server) > 0) {
     if (isAddress(server)) {
       servers.emplace_back(server);
     }
@@ -53,7 +51,8 @@ std::vector<std::string> readConnmanServers(sd_bus_message* reply) {
 }
 
 Async<std::vector<std::string>> askConnman(EventLoop& loop, SessionBus& systemBus, Seconds limit) {
-  const BusMessage reply = co_await ask(loop, systemBus, question, limit);
+  const BusMessage reply = co_await ask(
+      loop, systemBus, {"net.connman", "/", "net.connman.Manager", "GetServices", {}}, limit);
   co_return reply ? readConnmanServers(reply.get()) : std::vector<std::string>();
 }
 

@@ -12,12 +12,6 @@ namespace {
 // More than anybody uses. A hostile reply may hold millions.
 constexpr std::size_t mostServers = 64;
 
-const BusQuestion question{"org.freedesktop.resolve1",
-                           "/org/freedesktop/resolve1",
-                           propertiesInterface,
-                           "Get",
-                           {"org.freedesktop.resolve1.Manager", "DNS"}};
-
 } // namespace
 
 std::vector<ResolvedServer> readResolvedServers(sd_bus_message* reply) {
@@ -65,7 +59,13 @@ std::vector<std::string> inOrderOfChoice(const std::vector<ResolvedServer>& serv
 
 Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, SessionBus& systemBus,
                                                Seconds limit) {
-  const BusMessage reply = co_await ask(loop, systemBus, question, limit);
+  const BusMessage reply = co_await ask(loop, systemBus,
+                                        {"org.freedesktop.resolve1",
+                                         "/org/freedesktop/resolve1",
+                                         propertiesInterface,
+                                         "Get",
+                                         {"org.freedesktop.resolve1.Manager", "DNS"}},
+                                        limit);
   co_return reply ? readResolvedServers(reply.get()) : std::vector<ResolvedServer>();
 }
 
