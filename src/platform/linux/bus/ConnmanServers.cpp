@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace tidewell {
 namespace {
@@ -51,8 +52,8 @@ std::vector<std::string> readConnmanServers(sd_bus_message* reply) {
 }
 
 Async<std::vector<std::string>> askConnman(EventLoop& loop, SessionBus& systemBus, Seconds limit) {
-  const BusMessage reply = co_await ask(
-      loop, systemBus, {"net.connman", "/", "net.connman.Manager", "GetServices", {}}, limit);
+  BusQuestion question{"net.connman", "/", "net.connman.Manager", "GetServices", {}};
+  const BusMessage reply = co_await ask(loop, systemBus, std::move(question), limit);
   co_return reply ? readConnmanServers(reply.get()) : std::vector<std::string>();
 }
 

@@ -4,6 +4,8 @@
 #include "platform/linux/bus/BusQuestion.h"
 #include "platform/linux/network/AddressText.h"
 
+#include <utility>
+
 #include <systemd/sd-bus.h>
 
 namespace tidewell {
@@ -59,13 +61,12 @@ std::vector<std::string> inOrderOfChoice(const std::vector<ResolvedServer>& serv
 
 Async<std::vector<ResolvedServer>> askResolved(EventLoop& loop, SessionBus& systemBus,
                                                Seconds limit) {
-  const BusMessage reply = co_await ask(loop, systemBus,
-                                        {"org.freedesktop.resolve1",
-                                         "/org/freedesktop/resolve1",
-                                         propertiesInterface,
-                                         "Get",
-                                         {"org.freedesktop.resolve1.Manager", "DNS"}},
-                                        limit);
+  BusQuestion question{"org.freedesktop.resolve1",
+                       "/org/freedesktop/resolve1",
+                       propertiesInterface,
+                       "Get",
+                       {"org.freedesktop.resolve1.Manager", "DNS"}};
+  const BusMessage reply = co_await ask(loop, systemBus, std::move(question), limit);
   co_return reply ? readResolvedServers(reply.get()) : std::vector<ResolvedServer>();
 }
 
