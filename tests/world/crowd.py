@@ -6,7 +6,6 @@
                                              and again
     crowd.py datagrams ADDRESS PORT N ACTIVE the same with UDP sockets
     crowd.py churn ADDRESS PORT              connects, says something and closes, without end
-    crowd.py open COUNT                      opens and closes so many UDP sockets
     crowd.py opening SECONDS                 opens and closes a UDP socket, again and again, and
                                              prints the median microseconds that takes
     crowd.py gather PROCESSES FILES          processes with so many raw sockets each, all of which receive
@@ -91,17 +90,6 @@ def churn(address, port):
             connection.send(b"x" * 100)
 
 
-def open_(count):
-    processes = 2
-    for _ in range(processes):
-        if os.fork() == 0:
-            for _ in range(int(count) // processes):
-                socket.socket(socket.AF_INET, socket.SOCK_DGRAM).close()
-            os._exit(0)
-    for _ in range(processes):
-        os.wait()
-
-
 def gather(processes, files):
     hold(processes, files, lambda: socket.socket(socket.AF_INET, socket.SOCK_RAW, EXPERIMENT))
 
@@ -183,6 +171,8 @@ def hold(processes, files, make):
     finally:
         for child in children:
             os.kill(child, signal.SIGKILL)
+        for child in children:
+            os.waitpid(child, 0)
 
 
 def many(count, *command):
@@ -194,7 +184,6 @@ def many(count, *command):
 
 if __name__ == "__main__":
     signal.signal(signal.SIGTERM, lambda *_: sys.exit())
-    verbs = {verb.__name__.rstrip("_"): verb for verb in (
-        serve, connect, datagrams, churn, open_, opening, gather, call, tunnel, echo, ask, idle,
-        many)}
+    verbs = {verb.__name__: verb for verb in (
+        serve, connect, datagrams, churn, opening, gather, call, tunnel, echo, ask, idle, many)}
     verbs[sys.argv[1]](*sys.argv[2:])
