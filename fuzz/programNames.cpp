@@ -2,7 +2,7 @@
 // of a process.
 
 #include "base/DisplayText.h"
-#include "helpers/nettop/NettopText.h"
+#include "helpers/nettop/ProgramName.h"
 #include "helpers/nettop/SocketHolders.h"
 #include "helpers/nettop/TrafficTable.h"
 #include "support/Require.h"
@@ -23,7 +23,7 @@ void checkShown(std::string_view text) {
 
   const std::string name = tidewell::nettop::printableName(text);
   tidewell::fuzz::requireShowable(name);
-  require(!name.empty() && name.find_first_of(".,\n") == std::string::npos);
+  require(!name.empty() && name.find_first_of(".,()\n") == std::string::npos);
   require(name != "kernel_task" && name != "mDNSResponder");
   require(tidewell::nettop::printableName(name) == name);
 }

@@ -6,6 +6,11 @@
                                              and again
     crowd.py datagrams ADDRESS PORT N ACTIVE the same with UDP sockets
     crowd.py churn ADDRESS PORT              connects, says something and closes, without end
+    crowd.py opening SECONDS                 opens and closes a UDP socket, again and again, and
+                                             prints the median microseconds that takes
+    crowd.py gather PROCESSES FILES          processes with so many raw sockets each, all of which receive
+                                             every packet of the protocol for experiments
+    crowd.py call ADDRESS                    sends one packet of this protocol
     crowd.py tunnel ADDRESS PORT             a VPN's client: what goes to tun0 it sends on in datagrams
     crowd.py echo ADDRESS PORT               sends back every datagram
     crowd.py ask ADDRESS PORT SECONDS        sends 64 bytes to it, again and again, and prints the
@@ -14,7 +19,7 @@
     crowd.py many COUNT COMMAND...           runs a command so often, all at once, and prints what
                                              they print
 
-Each but the last and `ask` says "ready" when it is.
+Those that do not end say "ready" when they are.
 """
 
 import fcntl
@@ -26,6 +31,9 @@ import struct
 import subprocess
 import sys
 import time
+
+
+EXPERIMENT = 253  # RFC 3692
 
 
 def serve(address, port):
@@ -82,6 +90,27 @@ def churn(address, port):
             connection.send(b"x" * 100)
 
 
+def gather(processes, files):
+    hold(processes, files, lambda: socket.socket(socket.AF_INET, socket.SOCK_RAW, EXPERIMENT))
+
+
+def call(address):
+    with socket.socket(socket.AF_INET, socket.SOCK_RAW, EXPERIMENT) as here:
+        here.sendto(b"x", (address, 0))
+
+
+def opening(seconds):
+    os.sched_setaffinity(0, {0})
+    took = []
+    end = time.perf_counter() + float(seconds)
+    before = 0.0
+    while before < end:
+        before = time.perf_counter()
+        socket.socket(socket.AF_INET, socket.SOCK_DGRAM).close()
+        took.append(time.perf_counter() - before)
+    print(1e6 * sorted(took)[len(took) // 2])
+
+
 def tunnel(address, port):
     device = os.open("/dev/net/tun", os.O_RDWR)
     fcntl.ioctl(device, 0x400454CA, struct.pack("16sH22x", b"tun0", 0x1001))  # TUNSETIFF
@@ -118,13 +147,23 @@ def ask(address, port, seconds):
 
 
 def idle(processes, files):
+    hold(processes, files, lambda: open("/dev/null", "rb"))
+
+
+def hold(processes, files, make):
     children = []
     for _ in range(int(processes)):
+        ready, told = os.pipe()
         child = os.fork()
         if child == 0:
             signal.signal(signal.SIGTERM, signal.SIG_DFL)
-            held = [open("/dev/null", "rb") for _ in range(int(files))]  # noqa: F841
+            held = [make() for _ in range(int(files))]  # noqa: F841
+            os.close(told)
+            os.close(ready)
             signal.pause()
+        os.close(told)
+        os.read(ready, 1)  # until the child has closed its end
+        os.close(ready)
         children.append(child)
     print("ready", flush=True)
     try:
@@ -132,6 +171,8 @@ def idle(processes, files):
     finally:
         for child in children:
             os.kill(child, signal.SIGKILL)
+        for child in children:
+            os.waitpid(child, 0)
 
 
 def many(count, *command):
@@ -143,6 +184,6 @@ def many(count, *command):
 
 if __name__ == "__main__":
     signal.signal(signal.SIGTERM, lambda *_: sys.exit())
-    verbs = {verb.__name__: verb for verb in (serve, connect, datagrams, churn, tunnel, echo,
-                                          ask, idle, many)}
+    verbs = {verb.__name__: verb for verb in (
+        serve, connect, datagrams, churn, opening, gather, call, tunnel, echo, ask, idle, many)}
     verbs[sys.argv[1]](*sys.argv[2:])

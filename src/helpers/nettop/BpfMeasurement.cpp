@@ -1,5 +1,6 @@
 #include "helpers/nettop/Measurement.h"
 
+#include "helpers/nettop/AttachmentSlot.h"
 #include "helpers/nettop/BpfCalls.h"
 #include "helpers/nettop/Privileges.h"
 #include "helpers/nettop/TrafficTable.h"
@@ -25,11 +26,16 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <unistd.h>
 
 namespace tidewell::nettop {
 namespace {
 
 constexpr std::size_t batchSize = 1024;
+
+// How long the programs work after they were attached, whatever becomes of this process. They are
+// attached for little more than the measured second, except on an overloaded machine.
+constexpr int tenthsAttached = 20;
 
 // The inode of the first process namespace, which the kernel fixes (PROC_PID_INIT_INO).
 constexpr ino_t firstNamespace = 0xEFFFFFFC;
@@ -116,7 +122,9 @@ Hooks attach(const TrafficPrograms& programs, const FileDescriptor& groups) {
   return hooks;
 }
 
-void enter(Control& control, Phase phase) { std::atomic_ref(control.phase).store(phase); }
+void set(__u64& deadline, std::uint64_t nanoseconds) {
+  std::atomic_ref(deadline).store(nanoseconds);
+}
 
 bool addSockets(int sockets, TrafficTable& table) {
   std::array<std::uint64_t, batchSize> keys{};
@@ -145,7 +153,36 @@ Measurement collect(const TrafficPrograms& programs) {
       table.name(owner, record);
     }
   }
+  const Control& control = *programs.control;
+  table.addLost(control.lostReceived, control.lostSent);
   return {table.rows(), {}};
+}
+
+/// Measures with programs that are loaded.
+Measurement measureWith(const TrafficPrograms& programs, const FileDescriptor& groups) {
+  Control& control = *programs.control;
+  markTunnels(control);
+  const FileDescriptor names = makeIterator(programs.nameProcesses);
+  const FileDescriptor holders = makeIterator(programs.findHolders);
+  set(control.noteUntil, Second().nanosecondsAfter(tenthsAttached));
+  Hooks hooks = attach(programs, groups);
+  if (!names.isOpen() || !holders.isOpen() || !hooks.areAttached()) {
+    return failure("attaching the programs");
+  }
+  keepOnly({Capability::bpf});
+  if (!runIterator(names)) {
+    return failure("the names of the processes");
+  }
+  const Second second;
+  set(control.countUntil, second.nanosecondsAfter());
+  second.wait();
+  hooks.sent.reset();
+  hooks.received.reset();
+  if (!runIterator(holders)) {
+    return failure("the holders of the sockets");
+  }
+  hooks = {};
+  return collect(programs);
 }
 
 } // namespace
@@ -158,32 +195,15 @@ Measurement measureWithBpf() {
   if (!groups.isOpen()) {
     return {{}, "there are no control groups of version 2"};
   }
+  // Before loading: the tables take memory for as long as the process lives.
+  if (!takeAttachmentSlot(::getuid())) {
+    return {{}, "too many others are measuring"};
+  }
   TrafficPrograms programs{};
   if (const int error = loadTrafficPrograms(&programs); error < 0) {
     return failure("loading the programs", -error);
   }
-  markTunnels(*programs.control);
-  const FileDescriptor names = makeIterator(programs.nameProcesses);
-  const FileDescriptor holders = makeIterator(programs.findHolders);
-  Hooks hooks = attach(programs, groups);
-  if (!names.isOpen() || !holders.isOpen() || !hooks.areAttached()) {
-    return failure("attaching the programs");
-  }
-  keepOnly({Capability::bpf});
-  if (!runIterator(names)) {
-    return failure("the names of the processes");
-  }
-  const Second second;
-  enter(*programs.control, counting);
-  second.wait();
-  enter(*programs.control, naming);
-  hooks.sent.reset();
-  hooks.received.reset();
-  if (!runIterator(holders)) {
-    return failure("the holders of the sockets");
-  }
-  hooks = {};
-  return collect(programs);
+  return measureWith(programs, groups);
 }
 
 } // namespace tidewell::nettop

@@ -11,7 +11,7 @@ namespace tidewell::nettop {
 struct ProcessTraffic {
   static constexpr std::uint32_t nobody = 0xFFFFFFFF;
 
-  /// As the kernel knows it: any bytes.
+  /// As the kernel knows it: any bytes. Our own words if it is not a single process.
   std::string name;
   /// 0 if it is not a single process.
   std::int32_t process = 0;
@@ -36,14 +36,26 @@ public:
 
   /// Sleeps until so many tenths of it have passed.
   void wait(int tenths = 10) const {
-    constexpr long nanoseconds = 1'000'000'000;
-    const long since = m_beginning.tv_nsec + tenths * (nanoseconds / 10);
-    const timespec until{m_beginning.tv_sec + since / nanoseconds, since % nanoseconds};
+    const timespec until = after(tenths);
     while (::clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) != 0) {
     }
   }
 
+  /// When so many tenths of it will have passed, in nanoseconds of that clock.
+  [[nodiscard]] std::uint64_t nanosecondsAfter(int tenths = 10) const {
+    const timespec time = after(tenths);
+    return static_cast<std::uint64_t>(time.tv_sec) * nanoseconds +
+           static_cast<std::uint64_t>(time.tv_nsec);
+  }
+
 private:
+  static constexpr long nanoseconds = 1'000'000'000;
+
+  [[nodiscard]] timespec after(int tenths) const {
+    const long since = m_beginning.tv_nsec + tenths * (nanoseconds / 10);
+    return {m_beginning.tv_sec + since / nanoseconds, since % nanoseconds};
+  }
+
   timespec m_beginning{};
 };
 

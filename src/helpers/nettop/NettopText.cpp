@@ -1,6 +1,6 @@
 #include "helpers/nettop/NettopText.h"
 
-#include "base/DisplayText.h"
+#include "helpers/nettop/ProgramName.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -19,6 +19,18 @@ constexpr std::size_t longestName = 72;
 
 // So that no sum over the rows overflows a reader's 64 bits.
 constexpr std::uint64_t mostBytes = std::uint64_t{1} << 53;
+
+std::string shortened(std::string_view name, std::size_t length) {
+  const std::string printable = printableName(name);
+  return printable.size() <= length ? printable
+                                    : printableName(std::string_view(printable).substr(0, length));
+}
+
+/// What stands for no single program is in parentheses, which no program's name contains.
+std::string shownName(const ProcessTraffic& row) {
+  return row.process != 0 ? shortened(row.name, longestName)
+                          : '(' + shortened(row.name, longestName - 2) + ')';
+}
 
 std::uint64_t cappedTotal(const ProcessTraffic& row) {
   return std::min(row.received, mostBytes) + std::min(row.sent, mostBytes);
@@ -53,7 +65,7 @@ std::vector<ProcessTraffic> byName(const std::vector<ProcessTraffic>& rows) {
 }
 
 void cut(std::vector<ProcessTraffic>& rows) {
-  ProcessTraffic others{"others"};
+  ProcessTraffic others{"(others)"};
   while (rows.size() >= mostRows) {
     merge(others, rows.back());
     rows.pop_back();
@@ -61,46 +73,19 @@ void cut(std::vector<ProcessTraffic>& rows) {
   rows.push_back(others);
 }
 
-constexpr std::string_view replacement = "\uFFFD";
-
-std::string inPlainCharacters(const std::string& text) {
-  std::string name;
-  for (std::size_t index = 0; index < text.size();) {
-    if (std::string_view(text).substr(index).starts_with(replacement)) {
-      name += '_';
-      index += replacement.size();
-      continue;
-    }
-    name += text[index] == '.' || text[index] == ',' ? '_' : text[index];
-    ++index;
-  }
-  return name;
-}
-
 std::string line(const ProcessTraffic& row) {
-  std::string name = printableName(row.name);
-  if (name.size() > longestName) {
-    name = printableName(std::string_view(name).substr(0, longestName));
-  }
-  return name + '.' + std::to_string(row.process) + ',' +
+  return row.name + '.' + std::to_string(row.process) + ',' +
          std::to_string(std::min(row.received, mostBytes)) + ',' +
          std::to_string(std::min(row.sent, mostBytes)) + ",\n";
 }
 
 } // namespace
 
-std::string printableName(std::string_view bytes) {
-  std::string name = inPlainCharacters(displayText(bytes));
-  // The resident's reader skips these two names, which on another system are the kernel and a
-  // system service. Here they are ordinary programs, and are shown under a changed name.
-  if (name.empty() || name == "kernel_task" || name == "mDNSResponder") {
-    name += '_';
-  }
-  return name;
-}
-
 std::string nettopText(std::vector<ProcessTraffic> rows) {
   std::erase_if(rows, [](const ProcessTraffic& row) { return cappedTotal(row) == 0; });
+  for (ProcessTraffic& row : rows) {
+    row.name = shownName(row);
+  }
   sort(rows);
   if (rows.size() > mostRows) {
     rows = byName(rows);

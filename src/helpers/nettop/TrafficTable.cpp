@@ -20,14 +20,19 @@ void subtract(std::uint64_t& amount, std::uint64_t& from) {
 } // namespace
 
 void TrafficTable::add(const SocketTraffic& socket) {
-  Entry& entry = m_entries[socket.owner];
+  Entry& entry = m_entries[socket.owner.process];
   entry.traffic.received += socket.received;
   entry.traffic.sent += socket.sent;
   // Interface indices are only unique within a network namespace.
-  if (socket.mayTunnel != 0) {
+  if (socket.owner.mayTunnel != 0) {
     m_tunnelReceived += socket.tunnelReceived;
     m_tunnelSent += socket.tunnelSent;
   }
+}
+
+void TrafficTable::addLost(std::uint64_t received, std::uint64_t sent) {
+  m_lost.received += received;
+  m_lost.sent += sent;
 }
 
 std::vector<std::uint32_t> TrafficTable::owners() const {
@@ -74,6 +79,7 @@ std::vector<ProcessTraffic> TrafficTable::rows() const {
     rows.push_back(server);
   }
   rows.push_back(unknown);
+  rows.push_back(m_lost);
   std::erase_if(rows, [](const ProcessTraffic& row) { return total(row) == 0; });
   return rows;
 }

@@ -35,6 +35,21 @@ TEST(NettopText, IsReadAsItWasMeant) {
   EXPECT_EQ(rows[2].name, "🌊");
 }
 
+TEST(NettopText, TellsItsOwnRowsFromProgramsOfTheirNames) {
+  std::vector<ProcessTraffic> rows{{"unknown", 0, ProcessTraffic::nobody, 9, 0},
+                                   {"user root", 0, 0, 8, 0}};
+  for (const char* name : {"unknown", "(unknown)", "user root"}) {
+    rows.push_back(row(name, 7, 1));
+  }
+  EXPECT_EQ(nettopText(rows), ",bytes_in,bytes_out,\n(unknown).0,9,0,\n(user root).0,8,0,\n"
+                              "unknown.7,1,0,\n_unknown_.7,1,0,\nuser root.7,1,0,\n");
+  for (std::int32_t process = 8; process <= 300; ++process) {
+    rows.push_back(row("unknown", process, 1));
+  }
+  EXPECT_TRUE(nettopText(rows).starts_with(",bytes_in,bytes_out,\nunknown.7,294,0,\n(unknown).0,9"))
+      << "also where rows of one name are joined";
+}
+
 TEST(NettopText, JoinsRowsOfOneNameOnlyWhereThereAreTooMany) {
   std::vector<ProcessTraffic> rows;
   for (std::int32_t process = 1; process <= 256; ++process) {
@@ -53,7 +68,7 @@ TEST(NettopText, LosesNoByteBeyondItsRows) {
   const std::string text = nettopText(rows);
   const auto lines = splitAt(text, '\n');
   ASSERT_EQ(lines.size(), 258U);
-  EXPECT_EQ(lines[256], "others.0,745000,745,");
+  EXPECT_EQ(lines[256], "(others).0,745000,745,");
 }
 
 TEST(NettopText, FitsAPipeWhateverTheNames) {
@@ -70,28 +85,6 @@ TEST(NettopText, FitsAPipeWhateverTheNames) {
   EXPECT_LT(text.size(), 32768U);
   EXPECT_TRUE(isUtf8(text));
   EXPECT_EQ(parseNettopOutput(text).size(), 10U) << "and no sum overflows";
-}
-
-TEST(ProgramName, IsFitForTheOutputAndItsReader) {
-  for (const auto& [bytes, name] : std::initializer_list<std::pair<std::string, const char*>>{
-           {"firefox", "firefox"},
-           {"Web Content", "Web Content"},
-           {"Überträger", "Überträger"},
-           {"🌊-1", "🌊-1"},
-           {"-", "-"},
-           {"a:b/c", "a:b/c"},
-           {"com.example.agent", "com_example_agent"},
-           {"a,b\nc\td\re\x7F", "a_b_c_d_e_"},
-           {{"a\0b", 3}, "a_b"},
-           {"caf\xE9", "caf_"},
-           {"\xF0\x9F\x8C", "___"},
-           {"a\u202Eb", "a_b"}, // a reversal of direction
-           {"", "_"},
-           {"kernel_task", "kernel_task_"},
-           {"kernel.task", "kernel_task_"},
-           {"mDNSResponder", "mDNSResponder_"}}) {
-    EXPECT_EQ(printableName(bytes), name);
-  }
 }
 
 } // namespace

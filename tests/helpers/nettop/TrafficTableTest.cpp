@@ -11,7 +11,7 @@ namespace {
 
 SocketTraffic socketTraffic(std::uint32_t owner, std::uint64_t received, std::uint64_t sent) {
   SocketTraffic traffic{};
-  traffic.owner = owner;
+  traffic.owner.process = owner;
   traffic.received = received;
   traffic.sent = sent;
   return traffic;
@@ -21,7 +21,7 @@ SocketTraffic tunnelled(std::uint32_t owner, std::uint64_t received, std::uint64
   SocketTraffic traffic = socketTraffic(owner, received, sent);
   traffic.tunnelReceived = received;
   traffic.tunnelSent = sent;
-  traffic.mayTunnel = 1;
+  traffic.owner.mayTunnel = 1;
   return traffic;
 }
 
@@ -61,6 +61,14 @@ TEST(TrafficTable, KeepsWhatIsNobodysInOneRow) {
             (Rows{{"unknown", 0, ProcessTraffic::nobody, 11, 1}}));
 }
 
+TEST(TrafficTable, TellsWhatHadNoRoom) {
+  TrafficTable table;
+  table.addLost(0, 0);
+  EXPECT_TRUE(table.rows().empty());
+  table.addLost(10, 1);
+  EXPECT_EQ(table.rows(), (Rows{{"too many sockets", 0, ProcessTraffic::nobody, 10, 1}}));
+}
+
 TEST(TrafficTable, LeavesOutWhoMovedNothing) {
   EXPECT_TRUE(
       rowsOf({socketTraffic(7, 0, 0)}, {{7, process("idle")}, {9, process("never heard of")}})
@@ -87,7 +95,7 @@ TEST(TrafficTable, TakesTunnelTrafficFromTheBusiestServerFirst) {
 
 TEST(TrafficTable, DoesNotTakeTheInterfacesOfOtherNamespacesForTunnels) {
   SocketTraffic elsewhere = tunnelled(7, 1000, 0);
-  elsewhere.mayTunnel = 0;
+  elsewhere.owner.mayTunnel = 0;
   EXPECT_EQ(
       rowsOf({elsewhere, socketTraffic(8, 1060, 0)}, {{7, process("contained")}, {8, vpn}}).back(),
       (ProcessTraffic{"vpn", 8, 0, 1060, 0}));

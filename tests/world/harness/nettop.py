@@ -79,8 +79,12 @@ class Privileged:
         self._folder.cleanup()
 
 
+def as_user(number, *options):
+    return ["setpriv", f"--reuid={number}", f"--regid={number}", "--clear-groups", *options]
+
+
 def as_nobody(*options):
-    return ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", *options]
+    return as_user(65534, *options)
 
 
 def crowd(this_world, where, *arguments):

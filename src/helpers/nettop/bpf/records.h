@@ -8,6 +8,14 @@ enum {
   deviceWords = 64,
   mostSockets = 65536,
   mostProcesses = 16384,
+  mostRecentOwners = 4096,
+};
+
+/* Who has a socket. */
+struct SocketOwner {
+  __u32 process;   /* 0 if unknown */
+  __u16 isHeld;    /* whether the process holds the socket or has closed it */
+  __u16 mayTunnel; /* whether its devices may be those of `tunnelDevices` */
 };
 
 /* The IP bytes that a socket has moved, without the loopback. */
@@ -16,9 +24,7 @@ struct SocketTraffic {
   __u64 sent;
   __u64 tunnelReceived; /* the part that went over the devices of `tunnelDevices` */
   __u64 tunnelSent;
-  __u32 owner;     /* the process; 0 if unknown */
-  __u16 isHeld;    /* whether the owner holds the socket or has closed it */
-  __u16 mayTunnel; /* whether its devices may be those of `tunnelDevices` */
+  struct SocketOwner owner;
 };
 
 /* A process, running or not. */
@@ -28,16 +34,16 @@ struct ProcessRecord {
   char name[longestName];
 };
 
-enum Phase {
-  idle,
-  counting, /* packets, and who opens and closes sockets */
-  naming,   /* only who opens and closes sockets */
-};
-
-/* Shared memory: the loader writes `phase` and the tunnels' members, the programs the others. */
+/* Shared memory: the loader writes the deadlines and the tunnels' members, the programs the others.
+ *
+ * Deadlines are nanoseconds of CLOCK_MONOTONIC. The programs check them themselves, so that a
+ * loader that is stopped while they are attached slows nobody down. They set a deadline that has
+ * passed to 0, which costs the next packet no look at the clock. */
 struct Control {
-  __u32 phase;
-  __u32 lost; /* packets of sockets that did not fit the table */
+  __u64 countUntil;   /* packets */
+  __u64 noteUntil;    /* who opens and closes sockets */
+  __u64 lostReceived; /* bytes of sockets that did not fit the table */
+  __u64 lostSent;
   __u32 lastHolder;
   __u32 hasTunnels;
   __u64 network; /* the cookie of the network namespace that the tunnels are of */

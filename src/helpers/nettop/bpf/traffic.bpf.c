@@ -36,12 +36,39 @@ struct {
   __type(value, struct ProcessRecord);
 } processes SEC(".maps");
 
+/* Who has opened and closed sockets lately. Those that move nothing only push each other out here.
+ */
+struct {
+  __uint(type, BPF_MAP_TYPE_LRU_HASH);
+  __uint(max_entries, mostRecentOwners);
+  __type(key, __u64); /* the socket's cookie */
+  __type(value, struct SocketOwner);
+} recentOwners SEC(".maps");
+
+static int isBefore(__u64* deadline) {
+  if (*deadline == 0) {
+    return 0;
+  }
+  if (bpf_ktime_get_ns() < *deadline) {
+    return 1;
+  }
+  *deadline = 0;
+  return 0;
+}
+
+/* The entry of a socket that moves something; null if there is no room for it. */
 static struct SocketTraffic* entryOf(__u64 cookie) {
   struct SocketTraffic* entry = bpf_map_lookup_elem(&sockets, &cookie);
-  if (!entry) {
-    const struct SocketTraffic fresh = {};
-    bpf_map_update_elem(&sockets, &cookie, &fresh, BPF_NOEXIST);
-    entry = bpf_map_lookup_elem(&sockets, &cookie);
+  if (entry) {
+    return entry;
+  }
+  const struct SocketTraffic fresh = {};
+  bpf_map_update_elem(&sockets, &cookie, &fresh, BPF_NOEXIST);
+  entry = bpf_map_lookup_elem(&sockets, &cookie);
+  /* After the entry exists: an owner that is noted meanwhile finds it. */
+  const struct SocketOwner* const owner = bpf_map_lookup_elem(&recentOwners, &cookie);
+  if (entry && owner) {
+    entry->owner = *owner;
   }
   return entry;
 }
@@ -88,44 +115,38 @@ static int isOnTunnel(__u32 device) {
   return word < deviceWords && (control.tunnelDevices[word] >> (device % 64) & 1);
 }
 
-/* The entry in which to count the packet; null if it is not counted. */
-static struct SocketTraffic* counted(struct __sk_buff* skb) {
-  if (control.phase != counting || skb->ifindex == loopback) {
-    return 0;
-  }
-  const __u64 cookie = bpf_get_socket_cookie(skb);
-  if (cookie == 0) {
-    return 0;
-  }
-  struct SocketTraffic* const entry = entryOf(cookie);
-  if (!entry) {
-    __sync_fetch_and_add(&control.lost, 1);
-  }
-  return entry;
+/* The socket of a packet that counts; 0 if it does not count. */
+static __u64 countedSocket(struct __sk_buff* skb) {
+  return skb->ifindex == loopback || !isBefore(&control.countUntil) ? 0
+                                                                    : bpf_get_socket_cookie(skb);
 }
 
 SEC("cgroup_skb/ingress")
 int countReceived(struct __sk_buff* skb) {
-  struct SocketTraffic* const entry = counted(skb);
-  if (entry) {
-    const __u32 bytes = bytesOnTheWire(skb);
-    __sync_fetch_and_add(&entry->received, bytes);
-    if (isOnTunnel(skb->ifindex)) {
-      __sync_fetch_and_add(&entry->tunnelReceived, bytes);
-    }
+  const __u64 cookie = countedSocket(skb);
+  if (cookie == 0) {
+    return 1;
+  }
+  struct SocketTraffic* const entry = entryOf(cookie);
+  const __u32 bytes = bytesOnTheWire(skb);
+  __sync_fetch_and_add(entry ? &entry->received : &control.lostReceived, bytes);
+  if (entry && isOnTunnel(skb->ifindex)) {
+    __sync_fetch_and_add(&entry->tunnelReceived, bytes);
   }
   return 1;
 }
 
 SEC("cgroup_skb/egress")
 int countSent(struct __sk_buff* skb) {
-  struct SocketTraffic* const entry = counted(skb);
-  if (entry) {
-    const __u32 bytes = bytesOnTheWire(skb);
-    __sync_fetch_and_add(&entry->sent, bytes);
-    if (isOnTunnel(skb->ifindex)) {
-      __sync_fetch_and_add(&entry->tunnelSent, bytes);
-    }
+  const __u64 cookie = countedSocket(skb);
+  if (cookie == 0) {
+    return 1;
+  }
+  struct SocketTraffic* const entry = entryOf(cookie);
+  const __u32 bytes = bytesOnTheWire(skb);
+  __sync_fetch_and_add(entry ? &entry->sent : &control.lostSent, bytes);
+  if (entry && isOnTunnel(skb->ifindex)) {
+    __sync_fetch_and_add(&entry->tunnelSent, bytes);
   }
   return 1;
 }
@@ -151,18 +172,25 @@ static void noteProcess(struct task_struct* task, __u32 process) {
 
 /* A socket that is opened or closed meanwhile belongs to the process that does so. */
 static void noteOwner(struct bpf_sock* socket, int isHeld) {
-  struct task_struct* const task = bpf_get_current_task_btf();
-  if (control.phase == idle || BPF_CORE_READ(task, flags) & kernelThread) {
+  if (!isBefore(&control.noteUntil)) {
     return;
   }
-  const __u32 process = bpf_get_current_pid_tgid() >> 32;
-  struct SocketTraffic* const entry = entryOf(bpf_get_socket_cookie(socket));
-  if (entry) {
-    entry->owner = process;
-    entry->isHeld = isHeld;
-    entry->mayTunnel = control.hasTunnels && bpf_get_netns_cookie(socket) == control.network;
-    noteProcess(task, process);
+  struct task_struct* const task = bpf_get_current_task_btf();
+  if (BPF_CORE_READ(task, flags) & kernelThread) {
+    return;
   }
+  const __u64 cookie = bpf_get_socket_cookie(socket);
+  const struct SocketOwner owner = {
+      .process = bpf_get_current_pid_tgid() >> 32,
+      .isHeld = isHeld,
+      .mayTunnel = control.hasTunnels && bpf_get_netns_cookie(socket) == control.network,
+  };
+  bpf_map_update_elem(&recentOwners, &cookie, &owner, BPF_ANY);
+  struct SocketTraffic* const entry = bpf_map_lookup_elem(&sockets, &cookie);
+  if (entry) {
+    entry->owner = owner;
+  }
+  noteProcess(task, owner.process);
 }
 
 SEC("cgroup/sock_create")
@@ -204,13 +232,13 @@ static int noteHolder(struct socket* socket, __u32 process) {
    * only prolong the kernel's verification. */
   const __u64 cookie = socket->sk->__sk_common.skc_cookie.counter;
   struct SocketTraffic* const entry = cookie ? bpf_map_lookup_elem(&sockets, &cookie) : 0;
-  if (!entry || (entry->isHeld && entry->owner != 1)) {
+  if (!entry || (entry->owner.isHeld && entry->owner.process != 1)) {
     return 0;
   }
-  entry->owner = process;
-  entry->isHeld = 1;
+  entry->owner.process = process;
+  entry->owner.isHeld = 1;
   /* The iterator runs in the helper, whose network namespace is that of the tunnels. */
-  entry->mayTunnel =
+  entry->owner.mayTunnel =
       control.hasTunnels && BPF_CORE_READ(socket, sk, __sk_common.skc_net.net) ==
                                 BPF_CORE_READ(bpf_get_current_task_btf(), nsproxy, net_ns);
   const int isNew = control.lastHolder != process;
