@@ -126,9 +126,7 @@ void Simulation::launch() {
   notices.beforeConnectivity(isConnected.get());
   const double interval = numberIn(store.value("refreshInterval"), 2.0);
   sampling.starts(interval > 0.0 ? interval : 2.0);
-  if (truthIn(store.value("trackPerProcess"), true)) {
-    toolModel.startsTracking();
-  }
+  toolModel.tracks(truthIn(store.value("trackPerProcess"), true));
   m_resident->delegate.applicationDidFinishLaunching();
   notices.afterwards();
   watchAfter();
@@ -157,11 +155,7 @@ void Simulation::watchBefore() {
     }
   }));
   m_subscriptions.push_back(store.observe("trackPerProcess", [this](const auto& value) {
-    if (truthIn(value, false)) {
-      toolModel.startsTracking();
-    } else {
-      toolModel.stopsTracking();
-    }
+    toolModel.tracks(value && truthIn(value, true)); // a removed key reads as off
   }));
 }
 
@@ -183,7 +177,7 @@ void Simulation::watchAfter() {
 void Simulation::terminate() {
   if (m_isLaunched) {
     sampling.stops();
-    toolModel.stopsTracking();
+    toolModel.tracks(false);
     m_resident->delegate.applicationWillTerminate();
   }
 }
