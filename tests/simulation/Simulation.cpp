@@ -38,6 +38,9 @@ Simulation::~Simulation() {
 bool Simulation::play(const VirtualProcesses::Pointer& process) {
   const std::string& path = process->executable;
   const std::string name = path.substr(path.rfind('/') + 1);
+  if (name == "notificationSound") {
+    noticeServer.hearsSound();
+  }
   return name == "tidewell-windows" ? windows.play(process) : tools.play(name, process);
 }
 
@@ -282,6 +285,7 @@ void Simulation::calmDesktop() {
   host.setManner(0, 0.0);
   host.start();
   noticeServer.setManner(NoticeServer::Manner::answers);
+  noticeServer.setInhibited(false);
   noticeServer.start();
   windows.calmDown();
 }
