@@ -56,12 +56,13 @@ constexpr std::array<Member, 20> members = {{
 
 /// The answer of a well-behaved bus to a call.
 const char* answerTypes(const char* member) {
-  const std::array<std::pair<const char*, const char*>, 5> usual = {
+  const std::array<std::pair<const char*, const char*>, 6> usual = {
       {{"GetNameOwner", "s"},
        {"GetConnectionUnixProcessID", "u"},
        {"RequestName", "u"},
        {"Notify", "u"},
-       {"GetCapabilities", "as"}}};
+       {"GetCapabilities", "as"},
+       {"Get", "v"}}};
   for (const auto& [name, types] : usual) {
     if (std::strcmp(name, member) == 0) {
       return types;

@@ -51,13 +51,15 @@ void NotificationService::notifyConnectionRestored() {
 void NotificationService::notifySpeedDrop(double currentMbps, double thresholdMbps) {
   notify({"speed-drop", "Speed Dropped Below Threshold",
           "Download speed fell to " + fixedText(currentMbps, 1) +
-              " Mbps (threshold: " + fixedText(thresholdMbps, 0) + " Mbps)"});
+              " Mbps (threshold: " + fixedText(thresholdMbps, 0) + " Mbps)",
+          NotificationPriority::low});
 }
 
 void NotificationService::notifyHighLatency(double latencyMs, double thresholdMs) {
   notify({"high-latency", "High Latency Detected",
           "Latency is " + fixedText(latencyMs, 0) + " ms (threshold: " + fixedText(thresholdMs, 0) +
-              " ms)"});
+              " ms)",
+          NotificationPriority::low});
 }
 
 bool NotificationService::isEnabled() const {

@@ -38,14 +38,12 @@ void AppDelegate::applicationDidFinishLaunching() {
   observeSettings();
   const double interval = m_environment.settings.refreshInterval();
   m_bandwidthSampler->start(interval > 0.0 ? interval : usualInterval);
-  if (m_environment.settings.trackPerProcess()) {
-    m_processTracker->start(trackerInterval);
-  }
+  trackProcesses(m_environment.settings.trackPerProcess());
 }
 
 void AppDelegate::applicationWillTerminate() {
   m_bandwidthSampler->stop();
-  m_processTracker->stop();
+  trackProcesses(false);
 }
 
 void AppDelegate::subscribeToConnectivity() {
@@ -71,7 +69,8 @@ void AppDelegate::observeSettings() {
       }));
   m_cancellables.push_back(
       preferences.observe(preference::trackPerProcess.key, [this](const auto& value) {
-        trackPerProcessChanged(as<bool>(value).value_or(false));
+        // A removed key reads as off. One of another type reads as in AppSettings.
+        trackProcesses(value && as<bool>(value).value_or(preference::trackPerProcess.byDefault));
       }));
 }
 
@@ -107,7 +106,11 @@ void AppDelegate::refreshIntervalChanged(Seconds interval) {
   }
 }
 
-void AppDelegate::trackPerProcessChanged(bool isOn) {
+void AppDelegate::trackProcesses(bool isOn) {
+  if (isOn == m_isTracking) {
+    return;
+  }
+  m_isTracking = isOn;
   if (isOn) {
     m_processTracker->start(trackerInterval);
   } else {

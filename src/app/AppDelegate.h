@@ -54,7 +54,8 @@ private:
   void downloadRateChanged(std::int64_t bytesPerSec);
   void latencyChanged(double latencyMs);
   void refreshIntervalChanged(Seconds interval);
-  void trackPerProcessChanged(bool isOn);
+  /// Starts or stops tracking; does nothing for the value that is in force.
+  void trackProcesses(bool isOn);
 
   AppEnvironment m_environment;
   std::shared_ptr<NetworkMonitor> m_networkMonitor;
@@ -63,6 +64,7 @@ private:
   std::shared_ptr<SpeedTestRunner> m_speedTest;
   // Initially true, so that the first report of a live connection posts nothing.
   bool m_wasConnected = true;
+  bool m_isTracking = false;
   std::vector<Subscription> m_cancellables; // destroyed first: no observer outlives what it uses
 };
 

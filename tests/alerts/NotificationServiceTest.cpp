@@ -25,7 +25,7 @@ protected:
   void dropSpeed() { service.notifySpeedDrop(1.0, 10.0); }
 };
 
-TEST_F(NotificationServiceTest, WordsEveryNotice) {
+TEST_F(NotificationServiceTest, WordsAndWeighsEveryNotice) {
   service.notifyConnectionLost();
   service.notifyConnectionRestored();
   pass(61.0);
@@ -36,8 +36,9 @@ TEST_F(NotificationServiceTest, WordsEveryNotice) {
       {"connection-lost", "Internet Connection Lost", "No internet connectivity detected."},
       {"connection-restored", "Connection Restored", "Internet connectivity has been restored."},
       {"speed-drop", "Speed Dropped Below Threshold",
-       "Download speed fell to 3.5 Mbps (threshold: 10 Mbps)"},
-      {"high-latency", "High Latency Detected", "Latency is 153 ms (threshold: 100 ms)"}};
+       "Download speed fell to 3.5 Mbps (threshold: 10 Mbps)", NotificationPriority::low},
+      {"high-latency", "High Latency Detected", "Latency is 153 ms (threshold: 100 ms)",
+       NotificationPriority::low}};
   EXPECT_EQ(center.requests, expected);
 }
 

@@ -213,6 +213,41 @@ TEST_F(AppDelegateTest, StopsTrackingWhenTheSettingIsRemoved) {
   EXPECT_EQ(runsOf(Tool::processTraffic), 0U);
 }
 
+TEST_F(AppDelegateTest, StartsNothingForTheValueThatIsInForce) {
+  launch();
+  settings.setTrackPerProcess(true); // absent before, which is on
+  machine.scheduler.advance(25.0);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 3U);
+  preferences.set("trackPerProcess", std::int64_t{1});
+  settings.setTrackPerProcess(true);
+  machine.scheduler.advance(10.0);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 4U);
+  settings.setTrackPerProcess(false);
+  machine.scheduler.advance(60.0);
+  EXPECT_EQ(runsOf(Tool::processTraffic), 4U);
+}
+
+TEST_F(AppDelegateTest, ReadsATrackingSettingOfAnotherTypeAsAtLaunch) {
+  for (const PreferenceValue& value :
+       {PreferenceValue(std::int64_t{1}), PreferenceValue(std::int64_t{0}), PreferenceValue(0.0),
+        PreferenceValue(std::string("no"))}) {
+    preferences.clear();
+    preferences.set("trackPerProcess", value);
+    delegate = std::make_unique<AppDelegate>(
+        machine.platform, AppEnvironment{settings, preferences, center, notifications});
+    launch();
+    const auto before = runsOf(Tool::processTraffic);
+    machine.scheduler.advance(60.0);
+    EXPECT_EQ(runsOf(Tool::processTraffic) - before, 6U) << "at launch";
+    settings.setTrackPerProcess(false);
+    machine.scheduler.advance(60.0);
+    EXPECT_EQ(runsOf(Tool::processTraffic) - before, 6U);
+    preferences.set("trackPerProcess", value);
+    machine.scheduler.advance(60.0);
+    EXPECT_EQ(runsOf(Tool::processTraffic) - before, 12U) << "while running";
+  }
+}
+
 TEST_F(AppDelegateTest, StopsBothTimersAndNothingElseAtTheEnd) {
   launch();
   machine.scheduler.advance(10.0);

@@ -47,6 +47,37 @@ TEST_F(DesktopNotificationsFailure, AsksAgainForCapabilitiesThatWereRefused) {
   EXPECT_EQ(sounds, 1);
 }
 
+TEST_F(DesktopNotificationsFailure, SoundsANoticeOfAServerThatDoesNotSayWhetherItInhibits) {
+  server->properties = {{"org.freedesktop.Notifications.Inhibited", true}};
+  server->toProperties = Manner::refuses;
+  show("a", "first");
+  EXPECT_EQ(sounds, 1);
+  server->toProperties = Manner::talksNonsense;
+  show("a", "second");
+  EXPECT_EQ(sounds, 2);
+  server->toProperties = Manner::hangs;
+  show("a", "third");
+  show("a", "fourth");
+  EXPECT_EQ(sounds, 2);
+  EXPECT_TRUE(runUntil(loop, [&] { return sounds > 2; }));
+  server->answerLate();
+  settle();
+  EXPECT_EQ(sounds, 3) << "one for two notices, because the answer came too late";
+}
+
+TEST_F(DesktopNotificationsFailure, AsksNoServerThatHasGoneWhetherItInhibited) {
+  server->toProperties = Manner::hangs;
+  show("a", "first");
+  const auto old = std::move(server);
+  startServer();
+  old->resign();
+  settle();
+  old->answerLate();
+  settle();
+  EXPECT_EQ(sounds, 0);
+  EXPECT_EQ(server->propertyQuestions, 0);
+}
+
 TEST_F(DesktopNotificationsFailure, KeepsOtherIdentifiersFromWaitingForAnAnswerThatNeverComes) {
   server->toNotices = Manner::hangs;
   show("a", "hanging");

@@ -17,8 +17,20 @@ TEST_F(DesktopNotificationsTest, SendTextAndHints) {
   EXPECT_EQ(notice.body, "3.5 Mbps <&> ↓");
   EXPECT_EQ(notice.hints,
             (std::map<std::string, std::string>{{"desktop-entry", "com.halden.Tidewell"},
-                                                {"sound-name", "message-new-instant"}}));
+                                                {"sound-name", "message-new-instant"},
+                                                {"urgency", "byte 1"}}));
   EXPECT_EQ(notice.expiry, -1) << "how long it shows is the server's business";
+}
+
+TEST_F(DesktopNotificationsTest, ThatMatterLittleAreSaidToBeOfLowUrgencyAndTransient) {
+  center->add({"speed-drop", "Speed Dropped", "", NotificationPriority::low});
+  settle();
+  ASSERT_EQ(server->notices.size(), 1U);
+  EXPECT_EQ(server->notices[0].hints,
+            (std::map<std::string, std::string>{{"desktop-entry", "com.halden.Tidewell"},
+                                                {"sound-name", "message-new-instant"},
+                                                {"transient", "boolean true"},
+                                                {"urgency", "byte 0"}}));
 }
 
 TEST_F(DesktopNotificationsTest, ReplaceTheLastOneOfTheirIdentifierAlone) {
@@ -65,11 +77,28 @@ TEST_F(DesktopNotificationsTest, AreSoundedWhereTheServerPlaysNoSound) {
   EXPECT_EQ(sounds, 3);
 }
 
+TEST_F(DesktopNotificationsTest, AreShownButNotSoundedWhileTheServerInhibits) {
+  for (const char* quiet :
+       {"org.freedesktop.Notifications.Inhibited", "org.dunstproject.cmd0.paused"}) {
+    const int before = sounds;
+    server->notices.clear();
+    server->properties = {{quiet, true}};
+    show("a", "first");
+    show("b", "second");
+    EXPECT_EQ(server->notices.size(), 2U);
+    EXPECT_EQ(sounds, before) << quiet;
+    server->properties = {{quiet, false}};
+    show("a", "third");
+    EXPECT_EQ(sounds, before + 1) << quiet;
+  }
+}
+
 TEST_F(DesktopNotificationsTest, AreLeftToAServerThatPlaysSounds) {
   replaceServer({"body", "sound", "actions"});
   show("a", "first");
   show("a", "second");
   EXPECT_EQ(server->questions, 1);
+  EXPECT_EQ(server->propertyQuestions, 0);
   EXPECT_EQ(sounds, 0);
 }
 

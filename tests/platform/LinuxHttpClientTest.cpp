@@ -90,5 +90,11 @@ TEST(HelperProgram, LiesBesideTheDirectoryOfTheProgram) {
   EXPECT_EQ(helperProgram("/bin/tidewell", "nettop"), "/libexec/tidewell/nettop");
 }
 
+TEST(HelperProgram, IsNoneWhileThePathOfTheProgramIsUnknown) {
+  for (const char* program : {"", "tidewell", "bin/tidewell", "./bin/tidewell"}) {
+    EXPECT_EQ(helperProgram(program, "nettop"), "") << program;
+  }
+}
+
 } // namespace
 } // namespace tidewell::test

@@ -25,8 +25,7 @@ std::vector<Census::Count> Census::count(Simulation& world) {
   // each kind of window and notice.
   return {{"pieces of memory", pieces, 40},
           {"bytes of memory", bytes, 12'000},
-          // Tracking that was enabled twice leaves its first timer running.
-          {"timers", static_cast<long>(scheduler.timers() - world.toolModel.leftTimers()), 0},
+          {"timers", static_cast<long>(scheduler.timers() - world.toolModel.watchdogs()), 0},
           {"tasks that wait", static_cast<long>(scheduler.waiting()), 0},
           {"descriptors watched", static_cast<long>(world.loop.watches()), 0},
           {"open descriptors", openDescriptors(), 2},

@@ -56,7 +56,8 @@ void Scenario::changePanel() {
 void Scenario::changeNoticeServer() {
   using Manner = NoticeServer::Manner;
   NoticeServer& server = m_world.noticeServer;
-  server.playsSounds = m_dice.chance(0.5);
+  server.playsSounds = m_dice.chance(0.3);
+  server.setInhibited(m_dice.chance(0.4));
   server.setManner(m_dice.oneOf({Manner::answers, Manner::answers, Manner::answers, Manner::refuses,
                                  Manner::hangs, Manner::talksNonsense}));
   if (m_dice.chance(0.5)) {

@@ -47,7 +47,8 @@ void NoticeModel::beforeDownload(std::int64_t bytesPerSec) {
   if (bytesPerSec > 1250 && mbps < threshold) {
     expect({"speed-drop", "Speed Dropped Below Threshold",
             "Download speed fell to " + number(mbps, 1) +
-                " Mbps (threshold: " + number(threshold, 0) + " Mbps)"},
+                " Mbps (threshold: " + number(threshold, 0) + " Mbps)",
+            NotificationPriority::low},
            false);
   }
 }
@@ -57,7 +58,8 @@ void NoticeModel::beforeLatency(double latencyMs) {
   if (latencyMs > 0.0 && latencyMs > threshold) {
     expect(
         {"high-latency", "High Latency Detected",
-         "Latency is " + number(latencyMs, 0) + " ms (threshold: " + number(threshold, 0) + " ms)"},
+         "Latency is " + number(latencyMs, 0) + " ms (threshold: " + number(threshold, 0) + " ms)",
+         NotificationPriority::low},
         false);
   }
 }

@@ -46,6 +46,18 @@ void NoticeServer::setManner(Manner manner) {
   m_manner = manner;
 }
 
+void NoticeServer::setInhibited(bool isInhibited) {
+  m_isInhibited = isInhibited;
+  m_inhibitionChangedAt = m_bus.now();
+}
+
+void NoticeServer::hearsSound() {
+  // A server that does not answer well cannot say that it inhibits.
+  const bool isKnown = m_manner == Manner::answers && !isDisturbed() &&
+                       m_bus.now() - std::max(m_quietSince, m_inhibitionChangedAt) > disturbance;
+  m_findings.require(!isKnown || !m_isInhibited, "a sound while the user must not be disturbed");
+}
+
 void NoticeServer::replaceServer() {
   disturb();
   for (const auto& [identifier, known] : m_ids) {
@@ -107,6 +119,8 @@ void NoticeServer::called(sd_bus_message& call) {
   }
   if (isNotice) {
     sd_bus_reply_method_return(&call, "u", id);
+  } else if (sd_bus_message_is_method_call(&call, propertiesInterface, "Get") > 0) {
+    answerProperty(call);
   } else {
     answerCapabilities(call);
   }
@@ -120,6 +134,7 @@ void NoticeServer::receive(sd_bus_message& call) {
   std::uint32_t replaces = 0;
   sd_bus_message_read(&call, "susss", &application, &replaces, &icon, &title, &body);
   ++m_received;
+  m_receivedInhibited += m_isInhibited ? 1 : 0;
   const auto isThis = [&](const Awaited& awaited) {
     return awaited.request.title == title && awaited.request.body == body;
   };
@@ -163,6 +178,15 @@ void NoticeServer::answerCapabilities(sd_bus_message& call) {
     sd_bus_reply_method_return(&call, "as", 2, "body", "sound");
   } else {
     sd_bus_reply_method_return(&call, "as", 1, "body");
+  }
+}
+
+void NoticeServer::answerProperty(sd_bus_message& call) {
+  const std::string interface = nextText(call);
+  if (interface == serverName && nextText(call) == "Inhibited") {
+    sd_bus_reply_method_return(&call, "v", "b", m_isInhibited ? 1 : 0);
+  } else {
+    sd_bus_reply_method_errorf(&call, SD_BUS_ERROR_UNKNOWN_PROPERTY, "%s", interface.c_str());
   }
 }
 

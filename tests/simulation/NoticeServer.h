@@ -15,7 +15,8 @@ namespace tidewell::test {
 
 /// A desktop's notification server, and the rules for the program's notices: each arrives once,
 /// unchanged, less than a minute late, replaces the last one of its kind while the same server
-/// runs, and arrives at once if nothing is in the way.
+/// runs, and arrives at once if nothing is in the way. While the user must not be disturbed they
+/// arrive as well, but are not heard.
 class NoticeServer {
 public:
   enum class Manner { answers, refuses, hangs, talksNonsense };
@@ -25,16 +26,22 @@ public:
   void start();
   void end();
   void setManner(Manner manner);
+  /// Whether the user must not be disturbed.
+  void setInhibited(bool isInhibited);
   bool playsSounds = false;
 
   /// The program decided to send a notice.
   void expects(const NotificationRequest& request);
+  /// The program's own sound begins.
+  void hearsSound();
   /// The program has ended with its unsent notices.
   void forget();
 
   void check();
 
   [[nodiscard]] int received() const { return m_received; }
+  /// How many of them while the user must not be disturbed.
+  [[nodiscard]] int receivedInhibited() const { return m_receivedInhibited; }
 
 private:
   struct Awaited {
@@ -53,6 +60,7 @@ private:
   void called(sd_bus_message& call);
   void receive(sd_bus_message& call);
   void answerCapabilities(sd_bus_message& call);
+  void answerProperty(sd_bus_message& call);
   /// Delivery was or is obstructed.
   void disturb();
   /// Another server takes over, or none.
@@ -66,6 +74,8 @@ private:
   bool m_isThere = false;
   Manner m_manner = Manner::answers;
   Ticks m_quietSince = Ticks::zero();
+  bool m_isInhibited = false;
+  Ticks m_inhibitionChangedAt = Ticks::zero();
   std::deque<Awaited> m_awaited;             // of each kind one under way and one waiting for it
   std::map<std::string, double> m_lastAsked; // wall clock
   std::map<std::string, Known> m_ids;
@@ -74,6 +84,7 @@ private:
   std::uint32_t m_lastId = 100;
   int m_owner = 0;
   int m_received = 0;
+  int m_receivedInhibited = 0;
 };
 
 } // namespace tidewell::test

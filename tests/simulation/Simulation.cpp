@@ -58,6 +58,9 @@ Simulation::~Simulation() {
 bool Simulation::play(const VirtualProcesses::Pointer& process) {
   const std::string& path = process->executable;
   const std::string name = path.substr(path.rfind('/') + 1);
+  if (name == "notificationSound") {
+    noticeServer.hearsSound();
+  }
   return name == "tidewell-windows" ? windows.play(process) : tools.play(name, process);
 }
 
@@ -146,9 +149,7 @@ void Simulation::launch() {
   notices.beforeConnectivity(isConnected.get());
   const double interval = numberIn(store.value("refreshInterval"), 2.0);
   sampling.starts(interval > 0.0 ? interval : 2.0);
-  if (truthIn(store.value("trackPerProcess"), true)) {
-    toolModel.startsTracking();
-  }
+  toolModel.tracks(truthIn(store.value("trackPerProcess"), true));
   m_resident->delegate.applicationDidFinishLaunching();
   notices.afterwards();
   watchAfter();
@@ -177,11 +178,7 @@ void Simulation::watchBefore() {
     }
   }));
   m_subscriptions.push_back(store.observe("trackPerProcess", [this](const auto& value) {
-    if (truthIn(value, false)) {
-      toolModel.startsTracking();
-    } else {
-      toolModel.stopsTracking();
-    }
+    toolModel.tracks(value && truthIn(value, true)); // a removed key reads as off
   }));
 }
 
@@ -203,7 +200,7 @@ void Simulation::watchAfter() {
 void Simulation::terminate() {
   if (m_isLaunched) {
     sampling.stops();
-    toolModel.stopsTracking();
+    toolModel.tracks(false);
     m_resident->delegate.applicationWillTerminate();
   }
 }
@@ -308,6 +305,7 @@ void Simulation::calmDesktop() {
   host.setManner(0, 0.0);
   host.start();
   noticeServer.setManner(NoticeServer::Manner::answers);
+  noticeServer.setInhibited(false);
   noticeServer.start();
   windows.calmDown();
 }

@@ -64,6 +64,8 @@ void expectAFullMonth(const Simulation& world) {
   EXPECT_GT(world.paths.nights(), 50);
   EXPECT_GT(world.paths.retries(), 50);
   EXPECT_GT(world.noticeServer.received(), 100);
+  EXPECT_GT(world.noticeServer.receivedInhibited(), 50);
+  EXPECT_GT(world.tools.sounds, 50);
   for (const int count : world.panel.statuses()) {
     EXPECT_GT(count, 1'000);
   }

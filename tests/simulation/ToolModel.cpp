@@ -18,7 +18,6 @@ constexpr std::size_t mostProcesses = 10;
 void ToolModel::adopt(TrackerState& tracker, SpeedTestState& speedTest) {
   m_isAlive = true;
   m_tracking.reset();
-  m_left.clear();
   m_freeAt = Ticks::zero();
   m_expectedLists.clear();
   m_test = Test::none;
@@ -38,28 +37,21 @@ void ToolModel::adopt(TrackerState& tracker, SpeedTestState& speedTest) {
   m_attaching = false;
 }
 
-void ToolModel::startsTracking() {
-  if (m_tracking) {
-    m_left.push_back(*m_tracking);
+void ToolModel::tracks(bool isOn) {
+  if (!isOn) {
+    m_tracking.reset();
+  } else if (!m_tracking) {
+    m_tracking.emplace(m_scheduler.now(), firstList, listInterval);
   }
-  m_tracking.emplace(m_scheduler.now(), firstList, listInterval);
 }
 
 void ToolModel::listsProcesses(Ticks takes, bool isEmpty) {
   m_findings.require(m_isAlive, "processes are listed after the end");
   const Ticks now = m_scheduler.now();
-  std::vector<TimerGrid*> grids;
-  for (TimerGrid& grid : m_left) {
-    grids.push_back(&grid);
-  }
-  if (m_tracking) {
-    grids.push_back(&*m_tracking);
-  }
-  const auto due = std::ranges::min_element(grids, {}, [](auto* grid) { return grid->next(); });
-  const bool isDue = due != grids.end() && (*due)->mayFire(now, m_freeAt);
+  const bool isDue = m_tracking && m_tracking->mayFire(now, m_freeAt);
   m_findings.require(isDue, "processes are listed at the wrong moment");
   if (isDue) {
-    (*due)->fire(now);
+    m_tracking->fire(now);
   }
   m_freeAt = now + takes;
   m_expectedLists.push_back(isEmpty);
@@ -140,9 +132,7 @@ void ToolModel::checkNothingIsMissing() {
   if (!m_isAlive || now < m_freeAt) {
     return;
   }
-  m_findings.require((!m_tracking || m_tracking->next() > now) &&
-                         std::ranges::all_of(m_left, [&](auto& grid) { return grid.next() > now; }),
-                     "a list of the processes is missing");
+  m_findings.require(!m_tracking || m_tracking->next() > now, "a list of the processes is missing");
   m_findings.require(m_expectedLists.empty(), "a publication of the processes is missing");
 }
 

@@ -27,9 +27,9 @@ public:
     m_watched.clear(); // the watchdog ends with the program, as does the child
   }
 
-  /// Call it just before tracking is started (beside what already runs) or stopped.
-  void startsTracking();
-  void stopsTracking() { m_tracking.reset(); }
+  /// Call it just before the program reads whether it shall track processes. What is in force
+  /// already changes nothing.
+  void tracks(bool isOn);
   /// The process tool begins and takes this long; if `isEmpty`, its output has no rows.
   void listsProcesses(Ticks takes, bool isEmpty);
   /// A started child is to be terminated four seconds later, even if it has exited.
@@ -44,8 +44,8 @@ public:
   /// Call it when everything that is due has run.
   void checkNothingIsMissing();
 
-  /// The number of timers left running by a second start, and for children to be terminated.
-  [[nodiscard]] std::size_t leftTimers() const { return m_left.size() + m_watched.size(); }
+  /// The number of timers for children to be terminated.
+  [[nodiscard]] std::size_t watchdogs() const { return m_watched.size(); }
 
   [[nodiscard]] int lists() const { return m_lists; }
   [[nodiscard]] int tests() const { return m_tests; }
@@ -61,7 +61,6 @@ private:
   bool m_attaching = false;
 
   std::optional<TimerGrid> m_tracking;
-  std::vector<TimerGrid> m_left;
   Ticks m_freeAt = Ticks::zero();
   std::deque<bool> m_expectedLists; // whether each run's list is empty
   std::deque<std::pair<ChildProcess::Id, Ticks>> m_watched;

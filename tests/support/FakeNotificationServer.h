@@ -20,7 +20,7 @@ struct ReceivedNotice {
   std::string icon;
   std::string title;
   std::string body;
-  std::map<std::string, std::string> hints; // only those that are strings
+  std::map<std::string, std::string> hints; // as text
   std::int32_t expiry = 0;
 };
 
@@ -49,10 +49,13 @@ public:
 
   Manner toNotices = Manner::answers;
   Manner toQuestions = Manner::answers;
+  Manner toProperties = Manner::answers;
+  std::map<std::string, bool> properties; // with their interfaces: "interface.name"
   std::vector<std::string> capabilities;
   std::uint32_t lastId = 100;
   std::vector<ReceivedNotice> notices;
   int questions = 0; // for the capabilities
+  int propertyQuestions = 0;
 
 private:
   static constexpr const char* name = "org.freedesktop.Notifications";
@@ -72,18 +75,25 @@ private:
 
   static int called(sd_bus_message* call, void* self, sd_bus_error* /*error*/) {
     auto& server = *static_cast<FakeNotificationServer*>(self);
-    const bool isNotice = isNotify(*call);
-    if (isNotice) {
+    if (isNotify(*call)) {
       server.notices.push_back(readNotice(*call));
+      server.reply(*call, server.toNotices);
+    } else if (isGet(*call)) {
+      ++server.propertyQuestions;
+      server.reply(*call, server.toProperties);
     } else {
       ++server.questions;
+      server.reply(*call, server.toQuestions);
     }
-    server.reply(*call, isNotice ? server.toNotices : server.toQuestions);
     return 1;
   }
 
   static bool isNotify(sd_bus_message& call) {
     return sd_bus_message_is_method_call(&call, name, "Notify") > 0;
+  }
+
+  static bool isGet(sd_bus_message& call) {
+    return sd_bus_message_is_method_call(&call, propertiesInterface, "Get") > 0;
   }
 
   void reply(sd_bus_message& call, Manner manner) {
@@ -95,8 +105,22 @@ private:
       sd_bus_reply_method_return(&call, "(id)", 7, 0.5);
     } else if (isNotify(call)) {
       sd_bus_reply_method_return(&call, "u", ++lastId);
+    } else if (isGet(call)) {
+      replyProperty(call);
     } else {
       replyCapabilities(call);
+    }
+  }
+
+  void replyProperty(sd_bus_message& call) const {
+    const char* interface = "";
+    const char* property = "";
+    sd_bus_message_read(&call, "ss", &interface, &property);
+    const auto found = properties.find(std::string(interface) + "." + property);
+    if (found == properties.end()) {
+      sd_bus_reply_method_errorf(&call, SD_BUS_ERROR_UNKNOWN_PROPERTY, "%s", property);
+    } else {
+      sd_bus_reply_method_return(&call, "v", "b", found->second ? 1 : 0);
     }
   }
 
@@ -125,13 +149,28 @@ private:
     sd_bus_message_skip(&call, "as");
     sd_bus_message_enter_container(&call, 'a', "{sv}");
     const char* hint = nullptr;
-    const char* value = nullptr;
-    while (sd_bus_message_read(&call, "{sv}", &hint, "s", &value) > 0) {
-      notice.hints[hint] = value;
+    while (sd_bus_message_enter_container(&call, 'e', "sv") > 0) {
+      sd_bus_message_read(&call, "s", &hint);
+      notice.hints[hint] = readHint(call);
+      sd_bus_message_exit_container(&call);
     }
     sd_bus_message_exit_container(&call);
     sd_bus_message_read(&call, "i", &notice.expiry);
     return notice;
+  }
+
+  /// The value of a hint with its type, but for strings.
+  static std::string readHint(sd_bus_message& call) {
+    const char* text = "";
+    std::uint8_t byte = 0;
+    int truth = 0;
+    if (sd_bus_message_read(&call, "v", "y", &byte) > 0) {
+      return "byte " + std::to_string(byte);
+    }
+    if (sd_bus_message_read(&call, "v", "b", &truth) > 0) {
+      return truth != 0 ? "boolean true" : "boolean false";
+    }
+    return sd_bus_message_read(&call, "v", "s", &text) > 0 ? text : "of another type";
   }
 
   bool m_isThere = false;

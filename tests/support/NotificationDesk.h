@@ -52,7 +52,7 @@ protected:
   /// Runs until the server has received everything, every answer has arrived, and so on for what
   /// the answers cause.
   void settle() {
-    for (int round = 0; round < 3; ++round) {
+    for (int round = 0; round < 5; ++round) {
       askServer();
     }
   }

@@ -1,12 +1,15 @@
 #!/usr/bin/python3
 """Notices as a real notification server shows them: at the right time, once, with the right text."""
 
+import shutil
 import signal
 import time
 import unittest
 
 from harness import case
 from harness.dunst import PROGRAMS, Dunst
+from harness.session import wait_until
+from harness.world import RESIDENT
 
 # Bytes per second on the interface.
 FAST = 2_500_000  # twice the threshold
@@ -63,6 +66,7 @@ class TheConnection(NoticesTestCase):
         self.carrier("on")
         self.assert_shown(LOST, RESTORED)
         self.assertEqual(self.dunst.history(), [LOST, RESTORED])
+        self.assertEqual(self.dunst.urgencies(), ["NORMAL", "NORMAL"])
 
     def test_missing_at_the_start_gives_a_notice_at_once(self):
         self.world.do("carrier", "off")
@@ -144,6 +148,39 @@ class TheServer(NoticesTestCase):
         self.assert_ends_well()
 
 
+class TheSound(NoticesTestCase):
+    def start(self):
+        """With a helper that records its calls, as dunst plays no sounds."""
+        self.sounds = self.session.folder / "sounds"
+        self.sounds.touch()
+        program = self.session.folder / "bin/tidewell"
+        helper = self.session.folder / "libexec/tidewell/notificationSound"
+        for directory in (program.parent, helper.parent):
+            directory.mkdir(parents=True)
+        shutil.copy(RESIDENT, program)
+        helper.write_text(f"#!/bin/sh\necho played >>{self.sounds}\n")
+        helper.chmod(0o755)
+        super().start("sh", "-c", 'exec "$0"', program)
+
+    def played(self):
+        return len(self.sounds.read_text().splitlines())
+
+    def test_is_played_for_each_notice_unless_dunst_is_paused(self):
+        self.send("net", FAST, frame=1000)
+        self.begin()
+        self.carrier("off")
+        wait_until(lambda: self.played() == 1, 3, "a sound")
+        self.dunst.pause(True)
+        self.carrier("on")
+        wait_until(lambda: self.dunst.withheld() > 0, 3, "a notice")
+        time.sleep(A_WHILE)
+        self.assertEqual(self.played(), 1)
+        self.dunst.pause(False)
+        self.carrier("off")
+        self.carrier("on")
+        wait_until(lambda: self.played() == 2, 3, "another sound")
+
+
 class TheLine(NoticesTestCase):
     def start_on_slow_line(self):
         """Returns the text of the first notice."""
@@ -160,6 +197,7 @@ class TheLine(NoticesTestCase):
 
     def test_that_is_slow_gives_one_notice(self):
         self.assert_shown(self.start_on_slow_line())
+        self.assertEqual(self.dunst.urgencies(), ["LOW"])
 
     def test_with_a_high_latency_gives_one_notice(self):
         # No notice of low speed on the idle line.
@@ -171,6 +209,7 @@ class TheLine(NoticesTestCase):
         latency = self.watch.samples[-1].latency
         self.assertGreater(latency, 149)
         self.assert_shown((LATENCY, f"Latency is {latency:.0f} ms (threshold: 100 ms)"))
+        self.assertEqual(self.dunst.urgencies(), ["LOW"])
 
     def test_with_a_recent_notice_keeps_a_loss_quiet_but_not_the_return(self):
         notice = self.start_on_slow_line()

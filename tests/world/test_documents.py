@@ -89,6 +89,27 @@ class TheWaybarModule(DocumentsTestCase):
         self.session.start_resident()
         wait_until(lambda: texts()[-1] != "", 5, "the next beginning")
 
+    def test_believes_only_tidewell(self):
+        module = Lines(self, ROOT / "packaging" / "waybarModule")
+        wait_until(lambda: module.lines, 5, "the text as it is")
+        self.output("busctl", "--user", "emit", OBJECT[1], "org.freedesktop.DBus.Properties",
+                    "PropertiesChanged", "sa{sv}as", INTERFACE, "1", "MenubarText", "s", "impostor", "0")  # fmt: skip
+        self.world.do("route", "off")
+        wait_until(lambda: "down" in module.lines[-1], 10, "the outage")
+        self.assertNotIn("impostor", "".join(module.lines))
+
+    def test_prints_no_markup(self):
+        folder = self.session.folder
+        message = {"MenubarText": {"type": "s", "data": "<b>&amp;\"</b>"}, "Status": {"type": "s", "data": "<&>"}}
+        (folder / "message").write_text(json.dumps(message, separators=(",", ":")))
+        (folder / "busctl").write_text(f"#!/bin/sh\n[ $4 = call ] && cat {folder}/message || sleep 60\n")
+        (folder / "busctl").chmod(0o755)
+        self.session.environment["PATH"] = f"{folder}:{self.session.environment['PATH']}"
+        module = Lines(self, ROOT / "packaging" / "waybarModule")
+        wait_until(lambda: module.lines, 5, "the text")
+        self.assertEqual(json.loads(module.lines[0]), {"text": '&lt;b&gt;&amp;amp;"&lt;/b&gt;', "class": "&lt;&amp;&gt;",
+                                                       "tooltip": "&lt;&amp;&gt;"})  # fmt: skip
+
     def test_does_not_start_tidewell(self):
         self.session.end_resident()
         module = Lines(self, ROOT / "packaging" / "waybarModule")

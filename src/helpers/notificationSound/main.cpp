@@ -1,6 +1,8 @@
-// Plays the desktop's sound for a new message once and exits. A process of its own, so that the
-// resident loads neither a sound library nor its threads.
+// Plays the desktop's sound for a new message once, unless the desktop's settings forbid it. Exits
+// with 0 if it was played, 1 if it could not be played, and 2 if it is forbidden. A process of its
+// own, so that the resident loads neither a sound library nor its threads.
 
+#include "helpers/notificationSound/SoundSettings.h"
 #include "platform/linux/process/Confinement.h"
 
 #include <atomic>
@@ -12,6 +14,7 @@
 
 namespace {
 
+constexpr int exitForbidden = 2;
 constexpr std::uint32_t onlySound = 1;
 constexpr auto longest = std::chrono::seconds(5);
 constexpr auto step = std::chrono::milliseconds(20);
@@ -24,6 +27,9 @@ void finished(ca_context* /*context*/, std::uint32_t /*sound*/, int /*error*/, v
 
 int main() {
   tidewell::forbidNewPrivileges();
+  if (tidewell::isSoundForbidden()) {
+    return exitForbidden;
+  }
   ca_context* context = nullptr;
   if (ca_context_create(&context) < 0) {
     return 1;

@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import signal
 import subprocess
 
@@ -21,6 +22,7 @@ script = {script}
 
 SCRIPT = """#!/bin/sh
 printf '%s\\t%s\\t%s\\n' "$DUNST_ID" "$DUNST_SUMMARY" "$DUNST_BODY" >>{log}
+echo "$DUNST_URGENCY" >>{log}.urgencies
 """
 
 
@@ -74,6 +76,18 @@ class Dunst:
 
     def texts(self):
         return [(title, body) for _, title, body in self.shown]
+
+    def urgencies(self):
+        """The urgency of each notice, in dunst's words."""
+        return (self._session.folder / "notices.urgencies").read_text().split()
+
+    def pause(self, is_paused):
+        """Whether dunst withholds notices."""
+        self._ask("set-paused", "true" if is_paused else "false")
+
+    def withheld(self):
+        """The number of notices that it withholds."""
+        return int(re.search(r"Waiting: (\d+)", self._ask("count")).group(1))
 
     def until_shown(self, count, timeout):
         wait_until(lambda: len(self.shown) >= count, timeout, f"{count} notices")

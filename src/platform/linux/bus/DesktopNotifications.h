@@ -4,6 +4,7 @@
 #include "platform/NotificationCenter.h"
 #include "platform/linux/bus/BusMessages.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -20,9 +21,13 @@ class SessionBus;
 /// A notice replaces the last one of its identifier as long as the same server runs. It waits while
 /// the last one is still being sent. Without a bus the last notice of each identifier waits for
 /// one, at most a minute. A server that is absent, refuses or hangs loses only its own notices.
+///
+/// A notice of low priority has low urgency and is transient. If the server plays no sounds, this
+/// class has the sound played once a notice was accepted, unless the server says that it inhibits
+/// notices. A server that does not say so within a second does not inhibit.
 class DesktopNotifications final : public NotificationCenter {
 public:
-  /// Plays the desktop's default sound; called for each notice if the server plays no sounds.
+  /// Plays the desktop's default sound.
   using PlaySound = std::function<void()>;
 
   /// Borrows bus and clock.
@@ -50,6 +55,8 @@ private:
   void askCapabilities();
   void capabilitiesAnswered(sd_bus_message* reply);
   void soundNotice();
+  void askWhetherQuiet(std::size_t property);
+  void quietAnswered(std::size_t property, bool isQuiet);
 
   const Clock& m_clock;
   PlaySound m_playSound;
@@ -57,7 +64,8 @@ private:
   std::map<std::string, Notice> m_notices;
   std::optional<bool> m_serverPlaysSounds;
   BusSlot m_owner;
-  BusSlot m_capabilities; // the pending call
+  BusSlot m_capabilities;  // the pending call
+  BusSlot m_quietQuestion; // the pending call
   Subscription m_lost;
   Subscription m_connected;
 };

@@ -5,6 +5,9 @@
 namespace tidewell {
 
 std::string helperProgram(const std::string& program, const std::string& name) {
+  if (!program.starts_with('/')) {
+    return "";
+  }
   const std::string prefix = directoryOf(directoryOf(program));
   return (prefix == "/" ? "" : prefix) + "/libexec/tidewell/" + name;
 }
