@@ -99,12 +99,19 @@ class Connman(Daemon):
 
     def take(self, provider):
         """It renews a lease after a minute at the earliest, so the user enters the values."""
-        if "4" not in provider.families:
-            return
-        service, = [line.split()[-1] for line in self.machine.run("connmanctl", "services").splitlines()
-                    if "ethernet_" in line][:1]
-        self.machine.run("connmanctl", "config", service, "--ipv4", "manual", "192.168.1.50", "255.255.255.0",
-                         provider.gateway, "--nameservers", provider.dns)
+        if provider.is_as_at_first():
+            service = self._configure("--ipv4", "dhcp")
+            self.machine.run("busctl", "call", "net.connman", f"/net/connman/service/{service}",
+                             "net.connman.Service", "SetProperty", "sv", "Nameservers.Configuration", "as", 0)
+        else:
+            self._configure("--ipv4", "manual", "192.168.1.50", "255.255.255.0", provider.gateway,
+                            "--nameservers", provider.dns)
+
+    def _configure(self, *settings):
+        words = self.machine.run("connmanctl", "services").split()
+        service = next(word for word in words if word.startswith("ethernet_"))
+        self.machine.run("connmanctl", "config", service, *settings)
+        return service
 
 
 class UsersDnsmasq(Daemon):
@@ -124,3 +131,6 @@ class UsersDnsmasq(Daemon):
 
     def take(self, provider):
         self.machine.run("ip", "route", "replace", "default", "via", provider.gateway)
+
+
+DAEMONS = [NetworkManager, Networkd, Connman, UsersDnsmasq]

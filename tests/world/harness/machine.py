@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import re
 import subprocess
 import tempfile
 
@@ -15,10 +16,16 @@ UNPACKED = pathlib.Path(os.environ.get(
 _BUS = "/run/dbus/system_bus_socket"
 
 
-def has(program):
-    """Whether a program of the unpacked packages is there, unpacked or installed."""
-    return any((root / folder / program).exists() for root in (UNPACKED / "usr", pathlib.Path("/usr"))
-               for folder in ("bin", "sbin"))
+def why_none(programs):
+    """None if these programs can be run on machines here, otherwise the reason."""
+    command = ["unshare", "--mount", OWN_SYSTEM, UNPACKED, "sh", "-c", 'for each; do command -v "$each" || echo "no $each"; done',
+               "sh", *programs]
+    result = subprocess.run(command, capture_output=True, text=True)
+    if result.returncode:
+        return f"no file systems of their own for machines: {result.stderr.strip()}"
+    missing = re.findall("^no (.*)$", result.stdout, re.M)
+    advice = "scripts/installPackages --into build/daemons daemons"
+    return f"{', '.join(missing)} not unpacked ({advice})" if missing else None
 
 
 class Machine:
@@ -32,7 +39,8 @@ class Machine:
             raise AssertionError(f"no machine at {where}")
         self.logs = pathlib.Path(tempfile.mkdtemp(prefix="machine"))
         # Enters without a process in between, which would take the signals that are meant for the command.
-        self.entry = ["nsenter", "-t", str(self._holder.pid), "-m", "-n"]
+        # The root is that of the tests, which may run in a chroot.
+        self.entry = ["nsenter", "-t", str(self._holder.pid), "--mount", "--net", "--root", "--wd"]
         self._started = []
 
     def run(self, *command, check=True):
@@ -66,11 +74,12 @@ class Machine:
             "<allow own", '<allow user="*"/><allow own')
         self.write("/etc/systemBus.conf", configuration.format(path=_BUS))
         self.start("dbus-daemon", "--nofork", "--nosyslog", "--config-file=/etc/systemBus.conf")
-        wait_until(lambda: self.run("busctl", "list", check=False), 5, "the system bus")
+        wait_until(lambda: self.has_name("org.freedesktop.DBus"), 5, "the system bus")
 
     def has_name(self, name):
         """Whether somebody owns a name of the system bus."""
-        return f"\n{name} " in "\n" + self.run("busctl", "list", "--no-legend", check=False)
+        return "true" in self.run("busctl", "call", "org.freedesktop.DBus", "/", "org.freedesktop.DBus",
+                                  "NameHasOwner", "s", name, check=False)
 
     def close(self):
         for process in (*self._started, self._holder):

@@ -13,6 +13,8 @@ SERVER_ADDRESS = "9.9.9.9"
 # The user's public address by the gateway of its network.
 PUBLIC = {"192.168.1.1": "198.51.100.11", "192.168.1.254": "198.51.100.12", "192.168.2.1": "198.51.100.13"}
 
+FIRST = "192.168.1.1"
+
 # Renewed every few seconds, so that changes arrive soon.
 _DNSMASQ = """
 no-hosts
@@ -49,7 +51,7 @@ class Provider:
         self._world = world
         self.router = Machine(world, "router")
         self.net = Machine(world, "net")
-        self.gateway = self.dns = "192.168.1.1"
+        self.gateway = self.dns = FIRST
         self.families = "4"
         self._dnsmasq = None
         self.authority = Authority(self.router.logs, [AddressService.NAME])
@@ -78,6 +80,9 @@ class Provider:
                  f"ip saddr 192.168.2.0/24 snat to {PUBLIC['192.168.2.1']}"]
         self.router.run("nft", "flush chain ip provider out;" + "".join(
             f"add rule ip provider out oifname wan {rule};" for rule in rules))
+
+    def is_as_at_first(self):
+        return self.gateway == self.dns == FIRST
 
     def portal(self, is_closed):
         """Whether nothing but a portal's log-in page is reached."""

@@ -143,19 +143,18 @@ class Watch:
         self._environment = {**environment, "LC_ALL": "C"}
         self._process = subprocess.Popen(
             [*self._busctl, *_SIGNALS, "monitor"], env=self._environment, text=True,
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
-        if "Monitoring" not in self._process.stderr.readline():
-            raise AssertionError("the bus cannot be watched")
-        self._read_values()
+            stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._has_begun = threading.Event()
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
+        wait_until(self._sees_signals, 5, "the watch of the bus")
+        self._read_values()
 
     def stop(self):
         self._process.kill()
         self._process.wait()
         self._reader.join()
         self._process.stdout.close()
-        self._process.stderr.close()
 
     def until(self, condition, timeout, what):
         """Waits until the condition, which is checked after each event, is true. Returns its value."""
@@ -176,8 +175,13 @@ class Watch:
         self.until(lambda: len(found()) == count, timeout, f"{count} samples")
         return found()
 
+    def _sees_signals(self):
+        subprocess.run(["busctl", "--user", "emit", PATH, "test.Watch", "Begins"], env=self._environment)
+        return self._has_begun.wait(0.01)
+
     def _read(self):
         for line in self._process.stdout:
+            self._has_begun.set()
             message = json.loads(line)
             member, data = message["member"], message["payload"]["data"]
             if member == "NameOwnerChanged" and data[2]:
