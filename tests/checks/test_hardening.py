@@ -38,6 +38,12 @@ class Hardening(unittest.TestCase):
                 self.assertNotEqual(flags[1:], "WE", program)
                 self.assertFalse(kind == "GNU_STACK" and "E" in flags, program)
 
+    def test_indices_are_checked(self):
+        for symbols, program in self.each("--symbols"):
+            # In a release it uses no container.
+            if not program.endswith("/notificationSound"):
+                self.assertIn("__glibcxx_assert_fail", symbols, program)
+
     def test_the_stack_is_guarded(self):
         for symbols, program in self.each("--symbols"):
             self.assertIn("__stack_chk_fail", symbols, program)

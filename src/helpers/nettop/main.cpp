@@ -81,15 +81,16 @@ int main(int argumentCount, char** arguments) {
                                             arguments + argumentCount);
   const auto method = methodOf(words);
   if (!method || !seclude()) {
+    keepOnly({});
     write(STDERR_FILENO, "usage: nettop [--route=bpf|--route=diag]\n");
     return wrongUsage;
   }
   Measurement measurement = measure(*method);
+  keepOnly({});
   if (!measurement.error.empty()) {
     write(STDERR_FILENO, "nettop: " + measurement.error + '\n');
     return EXIT_FAILURE;
   }
-  keepOnly({});
   const std::string text = nettopText(visibleRows(std::move(measurement.rows)));
   return write(STDOUT_FILENO, text) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -55,7 +55,6 @@ bool showProgress(const std::string& text) {
 }
 
 int measure() {
-  forbidWritingAndStarting();
   const FileDescriptor stop = terminationSignals();
   curl_global_init(CURL_GLOBAL_DEFAULT);
   TransferLoop loop(stop);
@@ -82,6 +81,7 @@ int measure() {
 } // namespace tidewell
 
 int main(int argumentCount, char** arguments) {
+  tidewell::confineToNetwork();
   const std::span words(arguments, static_cast<std::size_t>(argumentCount));
   const bool isKnown = std::all_of(words.begin() + 1, words.end(), [](std::string_view word) {
     return word == "-s" || word == "-v";

@@ -73,10 +73,10 @@ std::optional<std::string> fetch(const char* url) {
 } // namespace
 
 int main(int argumentCount, char** arguments) {
+  tidewell::confineToNetwork();
   if (argumentCount != 2) {
     return EXIT_FAILURE;
   }
-  tidewell::forbidWritingAndStarting();
   const auto body = fetch(arguments[1]);
   // A pipe takes so short a text whole or not at all.
   const bool isPrinted = body && ::write(STDOUT_FILENO, body->data(), body->size()) ==

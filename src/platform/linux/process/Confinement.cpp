@@ -1,5 +1,7 @@
 #include "platform/linux/process/Confinement.h"
 
+#include "platform/linux/process/SystemCallFilter.h"
+
 #include <cstdint>
 
 #include <linux/landlock.h>
@@ -29,12 +31,7 @@ std::uint64_t changesIn(long version) {
          (version >= truncateVersion ? truncate : 0);
 }
 
-} // namespace
-
-void forbidNewPrivileges() { ::prctl(PR_SET_NO_NEW_PRIVS, 1UL, 0UL, 0UL, 0UL); }
-
-bool forbidWritingAndStarting() {
-  forbidNewPrivileges();
+bool restrictFiles() {
   const long version =
       ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
   if (version < 1) {
@@ -49,6 +46,16 @@ bool forbidWritingAndStarting() {
   const bool holds = ::syscall(SYS_landlock_restrict_self, ruleset, 0) == 0;
   ::close(static_cast<int>(ruleset));
   return holds;
+}
+
+} // namespace
+
+void forbidNewPrivileges() { ::prctl(PR_SET_NO_NEW_PRIVS, 1UL, 0UL, 0UL, 0UL); }
+
+bool confineToNetwork() {
+  forbidNewPrivileges();
+  const bool isFiltered = filterSystemCalls();
+  return restrictFiles() && isFiltered;
 }
 
 } // namespace tidewell
