@@ -6,8 +6,8 @@
 
 namespace tidewell {
 
-UnsavedSettings::UnsavedSettings(const ViewTime& time, QObject* parent)
-    : QObject(parent), m_time(time) {}
+UnsavedSettings::UnsavedSettings(ViewTime time, QObject* parent)
+    : QObject(parent), m_time(std::move(time)) {}
 
 void UnsavedSettings::store(std::string_view key, Write write) {
   m_writes.insert_or_assign(std::string(key), std::move(write));

@@ -25,7 +25,7 @@ public:
   /// full disk.
   static constexpr double retrySpan = 5.0;
 
-  UnsavedSettings(const ViewTime& time, QObject* parent);
+  UnsavedSettings(ViewTime time, QObject* parent);
 
   /// Stores a change of this preference, instead of an earlier one that could not be stored.
   void store(std::string_view key, Write write);
