@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 
+#include <clocale>
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -44,6 +45,7 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
+  std::setlocale(LC_MESSAGES, "C"); // the reasons of the system, like everything in the windows
   tidewell::WindowsApplication windows(QDBusConnection::sessionBus(), resident);
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));
