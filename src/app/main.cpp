@@ -44,9 +44,7 @@ namespace {
 constexpr Seconds settled = 9.0;
 
 /// Whether the reply to a lookup of the public address is one.
-bool namesAddress(const std::optional<std::string>& body) {
-  return body && isAddress(std::string(trim(*body)));
-}
+bool namesAddress(const std::optional<std::string>& body) { return body && isAddress(trim(*body)); }
 
 /// The implementations of `Platform`.
 struct Machine {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include <arpa/inet.h>
 
@@ -24,16 +25,17 @@ namespace tidewell {
 
 /// Whether this is an IPv4 or IPv6 address. A link-local one may name its interface, such as
 /// "fe80::1%wlan0". Any text may be given.
-[[nodiscard]] inline bool isAddress(const std::string& text) {
+[[nodiscard]] inline bool isAddress(std::string_view text) {
   constexpr std::size_t longestAddress = 64; // with an interface
   const bool isPrintable =
       std::ranges::all_of(text, [](char character) { return character > ' ' && character < 0x7F; });
-  if (!isPrintable || text.size() > longestAddress) {
+  if (text.size() > longestAddress || !isPrintable) {
     return false;
   }
+  const std::string whole(text);
   std::array<unsigned char, sizeof(in6_addr)> bytes{};
-  return ::inet_pton(AF_INET, text.c_str(), bytes.data()) == 1 ||
-         ::inet_pton(AF_INET6, text.substr(0, text.find('%')).c_str(), bytes.data()) == 1;
+  return ::inet_pton(AF_INET, whole.c_str(), bytes.data()) == 1 ||
+         ::inet_pton(AF_INET6, whole.substr(0, whole.find('%')).c_str(), bytes.data()) == 1;
 }
 
 } // namespace tidewell

@@ -36,23 +36,18 @@ Async<std::optional<std::string>> LinuxHttpClient::get(std::string url, Seconds 
   if (!m_isSatisfied) {
     co_return std::nullopt;
   }
-  std::optional<std::string> body = co_await fetch(std::move(url), wait);
+  std::optional<Request> request;
+  std::optional<std::string> body;
+  if (ifMemoryAllows([&] { request.emplace(*this, url, wait); }) && request->child() != nullptr) {
+    co_await request->child()->exit();
+    if (request->child()->status() == 0) {
+      body = request->child()->output();
+    }
+  }
   if (m_observer && m_isSatisfied) {
     m_observer(body);
   }
   co_return body;
-}
-
-Async<std::optional<std::string>> LinuxHttpClient::fetch(std::string url, Seconds wait) {
-  std::optional<Request> request;
-  if (!ifMemoryAllows([&] { request.emplace(*this, url, wait); }) || request->child() == nullptr) {
-    co_return std::nullopt;
-  }
-  co_await request->child()->exit();
-  if (request->child()->status() != 0) {
-    co_return std::nullopt;
-  }
-  co_return request->child()->output();
 }
 
 void LinuxHttpClient::setPathSatisfied(bool isSatisfied) {

@@ -37,8 +37,6 @@ public:
 private:
   class Request;
 
-  [[nodiscard]] Async<std::optional<std::string>> fetch(std::string url, Seconds wait);
-
   EventLoop& m_loop;
   std::string m_helper;
   Observer m_observer;
