@@ -188,8 +188,9 @@ class NetworkTestCase(case.ResidentTestCase):
     def the_lid_closes_and_opens(self):
         self.machine.run("ip", "route", "flush", "1.1.1.1")
         self.sleep()
-        self.provider.plug(0)
         self.wake()
+        time.sleep(1)  # the two ends of a cable need a moment
+        self.provider.plug(0)
         self.until_address("eth0", "192.168.1.50")
         time.sleep(7)  # until the link counts as settled
 

@@ -51,7 +51,11 @@ ipv4.route-metric=200
     def on(self):
         self.machine.run("nmcli", "networking", "on")
 
-    prepare_for_sleep, wake = off, on
+    def prepare_for_sleep(self):
+        self.machine.run("nmcli", "device", "disconnect", "eth0")
+
+    def wake(self):
+        self.machine.run("nmcli", "device", "set", "eth0", "autoconnect", "yes")
 
 
 class NetworkManagerWithDnsmasq(NetworkManager):
