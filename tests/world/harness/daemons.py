@@ -5,6 +5,8 @@ from .session import wait_until
 
 class Daemon:
     IS_MANAGER = True
+    # What the networks offer it.
+    FAMILIES = "46"
     # The DNS server of a tunnel, for those who take it from wg-quick.
     TUNNEL_DNS = None
 
@@ -49,7 +51,11 @@ ipv4.route-metric=200
     def on(self):
         self.machine.run("nmcli", "networking", "on")
 
-    prepare_for_sleep, wake = off, on
+    def prepare_for_sleep(self):
+        self.machine.run("nmcli", "device", "disconnect", "eth0")
+
+    def wake(self):
+        self.machine.run("nmcli", "device", "set", "eth0", "autoconnect", "yes")
 
 
 class NetworkManagerWithDnsmasq(NetworkManager):
@@ -84,6 +90,8 @@ class Networkd(Daemon):
 
 class Connman(Daemon):
     NAME = "connman"
+    # Beside IPv6, version 1.41 at times asks for no IPv4 address after its settings were changed.
+    FAMILIES = "4"
     PROGRAMS = ["connmand", "connmanctl"]
 
     def start(self):

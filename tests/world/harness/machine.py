@@ -18,13 +18,15 @@ _BUS = "/run/dbus/system_bus_socket"
 
 def why_none(programs):
     """None if these programs can be run on machines here, otherwise the reason."""
-    command = ["unshare", "--mount", OWN_SYSTEM, UNPACKED, "sh", "-c", 'for each; do command -v "$each" || echo "no $each"; done',
-               "sh", *programs]
+    advice = "scripts/installPackages --into build/daemons daemons"
+    if not UNPACKED.is_dir():
+        return f"the network managers are not unpacked ({advice})"
+    look = 'for each; do command -v "$each" || echo "no $each"; done'
+    command = ["unshare", "--mount", OWN_SYSTEM, UNPACKED, "sh", "-c", look, "sh", *programs]
     result = subprocess.run(command, capture_output=True, text=True)
     if result.returncode:
         return f"no file systems of their own for machines: {result.stderr.strip()}"
     missing = re.findall("^no (.*)$", result.stdout, re.M)
-    advice = "scripts/installPackages --into build/daemons daemons"
     return f"{', '.join(missing)} not unpacked ({advice})" if missing else None
 
 

@@ -20,6 +20,7 @@ _DNSMASQ = """
 no-hosts
 no-resolv
 no-ping
+log-facility=-
 bind-dynamic
 user=root
 interface=lan0
@@ -40,19 +41,19 @@ _IPV6 = """
 enable-ra
 dhcp-range=::,constructor:lan{link},ra-only,64,2m
 ra-param=lan{link},5,60
-dhcp-option=option6:dns-server,[fd00:{net}::1]
+dhcp-option=option6:dns-server{dns}
 """
 
 
 class Provider:
     """`gateway` and `dns` of the user's first link, and `families`, count from the next `serve`."""
 
-    def __init__(self, world):
+    def __init__(self, world, families):
         self._world = world
         self.router = Machine(world, "router")
         self.net = Machine(world, "net")
         self.gateway = self.dns = FIRST
-        self.families = "4"
+        self.families = families
         self._dnsmasq = None
         self.authority = Authority(self.router.logs, [AddressService.NAME])
         self._prepare_router()
@@ -73,7 +74,9 @@ class Provider:
             text += _IPV4.format(link=0, net=1, gateway=self.gateway, dns=self.dns)
             text += _IPV4.format(link=1, net=2, gateway="192.168.2.1", dns="192.168.2.1")
         if "6" in self.families:
-            text += _IPV6.format(link=0, net=1)
+            # Beside IPv4 the routers of many providers name no DNS server for IPv6.
+            dns = "" if "4" in self.families else ",[fd00:1::1]"
+            text += _IPV6.format(link=0, dns=dns)
         self.router.write("/etc/dnsmasq.conf", text)
         self._dnsmasq = self.router.start("dnsmasq", "--keep-in-foreground")
         rules = [f"ip saddr 192.168.1.0/24 snat to {PUBLIC[self.gateway]}",

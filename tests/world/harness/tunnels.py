@@ -41,7 +41,8 @@ class WgQuick:
         self.machine, self.net = machine, net
         self._dns = f"DNS = {dns}\n" if dns else ""
         self._keys = [self._key() for _ in range(2)]
-        self._up(net, 0, "Address = 10.10.0.1/24\nListenPort = 51820\nTable = off\n", "AllowedIPs = 10.10.0.2/32\n")
+        self._up(net, 0, "Address = 10.10.0.1/24\nListenPort = 51820\nTable = off\n",
+                 "AllowedIPs = 10.10.0.2/32\n")
 
     def up(self, for_everything):
         self._up(self.machine, 1, f"Address = 10.10.0.2/24\n{self._dns}",
