@@ -18,6 +18,7 @@
 #include <netdb.h>
 #include <sys/prctl.h>
 #include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -87,6 +88,14 @@ TEST_F(ConfinementTest, RefusesToStartAProgram) {
   }));
 }
 
+TEST_F(ConfinementTest, RefusesToLookIntoAnotherProgram) {
+  const pid_t parent = ::getpid();
+  EXPECT_TRUE(holdsInChild([parent] {
+    return confineToNetwork() && ::ptrace(PTRACE_ATTACH, parent, nullptr, nullptr) != 0 &&
+           ::open(("/proc/" + std::to_string(parent) + "/mem").c_str(), O_RDONLY | O_CLOEXEC) < 0;
+  }));
+}
+
 TEST_F(ConfinementTest, HoldsForChildren) {
   EXPECT_TRUE(holdsInChild([this] {
     return confineToNetwork() && holdsInChild([this] { return isRefused(::unlink(file.c_str())); });
@@ -142,10 +151,23 @@ TEST_F(SystemCallFilterTest, RefusesSignalsToOthersButNotToItself) {
   }));
 }
 
-TEST_F(SystemCallFilterTest, RefusesToStartAndToTraceAProgram) {
-  EXPECT_TRUE(holdsConfined([] {
-    return isRefused(::execl("/bin/true", "true", static_cast<char*>(nullptr))) &&
-           isRefused(::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr));
+TEST_F(SystemCallFilterTest, RefusesToLimitOthersButNotItself) {
+  const pid_t parent = ::getpid();
+  rlimit limit{};
+  ASSERT_EQ(::prlimit(parent, RLIMIT_CORE, nullptr, &limit), 0);
+  EXPECT_TRUE(holdsConfined([parent] {
+    rlimit found{};
+    return isRefused(::prlimit(parent, RLIMIT_CORE, nullptr, &found)) &&
+           isRefused(::setpriority(PRIO_PROCESS, static_cast<id_t>(parent), 0)) &&
+           ::getrlimit(RLIMIT_CORE, &found) == 0 && ::setrlimit(RLIMIT_CORE, &found) == 0;
+  }));
+}
+
+TEST_F(SystemCallFilterTest, RefusesToStartAProgram) {
+  EXPECT_TRUE(holdsInChild([] {
+    forbidNewPrivileges();
+    return filterSystemCalls() &&
+           isRefused(::execl("/bin/true", "true", static_cast<char*>(nullptr)));
   }));
 }
 

@@ -43,10 +43,21 @@ constexpr auto refused = std::to_array<std::uint32_t>({
     // programs
     SYS_execve,
     SYS_execveat,
-    SYS_ptrace,
-    SYS_process_vm_readv,
-    SYS_process_vm_writev,
-    SYS_pidfd_getfd,
+    // how other processes run; prlimit64 is below
+    SYS_setpriority,
+    SYS_sched_setscheduler,
+    SYS_sched_setparam,
+    SYS_sched_setattr,
+    SYS_sched_setaffinity,
+    SYS_ioprio_set,
+    // what processes share
+    SYS_shmat,
+    SYS_shmctl,
+    SYS_semctl,
+    SYS_msgctl,
+    SYS_mq_open,
+    SYS_mq_unlink,
+    SYS_keyctl,
     // signals; tgkill is below
     SYS_kill,
     SYS_tkill,
@@ -146,8 +157,10 @@ bool filterSystemCalls() {
   filter.skip(BPF_JEQ, SYS_io_uring_setup, 0, 1);
   filter.decide(fail(ENOSYS));
   filter.decideBy(SYS_socket, 0, {AF_INET, AF_INET6, AF_NETLINK}, allow, fail(EAFNOSUPPORT));
-  // `abort` sends itself a signal.
-  filter.decideBy(SYS_tgkill, 0, {static_cast<std::uint32_t>(::getpid())}, allow, fail(EACCES));
+  // `abort` sends itself a signal. A limit of 0 seconds would end another process.
+  const auto self = static_cast<std::uint32_t>(::getpid());
+  filter.decideBy(SYS_tgkill, 0, {self}, allow, fail(EACCES));
+  filter.decideBy(SYS_prlimit64, 0, {0, self}, allow, fail(EACCES));
   filter.decideBy(SYS_ioctl, 1, {TIOCSTI}, fail(EACCES), allow);
   filter.decide(allow);
   return filter.install();
