@@ -3,62 +3,16 @@
 
 import json
 import os
-import pathlib
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
 import time
-import unittest
 
 from harness import case, nettop, world
+from harness.processes import NET, WHY_NO_BPF, ProcessesTestCase, needs_bpf
 from harness.session import wait_until
-
-NET = {4: "198.51.100.2", 6: "2001:db8:51::2"}
-WHY_NO_BPF = None if world.check() else nettop.why_no_bpf()
-needs_bpf = unittest.skipIf(WHY_NO_BPF, f"skipped: {WHY_NO_BPF}")
-
-
-class ProcessesTestCase(case.WorldTestCase):
-    def setUp(self):
-        super().setUp()
-        self.world.do("rate", "off")
-
-    def serve(self, where="net", address="::"):
-        server = nettop.crowd(self.world, where, "serve", address, nettop.SERVER_PORT)
-        self.addCleanup(nettop.end, server)
-        return server
-
-    def crowd(self, where, *arguments):
-        process = nettop.crowd(self.world, where, *arguments)
-        self.addCleanup(nettop.end, process)
-        return process
-
-    def talk(self, protocol, version, count, program=None):
-        port = nettop.SERVER_PORT if protocol == "tcp" else world.DISCARD
-        talker = nettop.Talker(self.world, protocol, NET[version], port, count, program=program)
-        self.addCleanup(talker.close)
-        return talker
-
-    def privileged(self):
-        helper = nettop.Privileged()
-        self.addCleanup(helper.close)
-        return helper.path
-
-    def in_user(self, *command):
-        return self.world.command("user", *command)
-
-    def check(self, run):
-        """Checks what is true for every run."""
-        self.assertEqual((run.status, run.errors), (0, ""))
-        self.assertTrue(run.text.startswith(",bytes_in,bytes_out,\n"))
-        self.assertLess(len(run.text), 32768)
-        self.assertLessEqual(len(run.rows), 256)
-        totals = [received + sent for _, _, received, sent in run.rows]
-        self.assertEqual(totals, sorted(totals, reverse=True))
-        # It measures for one second; the service's limit is four.
-        self.assertLess(run.seconds, 2.5)
 
 
 @needs_bpf
@@ -131,65 +85,6 @@ class TheKernelsPrograms(ProcessesTestCase):
         self.check(run.finish())
         self.assertEqual(run.of(talker.process.pid), (0, 0))
         self.assertEqual(run.of(server.pid), (0, 0))
-
-    def test_lose_nothing_beside_sockets_that_move_nothing(self):
-        for _ in range(5):  # On a busy machine closing them may take longer than the second.
-            holders = nettop.crowd(self.world, "user", "gather", self.TOO_MANY // 1000, 1000)
-            run = nettop.run("bpf")
-            nettop.end(holders)
-            talker = self.talk("udp", 4, 300_000)
-            self.check(run.finish())
-            if run.of(talker.process.pid) == (0, talker.said["sent"]):
-                break
-        self.assertEqual(run.of(talker.process.pid), (0, talker.said["sent"]))
-        self.assertEqual(run.named("(too many sockets)"), (0, 0))
-
-    def test_tell_what_they_had_no_room_for(self):
-        self.crowd("user", "gather", self.TOO_MANY // 1000, 1000)
-        for _ in range(5):
-            run = nettop.run("bpf")
-            self.world.run("net", sys.executable, nettop.CROWD, "call", world.USER)
-            talker = self.talk("udp", 4, 300_000)
-            self.check(run.finish())
-            if run.named("(too many sockets)")[1] >= talker.said["sent"]:
-                break
-        self.assertGreaterEqual(run.named("(too many sockets)")[1], talker.said["sent"])
-
-    TOO_MANY = 70_000  # sockets; the table has room for 65,536
-
-    def test_count_nothing_after_their_deadline_while_the_helper_is_stopped(self):
-        run = nettop.run("bpf")
-        run.process.send_signal(signal.SIGSTOP)
-        time.sleep(2.2)
-        talker = self.talk("udp", 4, 100_000)
-        run.process.send_signal(signal.SIGCONT)
-        run.finish()
-        self.assertEqual((run.status, run.of(talker.process.pid)), (0, (0, 0)))
-
-    def test_are_attached_for_two_helpers_of_a_user_and_eight_of_all_users(self):
-        helper = self.privileged()
-        for user, attached in zip(range(60001, 60006), (2, 2, 2, 2, 0)):
-            stopped = [self.helper_of(user, helper) for _ in range(3)]
-            time.sleep(0.5)
-            for one in stopped:
-                one.send_signal(signal.SIGSTOP)
-            self.assertEqual(sum(self.links_of(one.pid) for one in stopped), 4 * attached)
-        # Another user's helper measures in another way, and that of root as ever.
-        run = nettop.run(None, nettop.as_user(60006), helper).finish()
-        self.check(run)
-        self.check(nettop.run("bpf").finish())
-
-    @staticmethod
-    def links_of(process):
-        """How many programs it has attached."""
-        files = pathlib.Path(f"/proc/{process}/fdinfo").iterdir()
-        return sum("link_type:\tcgroup" in file.read_text() for file in files)
-
-    def helper_of(self, user, helper):
-        process = subprocess.Popen([*nettop.as_user(user), helper], stdout=subprocess.DEVNULL)
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        return process
 
     def test_vanish_with_the_helper_however_it_ends(self):
         for signal_number in (signal.SIGTERM, signal.SIGKILL):

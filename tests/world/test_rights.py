@@ -9,12 +9,12 @@ import subprocess
 import time
 import unittest
 
-from harness import case, nettop, world
+from harness import case, nettop
+from harness.processes import needs_bpf
 from harness.session import wait_until
 
 HELPERS = nettop.HELPER.parent
 BPF = 1 << 39  # CAP_BPF
-WHY_NO_BPF = None if world.check() else nettop.why_no_bpf()
 
 
 def status(process):
@@ -55,7 +55,7 @@ class TheHelperWithCapabilities(unittest.TestCase):
         self.addCleanup(process.kill)
         return process
 
-    @unittest.skipIf(WHY_NO_BPF, f"skipped: {WHY_NO_BPF}")
+    @needs_bpf
     def test_has_one_of_them_while_it_measures_and_cannot_be_looked_into(self):
         process = self.start(*nettop.as_nobody(), self.path, stdout=subprocess.DEVNULL)
         time.sleep(nettop.LEAD)
