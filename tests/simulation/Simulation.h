@@ -128,7 +128,7 @@ private:
   bool m_isAskedToEnd = false;
   Ticks m_madeAt = Ticks::zero();
   std::int64_t m_publishedBefore = 0; // before the launch
-  int m_refusals = 0; // of preferences
+  int m_refusals = 0;                 // of preferences
   ObservedPath m_actual;
   std::optional<PathReport> m_path; // reported last
   std::unique_ptr<PathReporter> m_reporter;
