@@ -52,10 +52,10 @@ ipv4.route-metric=200
         self.machine.run("nmcli", "networking", "on")
 
     def prepare_for_sleep(self):
-        self.machine.run("nmcli", "device", "disconnect", "eth0")
+        self.machine.run("nmcli", "device", "set", "eth0", "managed", "no")
 
     def wake(self):
-        self.machine.run("nmcli", "device", "set", "eth0", "autoconnect", "yes")
+        self.machine.run("nmcli", "device", "set", "eth0", "managed", "yes")
 
 
 class NetworkManagerWithDnsmasq(NetworkManager):
