@@ -3,6 +3,7 @@
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import tempfile
 
@@ -88,3 +89,4 @@ class Machine:
             process.kill()
             process.wait()
         self._holder.stdout.close()
+        shutil.rmtree(self.logs, ignore_errors=True)
