@@ -15,6 +15,7 @@ using fuzz::BusPeer;
 using fuzz::require;
 
 constexpr const char* busName = "org.freedesktop.DBus";
+constexpr const char* client = ":1.7";
 
 /// A method or property of the resident with its types.
 struct Member {
@@ -31,7 +32,7 @@ constexpr const char* menuInterface = "com.canonical.dbusmenu";
 constexpr const char* face = "/com/halden/Tidewell";
 constexpr const char* faceInterface = "com.halden.Tidewell";
 
-constexpr std::array<Member, 20> members = {{
+constexpr std::array<Member, 23> members = {{
     {menu, menuInterface, "GetLayout", "iias"},
     {menu, menuInterface, "GetGroupProperties", "aias"},
     {menu, menuInterface, "GetProperty", "is"},
@@ -45,6 +46,9 @@ constexpr std::array<Member, 20> members = {{
     {item, itemInterface, "Scroll", "is"},
     {item, itemInterface, "ProvideXdgActivationToken", "s"},
     {face, faceInterface, "OpenPanel", ""},
+    {face, faceInterface, "OpenPanelAt", "ii"},
+    {face, faceInterface, "AttachFace", "s"},
+    {face, faceInterface, "DetachFace", ""},
     {face, faceInterface, "RunSpeedTest", ""},
     {face, faceInterface, "Quit", ""},
     {face, propertiesInterface, "GetAll", "s"},
@@ -97,8 +101,8 @@ void tellOfOwner(BusPeer& peer, FuzzedDataProvider& input) {
                                      "NameOwnerChanged");
   });
   sd_bus_message_set_sender(signal.get(), busName);
-  const char* name =
-      input.ConsumeBool() ? "org.kde.StatusNotifierWatcher" : "org.freedesktop.Notifications";
+  const char* name = input.PickValueInArray(
+      {"org.kde.StatusNotifierWatcher", "org.freedesktop.Notifications", client});
   const std::string rest =
       input.ConsumeIntegralInRange(0, 7) == 0 ? fuzz::anySignature(input) : std::string("ss");
   if (sd_bus_message_append(signal.get(), "s", name) >= 0 &&
@@ -113,6 +117,9 @@ std::uint64_t call(BusPeer& peer, const Member& member, FuzzedDataProvider& inpu
     return sd_bus_message_new_method_call(peer.bus(), made, ":1.1", member.path, member.interface,
                                           member.name);
   });
+  if (input.ConsumeBool()) {
+    sd_bus_message_set_sender(message.get(), client);
+  }
   const std::string types =
       input.ConsumeIntegralInRange(0, 9) == 0 ? fuzz::anySignature(input) : member.in;
   return fuzz::appendAny(*message, types, input) >= 0 ? peer.send(message.get()) : 0;

@@ -1,5 +1,6 @@
 #include "app/BusFace.h"
 
+#include "app/AttachedFaces.h"
 #include "bus/ResidentInterface.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
@@ -73,12 +74,14 @@ void publish(BusObject& object, const face::Property<Value>& property, Read read
 
 } // namespace
 
-BusFace::BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions)
+BusFace::BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions,
+                 AttachedFaces& faces)
     : m_actions(actions), m_object(face::path, face::name) {
   describeMeasurements(sources);
   describeConnection(sources.monitor);
   describeResults(sources);
   describeMethods();
+  faces.describe(m_object);
   m_samples = sources.sampler.snapshots.subscribe(
       [this](const SnapshotList& samples) { announceSample(samples); });
   m_lost = bus.onLost([this] {
@@ -141,13 +144,15 @@ void BusFace::describeMethods() {
       return 0;
     });
   };
-  const auto opens = [this](Kind kind, const char* window) {
-    return [this, kind, window] {
-      m_object.emit(face::windowRequested, [window](sd_bus_message& signal) {
-        return sd_bus_message_append(&signal, "s", window);
-      });
-      m_actions.ask({kind, {}, {}, {}});
-    };
+  const auto open = [this](Kind kind, const char* window,
+                           std::optional<WindowRequest::Point> point = {}) {
+    m_object.emit(face::windowRequested, [window](sd_bus_message& signal) {
+      return sd_bus_message_append(&signal, "s", window);
+    });
+    m_actions.ask({kind, {}, point, {}});
+  };
+  const auto opens = [open](Kind kind, const char* window) {
+    return [open, kind, window] { open(kind, window); };
   };
   m_object.signal(face::windowRequested, "s", {"window"});
   method(face::openPanel, opens(Kind::panel, "panel"));
@@ -155,6 +160,14 @@ void BusFace::describeMethods() {
   method(face::openSettings, opens(Kind::settings, "settings"));
   method(face::runSpeedTest, m_actions.runSpeedTest);
   method(face::quit, m_actions.quit);
+  m_object.method(face::openPanelAt, "ii", "", [open](sd_bus_message& call, auto&) {
+    WindowRequest::Point point;
+    const int result = sd_bus_message_read(&call, "ii", &point.x, &point.y);
+    if (result >= 0) {
+      open(Kind::panel, "panel", point);
+    }
+    return result;
+  });
 }
 
 void BusFace::appear(sd_bus& bus) {

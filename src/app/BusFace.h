@@ -10,6 +10,7 @@
 namespace tidewell {
 
 class AppSettings;
+class AttachedFaces;
 class PreferencesStore;
 class SessionBus;
 struct MonitorState;
@@ -41,7 +42,8 @@ struct ResidentActions {
 class BusFace {
 public:
   /// Requests the name on every new connection. Borrows everything.
-  BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions);
+  BusFace(SessionBus& bus, const ResidentSources& sources, const ResidentActions& actions,
+          AttachedFaces& faces);
 
   /// Sends the properties that have changed.
   void announce() { m_object.announce(); }

@@ -69,10 +69,12 @@ void ItemMenu::describe() {
   m_object.method("EventGroup", "a(isvu)", "ai",
                   [this](auto& call, auto& reply) { return answerEventGroup(call, reply); });
   // Labels are sent when they change, so a host need not read them again before the menu shows.
-  m_object.method("AboutToShow", "i", "b", [](auto&, sd_bus_message& reply) {
+  m_object.method("AboutToShow", "i", "b", [this](auto&, sd_bus_message& reply) {
+    refresh();
     return sd_bus_message_append(&reply, "b", 0);
   });
-  m_object.method("AboutToShowGroup", "ai", "aiai", [](auto&, sd_bus_message& reply) {
+  m_object.method("AboutToShowGroup", "ai", "aiai", [this](auto&, sd_bus_message& reply) {
+    refresh();
     return sd_bus_message_append(&reply, "aiai", 0, 0);
   });
   m_object.signal("ItemsPropertiesUpdated", "a(ia{sv})a(ias)");

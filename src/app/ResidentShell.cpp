@@ -19,13 +19,16 @@ using Window = WindowRequest::Kind;
 ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSources& sources,
                              ResidentActions actions)
     : m_main(main), m_sources(sources), m_actions(std::move(actions)),
-      m_face(bus, m_sources, m_actions), m_item(bus, m_actions.ask),
-      m_menu(bus, StatusItem::menuPath, menuRows()),
+      m_faces(bus, [this] { facesChanged(); }), m_face(bus, m_sources, m_actions, m_faces),
+      m_item(bus, m_actions.ask), m_menu(bus, StatusItem::menuPath, menuRows()),
       m_fallback(main,
                  [this](bool isWanted) { open(isWanted ? Window::showItem : Window::hideItem); }),
       m_watcher(main, bus,
                 {[this](const std::string& process) { m_item.setHost(process); },
-                 [this](bool isTaken) { m_fallback.setTaken(isTaken); }}) {
+                 [this](bool isTaken) {
+                   m_isItemTaken = isTaken;
+                   updateFallback();
+                 }}) {
   watchSources();
   refresh();
 }
@@ -73,6 +76,14 @@ void ResidentShell::watchSources() {
 
 void ResidentShell::open(Window window) const { m_actions.ask({window, {}, {}, {}}); }
 
+void ResidentShell::facesChanged() {
+  m_item.setWithdrawn(m_faces.any());
+  updateFallback();
+  refreshSoon();
+}
+
+void ResidentShell::updateFallback() { m_fallback.setTaken(m_isItemTaken || m_faces.any()); }
+
 void ResidentShell::refreshSoon() {
   // Once for all changes of the same task, such as the six values of a sample.
   if (!m_refreshDue) {
@@ -87,7 +98,9 @@ void ResidentShell::refresh() {
   m_face.announce();
   m_item.show(itemTexts(m_sources.sampler, m_sources.monitor, m_sources.settings),
               m_sources.settings.showUploadInMenubar() ? labelGuide : labelGuideWithoutUpload);
-  m_menu.refresh();
+  if (!m_faces.any()) {
+    m_menu.refresh();
+  }
 }
 
 } // namespace tidewell

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/AttachedFaces.h"
 #include "app/BusFace.h"
 #include "app/ItemHost.h"
 #include "app/ItemMenu.h"
@@ -24,16 +25,20 @@ private:
   [[nodiscard]] std::vector<MenuRow> menuRows() const;
   void watchSources();
   void open(WindowRequest::Kind window) const;
+  void facesChanged();
+  void updateFallback();
   void refreshSoon();
   void refresh();
 
   WorkQueue& m_main;
   ResidentSources m_sources;
   ResidentActions m_actions;
+  AttachedFaces m_faces;
   BusFace m_face;
   StatusItem m_item;
   ItemMenu m_menu;
   FallbackItem m_fallback;
+  bool m_isItemTaken = false;
   WatcherClient m_watcher;
   std::unique_ptr<Timer> m_refreshDue;
   std::vector<Subscription> m_changes;

@@ -40,7 +40,6 @@ void StatusItem::describeIdentity() {
   m_object.constant("Category", "s", "SystemServices");
   m_object.constant("Id", "s", "tidewell");
   m_object.constant("Title", "s", title);
-  m_object.constant("Status", "s", "Active");
   m_object.constant("WindowId", "i", std::int32_t{0});
   m_object.constant("ItemIsMenu", "b", false);
   m_object.constant("Menu", "o", menuPath);
@@ -54,6 +53,7 @@ void StatusItem::describeAppearance() {
       return sd_bus_message_append(&reply, "s", std::string(value()).c_str());
     });
   };
+  text("Status", [this] { return status(); });
   text("IconName", [this] { return iconName(); });
   text("IconAccessibleDesc", [this] { return m_texts.label; });
   text("XAyatanaLabel", [this] { return m_texts.label; });
@@ -116,19 +116,41 @@ void StatusItem::setHost(const std::string& process) {
 void StatusItem::show(const ItemTexts& texts, const std::string& guide) {
   const ItemTexts before = std::exchange(m_texts, texts);
   const bool isNewGuide = std::exchange(m_guide, guide) != guide;
+  if (m_isWithdrawn) {
+    return;
+  }
   if (before.label != texts.label || isNewGuide) {
-    if (m_presentation == ItemPresentation::label) {
-      m_object.emit("XAyatanaNewLabel", [&](sd_bus_message& signal) {
-        return sd_bus_message_append(&signal, "ss", m_texts.label.c_str(), m_guide.c_str());
-      });
-    } else {
-      m_object.emit("NewIcon");
-    }
+    announceAppearance();
   }
   if (before != texts) {
     m_object.emit("NewToolTip");
   }
 }
+
+void StatusItem::setWithdrawn(bool isWithdrawn) {
+  if (std::exchange(m_isWithdrawn, isWithdrawn) == isWithdrawn) {
+    return;
+  }
+  m_object.emit("NewStatus", [this](sd_bus_message& signal) {
+    return sd_bus_message_append(&signal, "s", status());
+  });
+  if (!isWithdrawn) {
+    announceAppearance();
+    m_object.emit("NewToolTip");
+  }
+}
+
+void StatusItem::announceAppearance() {
+  if (m_presentation == ItemPresentation::label) {
+    m_object.emit("XAyatanaNewLabel", [this](sd_bus_message& signal) {
+      return sd_bus_message_append(&signal, "ss", m_texts.label.c_str(), m_guide.c_str());
+    });
+  } else {
+    m_object.emit("NewIcon");
+  }
+}
+
+const char* StatusItem::status() const { return m_isWithdrawn ? "Passive" : "Active"; }
 
 const char* StatusItem::iconName() const {
   return m_presentation == ItemPresentation::label ? themeIcon : "";

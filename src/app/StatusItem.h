@@ -25,6 +25,9 @@ public:
   /// Adapts to the host, given the name of its process; empty if it is not known.
   void setHost(const std::string& process);
 
+  /// Asks the host to hide the item, and announces no changes until it is shown again.
+  void setWithdrawn(bool isWithdrawn);
+
   /// Shows these texts and notifies the host of changes. `guide` is the widest label.
   void show(const ItemTexts& texts, const std::string& guide);
 
@@ -35,6 +38,8 @@ private:
   void describeAppearance();
   void describeMethods();
   [[nodiscard]] const char* iconName() const;
+  [[nodiscard]] const char* status() const;
+  void announceAppearance();
   int appendPictures(sd_bus_message& message) const;
   int appendToolTip(sd_bus_message& message) const;
 
@@ -43,6 +48,7 @@ private:
   std::string m_token; // of the next click
   ItemPresentation m_presentation = ItemPresentation::squareTile;
   bool m_isPlaceTold = true; // by the host, with a click
+  bool m_isWithdrawn = false;
   ItemTexts m_texts;
   std::string m_guide;
   Subscription m_lost;

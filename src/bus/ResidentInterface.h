@@ -126,11 +126,20 @@ inline constexpr const char* sampleAdded = "SampleAdded";
 /// A signal with the name of a window: "panel", "detail" or "settings".
 inline constexpr const char* windowRequested = "WindowRequested";
 
-// Methods; none has arguments.
+/// The kinds of the attached faces; changes are not announced.
+inline constexpr const char* faces = "Faces";
+
+// Methods without arguments.
 inline constexpr const char* openPanel = "OpenPanel";
 inline constexpr const char* openDetail = "OpenDetail";
 inline constexpr const char* openSettings = "OpenSettings";
 inline constexpr const char* runSpeedTest = "RunSpeedTest";
 inline constexpr const char* quit = "Quit";
+inline constexpr const char* detachFace = "DetachFace";
+
+/// A method with the kind of the face.
+inline constexpr const char* attachFace = "AttachFace";
+/// A method with a point on the screen: x and y, as hosts of status items report clicks.
+inline constexpr const char* openPanelAt = "OpenPanelAt";
 
 } // namespace tidewell::residentInterface

@@ -88,6 +88,7 @@ TEST_F(ResidentShellTest, HasTheDocumentedPropertiesAndSignals) {
       {"x", {"DownloadBytesPerSec", "UploadBytesPerSec"}},
       {"d", {"LatencyMs", "JitterMs", "PacketLossPercent"}},
       {"b", {"IsConnected", "SpeedTestIsRunning"}},
+      {"as", {"Faces"}},
       {"a(dxxddd)", {"Samples"}},
       {"a(isxxxd)", {"Processes"}},
       {"a(dddx)", {"LastSpeedTest", "LastMeasuredSpeedTest"}}};

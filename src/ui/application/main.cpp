@@ -45,7 +45,8 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
-  std::setlocale(LC_MESSAGES, "C"); // the reasons of the system, like everything in the windows
+  static_cast<void>(std::setlocale(
+      LC_MESSAGES, "C")); // the reasons of the system, like everything in the windows
   tidewell::WindowsApplication windows(QDBusConnection::sessionBus(), resident);
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));
