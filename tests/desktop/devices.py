@@ -7,7 +7,8 @@ import struct
 import time
 
 _DISPLAY, _REGISTRY, _CALLBACK = 1, 2, 3
-_LEFT_BUTTON = 0x110
+# The kernel's numbers of the first, the middle and the second button, as X numbers them.
+_BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
 _ESCAPE = 1
 
 _SEAT = "wl_seat"
@@ -43,11 +44,11 @@ class Devices:
         self._send(self._pointer, 1, struct.pack("=IIIII", _now(), x, y, *self._size))
         self._send(self._pointer, 4)
 
-    def click(self, x, y):
+    def click(self, x, y, button=1):
         self.move(x, y)
         time.sleep(0.05)
         for state in (1, 0):
-            self._send(self._pointer, 2, struct.pack("=III", _now(), _LEFT_BUTTON, state))
+            self._send(self._pointer, 2, struct.pack("=III", _now(), _BUTTONS[button], state))
             self._send(self._pointer, 4)
 
     def press_escape(self):

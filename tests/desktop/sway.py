@@ -1,7 +1,9 @@
 """A Wayland compositor without a screen: its pictures, its pointer, its keyboard, its clipboard."""
 
+import json
 import re
 import subprocess
+from pathlib import Path
 
 from children import wait_until
 from devices import Devices
@@ -58,8 +60,8 @@ class Display:
     def move(self, x, y):
         self._devices.move(x, y)
 
-    def click(self, x, y):
-        self._devices.click(x, y)
+    def click(self, x, y, button=1):
+        self._devices.click(x, y, button)
 
     def press_escape(self):
         self._devices.press_escape()
@@ -67,6 +69,15 @@ class Display:
     def copied(self):
         """The clipboard's text, or None while it has none."""
         return self._session.output(["wl-paste", "--no-newline"])
+
+    def windows(self):
+        """Title, identity and whether there is an icon, of each window. The identity names the icon."""
+        tree = json.loads(self._session.output(["swaymsg", "-s", self._control(), "-t", "get_tree"]))
+        return [(node["name"], node["app_id"], bool(node["app_id"])) for node in _leaves(tree)]
+
+    def _control(self):
+        folder = Path(self._session.environment["XDG_RUNTIME_DIR"])
+        return str(next(folder.glob("sway-ipc.*.sock")))
 
     def take(self):
         """What the screen shows now."""
@@ -76,6 +87,13 @@ class Display:
         if not header:
             raise ValueError(f"unexpected picture: {shot[:20]!r}")
         return Picture(int(header[1]), int(header[2]), shot[header.end() :])
+
+
+def _leaves(node):
+    below = node["nodes"] + node["floating_nodes"]
+    if not below:
+        return [node] if node.get("pid") else []
+    return [leaf for child in below for leaf in _leaves(child)]
 
 
 def _connected(socket, width, height):

@@ -8,14 +8,10 @@ import gnome
 from children import wait_until
 from desktopCase import DesktopCase
 from panelCases import PanelCases
+from pictureText import lines_of_text
 
 FIGURES = 4
 COMMANDS = ["Open", "Details", "Settings", "Speed Test", "Copy IP", "Quit"]
-
-# The least height and distance of lines of text, in pixels. Anything thinner is a separator.
-LINE_HEIGHT, LINE_GAP = 5, 6
-# How much text stands out from the menu, of 255, and how far it is from the menu's sides.
-CONTRAST, SIDE = 40, 24
 
 LEAST_LABEL = 60
 # Wider than the pointer, whose end reaches below the bar.
@@ -50,19 +46,7 @@ class Gnome(PanelCases, DesktopCase):
 
     def lines(self, menu):
         """Top and bottom of each line of text in the menu."""
-        middle = menu._replace(left=menu.left + SIDE, right=menu.right - SIDE)
-        shot = self.display.take().crop(middle)
-        ground = shot.commonest_colour(shot.box)[0]
-        written = [y for y in range(shot.height)
-                   if any(channel > ground + CONTRAST for channel in shot.row(y))]
-        lines = []
-        for y in written:
-            if lines and y - lines[-1][1] <= LINE_GAP:
-                lines[-1][1] = y
-            else:
-                lines.append([y, y])
-        return [(menu.top + top, menu.top + bottom) for top, bottom in lines
-                if bottom - top >= LINE_HEIGHT]
+        return lines_of_text(self.display.take(), menu)
 
     def choose(self, menu, command):
         top, bottom = self.lines(menu)[FIGURES + COMMANDS.index(command)]

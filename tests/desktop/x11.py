@@ -6,6 +6,7 @@ import subprocess
 
 import background
 from picture import Picture
+from xWindows import XWindows
 
 PROGRAMS = ["Xvfb", "xdotool", "xclip"]
 SESSION_TYPE = "x11"
@@ -47,9 +48,9 @@ class Display:
     def move(self, x, y):
         self._run("xdotool", "mousemove", str(x), str(y))
 
-    def click(self, x, y):
+    def click(self, x, y, button=1):
         # The press comes a moment after the move: some panels read the pointer's position.
-        self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", "1")
+        self._run("xdotool", "mousemove", str(x), str(y), "sleep", "0.05", "click", str(button))
 
     def scroll_down(self, x, y):
         self._run("xdotool", "mousemove", str(x), str(y), "click", "--repeat", "20", "5")
@@ -63,6 +64,15 @@ class Display:
     def copied(self):
         """The clipboard's text, or None while it has none."""
         return self._session.output(["xclip", "-selection", "clipboard", "-out"])
+
+    def windows(self):
+        """Title, identity and whether there is an icon, of each ordinary window."""
+        return [(window.title, window.identity[1], self._has_icon(window.number))
+                for window in XWindows(self._session).stacked()]
+
+    def _has_icon(self, number):
+        icon = self._session.output(["xprop", "-id", number, "-notype", "32c", "_NET_WM_ICON"]) or ""
+        return "=" in icon or "Icon (" in icon
 
     def take(self):
         """What the screen shows now."""

@@ -1,0 +1,14 @@
+#!/usr/bin/python3
+"""A window of another program: otherWindow.py WIDTH HEIGHT."""
+
+import sys
+
+import gi
+
+gi.require_version("Gtk", "3.0")
+from gi.repository import Gtk  # noqa: E402
+
+window = Gtk.Window(title="Other", default_width=int(sys.argv[1]), default_height=int(sys.argv[2]))
+window.connect("destroy", Gtk.main_quit)
+window.show_all()
+Gtk.main()
