@@ -57,9 +57,11 @@ class Session:
         return done.stdout if done.returncode == 0 else None
 
     def start_panel(self):
-        """Starts the panel, and waits until it watches for items."""
+        """Starts the panel, and waits until it watches for items and the desktop is ready."""
         self._panel = self.start(self.desktop.PANEL)
         wait_until(lambda: bus.owner(self.environment, bus.WATCHER[0]), 20, "watcher in the panel")
+        if hasattr(self.desktop, "arrive"):
+            self.desktop.arrive(self)
 
     def stop_panel(self):
         """Ends the panel, as a crash would."""
@@ -77,8 +79,6 @@ class Session:
             self.start(command)
         if self.desktop.PANEL:
             self.start_panel()
-        if hasattr(self.desktop, "arrive"):
-            self.desktop.arrive(self)
 
     def _make_environment(self):
         def home(name):

@@ -1,0 +1,47 @@
+#!/usr/bin/python3
+"""The desktops of the everyday tests once more, with everything that is asked of a desktop."""
+
+import apart
+import lxqt
+import test_gnome
+import test_mate
+import waybar
+import xfce
+from desktopCase import DesktopCase
+from hostCases import HostCases
+
+
+class Xfce(HostCases, DesktopCase):
+    DESKTOP = xfce
+    TITLE = "Xfce"
+
+
+class Lxqt(HostCases, DesktopCase):
+    DESKTOP = lxqt
+    TITLE = "LXQt"
+
+
+class Mate(HostCases, test_mate.Mate):
+    TITLE = "MATE"
+    # The label is as wide as its text.
+    JITTER = 40
+
+
+class Waybar(HostCases, DesktopCase):
+    DESKTOP = waybar
+    TITLE = "sway with Waybar"
+    COVERS_BAR = True
+    IDENTITY = "com.halden.Tidewell"
+
+
+class Gnome(HostCases, test_gnome.Gnome):
+    TITLE = "GNOME on X11, AppIndicator extension"
+    MENU_BUTTON = 1
+    JITTER = 40
+    ask_for_panel = test_gnome.Gnome.ask_for_panel
+    test_a_click_opens_the_panel_beside_the_item_and_another_closes_it = None
+
+
+if __name__ == "__main__":
+    programs = {*xfce.DISPLAY.PROGRAMS, *waybar.DISPLAY.PROGRAMS}
+    apart.main(sorted(programs), as_user=True)
