@@ -1,5 +1,6 @@
 #include "app/StatusItem.h"
 
+#include "format/SteadyLabel.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "tile/TextTile.h"
 
@@ -56,7 +57,7 @@ void StatusItem::describeAppearance() {
   text("Status", [this] { return status(); });
   text("IconName", [this] { return iconName(); });
   text("IconAccessibleDesc", [this] { return m_texts.label; });
-  text("XAyatanaLabel", [this] { return m_texts.label; });
+  text("XAyatanaLabel", [this] { return steadyLabel(m_texts.label); });
   text("XAyatanaLabelGuide", [this] { return m_guide; });
   m_object.silentProperty("IconPixmap", "a(iiay)",
                           [this](sd_bus_message& reply) { return appendPictures(reply); });
@@ -143,7 +144,8 @@ void StatusItem::setWithdrawn(bool isWithdrawn) {
 void StatusItem::announceAppearance() {
   if (m_presentation == ItemPresentation::label) {
     m_object.emit("XAyatanaNewLabel", [this](sd_bus_message& signal) {
-      return sd_bus_message_append(&signal, "ss", m_texts.label.c_str(), m_guide.c_str());
+      return sd_bus_message_append(&signal, "ss", steadyLabel(m_texts.label).c_str(),
+                                   m_guide.c_str());
     });
   } else {
     m_object.emit("NewIcon");

@@ -1,4 +1,5 @@
 #include "app/ResidentShellCase.h"
+#include "format/SteadyLabel.h"
 
 #include <algorithm>
 #include <iterator>
@@ -112,15 +113,16 @@ TEST_F(ResidentShellTest, HasTheDocumentedPropertiesAndSignals) {
   }
 }
 
-TEST_F(ResidentShellTest, SaysInTheLabelWhatTheMenuBarSays) {
+TEST_F(ResidentShellTest, SaysInTheLabelWhatTheMenuBarSaysInASteadyWidth) {
   desktop("GNOME");
   startBoth();
   publish(12'345, 3'210);
-  EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabel"), "↓12K ↑3K");
+  EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabel"), steadyLabel("↓12K ↑3K"));
+  EXPECT_EQ(panel->text(face, faceInterface, "MenubarText"), "↓12K ↑3K");
   const std::string guide = panel->text(item, itemInterface, "XAyatanaLabelGuide");
   publish(9'999'999'999, 0);
   EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabelGuide"), guide);
-  EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabel"), "↓10000M ↑0K");
+  EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabel"), steadyLabel("↓10000M ↑0K"));
 }
 
 TEST_F(ResidentShellTest, TellsHostsOfLabelsAloneAboutLabels) {

@@ -23,8 +23,8 @@ class Lxqt(HostCases, DesktopCase):
 
 class Mate(HostCases, test_mate.Mate):
     TITLE = "MATE"
-    # The label is as wide as its text.
-    JITTER = 40
+    # Letters of the label begin and end at different places within their width.
+    JITTER = 3
 
 
 class Waybar(HostCases, DesktopCase):
@@ -37,7 +37,7 @@ class Waybar(HostCases, DesktopCase):
 class Gnome(HostCases, test_gnome.Gnome):
     TITLE = "GNOME on X11, AppIndicator extension"
     MENU_BUTTON = 1
-    JITTER = 40
+    JITTER = 3
     ask_for_panel = test_gnome.Gnome.ask_for_panel
     test_a_click_opens_the_panel_beside_the_item_and_another_closes_it = None
 
