@@ -54,18 +54,20 @@ def configure(config_home: Path):
     x11.write_gtk_settings(config_home, settings(f"'{EXTENSION}'"))
 
 
+def is_in_overview(session):
+    """Whether the shell runs and shows its overview."""
+    return bus.get(session.environment, _SHELL, "OverviewActive") == "boolean true"
+
+
 def arrive(session):
     """Leaves the overview, which the shell opens at the end of its start."""
     background = tuple(bytes.fromhex(BACKGROUND[1:]))
 
-    def is_in_overview():
-        return bus.get(session.environment, _SHELL, "OverviewActive") == "boolean true"
-
     def is_left():
-        if not is_in_overview():
+        if not is_in_overview(session):
             return session.display.take().pixel(300, 300) == background
         session.display.press_escape()
         return False
 
-    wait_until(is_in_overview, 20, "GNOME's overview")
+    wait_until(lambda: is_in_overview(session), 20, "GNOME's overview")
     wait_until(is_left, 20, "GNOME's desktop")

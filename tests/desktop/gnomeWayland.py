@@ -53,6 +53,6 @@ class Shell:
             shutil.copytree(FORMS / form, target)
 
     def arrive(self, session):
+        wait_until(lambda: gnome.is_in_overview(session), 20, "GNOME's overview")
         session.display.arrive()
-        wait_until(lambda: session.display.evaluate("Main.layoutManager._startingUp") is False, 20, "shell")
         gnome.arrive(session)
