@@ -1,5 +1,7 @@
 """GNOME Shell: a bar at the top, with the AppIndicator extension's items at its right end."""
 
+import re
+import subprocess
 from pathlib import Path
 
 import bus
@@ -17,9 +19,9 @@ EXTENSION = "ubuntu-appindicators@ubuntu.com"
 
 _SHELL = ("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell")
 
-_SETTINGS = f"""
+_SETTINGS = """
 [org/gnome/shell]
-enabled-extensions=['{EXTENSION}']
+enabled-extensions=[{enabled}]
 disable-extension-version-validation=true
 welcome-dialog-last-shown-version='1000'
 
@@ -31,28 +33,41 @@ show-banners=false
 
 [org/gnome/desktop/background]
 picture-options='none'
-primary-color='{BACKGROUND}'
+primary-color='{background}'
 color-shading-type='solid'
 """
 
 
+def settings(enabled):
+    """The shell's settings; `enabled` is a list of extensions, quoted and with commas."""
+    return _SETTINGS.format(enabled=enabled, background=BACKGROUND)
+
+
+def version():
+    """The shell's major version."""
+    printed = subprocess.run(["gnome-shell", "--version"], text=True, capture_output=True, check=True).stdout
+    return int(re.search(r"\d+", printed)[0])
+
+
 def configure(config_home: Path):
     """Writes the shell's settings."""
-    x11.write_gtk_settings(config_home, _SETTINGS)
+    x11.write_gtk_settings(config_home, settings(f"'{EXTENSION}'"))
+
+
+def is_in_overview(session):
+    """Whether the shell runs and shows its overview."""
+    return bus.get(session.environment, _SHELL, "OverviewActive") == "boolean true"
 
 
 def arrive(session):
     """Leaves the overview, which the shell opens at the end of its start."""
     background = tuple(bytes.fromhex(BACKGROUND[1:]))
 
-    def is_in_overview():
-        return bus.get(session.environment, _SHELL, "OverviewActive") == "boolean true"
-
     def is_left():
-        if not is_in_overview():
+        if not is_in_overview(session):
             return session.display.take().pixel(300, 300) == background
         session.display.press_escape()
         return False
 
-    wait_until(is_in_overview, 20, "GNOME's overview")
+    wait_until(lambda: is_in_overview(session), 20, "GNOME's overview")
     wait_until(is_left, 20, "GNOME's desktop")

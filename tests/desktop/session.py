@@ -57,9 +57,11 @@ class Session:
         return done.stdout if done.returncode == 0 else None
 
     def start_panel(self):
-        """Starts the panel, and waits until it watches for items and the desktop is ready."""
+        """Starts the panel, and waits until it watches for items, or has the name SERVICE on the bus, and the
+        desktop is ready."""
         self._panel = self.start(self.desktop.PANEL)
-        wait_until(lambda: bus.owner(self.environment, bus.WATCHER[0]), 20, "watcher in the panel")
+        name = getattr(self.desktop, "SERVICE", bus.WATCHER[0])
+        wait_until(lambda: bus.owner(self.environment, name), 20, "watcher in the panel")
         if hasattr(self.desktop, "arrive"):
             self.desktop.arrive(self)
 

@@ -51,4 +51,6 @@ void PanelWindow::keyPressEvent(QKeyEvent* event) {
   }
 }
 
+void PanelWindow::closeEvent(QCloseEvent* /*event*/) { dismiss(Dismissal::here); }
+
 } // namespace tidewell

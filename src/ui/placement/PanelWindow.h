@@ -49,6 +49,8 @@ protected:
 
   void dismiss(Dismissal how);
   void keyPressEvent(QKeyEvent* event) override;
+  /// Of the desktop's shell.
+  void closeEvent(QCloseEvent* event) override;
 };
 
 } // namespace tidewell

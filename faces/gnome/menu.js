@@ -1,0 +1,60 @@
+const MENU_PATH = '/MenuBar';
+const MENU_INTERFACE = 'com.canonical.dbusmenu';
+
+/** The rows of Tidewell's menu, which it offers on the bus. */
+class Rows {
+    constructor(connection, menu) {
+        this._connection = connection;
+        this._menu = menu;
+        this._items = new Map();
+        this._cancellable = new Gio.Cancellable();
+    }
+
+    /** Reads the menu, and then calls the function. */
+    read(done = () => {}) {
+        this._call('AboutToShow', new GLib.Variant('(i)', [0]));
+        this._call('GetLayout', new GLib.Variant('(iias)', [0, -1, []]), reply => {
+            const [, [, , rows]] = reply.recursiveUnpack();
+            if (rows.length !== this._items.size)
+                this._build(rows);
+            for (const [id, {label}] of rows)
+                this._items.get(id)?.label?.set_text((label ?? '').replace(/_(.?)/g, '$1'));
+            done();
+        });
+    }
+
+    destroy() {
+        this._cancellable.cancel();
+    }
+
+    _build(rows) {
+        this._menu.removeAll();
+        this._items.clear();
+        for (const [id, {type, enabled}] of rows) {
+            const item = type === 'separator'
+                ? new PopupMenu.PopupSeparatorMenuItem()
+                : new PopupMenu.PopupMenuItem('', {reactive: enabled !== false});
+            item.connect('activate', () => this._choose(id));
+            this._menu.addMenuItem(item);
+            this._items.set(id, item);
+        }
+    }
+
+    _choose(id) {
+        const data = new GLib.Variant('i', 0);
+        this._call('Event', new GLib.Variant('(isvu)', [id, 'clicked', data, global.get_current_time()]));
+    }
+
+    _call(method, parameters, answered = null) {
+        this._connection.call(SERVICE, MENU_PATH, MENU_INTERFACE, method, parameters, null,
+            Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancellable, (connection, result) => {
+                let reply;
+                try {
+                    reply = connection.call_finish(result);
+                } catch {
+                    return; // Tidewell has ended, or this extension was disabled.
+                }
+                answered?.(reply);
+            });
+    }
+}
