@@ -63,9 +63,9 @@ TEST(PanelPlacement, GuessesTheEndOfTheBar) {
 TEST(PanelPlacement, KeepsABarFreeThatHidesOrFloats) {
   const int height = 400;
   // A click in the middle of a bar of 44 pixels that reserves nothing.
-  EXPECT_EQ(panelPosition({1255, 697}, {340, height}, screen, screen).y(), 675 - panelGap - height);
-  EXPECT_EQ(panelPosition({640, 22}, {340, height}, screen, screen).y(), 45 + panelGap);
-  EXPECT_EQ(panelPosition({22, 360}, {340, height}, screen, screen).x(), 45 + panelGap);
+  EXPECT_EQ(panelPosition({1255, 697}, {340, height}, screen, screen).y(), 676 - panelGap - height);
+  EXPECT_EQ(panelPosition({640, 22}, {340, height}, screen, screen).y(), 44 + panelGap);
+  EXPECT_EQ(panelPosition({22, 360}, {340, height}, screen, screen).x(), 44 + panelGap);
   // Plasma's bar floats 8 pixels above the edge, and reserves only its own 44.
   const QRect plasma(0, 0, 1280, 800);
   const int bottom = panelPosition({1247, 770}, panel, plasma, {0, 0, 1280, 756}).y() + 620;

@@ -66,9 +66,9 @@ QRect withoutHiddenBar(const QPoint& anchor, const QRect& screen, QRect room) {
     return room;
   }
   if (nearest == above || nearest == below) {
-    nearest == above ? room.setTop(anchor.y() + above + 1) : room.setBottom(anchor.y() - below - 1);
+    nearest == above ? room.setTop(anchor.y() + above) : room.setBottom(anchor.y() - below);
   } else {
-    nearest == left ? room.setLeft(anchor.x() + left + 1) : room.setRight(anchor.x() - right - 1);
+    nearest == left ? room.setLeft(anchor.x() + left) : room.setRight(anchor.x() - right);
   }
   return room;
 }
