@@ -161,7 +161,9 @@ QRect panelRoom(const QRect& screen, const QRect& workArea) {
 
 QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& screen,
                      const QRect& workArea) {
-  const QRect room = withoutHiddenBar(anchor, screen, workArea.isEmpty() ? screen : workArea);
+  const QRect known = workArea.isEmpty() ? screen : workArea;
+  const QRect free = withoutHiddenBar(anchor, screen, known);
+  const QRect room = panelRoom(screen, free).size().boundedTo(panel) == panel ? free : known;
   const QRect inner = panelRoom(screen, room);
   QPoint corner(anchor.x() - panel.width() / 2, anchor.y() - panel.height() / 2);
   if (anchor.x() < room.left() || anchor.x() > room.right()) {
