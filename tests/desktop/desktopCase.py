@@ -17,7 +17,7 @@ WINDOWS = "tidewell-windows"
 # The panel's design in pixels: its width, the space to the edges, the buttons at its bottom and the
 # height of their bar.
 WIDTH = 340
-GAP = 6
+GAP = 8
 BUTTONS, BUTTON_BAR_HEIGHT = ["Speed Test", "Copy IP", "Details", "Settings", "Quit"], 46
 
 # The largest distance of the panel from the bar and from its position below the item.

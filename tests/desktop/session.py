@@ -77,6 +77,8 @@ class Session:
         self.display = self.desktop.DISPLAY.Display(self, self._screen)
         self.display.start()
         self._start_buses()
+        if hasattr(self.display, "start_compositor"):
+            self.display.start_compositor()
         for command in self.desktop.PROGRAMS:
             self.start(command)
         if self.desktop.PANEL:

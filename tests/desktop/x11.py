@@ -40,7 +40,8 @@ class Display:
         if not number:
             raise RuntimeError(f"no X server: {self._session.log.read_text(errors='replace')}")
         self._session.environment["DISPLAY"] = f":{number}"
-        background.paint(self._session.environment["DISPLAY"], _BACKGROUND)
+        self.environment = dict(self._session.environment)
+        background.paint(self.environment["DISPLAY"], _BACKGROUND)
 
     def close(self):
         pass
@@ -88,7 +89,7 @@ class Display:
         return Picture(width, height, bytes(pixels))
 
     def _run(self, *command):
-        subprocess.run(command, env=self._session.environment, check=True)
+        subprocess.run(command, env=self.environment, check=True)
 
 
 def write_gtk_settings(config_home, text):

@@ -60,22 +60,112 @@ TEST(PanelPlacement, GuessesTheEndOfTheBar) {
             QPoint(1280 - panelGap - 340, panelGap));
 }
 
-TEST(ScreenPoint, IsDividedByTheScaleOfItsScreen) {
-  EXPECT_EQ(fromHostPixels({812, 16}, {{QRect(0, 0, 1280, 720), 1.0}}), QPoint(812, 16));
-  EXPECT_EQ(fromHostPixels({1250, 20}, {{QRect(0, 0, 1024, 576), 1.25}}), QPoint(1000, 16));
+TEST(PanelPlacement, KeepsABarFreeThatHidesOrFloats) {
+  const int height = 400;
+  // A click in the middle of a bar of 44 pixels that reserves nothing.
+  EXPECT_EQ(panelPosition({1255, 697}, {340, height}, screen, screen).y(), 676 - panelGap - height);
+  EXPECT_EQ(panelPosition({640, 22}, {340, height}, screen, screen).y(), 44 + panelGap);
+  EXPECT_EQ(panelPosition({22, 360}, {340, height}, screen, screen).x(), 44 + panelGap);
+  // Plasma's bar floats 8 pixels above the edge, and reserves only its own 44.
+  const QRect plasma(0, 0, 1280, 800);
+  const int bottom = panelPosition({1247, 770}, panel, plasma, {0, 0, 1280, 756}).y() + 620;
+  EXPECT_LE(bottom, 748);
+  EXPECT_GE(bottom, 740);
 }
 
-TEST(ScreenPoint, KeepsTheCornerOfItsScreenWhichHasAScaleOfItsOwn) {
-  const QList<ScreenScale> screens = {{QRect(0, 0, 1280, 720), 1.0},
-                                      {QRect(1280, 0, 1920, 1080), 2.0}};
-  EXPECT_EQ(fromHostPixels({1279, 10}, screens), QPoint(1279, 10));
-  EXPECT_EQ(fromHostPixels({1280 + 3000, 40}, screens), QPoint(1280 + 1500, 20));
+// What hosts told on screens as they were.
+
+const QList<ScreenArea> plain = {{QRect(0, 0, 1280, 800), 1.0, QRect(0, 0, 1280, 756)}};
+const QList<ScreenArea> dense = {{QRect(0, 0, 1280, 800), 2.0, QRect(0, 0, 1280, 756)}};
+constexpr QPoint desktop(640, 400);
+
+std::optional<QPoint> onX11(const QPoint& told, const QPoint& pointer,
+                            const QList<ScreenArea>& screens) {
+  return clickedPoint(pointReadings(told, screens, CornerUnits::device), pointer, screens);
 }
 
-TEST(ScreenPoint, OnNoScreenIsTakenForTheNearest) {
-  const QList<ScreenScale> screens = {{QRect(0, 0, 1280, 720), 1.0}};
-  EXPECT_EQ(fromHostPixels({2'000'000'000, -2'000'000'000}, screens), QPoint(1279, 0));
-  EXPECT_EQ(fromHostPixels({5, 5}, {}), QPoint(5, 5));
+TEST(ClickOnX11, IsReadInTheUnitsThatLieOnABar) {
+  EXPECT_EQ(onX11({2204, 1556}, desktop, dense), QPoint(1102, 778)); // Plasma
+  EXPECT_EQ(onX11({988, 760}, desktop, dense), QPoint(988, 760));    // Cinnamon
+  const QList<ScreenArea> gnome = {{QRect(0, 0, 1280, 800), 2.0, QRect(0, 32, 1280, 768)}};
+  EXPECT_EQ(onX11({1075, 16}, {1075, 16}, gnome), QPoint(1075, 16));
+}
+
+TEST(ClickOnX11, IsWhereThePointerIsOnABar) {
+  // MATE's notification area counts from its own corner.
+  EXPECT_EQ(onX11({12, 8}, {1200, 780}, plain), QPoint(1200, 780));
+}
+
+TEST(ClickOnX11, OffEveryScreenIsUnknown) {
+  for (const QPoint told : {QPoint(-1, -1), QPoint(2'000'000'000, -2'000'000'000),
+                            QPoint(-2'147'483'647 - 1, 2'147'483'647)}) {
+    EXPECT_EQ(onX11(told, desktop, plain), std::nullopt);
+    EXPECT_EQ(onX11(told, {1200, 780}, plain), QPoint(1200, 780));
+  }
+  EXPECT_EQ(onX11({5, 5}, desktop, {}), std::nullopt);
+}
+
+TEST(ClickOnX11, KeepsTheCornerOfItsScreenWhichHasAScaleOfItsOwn) {
+  const QList<ScreenArea> screens = {
+      {QRect(0, 0, 1280, 720), 1.0, QRect(0, 24, 1280, 696)},
+      {QRect(1280, 0, 1920, 1080), 2.0, QRect(1280, 24, 1920, 1056)}};
+  EXPECT_EQ(onX11({1279, 10}, desktop, screens), QPoint(1279, 10));
+  EXPECT_EQ(onX11({1280 + 3000, 40}, desktop, screens), QPoint(1280 + 1500, 20));
+}
+
+PanelPlace onWayland(const QPoint& told, std::optional<QPoint> pointer, const QSize& work,
+                     const QList<ScreenArea>& screens) {
+  return panelPlace(pointReadings(told, screens, CornerUnits::logical), pointer, {1280, 800}, work);
+}
+
+TEST(ClickOnWayland, TellsTheBarsEdge) {
+  struct {
+    QPoint told;
+    QSize work;
+    QRect workArea;
+  } const recorded[] = {
+      {{1255, 778}, {1280, 756}, {0, 0, 1280, 756}}, // Plasma, bar at the bottom
+      {{1255, 22}, {1280, 756}, {0, 44, 1280, 756}}, // at the top
+      {{22, 775}, {1236, 800}, {44, 0, 1236, 800}},  // at the left
+      {{1258, 775}, {1236, 800}, {0, 0, 1236, 800}}, // at the right
+  };
+  for (const auto& row : recorded) {
+    const PanelPlace place = onWayland(row.told, std::nullopt, row.work, plain);
+    EXPECT_EQ(place.workArea, row.workArea);
+    EXPECT_EQ(place.anchor, row.told);
+  }
+  EXPECT_EQ(onWayland({2204, 1556}, std::nullopt, {1280, 756}, dense).anchor, QPoint(1102, 778));
+}
+
+TEST(ClickOnWayland, IsCertainUnlessThePointMayBeRelativeToTheBar) {
+  EXPECT_TRUE(onWayland({1255, 778}, std::nullopt, {1280, 756}, plain).isCertain);
+  EXPECT_FALSE(onWayland({1101, 20}, std::nullopt, {1280, 768}, plain).isCertain);
+}
+
+TEST(ClickOnWayland, IsWhereThePointerIsOnABar) {
+  const PanelPlace place = onWayland({1101, 20}, QPoint(1101, 788), {1280, 768}, plain);
+  EXPECT_EQ(place.anchor, QPoint(1101, 788));
+  EXPECT_TRUE(place.isCertain);
+}
+
+TEST(ClickOnWayland, WithoutEvidenceIsTheEndOfTheBar) {
+  const auto unknown = [](std::optional<QPoint> pointer, const QSize& work) {
+    return onWayland({-70'000, 2'000'000'000}, pointer, work, plain);
+  };
+  EXPECT_EQ(unknown(std::nullopt, {1280, 756}).anchor, QPoint(1279, 799));
+  EXPECT_EQ(unknown(std::nullopt, {1236, 800}).anchor, QPoint(0, 799));
+  EXPECT_EQ(unknown(QPoint(300, 100), {1280, 756}).anchor, QPoint(1279, 0));
+}
+
+TEST(ClickOnWayland, ChoosesTheScreenThatAllReadingsShare) {
+  const QList<ScreenArea> two = {{QRect(0, 0, 1280, 800)}, {QRect(1280, 0, 1280, 800)}};
+  const auto screenOf = [&](const QPoint& told) {
+    return clickedScreen(pointReadings(told, two, CornerUnits::logical), two);
+  };
+  EXPECT_EQ(screenOf({2535, 778}), 1);
+  EXPECT_EQ(screenOf({1255, 778}), 0);
+  EXPECT_EQ(screenOf({1200, 12}), std::nullopt); // Waybar, on either screen
+  EXPECT_EQ(screenOf({-5, 778}), std::nullopt);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <QEnterEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWindow>
 #include <qpa/qplatformnativeinterface.h>
 
@@ -15,8 +16,33 @@
 namespace tidewell {
 namespace {
 
-// The compositor reports the pointer as soon as the surface is shown, if it is on this screen.
+// Most compositors report the pointer as soon as the surface is shown, if it is on this screen.
 constexpr std::chrono::milliseconds pointerPatience(80);
+
+QList<ScreenArea> screens() {
+  QList<ScreenArea> found;
+  for (const QScreen* const screen : QGuiApplication::screens()) {
+    found.append({screen->geometry(), screen->devicePixelRatio()});
+  }
+  return found;
+}
+
+/// The screen to use for a click on this point. Null leaves it to the compositor.
+QScreen* screenFor(std::optional<QPoint> point) {
+  const QList<ScreenArea> areas = screens();
+  const auto index = point
+                         ? clickedScreen(pointReadings(*point, areas, CornerUnits::logical), areas)
+                         : std::nullopt;
+  return index ? QGuiApplication::screens().at(*index) : nullptr;
+}
+
+wl_output* outputOf(QScreen* screen) {
+  return screen == nullptr
+             ? nullptr
+             : static_cast<wl_output*>(
+                   QGuiApplication::platformNativeInterface()->nativeResourceForScreen("output",
+                                                                                       screen));
+}
 
 wl_surface* surfaceOf(QWindow* window) {
   return static_cast<wl_surface*>(
@@ -29,7 +55,7 @@ LayerPanelWindow::LayerPanelWindow()
     : PanelWindow(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint) {
   setAttribute(Qt::WA_TranslucentBackground);
   m_patience.setSingleShot(true);
-  connect(&m_patience, &QTimer::timeout, this, [this] { showPanel(std::nullopt); });
+  connect(&m_patience, &QTimer::timeout, this, [this] { showPanel(); });
 }
 
 LayerPanelWindow::~LayerPanelWindow() {
@@ -39,56 +65,69 @@ LayerPanelWindow::~LayerPanelWindow() {
 
 bool LayerPanelWindow::isSupported() { return LayerSurface::isSupported(); }
 
-void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> /*point*/) {
+void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   m_frame = new PanelFrame(content, this);
   m_frame->hide();
   content->installEventFilter(this);
+  m_told = point;
+  QScreen* const screen = screenFor(point);
+  if (screen != nullptr) {
+    setScreen(screen);
+  }
   create();
-  m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()));
+  m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()), outputOf(screen));
   connect(m_surface.get(), &LayerSurface::configured, this, &LayerPanelWindow::configured);
   connect(m_surface.get(), &LayerSurface::closed, this, [this] { dismiss(Dismissal::here); });
 }
 
 void LayerPanelWindow::configured(const QSize& size) {
   resize(size);
-  if (isVisible()) {
+  if (!isVisible()) {
+    m_workSize = size;
+    show();
+    m_surface->coverBars();
+    m_patience.start(pointerPatience);
+  } else if (m_frame->isVisible()) {
     place();
-    return;
+  } else if (bestPlace().isCertain) {
+    showPanel();
   }
-  m_workSize = size;
-  show();
-  m_surface->coverBars();
-  m_patience.start(pointerPatience);
 }
 
 void LayerPanelWindow::enterEvent(QEnterEvent* event) {
+  const bool isCertain = bestPlace().isCertain;
+  m_pointer = event->position().toPoint();
   if (m_frame->isHidden()) {
-    showPanel(event->position().toPoint());
+    showPanel();
+  } else if (!isCertain) {
+    place();
   }
 }
 
-void LayerPanelWindow::showPanel(std::optional<QPoint> pointer) {
+void LayerPanelWindow::showPanel() {
   m_patience.stop();
-  m_anchor = pointer;
   place();
   m_frame->show();
   m_frame->widget()->setFocus();
 }
 
+PanelPlace LayerPanelWindow::bestPlace() const {
+  const QRect own = screen()->geometry();
+  QList<QPoint> readings;
+  if (m_told) {
+    for (const QPoint& reading : pointReadings(*m_told, screens(), CornerUnits::logical)) {
+      // A point relative to a bar appears to be on the first screen.
+      readings.append(own.contains(reading) ? reading - own.topLeft() : reading);
+    }
+  }
+  return panelPlace(readings, m_pointer, size(), m_workSize);
+}
+
 void LayerPanelWindow::place() {
   const QRect whole(QPoint(0, 0), size());
-  // The compositor reports only how much space bars take. They are assumed at the pointer's edges.
-  const QSize bars = size() - m_workSize;
-  const QPoint pointer = m_anchor.value_or(QPoint(whole.right(), 0));
-  QRect workArea(QPoint(0, 0), m_workSize);
-  if (pointer.y() < whole.center().y()) {
-    workArea.moveTop(bars.height());
-  }
-  if (pointer.x() < whole.center().x()) {
-    workArea.moveLeft(bars.width());
-  }
-  const QSize panel = m_frame->fit(panelRoom(whole, workArea).size());
-  m_frame->move(panelPosition(pointer, panel, whole, workArea));
+  const PanelPlace best = bestPlace();
+  const QSize panel = m_frame->fit(panelRoom(whole, best.workArea).size());
+  m_frame->move(panelPosition(best.anchor, panel, whole, best.workArea));
 }
 
 void LayerPanelWindow::mousePressEvent(QMouseEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/placement/PanelPlacement.h"
 #include "ui/placement/PanelWindow.h"
 
 #include <QSize>
@@ -11,8 +12,8 @@ class LayerSurface;
 class PanelFrame;
 
 /// The panel's window on compositors with a layer shell: a transparent surface that covers the
-/// screen. The pointer's position replaces the item's, which the compositor does not reveal. A
-/// click beside the panel dismisses it.
+/// screen. The compositor reveals neither where the item is nor where the bars are, only how much
+/// space they take. A click beside the panel dismisses it.
 class LayerPanelWindow final : public PanelWindow {
   Q_OBJECT
 
@@ -32,13 +33,15 @@ protected:
 
 private:
   void configured(const QSize& size);
-  void showPanel(std::optional<QPoint> pointer);
+  void showPanel();
   void place();
+  [[nodiscard]] PanelPlace bestPlace() const;
 
   std::unique_ptr<LayerSurface> m_surface;
   PanelFrame* m_frame = nullptr;
-  QSize m_workSize; // of the screen without bars
-  std::optional<QPoint> m_anchor;
+  QSize m_workSize;                // of the screen without bars
+  std::optional<QPoint> m_told;    // by the item's host
+  std::optional<QPoint> m_pointer; // on this surface
   QTimer m_patience;
 };
 

@@ -55,10 +55,10 @@ zwlr_layer_shell_v1* shell() {
 
 bool LayerSurface::isSupported() { return shell() != nullptr; }
 
-LayerSurface::LayerSurface(wl_surface* surface)
+LayerSurface::LayerSurface(wl_surface* surface, wl_output* output)
     : m_surface(surface),
       m_layer(zwlr_layer_shell_v1_get_layer_surface(
-          shell(), surface, nullptr, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "tidewell")) {
+          shell(), surface, output, ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "tidewell")) {
   static constexpr zwlr_layer_surface_v1_listener listener = {configure, close};
   zwlr_layer_surface_v1_add_listener(m_layer, &listener, this);
   zwlr_layer_surface_v1_set_anchor(m_layer, everyEdge);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+struct wl_output;
 struct wl_surface;
 struct zwlr_layer_shell_v1;
 struct zwlr_layer_surface_v1;
@@ -20,8 +21,8 @@ public:
   [[nodiscard]] static bool isSupported();
 
   /// Assigns the overlay role to the surface, which must have none. Borrows the surface. The
-  /// compositor chooses the screen.
-  explicit LayerSurface(wl_surface* surface);
+  /// compositor chooses the screen if `output` is null.
+  LayerSurface(wl_surface* surface, wl_output* output);
   ~LayerSurface() override;
 
   /// Extends the surface over bars.

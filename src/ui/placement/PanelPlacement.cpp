@@ -2,25 +2,75 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace tidewell {
 namespace {
 
-QRect hostGeometry(const ScreenScale& screen) {
-  const QSizeF size = QSizeF(screen.geometry.size()) * screen.scale;
-  return {screen.geometry.topLeft(), size.toSize()};
+/// The largest distance of a click on a bar from the screen's edge. Half of the thickest bars.
+constexpr int nearEdge = 48;
+
+QPoint floored(const QPointF& point) {
+  return {static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y()))};
 }
 
-QPoint nearestPoint(const QRect& rect, const QPoint& point) {
-  return {std::clamp(point.x(), rect.left(), std::max(rect.left(), rect.right())),
-          std::clamp(point.y(), rect.top(), std::max(rect.top(), rect.bottom()))};
+/// The reading of a point in device pixels on this screen.
+QPoint inDevicePixels(const QPoint& point, const ScreenArea& screen, CornerUnits units) {
+  const QPointF corner = units == CornerUnits::device ? screen.geometry.topLeft() : QPointF();
+  return floored(corner + (QPointF(point) - corner) / screen.scale);
 }
 
-QPoint scaledWithin(const ScreenScale& screen, const QPoint& point) {
-  const QPointF offset = QPointF(point - screen.geometry.topLeft()) / screen.scale;
-  return screen.geometry.topLeft() +
-         QPoint(static_cast<int>(std::floor(offset.x())), static_cast<int>(std::floor(offset.y())));
+int screenIndex(const QPoint& point, const QList<ScreenArea>& screens) {
+  const auto found = std::ranges::find_if(
+      screens, [&](const ScreenArea& screen) { return screen.geometry.contains(point); });
+  return found == screens.end() ? -1 : static_cast<int>(found - screens.begin());
+}
+
+bool isOnBar(const QPoint& point, const QList<ScreenArea>& screens) {
+  const int index = screenIndex(point, screens);
+  return index >= 0 && !screens[index].workArea.contains(point);
+}
+
+/// The work area if the bars are at the edges that are closest to the point.
+QRect workAreaBeside(const QPoint& point, const QSize& screen, const QSize& size) {
+  const QRect whole(QPoint(0, 0), screen);
+  QRect area(QPoint(0, 0), size.boundedTo(screen));
+  if (point.y() < whole.center().y()) {
+    area.moveBottom(whole.bottom());
+  }
+  if (point.x() < whole.center().x()) {
+    area.moveRight(whole.right());
+  }
+  return area;
+}
+
+/// The end of the bar at the bottom, or at the left if it is a vertical one. A pointer in the upper
+/// half of the screen moves it to the top.
+QPoint barEnd(std::optional<QPoint> pointer, const QSize& screen, const QSize& workArea) {
+  const bool isVertical = workArea.width() < screen.width() && workArea.height() >= screen.height();
+  const bool isAbove = pointer && pointer->y() < screen.height() / 2;
+  return {isVertical ? 0 : screen.width() - 1, isAbove ? 0 : screen.height() - 1};
+}
+
+/// The room without a bar whose middle is the anchor, if it is close to an edge of the screen at
+/// which no space is reserved.
+QRect withoutHiddenBar(const QPoint& anchor, const QRect& screen, QRect room) {
+  if (!room.contains(anchor)) {
+    return room;
+  }
+  const int above = anchor.y() - screen.top();
+  const int below = screen.bottom() - anchor.y();
+  const int left = anchor.x() - screen.left();
+  const int right = screen.right() - anchor.x();
+  const int nearest = std::min({above, below, left, right});
+  if (nearest > nearEdge) {
+    return room;
+  }
+  if (nearest == above || nearest == below) {
+    nearest == above ? room.setTop(anchor.y() + above) : room.setBottom(anchor.y() - below);
+  } else {
+    nearest == left ? room.setLeft(anchor.x() + left) : room.setRight(anchor.x() - right);
+  }
+  return room;
 }
 
 /// Moves a span of this length into [first, last].
@@ -30,19 +80,78 @@ int within(int begin, int length, int first, int last) {
 
 } // namespace
 
-QPoint fromHostPixels(const QPoint& point, const QList<ScreenScale>& screens) {
-  qint64 nearest = std::numeric_limits<qint64>::max();
-  QPoint result = point;
-  for (const ScreenScale& screen : screens) {
-    const QPoint inside = nearestPoint(hostGeometry(screen), point);
-    const QPoint away = point - inside;
-    const qint64 distance = qint64{away.x()} * away.x() + qint64{away.y()} * away.y();
-    if (distance < nearest) {
-      nearest = distance;
-      result = scaledWithin(screen, inside);
+QList<QPoint> pointReadings(const QPoint& point, const QList<ScreenArea>& screens,
+                            CornerUnits units) {
+  QList<QPoint> readings;
+  const auto add = [&](const QPoint& reading) {
+    if (screenIndex(reading, screens) >= 0 && !readings.contains(reading)) {
+      readings.append(reading);
+    }
+  };
+  if (units == CornerUnits::logical) {
+    add(point);
+  }
+  for (const ScreenArea& screen : screens) {
+    const QPoint reading = inDevicePixels(point, screen, units);
+    if (screen.geometry.contains(reading)) {
+      add(reading);
     }
   }
-  return result;
+  add(point);
+  return readings;
+}
+
+std::optional<QPoint> clickedPoint(const QList<QPoint>& readings, const QPoint& pointer,
+                                   const QList<ScreenArea>& screens) {
+  if (isOnBar(pointer, screens)) {
+    return pointer;
+  }
+  const auto isNearPointer = [&](const QPoint& reading) {
+    return (reading - pointer).manhattanLength() <= nearEdge;
+  };
+  auto found = std::ranges::find_if(
+      readings, [&](const QPoint& reading) { return isOnBar(reading, screens); });
+  if (found == readings.end()) {
+    found = std::ranges::find_if(readings, isNearPointer);
+  }
+  if (found == readings.end()) {
+    found = readings.begin();
+  }
+  return found == readings.end() ? std::nullopt : std::optional(*found);
+}
+
+PanelPlace panelPlace(const QList<QPoint>& readings, std::optional<QPoint> pointer,
+                      const QSize& screen, const QSize& workArea) {
+  const auto at = [&](const QPoint& anchor, bool isCertain) {
+    return PanelPlace{anchor, workAreaBeside(anchor, screen, workArea), isCertain};
+  };
+  const auto isOnBar = [&](const QPoint& point) {
+    return !at(point, true).workArea.contains(point);
+  };
+  if (pointer && isOnBar(*pointer)) {
+    return at(*pointer, true);
+  }
+  const auto found = std::ranges::find_if(readings, isOnBar);
+  if (found != readings.end()) {
+    // Within a bar, too, such coordinates are small.
+    const QSize bars = screen - workArea;
+    return at(*found, found->x() >= bars.width() && found->y() >= bars.height());
+  }
+  // A bar that hides, or one with space around it.
+  return at(readings.isEmpty() ? barEnd(pointer, screen, workArea) : readings.first(), false);
+}
+
+std::optional<int> clickedScreen(const QList<QPoint>& readings, const QList<ScreenArea>& screens) {
+  std::optional<int> agreed;
+  for (const QPoint& reading : readings) {
+    const int index = screenIndex(reading, screens);
+    const bool isRelative = reading.x() < 2 * nearEdge || reading.y() < 2 * nearEdge;
+    if (isRelative || (agreed && *agreed != index)) {
+      return std::nullopt;
+    }
+    agreed = index;
+  }
+  return agreed;
 }
 
 QRect panelRoom(const QRect& screen, const QRect& workArea) {
@@ -52,8 +161,10 @@ QRect panelRoom(const QRect& screen, const QRect& workArea) {
 
 QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& screen,
                      const QRect& workArea) {
-  const QRect room = workArea.isEmpty() ? screen : workArea;
-  const QRect inner = panelRoom(screen, workArea);
+  const QRect known = workArea.isEmpty() ? screen : workArea;
+  const QRect free = withoutHiddenBar(anchor, screen, known);
+  const QRect room = panelRoom(screen, free).size().boundedTo(panel) == panel ? free : known;
+  const QRect inner = panelRoom(screen, room);
   QPoint corner(anchor.x() - panel.width() / 2, anchor.y() - panel.height() / 2);
   if (anchor.x() < room.left() || anchor.x() > room.right()) {
     // A vertical bar. The panel goes beside it.

@@ -5,22 +5,59 @@
 #include <QRect>
 #include <QSize>
 
+#include <optional>
+
 namespace tidewell {
 
 /// A screen in the toolkit's and the display server's coordinates.
-struct ScreenScale {
+struct ScreenArea {
   /// In device-independent pixels, with the display server's top left corner.
   QRect geometry;
   /// Device pixels per device-independent pixel.
   double scale = 1.0;
+  /// The part without the desktop's bars, where it is known.
+  QRect workArea = {};
 };
 
-/// Converts a point from the display server's pixels to the toolkit's. A point outside of all
-/// screens maps to the nearest screen.
-[[nodiscard]] QPoint fromHostPixels(const QPoint& point, const QList<ScreenScale>& screens);
+/// The pixels in which a display server counts the corners of screens.
+enum class CornerUnits {
+  device,  ///< X11.
+  logical, ///< Wayland.
+};
 
-/// Space between the panel and the edges of the work area, in device-independent pixels.
-constexpr int panelGap = 6;
+/// What a host may have meant by a point, as points on screens in device-independent pixels, the
+/// likelier first. Some hosts tell device pixels, others device-independent ones. Empty if the
+/// point is on no screen.
+[[nodiscard]] QList<QPoint> pointReadings(const QPoint& point, const QList<ScreenArea>& screens,
+                                          CornerUnits units);
+
+/// The place of the click on screens whose work areas are known. `readings` as above. The pointer
+/// is trusted if it is on a bar, then a reading on a bar. Returns nullopt without evidence.
+[[nodiscard]] std::optional<QPoint> clickedPoint(const QList<QPoint>& readings,
+                                                 const QPoint& pointer,
+                                                 const QList<ScreenArea>& screens);
+
+/// A panel's place on a screen whose corner is (0, 0).
+struct PanelPlace {
+  QPoint anchor;
+  QRect workArea;
+  /// False if the bar may be at the opposite edge, so the pointer's position would help.
+  bool isCertain = false;
+};
+
+/// The place of the click where only the size of the work area is known: the bars are where it is
+/// missing. Points on a bar are trusted, the pointer first. Without evidence it is the bar's end.
+[[nodiscard]] PanelPlace panelPlace(const QList<QPoint>& readings, std::optional<QPoint> pointer,
+                                    const QSize& screen, const QSize& workArea);
+
+/// The index of the screen that the readings agree on. Returns nullopt if they do not, or if they
+/// may be relative to a bar, as some hosts tell them: then they are at a corner of the desktop.
+[[nodiscard]] std::optional<int> clickedScreen(const QList<QPoint>& readings,
+                                               const QList<ScreenArea>& screens);
+
+/// Space between the panel and the edges of the work area, in device-independent pixels. Plasma's
+/// floating bars reach as far into the work area.
+constexpr int panelGap = 8;
 
 /// The area available to the panel: the work area without the gap at its edges. `screen` and
 /// `workArea` as below.
@@ -30,7 +67,8 @@ constexpr int panelGap = 6;
 ///
 /// `anchor` is where the user clicked. `screen` is the whole screen and `workArea` the part without
 /// the desktop's bars. The panel is next to the clicked bar, centred on the click if possible, and
-/// stays inside the work area. If it is larger than the work area, its top left part is visible.
+/// stays inside the work area. A click near an edge without a bar is taken for the middle of a bar
+/// that hides. If the panel is larger than the work area, its top left part is visible.
 [[nodiscard]] QPoint panelPosition(const QPoint& anchor, const QSize& panel, const QRect& screen,
                                    const QRect& workArea);
 

@@ -11,10 +11,10 @@
 namespace tidewell {
 namespace {
 
-QList<ScreenScale> screens() {
-  QList<ScreenScale> found;
+QList<ScreenArea> screens() {
+  QList<ScreenArea> found;
   for (const QScreen* const screen : QGuiApplication::screens()) {
-    found.append({screen->geometry(), screen->devicePixelRatio()});
+    found.append({screen->geometry(), screen->devicePixelRatio(), screen->availableGeometry()});
   }
   return found;
 }
@@ -22,15 +22,6 @@ QList<ScreenScale> screens() {
 QScreen* screenOf(const QPoint& point) {
   QScreen* const screen = QGuiApplication::screenAt(point);
   return screen != nullptr ? screen : QGuiApplication::primaryScreen();
-}
-
-/// The pointer's position if it is on a bar, where the user has just clicked the item.
-std::optional<QPoint> pointerOnBar() {
-  const QPoint pointer = QCursor::pos();
-  if (screenOf(pointer)->availableGeometry().contains(pointer)) {
-    return std::nullopt;
-  }
-  return pointer;
 }
 
 } // namespace
@@ -43,7 +34,9 @@ ToolPanelWindow::ToolPanelWindow()
 
 void ToolPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
-  m_anchor = point ? fromHostPixels(*point, screens()) : pointerOnBar();
+  const QList<ScreenArea> areas = screens();
+  const auto readings = point ? pointReadings(*point, areas, CornerUnits::device) : QList<QPoint>();
+  m_anchor = clickedPoint(readings, QCursor::pos(), areas);
   m_frame = new PanelFrame(content, this);
   content->installEventFilter(this);
   place();

@@ -1,0 +1,53 @@
+"""KWin's Wayland compositor in windows of an X server without a screen, which has its pictures."""
+
+import subprocess
+from pathlib import Path
+
+import x11
+from children import wait_until
+
+PROGRAMS = [*x11.PROGRAMS, "kwin_wayland", "wl-paste"]
+SESSION_TYPE = "wayland"
+
+# Variables of the session: how many screens there are, side by side, and their scale.
+SCREENS = "TIDEWELL_TEST_SCREENS"
+SCALE = "TIDEWELL_TEST_SCALE"
+
+_SOCKET = "wayland-0"
+
+
+class Display(x11.Display):
+    def __init__(self, session, screen):
+        self._width, self._height, depth = map(int, screen.split("x"))
+        self._count = int(session.environment.get(SCREENS, "1"))
+        super().__init__(session, f"{self._width * self._count}x{self._height}x{depth}")
+
+    def start_compositor(self):
+        """Starts the compositor, which needs the session bus."""
+        environment = self._session.environment
+        scale = environment.get(SCALE, "1")
+        width, height = (str(round(pixels / float(scale))) for pixels in (self._width, self._height))
+        self._session.start(
+            ["kwin_wayland", "--x11-display", environment.pop("DISPLAY"), "--width", width,
+             "--height", height, "--output-count", str(self._count), "--scale", scale, "--no-lockscreen", "--socket", _SOCKET])  # fmt: skip
+        windows = wait_until(self._windows, 30, "compositor")
+        # There is no window manager outside.
+        for index, window in enumerate(windows):
+            self._run("xdotool", "windowmove", window, str(index * self._width), "0")
+        wait_until(Path(environment["XDG_RUNTIME_DIR"], _SOCKET).exists, 10, "compositor's socket")
+        environment["WAYLAND_DISPLAY"] = _SOCKET
+        # For programs that the bus starts.
+        subprocess.run(["dbus-update-activation-environment", "DISPLAY=", f"WAYLAND_DISPLAY={_SOCKET}"],
+                       env=environment, check=True)  # fmt: skip
+
+    def copied(self):
+        """The clipboard's text, or None while it has none."""
+        return self._session.output(["wl-paste", "--no-newline"])
+
+    def _windows(self):
+        """The compositor's windows once all are there, one for each screen from the left."""
+        found = subprocess.run(["xdotool", "search", "--name", ""], env=self.environment, text=True,
+                               capture_output=True).stdout.split()  # fmt: skip
+        # The first is the root window.
+        windows = sorted(found, key=int)[1:]
+        return windows if len(windows) == self._count else None

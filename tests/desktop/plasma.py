@@ -1,0 +1,78 @@
+"""KDE Plasma's shell with one bar, which holds the system tray. Versions 5.27 and 6."""
+
+import shutil
+from types import SimpleNamespace
+
+import bus
+import kwin
+import x11
+from children import wait_until
+
+NAME = "KDE"
+BAR_HEIGHT = 44
+
+# Numbers as in the shell's scripting interface.
+_SHELL = ("org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell")
+
+_VERSION = "6" if shutil.which("kded6") else "5"
+
+# Variables of the session. Plasma renders without a graphics card.
+_VARIABLES = {
+    "KDE_FULL_SESSION": "true",
+    "KDE_SESSION_VERSION": _VERSION,
+    "KWIN_COMPOSE": "Q",
+    "QT_QUICK_BACKEND": "software",
+    "LIBGL_ALWAYS_SOFTWARE": "1",
+}
+
+# Replaces the shell's own layout, once it is there.
+_LAYOUT = """
+if (panels().length === 0) throw "not yet";
+panels().forEach(panel => panel.remove());
+desktops().forEach(desktop => {{
+  desktop.wallpaperPlugin = "org.kde.color";
+  desktop.currentConfigGroup = ["Wallpaper", "org.kde.color", "General"];
+  desktop.writeConfig("Color", "32,48,60");
+}});
+const bar = new Panel;
+bar.location = "{edge}";
+bar.height = {height};
+bar.screen = {screen};
+bar.hiding = "{hiding}";
+bar.floating = {floating};
+bar.addWidget("org.kde.plasma.panelspacer");
+const tray = bar.addWidget("org.kde.plasma.systemtray");
+const items = desktopById(tray.readConfig("SystrayContainmentId"));
+if (items) {{
+  items.currentConfigGroup = ["General"];
+  items.writeConfig("extraItems", "");
+  items.writeConfig("knownItems", "");
+}}
+print("done");
+"""
+
+
+def make(display, edge="bottom", screen=0, hiding="none", floating=False):
+    """A desktop with one bar at this edge of that screen."""
+    layout = _LAYOUT.format(edge=edge, height=BAR_HEIGHT, screen=screen, hiding=hiding,
+                            floating=str(floating).lower())
+
+    def arrive(session):
+        wait_until(lambda: bus.owner(session.environment, _SHELL[0]), 60, "Plasma's shell")
+        wait_until(lambda: "done" in (bus.call(session.environment, _SHELL, "evaluateScript",
+                                               "string:" + layout) or ""), 60, "layout")  # fmt: skip
+
+    return SimpleNamespace(__name__="plasma", NAME=NAME, DISPLAY=display, BAR=edge,
+                           BAR_HEIGHT=BAR_HEIGHT, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"],
+                           configure=_configure, arrive=arrive, VARIABLES=_VARIABLES)
+
+
+_PROGRAMS = {
+    kwin: [["kded" + _VERSION]],
+    x11: [["kwin_x11"], ["kded" + _VERSION]],
+}
+
+
+def _configure(config_home):
+    (config_home / "kdeglobals").write_text("[KDE]\nAnimationDurationFactor=0\n")
+    (config_home / "kwinrc").write_text("[Compositing]\nLatencyPolicy=ExtremelyLow\n")
