@@ -1,9 +1,6 @@
 #include "app/ItemHost.h"
 
-#include "base/TextPieces.h"
-
 #include <array>
-#include <optional>
 #include <utility>
 
 namespace tidewell {
@@ -35,35 +32,15 @@ constexpr std::array<Known, 14> hosts = {{
     {"swaybar", ItemPresentation::squareTile},
 }};
 
-constexpr std::array<Known, 5> desktops = {{
-    {"GNOME", ItemPresentation::label},
-    {"Unity", ItemPresentation::label},
-    {"MATE", ItemPresentation::label},
-    {"X-Cinnamon", ItemPresentation::widePicture},
-    {"Hyprland", ItemPresentation::widePicture}, // its users' bar is Waybar
-}};
-
-std::optional<ItemPresentation> byDesktop(std::string_view names) {
-  for (const std::string_view name : splitAt(names, ':')) {
-    for (const Known& known : desktops) {
-      if (name == known.beginning) {
-        return known.presentation;
-      }
-    }
-  }
-  return std::nullopt;
-}
-
 } // namespace
 
-ItemPresentation presentationFor(std::string_view process, std::string_view desktop) {
+ItemPresentation presentationFor(std::string_view process) {
   for (const Known& known : hosts) {
     if (process.starts_with(known.beginning)) {
       return known.presentation;
     }
   }
-  // Every host shows a square.
-  return byDesktop(desktop).value_or(ItemPresentation::squareTile);
+  return ItemPresentation::squareTile;
 }
 
 bool tellsClickedPlace(std::string_view process) {

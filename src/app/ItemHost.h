@@ -15,11 +15,12 @@ enum class ItemPresentation {
   squareTile,  ///< It squeezes every picture into a square.
 };
 
-/// The best presentation for a host.
+/// The best presentation for a host. An unknown one gets the tile, which every host shows; names of
+/// desktops say nothing, because some desktops name others as their relatives.
 ///
 /// `process` is the name of the process that owns the watcher, up to 15 characters, empty if it is
-/// not known. `desktop` is XDG_CURRENT_DESKTOP; it decides if the process is not a known one.
-[[nodiscard]] ItemPresentation presentationFor(std::string_view process, std::string_view desktop);
+/// not known.
+[[nodiscard]] ItemPresentation presentationFor(std::string_view process);
 
 /// Whether the host reports a click in screen coordinates. `process` as above.
 [[nodiscard]] bool tellsClickedPlace(std::string_view process);

@@ -33,13 +33,18 @@ ResidentShell::ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSou
   refresh();
 }
 
-std::vector<MenuRow> ResidentShell::menuRows() const {
+std::vector<MenuRow> ResidentShell::menuRows() {
   const auto text = [this](std::string ItemTexts::*field) {
     return MenuRow::text([this, field] { return m_item.texts().*field; });
   };
-  const auto opens = [this](Window window) { return [this, window] { open(window); }; };
+  const auto opens = [this](Window window) {
+    return [this, window] { m_actions.ask({window, m_item.takeToken(), {}, {}}); };
+  };
   const auto copy = [this] {
-    m_actions.ask({Window::copy, {}, {}, addressToCopy(m_sources.monitor.connectionInfo.get())});
+    m_actions.ask({Window::copy,
+                   m_item.takeToken(),
+                   {},
+                   addressToCopy(m_sources.monitor.connectionInfo.get())});
   };
   const auto speedTest = [this] {
     return std::string(m_sources.speedTest.isRunning.get() ? "Testing..." : "Speed Test");

@@ -22,7 +22,7 @@ public:
                 ResidentActions actions);
 
 private:
-  [[nodiscard]] std::vector<MenuRow> menuRows() const;
+  [[nodiscard]] std::vector<MenuRow> menuRows();
   void watchSources();
   void open(WindowRequest::Kind window) const;
   void facesChanged();

@@ -5,7 +5,6 @@
 #include "tile/TextTile.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -85,7 +84,7 @@ void StatusItem::describeMethods() {
     if (sd_bus_message_read(&call, "ii", &x, &y) >= 0) {
       const WindowRequest::Point point{x, y};
       m_ask({WindowRequest::Kind::panel,
-             std::exchange(m_token, {}),
+             takeToken(),
              m_isPlaceTold ? std::optional(point) : std::nullopt,
              {}});
     }
@@ -106,8 +105,7 @@ void StatusItem::describeMethods() {
 }
 
 void StatusItem::setHost(const std::string& process) {
-  const char* const desktop = std::getenv("XDG_CURRENT_DESKTOP");
-  const auto presentation = presentationFor(process, desktop != nullptr ? desktop : "");
+  const ItemPresentation presentation = presentationFor(process);
   m_isPlaceTold = tellsClickedPlace(process);
   if (std::exchange(m_presentation, presentation) != presentation) {
     m_object.emit("NewIcon");

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace tidewell {
 
@@ -30,6 +31,10 @@ public:
 
   /// Shows these texts and notifies the host of changes. `guide` is the widest label.
   void show(const ItemTexts& texts, const std::string& guide);
+
+  /// The activation token for what the user chooses next, as the host has sent it; empty without
+  /// one.
+  [[nodiscard]] std::string takeToken() { return std::exchange(m_token, {}); }
 
   [[nodiscard]] const ItemTexts& texts() const { return m_texts; }
 

@@ -20,22 +20,13 @@ TEST(ItemHost, IsKnownByItsProcess) {
       {"plasmashell", square},    {"swaybar", square},
   };
   for (const auto& [process, presentation] : hosts) {
-    EXPECT_EQ(presentationFor(process, ""), presentation) << process;
+    EXPECT_EQ(presentationFor(process), presentation) << process;
   }
 }
 
-TEST(ItemHost, IsTakenFromTheDesktopWhenItsProcessIsUnknown) {
-  EXPECT_EQ(presentationFor("", "GNOME"), label);
-  EXPECT_EQ(presentationFor("python3", "ubuntu:GNOME"), label);
-  EXPECT_EQ(presentationFor("", "MATE"), label);
-  EXPECT_EQ(presentationFor("", "X-Cinnamon"), wide);
-  EXPECT_EQ(presentationFor("", "XFCE"), square);
-  EXPECT_EQ(presentationFor("waybar", "GNOME"), wide) << "the process knows better";
-}
-
-TEST(ItemHost, GetsASquareWhenNothingIsKnown) {
-  for (const char* desktop : {"", ":", "::", "Nothing:Known", "GNOMELIKE"}) {
-    EXPECT_EQ(presentationFor("", desktop), square) << desktop;
+TEST(ItemHost, GetsATileWhenItIsUnknown) {
+  for (const char* process : {"", "python3", "budgie-panel", "gnome", "my-gnome-shell"}) {
+    EXPECT_EQ(presentationFor(process), square) << process;
   }
 }
 

@@ -18,7 +18,7 @@
 #include <cstdint>
 #include <memory>
 
-#include <stdlib.h>
+#include <pthread.h>
 
 namespace tidewell::test {
 
@@ -37,10 +37,11 @@ protected:
     if (!daemon.isThere()) {
       GTEST_SKIP() << "dbus-daemon is not installed";
     }
-    desktop("XFCE");
+    hostProcess("xfce4-panel");
   }
 
-  static void desktop(const char* name) { ::setenv("XDG_CURRENT_DESKTOP", name, 1); }
+  /// Names the process of the panel, which is that of the tests.
+  static void hostProcess(const char* name) { ::pthread_setname_np(::pthread_self(), name); }
 
   void startPanel() {
     panel = std::make_unique<FakePanel>(loop, daemon.address());

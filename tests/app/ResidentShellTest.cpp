@@ -114,7 +114,7 @@ TEST_F(ResidentShellTest, HasTheDocumentedPropertiesAndSignals) {
 }
 
 TEST_F(ResidentShellTest, SaysInTheLabelWhatTheMenuBarSaysInASteadyWidth) {
-  desktop("GNOME");
+  hostProcess("gnome-shell");
   startBoth();
   publish(12'345, 3'210);
   EXPECT_EQ(panel->text(item, itemInterface, "XAyatanaLabel"), steadyLabel("↓12K ↑3K"));
@@ -126,7 +126,7 @@ TEST_F(ResidentShellTest, SaysInTheLabelWhatTheMenuBarSaysInASteadyWidth) {
 }
 
 TEST_F(ResidentShellTest, TellsHostsOfLabelsAloneAboutLabels) {
-  desktop("GNOME");
+  hostProcess("gnome-shell");
   startBoth();
   settle();
   panel->signals.clear();

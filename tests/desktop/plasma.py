@@ -14,12 +14,12 @@ BAR_HEIGHT = 44
 # Numbers as in the shell's scripting interface.
 _SHELL = ("org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell")
 
-_VERSION = "6" if shutil.which("kded6") else "5"
+VERSION = "6" if shutil.which("kded6") else "5"
 
 # Variables of the session. Plasma renders without a graphics card.
 _VARIABLES = {
     "KDE_FULL_SESSION": "true",
-    "KDE_SESSION_VERSION": _VERSION,
+    "KDE_SESSION_VERSION": VERSION,
     "KWIN_COMPOSE": "Q",
     "QT_QUICK_BACKEND": "software",
     "LIBGL_ALWAYS_SOFTWARE": "1",
@@ -68,8 +68,8 @@ def make(display, edge="bottom", screen=0, hiding="none", floating=False):
 
 
 _PROGRAMS = {
-    kwin: [["kded" + _VERSION]],
-    x11: [["kwin_x11"], ["kded" + _VERSION]],
+    kwin: [["kded" + VERSION]],
+    x11: [["kwin_x11"], ["kded" + VERSION]],
 }
 
 

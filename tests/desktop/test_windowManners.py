@@ -2,6 +2,7 @@
 """How the details and the settings behave among the windows of a desktop."""
 
 import apart
+import bus
 import xfce
 from children import wait_until
 from vitals import vitals
@@ -37,6 +38,29 @@ class Manners(WindowCase):
         for title in BOTH:
             self.open(title)
             self.assertEqual(self.screen.titled(title).identity, ("tidewell-windows", "Tidewell"))
+
+    def test_windows_ask_for_a_dark_title_bar(self):
+        for title in BOTH:
+            self.open(title)
+            number = self.screen.titled(title).number
+            hint = self.session.output(["xprop", "-id", number, "-notype", "_GTK_THEME_VARIANT"])
+            self.assertEqual(hint.strip(), '_GTK_THEME_VARIANT = "dark"')
+
+    def test_the_token_of_a_menu_row_goes_back_when_its_window_is_there(self):
+        name = bus.registered_items(self.session.environment)[0].split("/")[0]
+        item = (name, "/StatusNotifierItem", "org.kde.StatusNotifierItem")
+        menu = (name, "/MenuBar", "com.canonical.dbusmenu")
+        heard = self.session.directory / "heard"
+        with heard.open("wb") as output:
+            self.session.start(["stdbuf", "-oL", "xev", "-root", "-event", "property"], stdout=output)
+        wait_until(heard.exists, 5, "listener")
+        layout = bus.call(self.session.environment, menu, "GetLayout", "int32:0", "int32:-1", "array:string:")
+        row = layout[: layout.index("Settings")].count("struct") - 1
+        bus.call(self.session.environment, item, "ProvideXdgActivationToken", "string:of-a-test_TIME5")
+        bus.call(self.session.environment, menu, "Event", f"int32:{row}", "string:clicked", "variant:int32:0",
+                 "uint32:0")
+        wait_until(lambda: self.screen.titled(SETTINGS), 5, "settings")
+        wait_until(lambda: "_NET_STARTUP_INFO_BEGIN" in heard.read_text(), 5, "message")
 
     def test_closing_a_window_loses_only_what_it_showed(self):
         self.open(SETTINGS)

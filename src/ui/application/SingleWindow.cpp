@@ -1,5 +1,7 @@
 #include "ui/application/SingleWindow.h"
 
+#include "ui/application/XWindowHints.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -36,6 +38,7 @@ void SingleWindow::show(const std::string& token) {
     m_window = m_make();
     m_window->setAttribute(Qt::WA_DeleteOnClose);
     m_window->setWindowIcon(windowIcon());
+    requestDarkTitleBar(*m_window);
     connect(m_window, &QObject::destroyed, this, [this] {
       m_window.clear();
       Q_EMIT closed();

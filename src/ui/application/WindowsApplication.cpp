@@ -2,6 +2,7 @@
 
 #include "bus/ResidentInterface.h"
 #include "ui/application/AbsenceNotice.h"
+#include "ui/application/XWindowHints.h"
 #include "ui/detail/DetailWindowView.h"
 #include "ui/item/OwnItem.h"
 #include "ui/settings/SettingsView.h"
@@ -147,6 +148,7 @@ void WindowsApplication::perform(const WindowRequest& request) {
     QCoreApplication::quit();
     break;
   }
+  endStartupNotification(request.token);
 }
 
 void WindowsApplication::copy(const std::string& text) {

@@ -63,11 +63,25 @@ Wayland lookForWayland() {
   return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
 }
 
-/// Returns null if there is no display.
-const char* platformFor(Wayland wayland) {
-  const bool hasX = !qEnvironmentVariableIsEmpty("DISPLAY");
-  if (wayland == Wayland::withLayerShell || (wayland == Wayland::plain && !hasX)) {
-    return "wayland";
+/// Whether an X server takes this program. One that is set may refuse it, for example without a
+/// key.
+bool isXThere() {
+  xcb_connection_t* const connection = xcb_connect(nullptr, nullptr);
+  const bool isThere = xcb_connection_has_error(connection) == 0;
+  xcb_disconnect(connection);
+  return isThere;
+}
+
+/// The displays to try, in order, as the toolkit takes them; null if there is none. It passes over
+/// one whose plug-in is not installed.
+const char* platformsFor(Wayland wayland, bool hasX) {
+  switch (wayland) {
+  case Wayland::withLayerShell:
+    return hasX ? "wayland;xcb" : "wayland";
+  case Wayland::plain:
+    return hasX ? "xcb;wayland" : "wayland";
+  case Wayland::absent:
+    break;
   }
   return hasX ? "xcb" : nullptr;
 }
@@ -88,11 +102,11 @@ bool hasCompositing() {
 
 bool chooseDisplay() {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    const char* const platform = platformFor(lookForWayland());
-    if (platform == nullptr) {
+    const char* const platforms = platformsFor(lookForWayland(), isXThere());
+    if (platforms == nullptr) {
       return false;
     }
-    qputenv("QT_QPA_PLATFORM", platform);
+    qputenv("QT_QPA_PLATFORM", platforms);
   }
   // Everything is painted in memory. By default the platform plugins would load a GL stack.
   setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");

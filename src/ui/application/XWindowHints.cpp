@@ -1,0 +1,68 @@
+#include "ui/application/XWindowHints.h"
+
+#include "ui/placement/Display.h"
+
+#include <QWidget>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+#include <xcb/xcb.h>
+
+namespace tidewell {
+namespace {
+
+xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
+  const auto cookie =
+      xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+      xcb_intern_atom_reply(connection, cookie, nullptr), std::free);
+  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+} // namespace
+
+void requestDarkTitleBar(QWidget& window) {
+  xcb_connection_t* const connection = xConnection();
+  if (connection == nullptr) {
+    return;
+  }
+  constexpr std::string_view variant = "dark";
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                      atomOf(connection, "_GTK_THEME_VARIANT"), atomOf(connection, "UTF8_STRING"),
+                      8, variant.size(), variant.data());
+}
+
+void endStartupNotification(const std::string& token) {
+  xcb_connection_t* const connection = xConnection();
+  if (connection == nullptr || token.empty()) {
+    return;
+  }
+  const xcb_screen_t& screen = *xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
+  const xcb_window_t sender = xcb_generate_id(connection);
+  xcb_create_window(connection, XCB_COPY_FROM_PARENT, sender, screen.root, -1, -1, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+  // Tokens have no spaces and need no quotes. The final zero belongs to the message.
+  const std::string text = "remove: ID=" + token + '\0';
+  xcb_client_message_event_t message = {};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 8;
+  message.window = sender;
+  message.type = atomOf(connection, "_NET_STARTUP_INFO_BEGIN");
+  for (std::size_t at = 0; at < text.size(); at += sizeof message.data.data8) {
+    const std::string_view part = std::string_view(text).substr(at, sizeof message.data.data8);
+    std::ranges::fill(message.data.data8, 0);
+    std::ranges::copy(part, message.data.data8);
+    xcb_send_event(connection, 0, screen.root, XCB_EVENT_MASK_PROPERTY_CHANGE,
+                   reinterpret_cast<const char*>(&message));
+    message.type = atomOf(connection, "_NET_STARTUP_INFO");
+  }
+  xcb_destroy_window(connection, sender);
+  xcb_flush(connection);
+}
+
+} // namespace tidewell
