@@ -94,6 +94,11 @@ class Display:
             raise RuntimeError(f"{script}: {reply[1]}")
         return json.loads(reply[1]) if reply[1] else None
 
+    def evaluate_later(self, script):
+        """The value with which a script in the shell calls done()."""
+        self.evaluate("delete global.testDone; const done = value => { global.testDone = [value]; };" + script)
+        return wait_until(lambda: self.evaluate("global.testDone"), 5, "end of the script")[0]
+
     def move(self, x, y):
         self.evaluate(_DEVICES + self._motion(x, y))
 

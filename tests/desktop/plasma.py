@@ -63,7 +63,7 @@ def make(display, edge="bottom", screen=0, hiding="none", floating=False):
                                                "string:" + layout) or ""), 60, "layout")  # fmt: skip
 
     return SimpleNamespace(__name__="plasma", NAME=NAME, DISPLAY=display, BAR=edge,
-                           BAR_HEIGHT=BAR_HEIGHT, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"],
+                           BAR_HEIGHT=BAR_HEIGHT, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"], SERVICE=_SHELL[0],
                            configure=_configure, arrive=arrive, VARIABLES=_VARIABLES)
 
 

@@ -60,8 +60,7 @@ class Session:
         """Starts the panel, and waits until it watches for items, or has the name SERVICE on the bus, and the
         desktop is ready."""
         self._panel = self.start(self.desktop.PANEL)
-        name = getattr(self.desktop, "SERVICE", bus.WATCHER[0])
-        wait_until(lambda: bus.owner(self.environment, name), 20, "watcher in the panel")
+        wait_until(self._is_panel_there, 20, "watcher in the panel")
         if hasattr(self.desktop, "arrive"):
             self.desktop.arrive(self)
 
@@ -69,7 +68,10 @@ class Session:
         """Ends the panel, as a crash would."""
         self._panel.send_signal(signal.SIGKILL)
         self.children.end(self._panel)
-        wait_until(lambda: not bus.owner(self.environment, bus.WATCHER[0]), 10, "end of the watcher")
+        wait_until(lambda: not self._is_panel_there(), 10, "end of the watcher")
+
+    def _is_panel_there(self):
+        return bus.owner(self.environment, getattr(self.desktop, "SERVICE", bus.WATCHER[0]))
 
     def _start(self):
         self.environment = self._make_environment()
