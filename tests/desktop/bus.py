@@ -46,6 +46,14 @@ def registered_items(environment):
     return (get(environment, WATCHER, "RegisteredStatusNotifierItems") or "").strip("array []").split()
 
 
+def choose_row(environment, label):
+    """Chooses a row of the item's menu, as a host does."""
+    menu = (TIDEWELL[0], "/MenuBar", "com.canonical.dbusmenu")
+    layout = call(environment, menu, "GetLayout", "int32:0", "int32:-1", "array:string:")
+    row = layout[: layout.index(label)].count("struct") - 1
+    call(environment, menu, "Event", f"int32:{row}", "string:clicked", "variant:int32:0", "uint32:0")
+
+
 def watch_live_text(children, environment):
     """Starts a process whose lines live_text_in() understands."""
     rule = "type='signal',interface='org.freedesktop.DBus.Properties',path='{}'".format(TIDEWELL[1])

@@ -2,15 +2,25 @@
 """The item and the panel in Waybar, under sway."""
 
 import apart
+import bus
 import waybar
+from children import wait_until
 from desktopCase import DesktopCase
 from picture import Box
-from panelCases import PanelCases
+from panelCases import ADDRESS, PanelCases
 
 
 class Waybar(PanelCases, DesktopCase):
     DESKTOP = waybar
     COVERS_BAR = True
+
+    def test_the_menu_copies_the_address_although_no_window_has_the_keyboard(self):
+        wait_until(lambda: bus.get(self.session.environment, bus.TIDEWELL, "IpAddress") == ADDRESS,
+                   10, "address on the bus")
+        bus.choose_row(self.session.environment, "Copy IP")
+        wait_until(lambda: self.display.copied() == ADDRESS, 5, "address in the clipboard")
+        self.session.start(["wl-copy", "--foreground", "another text"])
+        wait_until(lambda: self.display.copied() == "another text", 5, "another program's text")
 
 
 class RightOfTwoScreens(DesktopCase):

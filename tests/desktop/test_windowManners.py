@@ -47,18 +47,13 @@ class Manners(WindowCase):
             self.assertEqual(hint.strip(), '_GTK_THEME_VARIANT = "dark"')
 
     def test_the_token_of_a_menu_row_goes_back_when_its_window_is_there(self):
-        name = bus.registered_items(self.session.environment)[0].split("/")[0]
-        item = (name, "/StatusNotifierItem", "org.kde.StatusNotifierItem")
-        menu = (name, "/MenuBar", "com.canonical.dbusmenu")
+        item = (bus.TIDEWELL[0], "/StatusNotifierItem", "org.kde.StatusNotifierItem")
         heard = self.session.directory / "heard"
         with heard.open("wb") as output:
             self.session.start(["stdbuf", "-oL", "xev", "-root", "-event", "property"], stdout=output)
         wait_until(heard.exists, 5, "listener")
-        layout = bus.call(self.session.environment, menu, "GetLayout", "int32:0", "int32:-1", "array:string:")
-        row = layout[: layout.index("Settings")].count("struct") - 1
         bus.call(self.session.environment, item, "ProvideXdgActivationToken", "string:of-a-test_TIME5")
-        bus.call(self.session.environment, menu, "Event", f"int32:{row}", "string:clicked", "variant:int32:0",
-                 "uint32:0")
+        bus.choose_row(self.session.environment, "Settings")
         wait_until(lambda: self.screen.titled(SETTINGS), 5, "settings")
         wait_until(lambda: "_NET_STARTUP_INFO_BEGIN" in heard.read_text(), 5, "message")
 

@@ -35,13 +35,7 @@ class Xfce(PanelCases, DesktopCase):
         wait_until(lambda: self.changes(self.items) == self.item, 15, "item where it was")
 
     def test_ends_when_its_menu_says_quit(self):
-        item = ("com.halden.Tidewell", "/MenuBar", "com.canonical.dbusmenu")
-        layout = bus.call(self.session.environment, item, "GetLayout", "int32:0", "int32:-1",
-                          "array:string:")
-        self.assertIn("Quit", layout)
-        rows = layout[: layout.index("Quit")].count("struct")
-        bus.call(self.session.environment, item, "Event", f"int32:{rows - 1}", "string:clicked",
-                 "variant:int32:0", "uint32:0")
+        bus.choose_row(self.session.environment, "Quit")
         self.assertEqual(self.resident.wait(5), 0)
 
 

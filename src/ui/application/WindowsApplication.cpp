@@ -7,7 +7,6 @@
 #include "ui/item/OwnItem.h"
 #include "ui/settings/SettingsView.h"
 
-#include <QClipboard>
 #include <QDBusConnectionInterface>
 #include <QGuiApplication>
 
@@ -152,7 +151,10 @@ void WindowsApplication::perform(const WindowRequest& request) {
 }
 
 void WindowsApplication::copy(const std::string& text) {
-  QGuiApplication::clipboard()->setText(QString::fromStdString(text));
+  if (!m_clipboard) {
+    m_clipboard = std::make_unique<TextClipboard>();
+  }
+  m_clipboard->set(text);
   windowsChanged();
 }
 
@@ -187,7 +189,7 @@ void WindowsApplication::windowsChanged() {
 }
 
 void WindowsApplication::leaveIfUnused() {
-  if (QGuiApplication::clipboard()->ownsClipboard()) {
+  if (m_clipboard && m_clipboard->isOwned()) {
     // Exiting would clear the clipboard.
     m_idle.start();
     return;

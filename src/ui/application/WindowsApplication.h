@@ -4,6 +4,7 @@
 #include "ui/application/Preferences.h"
 #include "ui/application/ResidentSocket.h"
 #include "ui/application/SingleWindow.h"
+#include "ui/clipboard/TextClipboard.h"
 #include "ui/item/OwnItem.h"
 #include "ui/mirror/ResidentMirror.h"
 
@@ -53,7 +54,8 @@ private:
   SingleWindow m_detail;
   SingleWindow m_settings;
   std::unique_ptr<OwnItem> m_item;
-  std::vector<WindowRequest> m_waiting; // until the resident's values arrive
+  std::unique_ptr<TextClipboard> m_clipboard; // once something was copied
+  std::vector<WindowRequest> m_waiting;       // until the resident's values arrive
   bool m_isReady = false;
   QTimer m_patience; // limits the wait for those values
   QTimer m_idle;
