@@ -2,7 +2,6 @@
 and presses keys of its own, through scripts that it evaluates."""
 
 import json
-import os
 import tempfile
 from pathlib import Path
 
@@ -55,8 +54,11 @@ class Display:
         self.scale = float(session.environment.get(SCALE, "1"))
 
     def start(self):
-        # Only the owner of this directory may put sockets for X clients into it.
-        os.makedirs("/tmp/.X11-unix", 0o1777, exist_ok=True)
+        # For the sockets of X servers.
+        sockets = Path("/tmp/.X11-unix")
+        if not sockets.exists():
+            sockets.mkdir()
+            sockets.chmod(0o1777)
         self._session.environment["TIDEWELL_TEST_MONITOR"] = "x".join(self._size)
 
     def arrive(self):
