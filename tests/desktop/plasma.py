@@ -20,7 +20,6 @@ VERSION = "6" if shutil.which("kded6") else "5"
 _VARIABLES = {
     "KDE_FULL_SESSION": "true",
     "KDE_SESSION_VERSION": VERSION,
-    "KWIN_COMPOSE": "Q",
     "QT_QUICK_BACKEND": "software",
     "LIBGL_ALWAYS_SOFTWARE": "1",
 }
@@ -64,8 +63,12 @@ def make(display, edge="bottom", screen=0, hiding="none", floating=False):
 
     return SimpleNamespace(__name__="plasma", NAME=NAME, DISPLAY=display, BAR=edge,
                            BAR_HEIGHT=BAR_HEIGHT, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"], SERVICE=_SHELL[0],
-                           configure=_configure, arrive=arrive, VARIABLES=_VARIABLES)
+                           configure=_configure, arrive=arrive,
+                           VARIABLES={**_VARIABLES, "KWIN_COMPOSE": _COMPOSITING[display]})
 
+
+# By KWin's renderer in memory, which it has under Wayland only.
+_COMPOSITING = {kwin: "Q", x11: "N"}
 
 _PROGRAMS = {
     kwin: [["kded" + VERSION]],
