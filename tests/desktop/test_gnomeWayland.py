@@ -15,6 +15,8 @@ FIGURES = f"{BUTTON}._figures.get_children().map(figure => [figure.get_transform
 
 
 class _Extension(HostCases):
+    # The shell closes the open panel at a click on the text, whoever opened it.
+    COVERS_BAR = True
     IDENTITY = "com.halden.Tidewell"
 
     def start_resident(self):
