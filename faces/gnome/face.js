@@ -12,7 +12,7 @@ const FaceButton = GObject.registerClass({
         this.connect('key-press-event', (_actor, event) => this._pressed(event.get_key_symbol()));
         this.connect('popup-menu', () => this._openMenu());
         this.setMenu(new PopupMenu.PopupMenu(this, 0.5, St.Side.TOP));
-        this._rows = new Rows(proxy.get_connection(), this.menu);
+        this._rows = new Rows(proxy, this.menu);
         this._windows = new Windows(this);
 
         proxy.connectObject(

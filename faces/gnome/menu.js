@@ -1,10 +1,12 @@
 const MENU_PATH = '/MenuBar';
 const MENU_INTERFACE = 'com.canonical.dbusmenu';
+const COPY = 'Copy IP';
+const UNKNOWN = '--';
 
 /** The rows of Tidewell's menu, which it offers on the bus. */
 class Rows {
-    constructor(connection, menu) {
-        this._connection = connection;
+    constructor(proxy, menu) {
+        this._proxy = proxy;
         this._menu = menu;
         this._items = new Map();
         this._cancellable = new Gio.Cancellable();
@@ -34,19 +36,29 @@ class Rows {
             const item = type === 'separator'
                 ? new PopupMenu.PopupSeparatorMenuItem()
                 : new PopupMenu.PopupMenuItem('', {reactive: enabled !== false});
-            item.connect('activate', () => this._choose(id));
+            item.connect('activate', () => this._choose(id, item));
             this._menu.addMenuItem(item);
             this._items.set(id, item);
         }
     }
 
-    _choose(id) {
+    _choose(id, item) {
+        // Under Wayland only the shell and the program with the focus can set the clipboard.
+        if (item.label.text === COPY) {
+            this._copyAddress();
+            return;
+        }
         const data = new GLib.Variant('i', 0);
         this._call('Event', new GLib.Variant('(isvu)', [id, 'clicked', data, global.get_current_time()]));
     }
 
+    _copyAddress() {
+        const [outside, inside] = ['PublicIp', 'IpAddress'].map(name => this._proxy.get_cached_property(name)?.unpack());
+        St.Clipboard.get_default().set_text(St.ClipboardType.CLIPBOARD, outside === UNKNOWN ? inside : outside);
+    }
+
     _call(method, parameters, answered = null) {
-        this._connection.call(SERVICE, MENU_PATH, MENU_INTERFACE, method, parameters, null,
+        this._proxy.get_connection().call(SERVICE, MENU_PATH, MENU_INTERFACE, method, parameters, null,
             Gio.DBusCallFlags.NO_AUTO_START, -1, this._cancellable, (connection, result) => {
                 let reply;
                 try {

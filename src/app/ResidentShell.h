@@ -21,6 +21,9 @@ public:
   ResidentShell(WorkQueue& main, SessionBus& bus, const ResidentSources& sources,
                 ResidentActions actions);
 
+  /// Whether another program shows the figures.
+  [[nodiscard]] bool hasFace() const { return m_faces.any(); }
+
 private:
   [[nodiscard]] std::vector<MenuRow> menuRows();
   void watchSources();

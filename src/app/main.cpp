@@ -1,5 +1,6 @@
 #include "alerts/NotificationService.h"
 #include "app/AppDelegate.h"
+#include "app/ExtensionHint.h"
 #include "app/ResidentShell.h"
 #include "app/WindowsProcess.h"
 #include "base/TaskQueue.h"
@@ -92,6 +93,9 @@ void serve(EpollLoop& loop, AppSettings& settings, PreferencesStore& preferences
                        delegate.processTracker(), delegate.speedTest(), settings, preferences},
                       {quit, quit, [&delegate] { delegate.speedTest().run(); },
                        [&windows](const WindowRequest& request) { windows.ask(request); }});
+  const ExtensionHint hint(scheduler.main(), bus, settings, center,
+                           ExtensionHint::placesFor(program, stateDirectory()),
+                           [&shell] { return shell.hasFace(); });
   const LoginSession session(loop, quit);
   delegate.applicationDidFinishLaunching();
   loop.postAfter(settled, releaseStartupPages);

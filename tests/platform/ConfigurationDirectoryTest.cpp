@@ -18,6 +18,11 @@ TEST(ConfigurationDirectory, IsBelowTheHomeDirectoryOtherwise) {
   EXPECT_EQ(configurationDirectory("relative/path", "/home/me"), "/home/me/.config");
 }
 
+TEST(StateDirectory, IsWhatTheEnvironmentNamesOrBelowTheHomeDirectory) {
+  EXPECT_EQ(stateDirectory("/var/mine", "/home/me"), "/var/mine");
+  EXPECT_EQ(stateDirectory(nullptr, "/home/me"), "/home/me/.local/state");
+}
+
 TEST(ConfigurationDirectory, AsksTheUserDatabaseWhereTheEnvironmentKnowsNoHome) {
   const passwd* const user = ::getpwuid(::getuid());
   ASSERT_NE(user, nullptr);

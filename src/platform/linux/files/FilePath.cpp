@@ -47,6 +47,14 @@ std::string homeOfUser() {
   return found != nullptr && isAbsolute(found->pw_dir) ? found->pw_dir : "/";
 }
 
+/// `chosen` if it is an absolute path, else this path below the home directory.
+std::string userDirectory(const char* chosen, const char* home, const char* below) {
+  if (isAbsolute(chosen)) {
+    return chosen;
+  }
+  return (isAbsolute(home) ? home : homeOfUser()) + below;
+}
+
 } // namespace
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
@@ -85,14 +93,19 @@ std::error_code makeDirectories(const std::string& path) {
 }
 
 std::string configurationDirectory(const char* xdgConfigHome, const char* home) {
-  if (isAbsolute(xdgConfigHome)) {
-    return xdgConfigHome;
-  }
-  return (isAbsolute(home) ? home : homeOfUser()) + "/.config";
+  return userDirectory(xdgConfigHome, home, "/.config");
 }
 
 std::string configurationDirectory() {
   return configurationDirectory(std::getenv("XDG_CONFIG_HOME"), std::getenv("HOME"));
+}
+
+std::string stateDirectory(const char* xdgStateHome, const char* home) {
+  return userDirectory(xdgStateHome, home, "/.local/state");
+}
+
+std::string stateDirectory() {
+  return stateDirectory(std::getenv("XDG_STATE_HOME"), std::getenv("HOME"));
 }
 
 } // namespace tidewell

@@ -32,4 +32,8 @@ namespace tidewell {
 /// The same from this process's environment.
 [[nodiscard]] std::string configurationDirectory();
 
+/// The user's directory for state, likewise: XDG_STATE_HOME, else ".local/state".
+[[nodiscard]] std::string stateDirectory(const char* xdgStateHome, const char* home);
+[[nodiscard]] std::string stateDirectory();
+
 } // namespace tidewell
