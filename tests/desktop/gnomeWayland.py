@@ -1,6 +1,5 @@
-"""GNOME Shell as a Wayland compositor of its own, with and without X clients, with and without our extension."""
+"""GNOME Shell with and without our extension: as a Wayland compositor of its own, with and without X clients, and under X11."""
 
-import os
 import shutil
 from pathlib import Path
 
@@ -9,9 +8,10 @@ import gnome
 import mutter
 import x11
 from children import wait_until
+from desktopCase import PROGRAM
 
 EXTENSION = "tidewell@halden.com"
-FORMS = Path(os.environ.get("TIDEWELL_FACES", "build/dev/faces")) / "gnome"
+FORMS = Path(PROGRAM).parent.parent / "faces/gnome"
 
 
 class Shell:
@@ -55,4 +55,14 @@ class Shell:
     def arrive(self, session):
         wait_until(lambda: gnome.is_in_overview(session), 20, "GNOME's overview")
         session.display.arrive()
+        gnome.arrive(session)
+
+
+class X11Shell(Shell):
+    """The shell as an X server's window manager."""
+
+    DISPLAY = x11
+    PANEL = gnome.PANEL
+
+    def arrive(self, session):
         gnome.arrive(session)

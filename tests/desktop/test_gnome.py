@@ -4,9 +4,11 @@
 import time
 
 import apart
+import bus
 import gnome
+import gnomeWayland
 from children import wait_until
-from desktopCase import DesktopCase
+from desktopCase import PROGRAM, DesktopCase
 from panelCases import PanelCases
 from pictureText import lines_of_text
 
@@ -91,6 +93,21 @@ class Gnome(PanelCases, DesktopCase):
     def test_quit_in_the_menu_ends_the_program(self):
         self.choose(self.open_menu(), "Quit")
         self.assertEqual(self.resident.wait(5), 0)
+
+
+class OurExtension(DesktopCase):
+    DESKTOP = gnomeWayland.X11Shell("gnomeExtension", [gnomeWayland.EXTENSION])
+
+    def start_resident(self):
+        resident = self.session.start([PROGRAM])
+        wait_until(lambda: bus.live_text(self.session.environment), 15, "live text")
+        self.item = self.steady(lambda: self.changes(self.items), "figures in the bar")
+        return resident
+
+    test_a_click_opens_the_panel_beside_the_figures_and_another_closes_it = (
+        PanelCases.test_a_click_opens_the_panel_beside_the_item_and_another_closes_it)
+    test_a_click_elsewhere_closes_the_panel = PanelCases.test_a_click_elsewhere_closes_the_panel
+    test_escape_closes_the_panel = PanelCases.test_escape_closes_the_panel
 
 
 if __name__ == "__main__":
