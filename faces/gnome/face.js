@@ -62,9 +62,11 @@ const FaceButton = GObject.registerClass({
     }
 
     _showText() {
-        const text = this._proxy.get_cached_property('MenubarText')?.unpack() ?? '';
-        this._figures.show(text);
-        this.accessible_name = `Tidewell ${text}`;
+        const text = this._proxy.get_cached_property('MenubarText')?.unpack();
+        if (text) {
+            this._figures.show(text);
+            this.accessible_name = `Tidewell ${text}`;
+        }
     }
 
     /** Calls a method. `otherwise` is called if it fails, for example because this Tidewell is older. */

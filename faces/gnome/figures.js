@@ -17,28 +17,17 @@ const Figures = GObject.registerClass({
         while (this.get_n_children() < figures.length)
             this._addFigure(figures[this.get_n_children()]);
         figures.forEach((figure, index) => {
-            const label = this.get_child_at_index(index);
+            const label = this.get_child_at_index(index).get_last_child();
             if (label.text !== figure)
                 label.text = figure;
         });
     }
 
+    /** An unseen label behind the figure keeps its column as wide as the widest figure in the theme's font. */
     _addFigure(figure) {
-        const label = new St.Label({text: figure, y_align: Clutter.ActorAlign.CENTER});
-        label.clutter_text.ellipsize = Pango.EllipsizeMode.NONE;
-        label.connect('style-changed', () => this._fixWidth(label));
-        this.add_child(label);
-        this._fixWidth(label);
-    }
-
-    /** Gives the label the width of the widest figure in the theme's font. */
-    _fixWidth(label) {
-        if (!label.get_stage())
-            return;
-        const {text} = label;
-        label.text = `${text.charAt(0)}${WIDEST_FIGURE}`;
-        label.set_width(-1);
-        label.set_width(label.get_preferred_width(-1)[1]);
-        label.text = text;
+        const column = new St.Widget({layout_manager: new Clutter.BinLayout(), y_align: Clutter.ActorAlign.CENTER});
+        column.add_child(new St.Label({text: `${figure.charAt(0)}${WIDEST_FIGURE}`, opacity: 0}));
+        column.add_child(new St.Label({text: figure, x_expand: true, x_align: Clutter.ActorAlign.START}));
+        this.add_child(column);
     }
 });

@@ -2,7 +2,7 @@
 const WINDOW_CLASSES = [SERVICE, 'Tidewell'];
 const PANEL_TITLE = 'Tidewell';
 // Between the panel and the edges of the work area, in logical pixels.
-const GAP = 6;
+const GAP = 8;
 
 function isOurs(window) {
     return WINDOW_CLASSES.includes(window.get_wm_class());
