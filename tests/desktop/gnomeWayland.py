@@ -56,6 +56,9 @@ class Shell:
         wait_until(lambda: gnome.is_in_overview(session), 20, "GNOME's overview")
         session.display.arrive()
         gnome.arrive(session)
+        # A change of the screens leaves the overview, so this comes last.
+        if self.scale != 1:
+            session.display.set_scale()
 
 
 class X11Shell(Shell):

@@ -62,7 +62,7 @@ class Display:
         self._session.environment["TIDEWELL_TEST_MONITOR"] = "x".join(self._size)
 
     def arrive(self):
-        """Connects to the shell once it runs, sets the screens' scale, and passes its displays on to programs."""
+        """Connects to the shell once it runs, and passes its displays on to programs."""
         environment = self._session.environment
         flags = Gio.DBusConnectionFlags
         self._bus = Gio.DBusConnection.new_for_address_sync(
@@ -71,10 +71,9 @@ class Display:
         environment["WAYLAND_DISPLAY"] = _SOCKET
         for file in Path(environment["XDG_RUNTIME_DIR"]).glob(".mutter-Xwaylandauth.*"):
             environment.update(XAUTHORITY=str(file), DISPLAY=self.evaluate("imports.gi.GLib.getenv('DISPLAY')"))
-        if self.scale != 1:
-            self._set_scale()
 
-    def _set_scale(self):
+    def set_scale(self):
+        """Sets the scale of all screens."""
         count, width = int(self._session.environment.get(SCREENS, "1")), int(self._size[0])
         command = ["gdctl", "set"]
         for index in range(count):
