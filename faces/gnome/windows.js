@@ -76,6 +76,8 @@ class Windows {
 
     /** Moves the panel beside the bar, centred on the text as far as the work area allows. */
     _place() {
+        if (!this._button.has_allocation())
+            return;
         const monitor = Main.layoutManager.findIndexForActor(this._button);
         const area = Main.layoutManager.getWorkAreaForMonitor(monitor);
         const gap = GAP * St.ThemeContext.get_for_stage(global.stage).scale_factor;
