@@ -1,17 +1,12 @@
-"""GNOME Shell with and without our extension: as a Wayland compositor of its own, with and without X clients, and under X11."""
-
-import shutil
-from pathlib import Path
+"""GNOME Shell as a Wayland compositor of its own, with and without X clients, with and without our extension."""
 
 import bus
 import gnome
 import mutter
 import x11
 from children import wait_until
-from desktopCase import PROGRAM
 
-EXTENSION = "tidewell@halden.com"
-FORMS = Path(PROGRAM).parent.parent / "faces/gnome"
+EXTENSION = gnome.OUR_EXTENSION
 
 
 class Shell:
@@ -48,9 +43,7 @@ class Shell:
         enabled = ", ".join(f"'{name}'" for name in self._extensions)
         x11.write_gtk_settings(config_home, gnome.settings(enabled))
         if EXTENSION in self._extensions:
-            form = "modules" if gnome.version() >= 45 else "imports"
-            target = config_home.parent / "data/gnome-shell/extensions" / EXTENSION
-            shutil.copytree(FORMS / form, target)
+            gnome.install_our_extension(config_home)
 
     def arrive(self, session):
         wait_until(lambda: gnome.is_in_overview(session), 20, "GNOME's overview")
@@ -59,13 +52,3 @@ class Shell:
         # A change of the screens leaves the overview, so this comes last.
         if self.scale != 1:
             session.display.set_scale()
-
-
-class X11Shell(Shell):
-    """The shell as an X server's window manager."""
-
-    DISPLAY = x11
-    PANEL = gnome.PANEL
-
-    def arrive(self, session):
-        gnome.arrive(session)

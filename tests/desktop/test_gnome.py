@@ -6,7 +6,6 @@ import time
 import apart
 import bus
 import gnome
-import gnomeWayland
 from children import wait_until
 from desktopCase import PROGRAM, DesktopCase
 from panelCases import PanelCases
@@ -96,7 +95,7 @@ class Gnome(PanelCases, DesktopCase):
 
 
 class OurExtension(DesktopCase):
-    DESKTOP = gnomeWayland.X11Shell("gnomeExtension", [gnomeWayland.EXTENSION])
+    DESKTOP = gnome.WithOurExtension()
 
     def start_resident(self):
         resident = self.session.start([PROGRAM])
