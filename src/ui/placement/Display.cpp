@@ -3,12 +3,14 @@
 #include <QByteArray>
 #include <QGuiApplication>
 
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include <poll.h>
 #include <wayland-client.h>
 #include <xcb/xcb.h>
 
@@ -48,6 +50,47 @@ void forgetGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*na
 
 enum class Wayland { absent, plain, withLayerShell };
 
+// Compositors answer within milliseconds. One that starts on a busy machine may take longer.
+constexpr std::chrono::seconds compositorPatience(3);
+
+void noteAnswer(void* isAnswered, wl_callback* /*callback*/, std::uint32_t /*data*/) {
+  *static_cast<bool*>(isAnswered) = true;
+}
+
+/// Waits for events and handles them. Returns false if there were none in time, or on an error.
+bool handleEvents(wl_display* display, std::chrono::steady_clock::time_point deadline) {
+  if (wl_display_prepare_read(display) != 0) {
+    return wl_display_dispatch_pending(display) >= 0;
+  }
+  using std::chrono::milliseconds;
+  const auto left =
+      std::chrono::duration_cast<milliseconds>(deadline - std::chrono::steady_clock::now());
+  pollfd waiting = {wl_display_get_fd(display), POLLIN, 0};
+  if (left <= milliseconds(0) || wl_display_flush(display) < 0 ||
+      ::poll(&waiting, 1, static_cast<int>(left.count())) <= 0) {
+    wl_display_cancel_read(display);
+    return false;
+  }
+  return wl_display_read_events(display) == 0 && wl_display_dispatch_pending(display) >= 0;
+}
+
+/// Returns false if the compositor does not answer in time. The library's own round trip would wait
+/// forever.
+bool makeRoundTrip(wl_display* display) {
+  const auto deadline = std::chrono::steady_clock::now() + compositorPatience;
+  const std::unique_ptr<wl_callback, decltype(&wl_callback_destroy)> callback(
+      wl_display_sync(display), wl_callback_destroy);
+  constexpr wl_callback_listener listener = {noteAnswer};
+  bool isAnswered = false;
+  wl_callback_add_listener(callback.get(), &listener, &isAnswered);
+  while (!isAnswered) {
+    if (!handleEvents(display, deadline)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 Wayland lookForWayland() {
   const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
       wl_display_connect(nullptr), wl_display_disconnect);
@@ -59,7 +102,9 @@ Wayland lookForWayland() {
   constexpr wl_registry_listener listener = {noteGlobal, forgetGlobal};
   bool hasLayerShell = false;
   wl_registry_add_listener(registry.get(), &listener, &hasLayerShell);
-  wl_display_roundtrip(display.get());
+  if (!makeRoundTrip(display.get())) {
+    return Wayland::absent;
+  }
   return hasLayerShell ? Wayland::withLayerShell : Wayland::plain;
 }
 
@@ -86,6 +131,19 @@ const char* platformsFor(Wayland wayland, bool hasX) {
   return hasX ? "xcb" : nullptr;
 }
 
+/// Sets the displays that the toolkit tries. One that the user has chosen comes first. Returns
+/// false if there is none.
+bool choosePlatforms() {
+  const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+  const char* const found = platformsFor(lookForWayland(), isXThere());
+  if (found == nullptr) {
+    // Others, such as "offscreen", need no display.
+    return !chosen.isEmpty() && !chosen.startsWith("wayland") && !chosen.startsWith("xcb");
+  }
+  qputenv("QT_QPA_PLATFORM", chosen.isEmpty() ? QByteArray(found) : chosen + ';' + found);
+  return true;
+}
+
 } // namespace
 
 xcb_connection_t* xConnection() {
@@ -101,12 +159,8 @@ bool hasCompositing() {
 }
 
 bool chooseDisplay() {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-    const char* const platforms = platformsFor(lookForWayland(), isXThere());
-    if (platforms == nullptr) {
-      return false;
-    }
-    qputenv("QT_QPA_PLATFORM", platforms);
+  if (!choosePlatforms()) {
+    return false;
   }
   // Everything is painted in memory. By default the platform plugins would load a GL stack.
   setDefault("QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none");

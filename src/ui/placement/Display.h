@@ -14,8 +14,9 @@ namespace tidewell {
 /// loads only what the windows need. Call it before the application object exists.
 ///
 /// Uses Wayland if the compositor has a layer shell. Otherwise the panel could not be placed there,
-/// so X11 is preferred. Keeps the user's own settings. Returns false if there is no display; the
-/// toolkit would abort.
+/// so X11 is preferred. The user's own settings come first; the other displays are tried after
+/// them. A compositor that does not answer within three seconds counts as absent. Returns false if
+/// there is no display; the toolkit would abort.
 [[nodiscard]] bool chooseDisplay();
 
 } // namespace tidewell
