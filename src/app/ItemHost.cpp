@@ -14,8 +14,8 @@ struct Known {
   ItemPresentation presentation;
 };
 
-// As observed on each desktop.
-constexpr std::array<Known, 14> hosts = {{
+// As observed on each desktop. Watchers that show nothing are not listed, such as Plasma's kded.
+constexpr std::array<Known, 13> hosts = {{
     {"gnome-shell", ItemPresentation::label},
     {"mate-indicator", ItemPresentation::label},
     {"notification-ar", ItemPresentation::label}, // MATE's notification area
@@ -27,20 +27,19 @@ constexpr std::array<Known, 14> hosts = {{
     {"wrapper-2.0", ItemPresentation::squareTile}, // an Xfce panel plugin's process
     {"panel-", ItemPresentation::squareTile},      // the same, renamed after its plugin
     {"lxqt-panel", ItemPresentation::squareTile},
-    {"kded", ItemPresentation::squareTile},
     {"plasmashell", ItemPresentation::squareTile},
     {"swaybar", ItemPresentation::squareTile},
 }};
 
 } // namespace
 
-ItemPresentation presentationFor(std::string_view process) {
+std::optional<ItemPresentation> presentationOf(std::string_view process) {
   for (const Known& known : hosts) {
     if (process.starts_with(known.beginning)) {
       return known.presentation;
     }
   }
-  return ItemPresentation::squareTile;
+  return std::nullopt;
 }
 
 bool tellsClickedPlace(std::string_view process) {

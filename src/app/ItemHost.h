@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace tidewell {
@@ -15,12 +16,12 @@ enum class ItemPresentation {
   squareTile,  ///< It squeezes every picture into a square.
 };
 
-/// The best presentation for a host. An unknown one gets the tile, which every host shows; names of
-/// desktops say nothing, because some desktops name others as their relatives.
+/// The best presentation for a known host; nullopt for any other. Names of desktops say nothing,
+/// because some desktops name others as their relatives.
 ///
-/// `process` is the name of the process that owns the watcher, up to 15 characters, empty if it is
-/// not known.
-[[nodiscard]] ItemPresentation presentationFor(std::string_view process);
+/// `process` is the name of the process that owns the watcher or reads the item, up to 15
+/// characters, empty if it is not known.
+[[nodiscard]] std::optional<ItemPresentation> presentationOf(std::string_view process);
 
 /// Whether the host reports a click in screen coordinates. `process` as above.
 [[nodiscard]] bool tellsClickedPlace(std::string_view process);

@@ -28,11 +28,14 @@ int appendNoPictures(sd_bus_message& message) {
 } // namespace
 
 StatusItem::StatusItem(SessionBus& bus, std::function<void(const WindowRequest& request)> ask)
-    : m_object(itemPath, itemInterface), m_ask(std::move(ask)) {
+    : m_object(itemPath, itemInterface), m_ask(std::move(ask)), m_readers([this] { adapt(); }) {
   describeIdentity();
   describeAppearance();
   describeMethods();
-  m_lost = bus.onLost([this] { m_object.disappear(); });
+  m_lost = bus.onLost([this] {
+    m_readers.forget();
+    m_object.disappear();
+  });
   m_connected = bus.onConnected([this](sd_bus& connection) { m_object.appear(connection); });
 }
 
@@ -49,7 +52,8 @@ void StatusItem::describeIdentity() {
 
 void StatusItem::describeAppearance() {
   const auto text = [this](const char* name, auto value) {
-    m_object.silentProperty(name, "s", [value = std::move(value)](sd_bus_message& reply) {
+    m_object.silentProperty(name, "s", [this, name, value = std::move(value)](auto& reply) {
+      noteReader(name, reply);
       return sd_bus_message_append(&reply, "s", std::string(value()).c_str());
     });
   };
@@ -58,8 +62,10 @@ void StatusItem::describeAppearance() {
   text("IconAccessibleDesc", [this] { return m_texts.label; });
   text("XAyatanaLabel", [this] { return steadyLabel(m_texts.label); });
   text("XAyatanaLabelGuide", [this] { return m_guide; });
-  m_object.silentProperty("IconPixmap", "a(iiay)",
-                          [this](sd_bus_message& reply) { return appendPictures(reply); });
+  m_object.silentProperty("IconPixmap", "a(iiay)", [this](sd_bus_message& reply) {
+    noteReader("IconPixmap", reply);
+    return appendPictures(reply);
+  });
   m_object.silentProperty("ToolTip", "(sa(iiay)ss)",
                           [this](sd_bus_message& reply) { return appendToolTip(reply); });
   for (const char* name :
@@ -105,10 +111,25 @@ void StatusItem::describeMethods() {
 }
 
 void StatusItem::setHost(const std::string& process) {
-  const ItemPresentation presentation = presentationFor(process);
+  m_watcherShows = presentationOf(process);
   m_isPlaceTold = tellsClickedPlace(process);
-  if (std::exchange(m_presentation, presentation) != presentation) {
+  m_readers.forget();
+  adapt();
+}
+
+void StatusItem::noteReader(const char* property, sd_bus_message& answer) {
+  if (!m_watcherShows) {
+    m_readers.read(property, answer);
+  }
+}
+
+void StatusItem::adapt() {
+  const ItemPresentation now = m_watcherShows.value_or(m_readers.presentation());
+  if (std::exchange(m_presentation, now) != now && !m_isWithdrawn) {
     m_object.emit("NewIcon");
+    if (now == ItemPresentation::label) {
+      announceAppearance();
+    }
   }
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "app/ItemHost.h"
+#include "app/ItemReaders.h"
 #include "base/Observers.h"
 #include "format/MenubarLabel.h"
 #include "platform/linux/bus/BusObject.h"
 #include "windowRequests/WindowRequest.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -23,7 +25,8 @@ public:
   /// Borrows the bus. `ask` is called with a request for the panel when the user clicks the item.
   StatusItem(SessionBus& bus, std::function<void(const WindowRequest& request)> ask);
 
-  /// Adapts to the host, given the name of its process; empty if it is not known.
+  /// Adapts to the host, given the name of the watcher's process; empty if it is not known. For an
+  /// unknown one, the programs that read the item decide.
   void setHost(const std::string& process);
 
   /// Asks the host to hide the item, and announces no changes until it is shown again.
@@ -44,13 +47,17 @@ private:
   void describeMethods();
   [[nodiscard]] const char* iconName() const;
   [[nodiscard]] const char* status() const;
+  void noteReader(const char* property, sd_bus_message& answer);
+  void adapt();
   void announceAppearance();
   int appendPictures(sd_bus_message& message) const;
   int appendToolTip(sd_bus_message& message) const;
 
   BusObject m_object;
   std::function<void(const WindowRequest& request)> m_ask;
-  std::string m_token; // of the next click
+  std::string m_token;                            // of the next click
+  std::optional<ItemPresentation> m_watcherShows; // if its process is known
+  ItemReaders m_readers;
   ItemPresentation m_presentation = ItemPresentation::squareTile;
   bool m_isPlaceTold = true; // by the host, with a click
   bool m_isWithdrawn = false;

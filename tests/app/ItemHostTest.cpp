@@ -16,17 +16,16 @@ TEST(ItemHost, IsKnownByItsProcess) {
       {"gnome-shell", label},     {"mate-indicator-", label},  {"notification-ar", label},
       {"ayatana-indicat", label}, {"xapp-sn-watcher", wide},   {"waybar", wide},
       {"xfce4-panel", square},    {"panel-6-systray", square}, {"wrapper-2.0", square},
-      {"lxqt-panel", square},     {"kded5", square},           {"kded6", square},
-      {"plasmashell", square},    {"swaybar", square},
+      {"lxqt-panel", square},     {"plasmashell", square},     {"swaybar", square},
   };
   for (const auto& [process, presentation] : hosts) {
-    EXPECT_EQ(presentationFor(process), presentation) << process;
+    EXPECT_EQ(presentationOf(process), presentation) << process;
   }
 }
 
-TEST(ItemHost, GetsATileWhenItIsUnknown) {
-  for (const char* process : {"", "python3", "budgie-panel", "gnome", "my-gnome-shell"}) {
-    EXPECT_EQ(presentationFor(process), square) << process;
+TEST(ItemHost, IsUnknownWhereItsProcessShowsNothingOrWasNeverSeen) {
+  for (const char* process : {"", "python3", "kded5", "kded6", "gnome", "my-gnome-shell"}) {
+    EXPECT_EQ(presentationOf(process), std::nullopt) << process;
   }
 }
 
