@@ -130,5 +130,21 @@ class AppIndicator(DesktopCase):
         self.assert_no_panel()
 
 
+class AppIndicatorWithoutX(DesktopCase):
+    """This compositor lets no program copy that has no window with the keyboard."""
+
+    DESKTOP = gnomeWayland.Shell("gnomeItemWithoutX", [gnome.EXTENSION])
+    VARIABLES = DESKTOP.VARIABLES
+    SCREEN = "1280x800x24"
+
+    def test_the_menu_says_that_it_could_not_copy_and_what_to_do(self):
+        bus.choose_row(self.session.environment, "Copy IP")
+        wait_until(lambda: "The address was not copied" in self.display.evaluate(NOTICES), 10, "notice")
+        self.save_picture("gnomeWayland-not-copied")
+
+
+NOTICES = "Main.messageTray.getSources().flatMap(source => source.notifications.map(notice => notice.title))"
+
+
 if __name__ == "__main__":
     apart.main(["gnome-shell", "gdctl"])

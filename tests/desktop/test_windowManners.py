@@ -1,6 +1,8 @@
 #!/usr/bin/python3
 """How the details and the settings behave among the windows of a desktop."""
 
+import re
+
 import apart
 import bus
 import xfce
@@ -51,11 +53,17 @@ class Manners(WindowCase):
         heard = self.session.directory / "heard"
         with heard.open("wb") as output:
             self.session.start(["stdbuf", "-oL", "xev", "-root", "-event", "property"], stdout=output)
-        wait_until(heard.exists, 5, "listener")
-        bus.call(self.session.environment, item, "ProvideXdgActivationToken", "string:of-a-test_TIME5")
+        # The listener has begun once it reports a change.
+        change = ["xprop", "-root", "-f", "MARK", "8s", "-set", "MARK", "1"]
+        wait_until(lambda: self.session.output(change) == "" and "MARK" in heard.read_text(), 5, "listener")
+        # The listener does not print messages, but counts them: one for twenty bytes.
+        token = f"{'x' * 90}_TIME5"
+        parts = -(-len(f"remove: ID={token}0") // 20)
+        bus.call(self.session.environment, item, "ProvideXdgActivationToken", f"string:{token}")
         bus.choose_row(self.session.environment, "Settings")
         wait_until(lambda: self.screen.titled(SETTINGS), 5, "settings")
-        wait_until(lambda: "_NET_STARTUP_INFO_BEGIN" in heard.read_text(), 5, "message")
+        counted = ["(_NET_STARTUP_INFO_BEGIN)", *["(_NET_STARTUP_INFO)"] * (parts - 1)]
+        wait_until(lambda: re.findall(r"\(_NET_STARTUP_INFO\w*\)", heard.read_text()) == counted, 5, "messages")
 
     def test_closing_a_window_loses_only_what_it_showed(self):
         self.open(SETTINGS)

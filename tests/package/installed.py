@@ -74,7 +74,12 @@ class Installed(unittest.TestCase):
             text = subprocess.run(["zcat", path], capture_output=True, text=True, check=True).stdout
             self.assertIn(".SH NAME", text)
 
-    def test_6_it_ends_when_asked(self):
+    def test_6_it_depends_on_the_plug_in_for_wayland(self):
+        # Recommended packages may be missing, and then nothing would open in sessions without X.
+        fields = self.session.output(["dpkg-query", "--show", "--showformat=${Depends}", "tidewell"])
+        self.assertIn("qt6-wayland", re.split("[,| ]+", fields))
+
+    def test_7_it_ends_when_asked(self):
         bus.call(self.session.environment, bus.TIDEWELL, "Quit")
         wait_until(lambda: not bus.owner(self.session.environment, bus.TIDEWELL[0]), 10, "end")
 

@@ -8,7 +8,10 @@
 #include "ui/settings/SettingsView.h"
 
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QGuiApplication>
+#include <QStringList>
+#include <QVariantMap>
 
 #include <chrono>
 #include <utility>
@@ -154,8 +157,23 @@ void WindowsApplication::copy(const std::string& text) {
   if (!m_clipboard) {
     m_clipboard = std::make_unique<TextClipboard>();
   }
-  m_clipboard->set(text);
+  if (!m_clipboard->set(text)) {
+    sayNotCopied();
+  }
   windowsChanged();
+}
+
+void WindowsApplication::sayNotCopied() {
+  QDBusMessage notice = QDBusMessage::createMethodCall(
+      QStringLiteral("org.freedesktop.Notifications"),
+      QStringLiteral("/org/freedesktop/Notifications"),
+      QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
+  constexpr int serversExpiry = -1;
+  notice << QStringLiteral("Tidewell") << 0U << QStringLiteral("com.halden.Tidewell")
+         << QStringLiteral("The address was not copied")
+         << QStringLiteral("Here only the active window can copy. Use Copy IP in the panel.")
+         << QStringList() << QVariantMap() << serversExpiry;
+  m_bus.send(notice);
 }
 
 void WindowsApplication::quitAll() {

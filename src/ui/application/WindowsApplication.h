@@ -40,6 +40,7 @@ private:
   void startWithValues();
   void perform(const WindowRequest& request);
   void copy(const std::string& text);
+  void sayNotCopied();
   void quitAll();
   void setItemShown(bool isShown);
   template <class Shown> void watch(Shown& shown, WindowRequest::Kind kind);

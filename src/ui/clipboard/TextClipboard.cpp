@@ -43,7 +43,7 @@ void keepGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name
 /// The toolkit's connection to the compositor; null on other displays.
 wl_display* waylandDisplay() {
   auto* const native = QGuiApplication::platformNativeInterface();
-  return native != nullptr && QGuiApplication::platformName() == QLatin1String("wayland")
+  return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
              ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
              : nullptr;
 }
@@ -86,10 +86,13 @@ TextClipboard::~TextClipboard() {
   }
 }
 
-void TextClipboard::set(const std::string& text) {
+bool TextClipboard::set(const std::string& text) {
   if (m_device == nullptr) {
+    if (waylandDisplay() != nullptr && QGuiApplication::focusWindow() == nullptr) {
+      return false;
+    }
     QGuiApplication::clipboard()->setText(QString::fromStdString(text));
-    return;
+    return true;
   }
   release();
   m_text = text;
@@ -102,6 +105,7 @@ void TextClipboard::set(const std::string& text) {
   zwlr_data_control_device_v1_set_selection(m_device, m_source);
   // The event loop would send it only with the next event.
   wl_display_flush(waylandDisplay());
+  return true;
 }
 
 bool TextClipboard::isOwned() const {
@@ -127,6 +131,7 @@ void TextClipboard::finished(void* self, zwlr_data_control_device_v1* device) {
   auto& clipboard = *static_cast<TextClipboard*>(self);
   zwlr_data_control_device_v1_destroy(device);
   clipboard.m_device = nullptr;
+  clipboard.release();
 }
 
 void TextClipboard::send(void* self, zwlr_data_control_source_v1* /*source*/, const char* /*type*/,

@@ -18,8 +18,9 @@ public:
   TextClipboard(TextClipboard&&) = delete;
   ~TextClipboard();
 
-  /// Offers the text, of at most some kilobytes, until another program offers something.
-  void set(const std::string& text);
+  /// Offers the text, of at most some kilobytes, until another program offers something. Returns
+  /// false if the compositor would ignore it.
+  [[nodiscard]] bool set(const std::string& text);
 
   /// Whether this process offers the clipboard's content, which would be lost at its end.
   [[nodiscard]] bool isOwned() const;
