@@ -142,6 +142,13 @@ class AppIndicatorWithoutX(DesktopCase):
         wait_until(lambda: "The address was not copied" in self.display.evaluate(NOTICES), 10, "notice")
         self.save_picture("gnomeWayland-not-copied")
 
+    def test_a_title_bar_that_the_program_draws_is_dark(self):
+        bus.call(self.session.environment, bus.TIDEWELL, "OpenSettings")
+        window = self.steady(lambda: self.changes(self.room), "settings")
+        self.save_picture("gnomeWayland-titleBar")
+        bar = window._replace(top=window.top + 4, bottom=window.top + 24)
+        self.assertLess(max(self.display.take().commonest_colour(bar)[:3]), 64)
+
 
 NOTICES = "Main.messageTray.getSources().flatMap(source => source.notifications.map(notice => notice.title))"
 

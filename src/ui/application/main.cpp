@@ -1,9 +1,11 @@
 #include "platform/linux/process/Confinement.h"
 #include "ui/application/WindowsApplication.h"
 #include "ui/placement/Display.h"
+#include "ui/tokens/TWColor.h"
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QPalette>
 
 #include <clocale>
 #include <csignal>
@@ -45,6 +47,11 @@ int main(int argumentCount, char** arguments) {
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));
   const QApplication application(argumentCount, arguments);
   QApplication::setStyle(QStringLiteral("Fusion"));
+  // For title bars that Qt draws, and whatever else a style takes from here.
+  QPalette palette;
+  palette.setColor(QPalette::Window, tidewell::TWColor::surface);
+  palette.setColor(QPalette::WindowText, tidewell::TWColor::text);
+  QApplication::setPalette(palette);
   static_cast<void>(std::setlocale(
       LC_MESSAGES, "C")); // the reasons of the system, like everything in the windows
   tidewell::WindowsApplication windows(QDBusConnection::sessionBus(), resident);

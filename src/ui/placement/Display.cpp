@@ -168,6 +168,8 @@ bool chooseDisplay() {
   // The windows look the same everywhere. A desktop's theme plugin would load another toolkit.
   setDefault("QT_QPA_PLATFORMTHEME", "generic");
   setDefault("QT_NO_GLIB", "1");
+  // Draws title bars in the windows' dark colours, on compositors that leave them to programs.
+  setDefault("QT_WAYLAND_DECORATION", "bradient");
   // Respects panels on multiple screens.
   setDefault("QT_RELY_ON_NET_WORKAREA_ATOM", "1");
   // Creates the panel's surface without a role, so that the layer shell can assign one.
