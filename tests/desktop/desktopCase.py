@@ -43,16 +43,25 @@ class DesktopCase(unittest.TestCase):
         cls.session = Session(cls.DESKTOP, cls.SCREEN, **cls.VARIABLES).__enter__()
         cls.addClassCleanup(cls.session.__exit__)
         cls.display = cls.session.display
-        screen, edge = cls.AREA or cls.display.take().box, cls.DESKTOP.BAR_HEIGHT
-        if cls.DESKTOP.BAR == "top":
-            cls.bar, cls.room = screen._replace(bottom=edge), screen._replace(top=edge)
-        else:
-            edge = screen.bottom - edge
-            cls.bar, cls.room = screen._replace(top=edge), screen._replace(bottom=edge)
-        # Items are at the end of bars; there may be a clock in the middle.
-        cls.items = cls.bar._replace(left=screen.left + screen.width * 5 // 8)
+        cls.divide(cls.AREA or cls.display.take().box, cls.DESKTOP.BAR, int(cls.DESKTOP.BAR_HEIGHT))
         cls.rest_pointer()
         cls.empty = cls.settled()
+
+    @classmethod
+    def divide(cls, screen, edge, height):
+        """Finds the bar at this edge, the room beside it, and the items: at the end of the bar, because there
+        may be a clock in its middle."""
+        inner, line = {
+            "top": ("bottom", screen.top + height),
+            "bottom": ("top", screen.bottom - height),
+            "left": ("right", screen.left + height),
+            "right": ("left", screen.right - height),
+        }[edge]
+        cls.bar, cls.room = screen._replace(**{inner: line}), screen._replace(**{edge: line})
+        end = {"left": screen.left + screen.width * 5 // 8}
+        if edge in ("left", "right"):
+            end = {"top": screen.top + screen.height * 5 // 8}
+        cls.items = cls.bar._replace(**end)
 
     @classmethod
     def settled(cls):
@@ -125,17 +134,27 @@ class DesktopCase(unittest.TestCase):
         self.assertTrue(all(20 <= channel <= 40 for channel in colour), colour)
 
     def assert_beside_item(self, box):
-        """Apart from the bar, near it, and below or above the item as far as the screen allows."""
-        below = box.top - self.room.top
-        above = self.room.bottom - box.bottom
-        distance = below if self.DESKTOP.BAR == "top" else above
-        self.assertTrue(0 < distance <= NEAR * self.SCALE, (box, self.room))
-        middle = self.item.centre[0] - box.width // 2
+        """Apart from the bar, near it, and centred on the item as far as the screen allows."""
+        self.assertTrue(0 < self.distance(box) <= NEAR * self.SCALE, (box, self.room))
+        middle, size, first, last = self.item.centre[0], box.width, self.room.left, self.room.right
+        begin = box.left
+        if self.DESKTOP.BAR in ("left", "right"):
+            middle, size, first, last = self.item.centre[1], box.height, self.room.top, self.room.bottom
+            begin = box.top
         gap = GAP * self.SCALE
-        nearest = max(self.room.left + gap, min(middle, self.room.right - gap - box.width))
-        self.assertAlmostEqual(box.left, nearest, delta=NEAR * self.SCALE)
-        edges = (below, above, box.left - self.room.left, self.room.right - box.right)
-        self.assertGreater(min(edges), 0, "it would be cut off")
+        nearest = max(first + gap, min(middle - size // 2, last - gap - size))
+        self.assertAlmostEqual(begin, nearest, delta=NEAR * self.SCALE)
+        self.assertGreater(min(self.distances(box).values()), 0, "it would be cut off")
+
+    def distances(self, box):
+        """From each edge of the room."""
+        room = self.room
+        return {"top": box.top - room.top, "bottom": room.bottom - box.bottom,
+                "left": box.left - room.left, "right": room.right - box.right}  # fmt: skip
+
+    def distance(self, box):
+        """From the bar."""
+        return self.distances(box)[self.DESKTOP.BAR]
 
     def is_notice_shown(self, box):
         """Whether the panel shows the red notice at its top."""
@@ -165,7 +184,7 @@ class DesktopCase(unittest.TestCase):
         return self.panel()
 
     def click_outside(self):
-        self.display.click(self.room.left + 40, self.room.centre[1])
+        self.display.click(self.room.left + self.room.width * 2 // 5, self.room.centre[1])
 
     def click_button(self, box, name):
         width = box.width / len(BUTTONS)

@@ -125,7 +125,7 @@ class HostCases(PanelCases):
 
     def assert_beside_item(self, box):
         super().assert_beside_item(box)
-        distance = min(abs(box.top - self.bar.bottom), abs(self.bar.top - box.bottom))
+        distance = self.distance(box)
         offset = abs(box.centre[0] - self.item.centre[0])
         self.assertLessEqual(distance, 8 * self.SCALE)
         at_edge = min(box.left - self.room.left, self.room.right - box.right) <= 8 * self.SCALE

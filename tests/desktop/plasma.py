@@ -39,9 +39,10 @@ bar.height = {height};
 bar.screen = {screen};
 bar.hiding = "{hiding}";
 bar.floating = {floating};
-bar.addWidget("org.kde.plasma.panelspacer");
-const tray = bar.addWidget("org.kde.plasma.systemtray");
-const items = desktopById(tray.readConfig("SystrayContainmentId"));
+const tray = "org.kde.plasma.systemtray", spacer = "org.kde.plasma.panelspacer";
+const order = {first} ? [tray, spacer] : [spacer, tray];
+const added = order.map(name => bar.addWidget(name));
+const items = desktopById(added[order.indexOf(tray)].readConfig("SystrayContainmentId"));
 if (items) {{
   items.currentConfigGroup = ["General"];
   items.writeConfig("extraItems", "");
@@ -51,10 +52,11 @@ print("done");
 """
 
 
-def make(display, edge="bottom", screen=0, hiding="none", floating=False):
-    """A desktop with one bar at this edge of that screen."""
+def make(display, edge="bottom", screen=0, hiding="none", floating=False, scale=1.0, first=False):
+    """A desktop with one bar at this edge of that screen, and the items at its end, or at its beginning. The
+    scale is that of all screens."""
     layout = _LAYOUT.format(edge=edge, height=BAR_HEIGHT, screen=screen, hiding=hiding,
-                            floating=str(floating).lower())
+                            floating=str(floating).lower(), first=str(first).lower())
 
     def arrive(session):
         wait_until(lambda: bus.owner(session.environment, _SHELL[0]), 60, "Plasma's shell")
@@ -62,7 +64,7 @@ def make(display, edge="bottom", screen=0, hiding="none", floating=False):
                                                "string:" + layout) or ""), 60, "layout")  # fmt: skip
 
     return SimpleNamespace(__name__="plasma", NAME=NAME, DISPLAY=display, BAR=edge,
-                           BAR_HEIGHT=BAR_HEIGHT, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"], SERVICE=_SHELL[0],
+                           BAR_HEIGHT=BAR_HEIGHT * scale, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"], SERVICE=_SHELL[0],
                            configure=_configure, arrive=arrive,
                            VARIABLES={**_VARIABLES, "KWIN_COMPOSE": _COMPOSITING[display]})
 

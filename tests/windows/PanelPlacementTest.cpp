@@ -81,7 +81,7 @@ constexpr QPoint desktop(640, 400);
 
 std::optional<QPoint> onX11(const QPoint& told, const QPoint& pointer,
                             const QList<ScreenArea>& screens) {
-  return clickedPoint(pointReadings(told, screens, CornerUnits::device), pointer, screens);
+  return clickedPoint(pointReadings(told, screens, LikelyUnits::device), pointer, screens);
 }
 
 TEST(ClickOnX11, IsReadInTheUnitsThatLieOnABar) {
@@ -115,7 +115,8 @@ TEST(ClickOnX11, KeepsTheCornerOfItsScreenWhichHasAScaleOfItsOwn) {
 
 PanelPlace onWayland(const QPoint& told, std::optional<QPoint> pointer, const QSize& work,
                      const QList<ScreenArea>& screens) {
-  return panelPlace(pointReadings(told, screens, CornerUnits::logical), pointer, {1280, 800}, work);
+  const QRect own = screens.constFirst().geometry;
+  return panelPlace(readingsOn(own, told, {screens.constFirst().scale}), pointer, own.size(), work);
 }
 
 TEST(ClickOnWayland, TellsTheBarsEdge) {
@@ -160,12 +161,34 @@ TEST(ClickOnWayland, WithoutEvidenceIsTheEndOfTheBar) {
 TEST(ClickOnWayland, ChoosesTheScreenThatAllReadingsShare) {
   const QList<ScreenArea> two = {{QRect(0, 0, 1280, 800)}, {QRect(1280, 0, 1280, 800)}};
   const auto screenOf = [&](const QPoint& told) {
-    return clickedScreen(pointReadings(told, two, CornerUnits::logical), two);
+    return clickedScreen(pointReadings(told, two, LikelyUnits::logical), two);
   };
   EXPECT_EQ(screenOf({2535, 778}), 1);
   EXPECT_EQ(screenOf({1255, 778}), 0);
   EXPECT_EQ(screenOf({1200, 12}), std::nullopt); // Waybar, on either screen
   EXPECT_EQ(screenOf({-5, 778}), std::nullopt);
+}
+
+TEST(ClickOnWayland, OnASecondScreenCountsFromItsCorner) {
+  // Plasma at scale 2, with the item 25 pixels from the corner.
+  const QList<ScreenArea> two = {{QRect(0, 0, 1280, 800), 2.0}, {QRect(1280, 0, 1280, 800), 2.0}};
+  const QPoint told(1330, 1556);
+  EXPECT_EQ(clickedScreen(pointReadings(told, two, LikelyUnits::logical), two), std::nullopt);
+  const QRect second = two[1].geometry;
+  EXPECT_EQ(
+      panelPlace(readingsOn(second, told, {2.0}), std::nullopt, {1280, 800}, {1280, 756}).anchor,
+      QPoint(25, 778));
+  // Waybar, whose points are relative to the tray.
+  EXPECT_TRUE(readingsOn(second, {25, 12}, {1.0}).contains(QPoint(25, 12)));
+}
+
+TEST(ClickOnWayland, OfAFractionalScaleMayBeCountedInTheRoundedOne) {
+  const QRect own(0, 0, 1280, 800);
+  for (const QPoint told : {QPoint(1881, 1167), QPoint(2508, 1556)}) {
+    EXPECT_EQ(
+        panelPlace(readingsOn(own, told, {1.5, 2.0}), std::nullopt, own.size(), {1280, 756}).anchor,
+        QPoint(1254, 778));
+  }
 }
 
 } // namespace

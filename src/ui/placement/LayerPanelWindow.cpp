@@ -19,6 +19,7 @@ namespace {
 // Most compositors report the pointer as soon as the surface is shown, if it is on this screen.
 constexpr std::chrono::milliseconds pointerPatience(80);
 
+/// The toolkit rounds their scales up.
 QList<ScreenArea> screens() {
   QList<ScreenArea> found;
   for (const QScreen* const screen : QGuiApplication::screens()) {
@@ -31,7 +32,7 @@ QList<ScreenArea> screens() {
 QScreen* screenFor(std::optional<QPoint> point) {
   const QList<ScreenArea> areas = screens();
   const auto index = point
-                         ? clickedScreen(pointReadings(*point, areas, CornerUnits::logical), areas)
+                         ? clickedScreen(pointReadings(*point, areas, LikelyUnits::logical), areas)
                          : std::nullopt;
   return index ? QGuiApplication::screens().at(*index) : nullptr;
 }
@@ -78,6 +79,12 @@ void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()), outputOf(screen));
   connect(m_surface.get(), &LayerSurface::configured, this, &LayerPanelWindow::configured);
   connect(m_surface.get(), &LayerSurface::closed, this, [this] { dismiss(Dismissal::here); });
+  // The toolkit learns the compositor's choice after the surface is shown.
+  connect(windowHandle(), &QWindow::screenChanged, this, [this] {
+    if (m_frame->isVisible()) {
+      place();
+    }
+  });
 }
 
 void LayerPanelWindow::configured(const QSize& size) {
@@ -112,13 +119,10 @@ void LayerPanelWindow::showPanel() {
 }
 
 PanelPlace LayerPanelWindow::bestPlace() const {
-  const QRect own = screen()->geometry();
   QList<QPoint> readings;
   if (m_told) {
-    for (const QPoint& reading : pointReadings(*m_told, screens(), CornerUnits::logical)) {
-      // A point relative to a bar appears to be on the first screen.
-      readings.append(own.contains(reading) ? reading - own.topLeft() : reading);
-    }
+    readings = readingsOn(screen()->geometry(), *m_told,
+                          {windowHandle()->devicePixelRatio(), screen()->devicePixelRatio()});
   }
   return panelPlace(readings, m_pointer, size(), m_workSize);
 }

@@ -13,10 +13,10 @@ QPoint floored(const QPointF& point) {
   return {static_cast<int>(std::floor(point.x())), static_cast<int>(std::floor(point.y()))};
 }
 
-/// The reading of a point in device pixels on this screen.
-QPoint inDevicePixels(const QPoint& point, const ScreenArea& screen, CornerUnits units) {
-  const QPointF corner = units == CornerUnits::device ? screen.geometry.topLeft() : QPointF();
-  return floored(corner + (QPointF(point) - corner) / screen.scale);
+/// The reading of a point in device pixels from the corner of this screen.
+QPoint inDevicePixels(const QPoint& point, const QRect& screen, double scale) {
+  const QPointF corner = screen.topLeft();
+  return floored(corner + (QPointF(point) - corner) / scale);
 }
 
 int screenIndex(const QPoint& point, const QList<ScreenArea>& screens) {
@@ -81,23 +81,37 @@ int within(int begin, int length, int first, int last) {
 } // namespace
 
 QList<QPoint> pointReadings(const QPoint& point, const QList<ScreenArea>& screens,
-                            CornerUnits units) {
+                            LikelyUnits likely) {
   QList<QPoint> readings;
   const auto add = [&](const QPoint& reading) {
     if (screenIndex(reading, screens) >= 0 && !readings.contains(reading)) {
       readings.append(reading);
     }
   };
-  if (units == CornerUnits::logical) {
+  if (likely == LikelyUnits::logical) {
     add(point);
   }
   for (const ScreenArea& screen : screens) {
-    const QPoint reading = inDevicePixels(point, screen, units);
+    const QPoint reading = inDevicePixels(point, screen.geometry, screen.scale);
     if (screen.geometry.contains(reading)) {
       add(reading);
     }
   }
   add(point);
+  return readings;
+}
+
+QList<QPoint> readingsOn(const QRect& screen, const QPoint& point, const QList<double>& scales) {
+  QList<QPoint> readings;
+  for (const double scale : QList<double>{1.0} + scales) {
+    const QPoint reading = inDevicePixels(point, screen, scale);
+    if (screen.contains(reading) && !readings.contains(reading - screen.topLeft())) {
+      readings.append(reading - screen.topLeft());
+    }
+  }
+  if (QRect(QPoint(0, 0), screen.size()).contains(point) && !readings.contains(point)) {
+    readings.append(point);
+  }
   return readings;
 }
 

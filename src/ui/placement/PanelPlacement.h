@@ -19,17 +19,22 @@ struct ScreenArea {
   QRect workArea = {};
 };
 
-/// The pixels in which a display server counts the corners of screens.
-enum class CornerUnits {
+/// The pixels that most hosts of a display server count in.
+enum class LikelyUnits {
   device,  ///< X11.
   logical, ///< Wayland.
 };
 
 /// What a host may have meant by a point, as points on screens in device-independent pixels, the
-/// likelier first. Some hosts tell device pixels, others device-independent ones. Empty if the
-/// point is on no screen.
+/// likelier first. Some hosts tell device pixels from the corner of the screen, others
+/// device-independent ones. Empty if the point is on no screen.
 [[nodiscard]] QList<QPoint> pointReadings(const QPoint& point, const QList<ScreenArea>& screens,
-                                          CornerUnits units);
+                                          LikelyUnits likely);
+
+/// The same for a host that is known to be on this screen, relative to the screen's corner. The
+/// point may also be relative to the host's bar. `scales` are those that the host may count in.
+[[nodiscard]] QList<QPoint> readingsOn(const QRect& screen, const QPoint& point,
+                                       const QList<double>& scales);
 
 /// The place of the click on screens whose work areas are known. `readings` as above. The pointer
 /// is trusted if it is on a bar, then a reading on a bar. Returns nullopt without evidence.

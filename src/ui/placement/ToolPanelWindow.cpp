@@ -35,7 +35,7 @@ ToolPanelWindow::ToolPanelWindow()
 void ToolPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   setAttribute(Qt::WA_TranslucentBackground, content->testAttribute(Qt::WA_TranslucentBackground));
   const QList<ScreenArea> areas = screens();
-  const auto readings = point ? pointReadings(*point, areas, CornerUnits::device) : QList<QPoint>();
+  const auto readings = point ? pointReadings(*point, areas, LikelyUnits::device) : QList<QPoint>();
   m_anchor = clickedPoint(readings, QCursor::pos(), areas);
   m_frame = new PanelFrame(content, this);
   content->installEventFilter(this);
