@@ -27,12 +27,11 @@ _HEADLESS = {
 # The compositor's own variable: how many screens there are. They stand side by side.
 SCREENS = "WLR_HEADLESS_OUTPUTS"
 
-_SOCKET = "wayland-1"
-
 
 class Display:
     # The compositor is started through this, if it would refuse the caller.
     WRAPPER = []
+    SOCKET = "wayland-1"
 
     def __init__(self, session, screen):
         self._session = session
@@ -41,17 +40,20 @@ class Display:
 
     def start(self):
         environment = self._session.environment
-        configuration = self._session.directory / "sway"
         count = int(environment.get(SCREENS, "1"))
+        self._session.children.start([*self.WRAPPER, *self.command(count)], {**environment, **_HEADLESS})
+        environment["WAYLAND_DISPLAY"] = self.SOCKET
+        socket = f"{environment['XDG_RUNTIME_DIR']}/{self.SOCKET}"
+        size = (count * self._width, self._height)
+        self._devices = wait_until(lambda: _connected(socket, *size), 10, "compositor")
+
+    def command(self, count):
+        """Starts the compositor with this many screens."""
+        configuration = self._session.directory / "sway"
         outputs = [_OUTPUT.format(index + 1, self._width, self._height, index * self._width)
                    for index in range(count)]
         configuration.write_text(_CONFIGURATION + "".join(outputs))
-        self._session.children.start([*self.WRAPPER, "sway", "--config", str(configuration)],
-                                     {**environment, **_HEADLESS})  # fmt: skip
-        environment["WAYLAND_DISPLAY"] = _SOCKET
-        socket = f"{environment['XDG_RUNTIME_DIR']}/{_SOCKET}"
-        size = (count * self._width, self._height)
-        self._devices = wait_until(lambda: _connected(socket, *size), 10, "compositor")
+        return ["sway", "--config", str(configuration)]
 
     def close(self):
         if self._devices:

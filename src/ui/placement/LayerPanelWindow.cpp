@@ -60,7 +60,7 @@ LayerPanelWindow::LayerPanelWindow()
 }
 
 LayerPanelWindow::~LayerPanelWindow() {
-  // Destroys the role before the surface, which the window owns.
+  // Before the surface, which the window owns.
   m_surface.reset();
 }
 
@@ -85,6 +85,12 @@ void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
       place();
     }
   });
+}
+
+void LayerPanelWindow::dismiss(Dismissal how) {
+  // Hiding may destroy the toolkit's surface, which compositors allow only without a role.
+  m_surface.reset();
+  PanelWindow::dismiss(how);
 }
 
 void LayerPanelWindow::configured(const QSize& size) {

@@ -27,6 +27,7 @@ public:
   void open(QWidget* content, std::optional<QPoint> point) override;
 
 protected:
+  void dismiss(Dismissal how) override;
   void enterEvent(QEnterEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -47,7 +47,7 @@ Q_SIGNALS:
 protected:
   explicit PanelWindow(Qt::WindowFlags flags);
 
-  void dismiss(Dismissal how);
+  virtual void dismiss(Dismissal how);
   void keyPressEvent(QKeyEvent* event) override;
   /// Of the desktop's shell.
   void closeEvent(QCloseEvent* event) override;

@@ -1,0 +1,25 @@
+#!/usr/bin/python3
+"""The item and the panel in labwc, with Waybar and with LXQt's panel."""
+
+import apart
+import labwc
+from desktopCase import DesktopCase
+from hostCases import HostCases
+
+
+class Waybar(HostCases, DesktopCase):
+    DESKTOP = labwc.WAYBAR
+    TITLE = "labwc with Waybar"
+    COVERS_BAR = True
+    IDENTITY = "com.halden.Tidewell"
+
+
+class Lxqt(HostCases, DesktopCase):
+    DESKTOP = labwc.LXQT
+    TITLE = "labwc with lxqt-panel"
+    COVERS_BAR = True
+    IDENTITY = "com.halden.Tidewell"
+
+
+if __name__ == "__main__":
+    apart.main([*labwc.PROGRAMS, "waybar", "lxqt-panel"])
