@@ -20,6 +20,11 @@ class Lxqt(HostCases, DesktopCase):
     COVERS_BAR = True
     IDENTITY = "com.halden.Tidewell"
 
+    def menu(self):
+        # It covers the bar, too.
+        box = self.changes(self.items._replace(top=self.room.top))
+        return box if box and box.height > self.bar.height else None
+
 
 if __name__ == "__main__":
     apart.main([*labwc.PROGRAMS, "waybar", "lxqt-panel"])

@@ -19,6 +19,9 @@ namespace {
 // Most compositors report the pointer as soon as the surface is shown, if it is on this screen.
 constexpr std::chrono::milliseconds pointerPatience(80);
 
+// In milliseconds. Others report it when it moves. Later it has left the item.
+constexpr int pointerFreshness = 500;
+
 /// The toolkit rounds their scales up.
 QList<ScreenArea> screens() {
   QList<ScreenArea> found;
@@ -78,6 +81,7 @@ void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
   create();
   m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()), outputOf(screen));
   connect(m_surface.get(), &LayerSurface::configured, this, &LayerPanelWindow::configured);
+  connect(m_surface.get(), &LayerSurface::covered, this, &LayerPanelWindow::begin);
   connect(m_surface.get(), &LayerSurface::closed, this, [this] { dismiss(Dismissal::here); });
   // The toolkit learns the compositor's choice after the surface is shown.
   connect(windowHandle(), &QWindow::screenChanged, this, [this] {
@@ -95,19 +99,30 @@ void LayerPanelWindow::dismiss(Dismissal how) {
 
 void LayerPanelWindow::configured(const QSize& size) {
   resize(size);
-  if (!isVisible()) {
+  if (m_workSize.isEmpty()) {
     m_workSize = size;
-    show();
     m_surface->coverBars();
-    m_patience.start(pointerPatience);
   } else if (m_frame->isVisible()) {
     place();
-  } else if (bestPlace().isCertain) {
+  } else if (isVisible() && bestPlace().isCertain) {
+    showPanel();
+  }
+}
+
+void LayerPanelWindow::begin() {
+  // Over the bars from the beginning, because compositors look for the pointer then.
+  show();
+  m_sinceShown.start();
+  m_patience.start(pointerPatience);
+  if (bestPlace().isCertain) {
     showPanel();
   }
 }
 
 void LayerPanelWindow::enterEvent(QEnterEvent* event) {
+  if (m_sinceShown.hasExpired(pointerFreshness)) {
+    return;
+  }
   const bool isCertain = bestPlace().isCertain;
   m_pointer = event->position().toPoint();
   if (m_frame->isHidden()) {

@@ -3,6 +3,7 @@
 #include "ui/placement/PanelPlacement.h"
 #include "ui/placement/PanelWindow.h"
 
+#include <QElapsedTimer>
 #include <QSize>
 #include <QTimer>
 
@@ -34,6 +35,7 @@ protected:
 
 private:
   void configured(const QSize& size);
+  void begin();
   void showPanel();
   void place();
   [[nodiscard]] PanelPlace bestPlace() const;
@@ -44,6 +46,7 @@ private:
   std::optional<QPoint> m_told;    // by the item's host
   std::optional<QPoint> m_pointer; // on this surface
   QTimer m_patience;
+  QElapsedTimer m_sinceShown;
 };
 
 } // namespace tidewell

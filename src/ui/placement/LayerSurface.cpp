@@ -28,19 +28,23 @@ void bindShell(void* shell, wl_registry* registry, std::uint32_t name, const cha
 
 void forget(void* /*shell*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
 
-zwlr_layer_shell_v1* findShell() {
+/// The application's connection, null on other displays.
+wl_display* display() {
   auto* const native = QGuiApplication::platformNativeInterface();
-  auto* const display =
-      native == nullptr ? nullptr
-                        : static_cast<wl_display*>(native->nativeResourceForIntegration("display"));
-  if (display == nullptr || QGuiApplication::platformName() != QLatin1String("wayland")) {
+  return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+             ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
+             : nullptr;
+}
+
+zwlr_layer_shell_v1* findShell() {
+  if (display() == nullptr) {
     return nullptr;
   }
   zwlr_layer_shell_v1* shell = nullptr;
-  wl_registry* const registry = wl_display_get_registry(display);
+  wl_registry* const registry = wl_display_get_registry(display());
   static constexpr wl_registry_listener listener = {bindShell, forget};
   wl_registry_add_listener(registry, &listener, &shell);
-  wl_display_roundtrip(display);
+  wl_display_roundtrip(display());
   wl_registry_destroy(registry);
   return shell;
 }
@@ -67,11 +71,26 @@ LayerSurface::LayerSurface(wl_surface* surface, wl_output* output)
   wl_surface_commit(surface);
 }
 
-LayerSurface::~LayerSurface() { zwlr_layer_surface_v1_destroy(m_layer); }
+LayerSurface::~LayerSurface() {
+  if (m_covering != nullptr) {
+    wl_callback_destroy(m_covering);
+  }
+  zwlr_layer_surface_v1_destroy(m_layer);
+}
 
 void LayerSurface::coverBars() {
   zwlr_layer_surface_v1_set_exclusive_zone(m_layer, overBars);
   wl_surface_commit(m_surface);
+  m_covering = wl_display_sync(display());
+  static constexpr wl_callback_listener listener = {cover};
+  wl_callback_add_listener(m_covering, &listener, this);
+}
+
+void LayerSurface::cover(void* self, wl_callback* covering, std::uint32_t /*data*/) {
+  wl_callback_destroy(covering);
+  auto& surface = *static_cast<LayerSurface*>(self);
+  surface.m_covering = nullptr;
+  Q_EMIT surface.covered();
 }
 
 void LayerSurface::configure(void* self, zwlr_layer_surface_v1* surface, std::uint32_t serial,
