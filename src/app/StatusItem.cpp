@@ -43,7 +43,6 @@ void StatusItem::describeIdentity() {
   m_object.constant("Category", "s", "SystemServices");
   m_object.constant("Id", "s", "tidewell");
   m_object.constant("Title", "s", title);
-  m_object.constant("WindowId", "i", std::int32_t{0});
   m_object.constant("ItemIsMenu", "b", false);
   m_object.constant("Menu", "o", menuPath);
   m_object.constant("IconThemePath", "s", "");

@@ -66,7 +66,6 @@ TEST_F(ResidentShellTest, GivesHostsThePropertiesOfTheTypesTheyExpect) {
       {"s",
        {"Category", "Id", "Title", "Status", "IconThemePath", "IconName", "OverlayIconName",
         "AttentionIconName", "AttentionMovieName", "XAyatanaLabel", "XAyatanaLabelGuide"}},
-      {"i", {"WindowId"}},
       {"o", {"Menu"}},
       {"b", {"ItemIsMenu"}},
       {"a(iiay)", {"IconPixmap", "OverlayIconPixmap", "AttentionIconPixmap"}},

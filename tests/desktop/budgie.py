@@ -1,0 +1,43 @@
+"""Budgie's desktop with its own layout: one bar at the bottom, with the tray before the bell and the clock."""
+
+from pathlib import Path
+from types import SimpleNamespace
+
+import x11
+from children import wait_until
+
+PROGRAMS = ["budgie-wm", "budgie-daemon", "budgie-panel"]
+
+# Where the bar's end begins, from the right: items, bell, sound, clock and session.
+TRAY, REST = 280, 112
+HEIGHT = 36
+
+_SETTINGS = """
+[org/gnome/desktop/background]
+picture-options='none'
+primary-color='#20303c'
+
+[org/gnome/desktop/interface]
+enable-animations=false
+"""
+
+
+def make(name):
+    """The desktop whose session has this name."""
+    return SimpleNamespace(__name__="budgie", NAME=name, DISPLAY=x11, PANEL=["budgie-panel"], BAR="bottom", SERVICE="org.budgie_desktop.Panel",
+                           BAR_HEIGHT=HEIGHT, PROGRAMS=[["budgie-wm", "--x11"], ["budgie-daemon"]],
+                           configure=_configure, arrive=_arrive)  # fmt: skip
+
+
+def _arrive(session):
+    # The panel has its name before it is drawn.
+    def is_drawn():
+        screen = session.display.take()
+        above = screen.box._replace(bottom=screen.height - 2 * HEIGHT)
+        bar = screen.box._replace(top=screen.height - HEIGHT)
+        return screen.commonest_colour(bar) != screen.commonest_colour(above)
+    wait_until(is_drawn, 20, "bar")
+
+
+def _configure(config_home: Path):
+    x11.write_gtk_settings(config_home, _SETTINGS)
