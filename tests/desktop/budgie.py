@@ -31,12 +31,7 @@ def make(name):
 
 def _arrive(session):
     # The panel has its name before it is drawn.
-    def is_drawn():
-        screen = session.display.take()
-        above = screen.box._replace(bottom=screen.height - 2 * HEIGHT)
-        bar = screen.box._replace(top=screen.height - HEIGHT)
-        return screen.commonest_colour(bar) != screen.commonest_colour(above)
-    wait_until(is_drawn, 20, "bar")
+    wait_until(lambda: session.display.is_bar_drawn(HEIGHT), 20, "bar")
 
 
 def _configure(config_home: Path):

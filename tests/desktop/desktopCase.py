@@ -121,7 +121,7 @@ class DesktopCase(unittest.TestCase):
     def is_panel_shown(self):
         """Whether more than the pointer or a menu is visible."""
         box = self.changes(self.room)
-        return box is not None and box.width > 0.9 * WIDTH
+        return box is not None and box.width > 0.9 * WIDTH * self.SCALE
 
     def assert_no_panel(self):
         self.rest_pointer()

@@ -75,6 +75,13 @@ class Display:
         icon = self._session.output(["xprop", "-id", number, "-notype", "32c", "_NET_WM_ICON"]) or ""
         return "=" in icon or "Icon (" in icon
 
+    def is_bar_drawn(self, height):
+        """Whether the screen's lower edge has another colour than the rest."""
+        screen = self.take()
+        line = screen.height - height
+        bar, rest = screen.box._replace(top=line), screen.box._replace(bottom=line)
+        return screen.commonest_colour(bar) != screen.commonest_colour(rest)
+
     def take(self):
         """What the screen shows now."""
         data = (self._pixels / "Xvfb_screen0").read_bytes()
