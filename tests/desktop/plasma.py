@@ -36,7 +36,8 @@ desktops().forEach(desktop => {{
 const bar = new Panel;
 bar.location = "{edge}";
 bar.height = {height};
-bar.screen = {screen};
+// Version 5 cannot set it.
+if (bar.screen !== {screen}) bar.screen = {screen};
 bar.hiding = "{hiding}";
 bar.floating = {floating};
 const tray = "org.kde.plasma.systemtray", spacer = "org.kde.plasma.panelspacer";
