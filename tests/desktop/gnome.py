@@ -19,7 +19,7 @@ BAR, BAR_HEIGHT = "top", 32
 BACKGROUND = "#20303c"
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
 OUR_EXTENSION = "tidewell@halden.com"
-_FORMS = Path(PROGRAM).parent.parent / "faces/gnome"
+_PREFIX = Path(PROGRAM).parent.parent
 
 _SHELL = ("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell")
 
@@ -60,8 +60,10 @@ def configure(config_home: Path):
 
 def install_our_extension(config_home):
     """Puts our extension where the shell looks for a user's."""
-    form = "modules" if version() >= 45 else "imports"
-    shutil.copytree(_FORMS / form, config_home.parent / "data/gnome-shell/extensions" / OUR_EXTENSION)
+    installed = _PREFIX / "share/gnome-shell/extensions" / OUR_EXTENSION
+    built = _PREFIX / "faces/gnome" / ("modules" if version() >= 45 else "imports")
+    shutil.copytree(installed if installed.exists() else built,
+                    config_home.parent / "data/gnome-shell/extensions" / OUR_EXTENSION)  # fmt: skip
 
 
 def is_in_overview(session):
