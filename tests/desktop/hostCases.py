@@ -167,8 +167,8 @@ class HostCases(PanelCases):
         self.session.stop_panel()
         wait_until(lambda: self.changes(self.items) != self.item, 10, "screen without the bar")
         self.session.start_panel()
-        wait_until(lambda: bus.registered_items(self.session.environment), 20, "registered item")
-        wait_until(self.is_item_where_it_was, 20, "item where it was")
+        wait_until(lambda: bus.registered_items(self.session.environment), 60, "registered item")
+        wait_until(self.is_item_where_it_was, 60, "item where it was")
 
     def is_item_where_it_was(self):
         # Some bars frame a new item for a moment.

@@ -60,7 +60,7 @@ class Session:
         """Starts the panel, and waits until it watches for items, or has the name SERVICE on the bus, and the
         desktop is ready."""
         self._panel = self.start(self.desktop.PANEL)
-        wait_until(self._is_panel_there, 20, "watcher in the panel")
+        wait_until(self._is_panel_there, 60, "watcher in the panel")
         if hasattr(self.desktop, "arrive"):
             self.desktop.arrive(self)
 

@@ -118,11 +118,6 @@ TEST(ShownTextTest, ReplacesWhatWouldBreakALabel) {
   EXPECT_EQ(shownText("Caf\u00E9"), QString("Caf\u00E9"));
 }
 
-TEST(ShownTextTest, ShowsMarkupInToolTipsAsItStands) {
-  EXPECT_EQ(toolTipText("plain < text"), "plain < text");
-  EXPECT_EQ(toolTipText("<b>bold</b>"), "<p>&lt;b&gt;bold&lt;/b&gt;</p>");
-}
-
 TEST(ShownTextTest, WritesFiguresTheSameInEveryLocale) {
   QLocale::setDefault(QLocale(QLocale::German));
   EXPECT_EQ(figureText(1234.56, 1), "1234.6");

@@ -1,9 +1,10 @@
 #include "ui/components/AccessibleWidgets.h"
 
-#include "ui/components/ShownText.h"
+#include "ui/components/ToolTip.h"
 #include "ui/tokens/TWColor.h"
 
 #include <QAccessibleWidget>
+#include <QHelpEvent>
 #include <QPainter>
 
 namespace tidewell {
@@ -46,11 +47,22 @@ void PaintedWidget::setSpoken(const QString& name, const QString& description) {
 }
 
 void PaintedWidget::contentChanged() {
-  setToolTip(toolTipText(cutText()));
+  setToolTip(cutText());
   update();
 }
 
-void PaintedWidget::resizeEvent(QResizeEvent* /*event*/) { setToolTip(toolTipText(cutText())); }
+void PaintedWidget::resizeEvent(QResizeEvent* /*event*/) { setToolTip(cutText()); }
+
+bool PaintedWidget::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && !toolTip().isEmpty()) {
+    ToolTip::show(*this, static_cast<QHelpEvent*>(event)->pos());
+    return true;
+  }
+  if (event->type() == QEvent::ToolTipChange) {
+    ToolTip::textChanged(*this);
+  }
+  return QWidget::event(event);
+}
 
 Divider::Divider(QWidget* parent) : PaintedWidget(QAccessible::Separator, parent) {}
 

@@ -22,6 +22,7 @@ protected:
   void contentChanged();
   /// The full text if it does not fit and is shown cut, otherwise empty. Becomes the tool tip.
   [[nodiscard]] virtual QString cutText() const { return {}; }
+  bool event(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
 private:

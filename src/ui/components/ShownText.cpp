@@ -6,7 +6,6 @@
 
 #include <QDateTime>
 #include <QLocale>
-#include <QTextDocument>
 
 #include <cmath>
 
@@ -21,10 +20,6 @@ QString unknownText() { return QStringLiteral("--"); }
 } // namespace
 
 QString shownText(std::string_view bytes) { return QString::fromStdString(displayText(bytes)); }
-
-QString toolTipText(const QString& text) {
-  return Qt::mightBeRichText(text) ? QStringLiteral("<p>%1</p>").arg(text.toHtmlEscaped()) : text;
-}
 
 QString spokenValue(const QString& value) {
   return value == unknownText() ? QStringLiteral("unknown") : value;

@@ -11,9 +11,6 @@ namespace tidewell {
 /// direction become U+FFFD.
 [[nodiscard]] QString shownText(std::string_view bytes);
 
-/// A tool tip that shows the text literally, even if it looks like markup.
-[[nodiscard]] QString toolTipText(const QString& text);
-
 /// A value as it is read aloud: "--" is read as "unknown".
 [[nodiscard]] QString spokenValue(const QString& value);
 
