@@ -124,6 +124,20 @@ TEST(SpinnerTest, RestsWhileHidden) {
   EXPECT_FALSE(spinner.isTicking());
 }
 
+TEST(BackdropTest, IsNeverBrighterThanTheSurfaceAndDarkerThanTheCards) {
+  for (const QColor& behind : {QColor(Qt::white), QColor(Qt::black), QColor(90, 160, 230)}) {
+    QImage image(340, 600, QImage::Format_ARGB32_Premultiplied);
+    image.fill(behind);
+    QPainter painter(&image);
+    paintBackdrop(painter, image.rect(), Backdrop::translucent);
+    const QColor shown = image.pixelColor(170, 300);
+    EXPECT_LE(shown.red(), TWColor::surface.red()) << behind.name().toStdString();
+    EXPECT_LE(shown.green(), TWColor::surface.green());
+    EXPECT_LE(shown.blue(), TWColor::surface.blue());
+    EXPECT_GE(TWColor::surface2.red() - shown.red(), 10);
+  }
+}
+
 TEST(ValueRowTest, CutsLongValuesAndTellsThemInFull) {
   ValueRow row("Network", {.padding = 6}, nullptr);
   row.resize(300, 29);

@@ -24,6 +24,18 @@ namespace {
 // The background is not blurred, so little of it may show through the text.
 constexpr double translucentOpacity = 0.94;
 
+/// So dark that the panel has the colour of the surface over white, and a darker one over anything
+/// else. The cards on it stay brighter than it everywhere.
+QColor translucentSurface() {
+  constexpr float throughWhite = 1.0F - static_cast<float>(translucentOpacity);
+  const auto darkened = [](float component) {
+    return (component - throughWhite) / static_cast<float>(translucentOpacity);
+  };
+  const QColor& surface = TWColor::surface;
+  return QColor::fromRgbF(darkened(surface.redF()), darkened(surface.greenF()),
+                          darkened(surface.blueF()), static_cast<float>(translucentOpacity));
+}
+
 constexpr double copiedSeconds = 1.5;
 
 } // namespace
@@ -37,7 +49,7 @@ void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop) {
   }
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(TWColor::surface3, 1.0));
-  painter.setBrush(withOpacity(TWColor::surface, translucentOpacity));
+  painter.setBrush(translucentSurface());
   painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius - 0.5,
                           panelRadius - 0.5);
 }

@@ -3,6 +3,9 @@
 #include "Scene.h"
 
 #include <QAbstractItemView>
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPolygon>
 #include <QRadioButton>
 #include <QScrollBar>
 
@@ -59,6 +62,56 @@ Scene scene(
             panel->open(backdrop);
             act(*panel);
             return ownedBy(panel, panel->view.get());
+          }};
+}
+
+/// A picture such as a photograph: bright above, with edges.
+void paintPhotograph(QPainter& painter, const QRect& rect) {
+  QLinearGradient sky(rect.topLeft(), rect.bottomLeft());
+  sky.setColorAt(0.0, QColor(255, 214, 140));
+  sky.setColorAt(0.6, QColor(120, 170, 230));
+  painter.fillRect(rect, sky);
+  painter.setPen(Qt::NoPen);
+  for (int hill = 0; hill < 4; ++hill) {
+    const int base = rect.bottom() - 60 + 20 * hill;
+    painter.setBrush(QColor(40 + 30 * hill, 90 + 30 * hill, 60));
+    painter.drawPolygon(QPolygon({{rect.left(), base + 60},
+                                  {rect.left() + 80 + 60 * hill, base - 240 + 50 * hill},
+                                  {rect.right(), base + 60}}));
+  }
+}
+
+/// The panel over white, black and a photograph.
+class Backdrops final : public QWidget {
+public:
+  explicit Backdrops(std::shared_ptr<Panel> panel) : m_panel(std::move(panel)) {
+    resize(3 * (m_panel->view->width() + gap) + gap, m_panel->view->height() + 2 * gap);
+  }
+
+protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    const int column = width() / 3;
+    painter.fillRect(0, 0, column, height(), Qt::white);
+    painter.fillRect(column, 0, column, height(), Qt::black);
+    paintPhotograph(painter, QRect(2 * column, 0, width() - 2 * column, height()));
+    for (int index = 0; index < 3; ++index) {
+      m_panel->view->render(&painter, QPoint(gap + index * column, gap), {}, QWidget::DrawChildren);
+    }
+  }
+
+private:
+  static constexpr int gap = 12;
+  std::shared_ptr<Panel> m_panel;
+};
+
+Scene backdrops() {
+  return {"panel-backdrops", [] {
+            auto panel = std::make_shared<Panel>();
+            fill(*panel);
+            panel->open(Backdrop::translucent);
+            Panel::settle();
+            return std::make_shared<Backdrops>(panel);
           }};
 }
 
@@ -226,6 +279,7 @@ std::vector<Scene> panelScenes() {
       scene("oneSample", [](Panel& panel) { panel.sampler.snapshots.set(evening(1)); }),
       scene("absurd", setPanelAbsurd),
       scene("rightToLeft", setRightToLeft),
+      backdrops(),
   };
 }
 
