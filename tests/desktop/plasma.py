@@ -64,7 +64,7 @@ def make(display, edge="bottom", screen=0, hiding="none", floating=False, scale=
         wait_until(lambda: "done" in (bus.call(session.environment, _SHELL, "evaluateScript",
                                                "string:" + layout) or ""), 60, "layout")  # fmt: skip
 
-    return SimpleNamespace(__name__="plasma", NAME=NAME, DISPLAY=display, BAR=edge,
+    return SimpleNamespace(__name__=f"plasma-{display.__name__}", NAME=NAME, DISPLAY=display, BAR=edge,
                            BAR_HEIGHT=BAR_HEIGHT * scale, PROGRAMS=_PROGRAMS[display], PANEL=["plasmashell"], SERVICE=_SHELL[0],
                            configure=_configure, arrive=arrive,
                            VARIABLES={**_VARIABLES, "KWIN_COMPOSE": _COMPOSITING[display]})

@@ -17,7 +17,7 @@ namespace tidewell {
 namespace {
 
 // Most compositors report the pointer as soon as the surface is shown, if it is on this screen.
-constexpr std::chrono::milliseconds pointerPatience(80);
+constexpr std::chrono::milliseconds pointerPatience(250);
 
 // In milliseconds. Others report it when it moves. Later it has left the item.
 constexpr int pointerFreshness = 500;
