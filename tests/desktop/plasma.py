@@ -16,6 +16,9 @@ _SHELL = ("org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell")
 
 VERSION = "6" if shutil.which("kded6") else "5"
 
+# Of the desktop. Version 5 often paints none, also after its own restart.
+_COLOUR = "32,48,60" if VERSION == "6" else "0,0,0"
+
 # Variables of the session. Plasma renders without a graphics card.
 _VARIABLES = {
     "KDE_FULL_SESSION": "true",
@@ -31,7 +34,7 @@ panels().forEach(panel => panel.remove());
 desktops().forEach(desktop => {{
   desktop.wallpaperPlugin = "org.kde.color";
   desktop.currentConfigGroup = ["Wallpaper", "org.kde.color", "General"];
-  desktop.writeConfig("Color", "32,48,60");
+  desktop.writeConfig("Color", "{colour}");
 }});
 const bar = new Panel;
 bar.location = "{edge}";
@@ -56,7 +59,7 @@ print("done");
 def make(display, edge="bottom", screen=0, hiding="none", floating=False, scale=1.0, first=False):
     """A desktop with one bar at this edge of that screen, and the items at its end, or at its beginning. The
     scale is that of all screens."""
-    layout = _LAYOUT.format(edge=edge, height=BAR_HEIGHT, screen=screen, hiding=hiding,
+    layout = _LAYOUT.format(colour=_COLOUR, edge=edge, height=BAR_HEIGHT, screen=screen, hiding=hiding,
                             floating=str(floating).lower(), first=str(first).lower())
 
     def arrive(session):

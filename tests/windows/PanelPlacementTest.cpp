@@ -27,6 +27,13 @@ TEST(PanelPlacement, StandsBesideAnItemInABarAtTheSide) {
             QPoint(1232 - panelGap - 340, 50));
 }
 
+TEST(PanelPlacement, StandsAboveAnItemInACornerWhereNoSpaceIsReserved) {
+  // Plasma 5.27 under Wayland, where KWin does not tell other programs of the bar.
+  const QRect whole(0, 0, 1280, 800);
+  const QPoint corner = panelPosition({1259, 778}, {340, 615}, whole, whole);
+  EXPECT_EQ(corner, QPoint(1280 - panelGap - 340, 757 - panelGap - 615));
+}
+
 TEST(PanelPlacement, NeverLeavesTheWorkArea) {
   for (const QPoint anchor : {QPoint(0, 0), QPoint(1279, 0), QPoint(1279, 719), QPoint(0, 719),
                               QPoint(-50'000, 90'000), QPoint(640, 360)}) {

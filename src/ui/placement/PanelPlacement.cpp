@@ -52,7 +52,7 @@ QPoint barEnd(std::optional<QPoint> pointer, const QSize& screen, const QSize& w
 }
 
 /// The room without a bar whose middle is the anchor, if it is close to an edge of the screen at
-/// which no space is reserved.
+/// which no space is reserved. In a corner it is the top or the bottom, where most bars are.
 QRect withoutHiddenBar(const QPoint& anchor, const QRect& screen, QRect room) {
   if (!room.contains(anchor)) {
     return room;
@@ -61,14 +61,10 @@ QRect withoutHiddenBar(const QPoint& anchor, const QRect& screen, QRect room) {
   const int below = screen.bottom() - anchor.y();
   const int left = anchor.x() - screen.left();
   const int right = screen.right() - anchor.x();
-  const int nearest = std::min({above, below, left, right});
-  if (nearest > nearEdge) {
-    return room;
-  }
-  if (nearest == above || nearest == below) {
-    nearest == above ? room.setTop(anchor.y() + above) : room.setBottom(anchor.y() - below);
-  } else {
-    nearest == left ? room.setLeft(anchor.x() + left) : room.setRight(anchor.x() - right);
+  if (std::min(above, below) <= nearEdge) {
+    above < below ? room.setTop(anchor.y() + above) : room.setBottom(anchor.y() - below);
+  } else if (std::min(left, right) <= nearEdge) {
+    left < right ? room.setLeft(anchor.x() + left) : room.setRight(anchor.x() - right);
   }
   return room;
 }
