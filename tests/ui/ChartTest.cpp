@@ -17,7 +17,7 @@ namespace {
 constexpr QRectF plot(10.0, 20.0, 300.0, 100.0);
 
 Texts labels(const ValueAxis& axis) {
-  return textsOf(axis.ticks(), [&](double tick) { return axis.label(tick).toStdString(); });
+  return textsOf(axis.ticks(), [&](double tick) { return axis.label(tick, {}).toStdString(); });
 }
 
 TEST(ValueAxisTest, RunsFromZeroToARoundNumberInRoundSteps) {
@@ -38,6 +38,17 @@ TEST(ValueAxisTest, ShortensLargeNumbers) {
   EXPECT_EQ(labels({80'000.0, 1.0}), (Texts{"0", "20k", "40k", "60k", "80k"}));
   EXPECT_EQ(labels({1.2e6, 1.0}), (Texts{"0", "0.5M", "1.0M", "1.5M"}));
   EXPECT_EQ(labels({7.4e13, 1.0}), (Texts{"0", "20T", "40T", "60T", "80T"}));
+}
+
+TEST(ValueAxisTest, ChangesTheUnitOfLargeNumbersIfThereIsALargerOne) {
+  const QStringList units = {"Mbps", "Gbps"};
+  const auto top = [&](double largest) {
+    const ValueAxis axis(largest, 1.0);
+    return axis.label(axis.top(), units) + ' ' + axis.unit(units);
+  };
+  EXPECT_EQ(top(940.0), "1000 Mbps");
+  EXPECT_EQ(top(80'000.0), "80 Gbps");
+  EXPECT_EQ(top(1.2e6), "1.5M Mbps") << "no larger unit is known";
 }
 
 TEST(ValueAxisTest, HasFewShortLabelsThatAllDiffer) {
@@ -76,6 +87,32 @@ TEST(ChartCurveTest, IsInterruptedByWhatIsNoNumber) {
   EXPECT_EQ(curve.pieces()[0].size(), 2);
   EXPECT_EQ(curve.pieces()[1].size(), 1);
   EXPECT_DOUBLE_EQ(curve.pieces()[1][0].x(), 10.0 + 300.0 * 4.0 / 6.0);
+}
+
+TEST(ChartCurveTest, ThinsManyValuesToWhatCanBeSeen) {
+  std::vector<double> values(50'000, 1.0);
+  values[20'000] = 80.0;
+  values[30'000] = 0.0;
+  const ValueAxis axis(80.0, 1.0);
+  const ChartCurve curve(values, axis, plot);
+  ASSERT_EQ(curve.pieces().size(), 1U);
+  const QPolygonF& points = curve.pieces().front();
+  EXPECT_LE(points.size(), 4 * 2 * 301);
+  EXPECT_DOUBLE_EQ(points.boundingRect().top(), plot.top()) << "the peak is there";
+  EXPECT_DOUBLE_EQ(points.boundingRect().bottom(), plot.bottom()) << "and the gap";
+  EXPECT_TRUE(std::ranges::is_sorted(points, {}, &QPointF::x));
+}
+
+TEST(ChartCurveTest, KeepsTheDotOfOneValueInsideThePlot) {
+  QImage image(400, 200, QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::transparent);
+  {
+    QPainter painter(&image);
+    ChartCurve({40.0}, ValueAxis(80.0, 1.0), plot).draw(painter, TWColor::accent, 2.0);
+  }
+  const auto isInk = [](const QColor& pixel) { return pixel.alpha() > 0; };
+  EXPECT_EQ(pixelsWhere(image, QRect(0, 0, 10, 200), isInk), 0);
+  EXPECT_GT(pixelsWhere(image, QRect(10, 0, 8, 200), isInk), 20);
 }
 
 TEST(ChartCurveTest, TakesItsScaleFromWhatCanBeDrawn) {
@@ -161,7 +198,8 @@ TEST(BandwidthChartTest, HoldsStandstillAndTenGigabytesASecond) {
   EXPECT_DOUBLE_EQ(chart.axis().top(), 0.1);
   chart.setSnapshots(samples(std::vector<std::int64_t>(300, 10'000'000'000)));
   EXPECT_DOUBLE_EQ(chart.axis().top(), 80'000.0);
-  EXPECT_EQ(chart.axis().label(80'000.0), "80k");
+  EXPECT_EQ(chart.axis().label(80'000.0, {"Mbps", "Gbps"}), "80");
+  EXPECT_EQ(chart.axis().unit({"Mbps", "Gbps"}), "Gbps");
 }
 
 SnapshotList latencies(const std::vector<double>& values) {

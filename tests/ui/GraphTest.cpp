@@ -72,6 +72,11 @@ TEST(GraphCurvesTest, SharesOneScaleBetweenBothDirections) {
   EXPECT_DOUBLE_EQ(curves.download[0].y(), plot.bottom() - plot.height() / 4.0);
 }
 
+TEST(GraphCurvesTest, MakesNoHillOfAFewBytes) {
+  const GraphCurves curves(samples({0, 100, 0}), plot); // its figure reads 0
+  EXPECT_GT(curves.download[1].y(), plot.bottom() - 1.0);
+}
+
 TEST(GraphCurvesTest, LiesAtTheBottomWhileNothingFlows) {
   const GraphCurves curves(samples({0, 0, 0}), plot);
   for (const QPointF& point : curves.download + curves.upload) {

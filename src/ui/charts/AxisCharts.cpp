@@ -9,7 +9,6 @@
 #include "ui/tokens/TWFont.h"
 
 #include <QFontMetrics>
-#include <QLinearGradient>
 #include <QPainter>
 
 #include <algorithm>
@@ -20,7 +19,8 @@ namespace tidewell {
 namespace {
 
 constexpr int labelSpacing = 8;
-constexpr int labelWidth = 62;
+// With the fonts that the windows are made for.
+constexpr int usualLabelWidth = 62;
 
 TextStyle labelStyle() { return {TWFont::monoTiny(), TWColor::textTertiary}; }
 
@@ -28,17 +28,8 @@ constexpr int bandwidthHeight = 200;
 constexpr double areaOpacity = 0.25;
 constexpr double downloadWidth = 2.0;
 constexpr double uploadWidth = 1.5;
-// In megabits per second. Idle machines stay below this.
-constexpr double leastMegabits = 0.1;
 
 QString bandwidthTitle() { return QStringLiteral("Bandwidth Over Time"); }
-
-QBrush fade(const QRectF& plot) {
-  QLinearGradient gradient(plot.topLeft(), plot.bottomLeft());
-  gradient.setColorAt(0.0, withOpacity(TWColor::accent, areaOpacity));
-  gradient.setColorAt(1.0, withOpacity(TWColor::accent, 0.0));
-  return gradient;
-}
 
 constexpr int latencyHeight = 150;
 constexpr double latencyWidth = 1.5;
@@ -54,14 +45,20 @@ TextStyle legendStyle() { return {TWFont::standard(12, QFont::Normal), TWColor::
 
 } // namespace
 
-AxisChart::AxisChart(int height, QString unit, QWidget* parent)
-    : PaintedWidget(QAccessible::Chart, parent), m_height(height), m_unit(std::move(unit)),
+AxisChart::AxisChart(int height, QStringList units, QWidget* parent)
+    : PaintedWidget(QAccessible::Chart, parent), m_height(height), m_units(std::move(units)),
       m_axis(1.0, 1.0) {}
 
 QRectF AxisChart::plot() const {
   // Leaves room for half a label above the top grid line and below the bottom one.
   const int edge = (lineHeight(labelStyle()) + 1) / 2;
-  return QRectF(rect()).adjusted(0.0, edge, -(labelSpacing + labelWidth), -edge);
+  return QRectF(rect()).adjusted(0.0, edge, -(labelSpacing + labelWidth()), -edge);
+}
+
+int AxisChart::labelWidth() const {
+  // No label has more figures.
+  const double widest = lineWidth(QStringLiteral("0.00 ") + m_units.first(), labelStyle());
+  return std::max(usualLabelWidth, static_cast<int>(std::ceil(widest)));
 }
 
 void AxisChart::setAxis(const ValueAxis& axis) { m_axis = axis; }
@@ -80,14 +77,15 @@ void AxisChart::paintGrid(QPainter& painter) const {
     const double y = std::round(m_axis.yOf(tick, area));
     painter.fillRect(QRectF(area.left(), y, area.width(), 1.0), TWColor::borderSubtle);
     const bool isTop = tick == m_axis.ticks().back();
-    const QString text = m_axis.label(tick) + (isTop ? u' ' + m_unit : QString());
-    drawLine(painter, QRectF(area.right() + labelSpacing, y - half - 1, labelWidth, 2.0 * half),
+    const QString text =
+        m_axis.label(tick, m_units) + (isTop ? u' ' + m_axis.unit(m_units) : QString());
+    drawLine(painter, QRectF(area.right() + labelSpacing, y - half - 1, labelWidth(), 2.0 * half),
              text, labelStyle());
   }
 }
 
 BandwidthChart::BandwidthChart(QWidget* parent)
-    : AxisChart(bandwidthHeight, QStringLiteral("Mbps"), parent) {
+    : AxisChart(bandwidthHeight, {"Mbps", "Gbps", "Tbps", "Pbps"}, parent) {
   setSnapshots({});
 }
 
@@ -108,13 +106,12 @@ void BandwidthChart::paintCurves(QPainter& painter) const {
   const QRectF area = plot();
   const ChartCurve download(m_download, axis(), area);
   const ChartCurve upload(m_upload, axis(), area);
-  download.fill(painter, fade(area), area);
+  download.fill(painter, withOpacity(TWColor::accent, areaOpacity));
   download.draw(painter, TWColor::accent, downloadWidth);
   upload.draw(painter, TWColor::cyan, uploadWidth);
 }
 
-LatencyChart::LatencyChart(QWidget* parent)
-    : AxisChart(latencyHeight, QStringLiteral("ms"), parent) {
+LatencyChart::LatencyChart(QWidget* parent) : AxisChart(latencyHeight, {"ms"}, parent) {
   setSnapshots({});
 }
 

@@ -23,7 +23,8 @@ public:
   [[nodiscard]] QRectF plot() const;
 
 protected:
-  AxisChart(int height, QString unit, QWidget* parent);
+  /// `units` as in ValueAxis.
+  AxisChart(int height, QStringList units, QWidget* parent);
 
   /// Replaces the axis.
   void setAxis(const ValueAxis& axis);
@@ -32,10 +33,11 @@ protected:
   void paintEvent(QPaintEvent* event) override;
 
 private:
+  [[nodiscard]] int labelWidth() const;
   void paintGrid(QPainter& painter) const;
 
   int m_height;
-  QString m_unit;
+  QStringList m_units;
   ValueAxis m_axis;
 };
 

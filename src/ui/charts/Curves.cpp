@@ -2,11 +2,14 @@
 
 #include "ui/charts/ValueAxis.h"
 #include "ui/components/Painting.h"
+#include "ui/tokens/TWColor.h"
 
 #include <QLineF>
+#include <QLinearGradient>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace tidewell {
 namespace {
@@ -28,6 +31,36 @@ double heightAt(const QPointF& left, const QPointF& right, double x) {
   return left.y() + share * (right.y() - left.y());
 }
 
+// Half a pixel, so that nothing is lost at twice the scale.
+constexpr double columnsPerPixel = 2.0;
+constexpr qsizetype pointsPerColumn = 4;
+
+/// Keeps of each column of pixels what can be seen: the first, lowest, highest and last point.
+QPolygonF thinned(const QPolygonF& curve) {
+  const auto columnOf = [](const QPointF& point) {
+    return std::floor(point.x() * columnsPerPixel);
+  };
+  const double columns = columnOf(curve.last()) - columnOf(curve.first()) + 1.0;
+  if (static_cast<double>(curve.size()) <= columns * pointsPerColumn) {
+    return curve;
+  }
+  QPolygonF kept;
+  for (auto begin = curve.begin(); begin != curve.end();) {
+    const auto isElsewhere = [&](const QPointF& point) {
+      return columnOf(point) != columnOf(*begin);
+    };
+    const auto end = std::find_if(begin, curve.end(), isElsewhere);
+    const auto byHeight = [](const QPointF& one, const QPointF& other) {
+      return one.y() < other.y();
+    };
+    auto [lowest, highest] = std::minmax_element(begin, end, byHeight);
+    const auto [former, latter] = std::minmax(lowest, highest);
+    kept << *begin << *former << *latter << *std::prev(end);
+    begin = end;
+  }
+  return kept;
+}
+
 // Labels of larger values would not fit. Measured values are far smaller.
 constexpr double farthest = 1e15;
 
@@ -47,6 +80,13 @@ void drawCurve(QPainter& painter, const QPolygonF& curve, QPen pen) {
       pen.setDashOffset(pen.dashOffset() + lengthOf(points, segments) / pen.widthF());
     }
   }
+}
+
+QBrush fadeBetween(double top, double bottom, const QColor& color) {
+  QLinearGradient fade(0.0, top, 0.0, bottom);
+  fade.setColorAt(0.0, color);
+  fade.setColorAt(1.0, withOpacity(color, 0.0));
+  return fade;
 }
 
 void fillBelow(QPainter& painter, const QPolygonF& curve, double bottom, const QBrush& brush) {
@@ -84,8 +124,8 @@ double ChartCurve::largest(const std::vector<double>& values) {
   return result;
 }
 
-ChartCurve::ChartCurve(const std::vector<double>& values, const ValueAxis& axis,
-                       const QRectF& plot) {
+ChartCurve::ChartCurve(const std::vector<double>& values, const ValueAxis& axis, const QRectF& plot)
+    : m_plot(plot) {
   const double gaps = static_cast<double>(values.size()) - 1.0;
   const double step = gaps > 0.0 ? plot.width() / gaps : 0.0;
   bool isInterrupted = true;
@@ -100,21 +140,31 @@ ChartCurve::ChartCurve(const std::vector<double>& values, const ValueAxis& axis,
     isInterrupted = !isDrawable(value);
     index += 1.0;
   }
+  for (QPolygonF& piece : m_pieces) {
+    piece = thinned(piece);
+  }
 }
 
 void ChartCurve::draw(QPainter& painter, const QColor& color, double width) const {
   for (const QPolygonF& piece : m_pieces) {
     if (piece.size() == 1) {
-      fillDisc(painter, piece.first(), 1.5 * width, color);
+      const double radius = 1.5 * width;
+      const double x =
+          std::clamp(piece.first().x(), m_plot.left() + radius, m_plot.right() - radius);
+      fillDisc(painter, {x, piece.first().y()}, radius, color);
     } else {
       drawCurve(painter, piece, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));
     }
   }
 }
 
-void ChartCurve::fill(QPainter& painter, const QBrush& brush, const QRectF& plot) const {
+void ChartCurve::fill(QPainter& painter, const QColor& color) const {
+  double top = m_plot.bottom();
   for (const QPolygonF& piece : m_pieces) {
-    fillBelow(painter, piece, plot.bottom(), brush);
+    top = std::min(top, piece.boundingRect().top());
+  }
+  for (const QPolygonF& piece : m_pieces) {
+    fillBelow(painter, piece, m_plot.bottom(), fadeBetween(top, m_plot.bottom(), color));
   }
 }
 
@@ -131,8 +181,7 @@ double topOfScale(const SnapshotList& snapshots) {
 }
 
 GraphCurves::GraphCurves(const SnapshotList& snapshots, const QRectF& plot) {
-  const double top = topOfScale(snapshots);
-  const double perMegabit = top > 0.0 ? plot.height() / top : 0.0;
+  const double perMegabit = plot.height() / std::max(topOfScale(snapshots), leastMegabits);
   const auto gaps = static_cast<double>(snapshots.size()) - 1.0;
   const double step = gaps > 0.0 ? plot.width() / gaps : 0.0;
   const auto heightOf = [&](std::int64_t rate) {
@@ -143,6 +192,10 @@ GraphCurves::GraphCurves(const SnapshotList& snapshots, const QRectF& plot) {
     download << QPointF(x, heightOf(snapshot->downloadBytesPerSec()));
     upload << QPointF(x, heightOf(snapshot->uploadBytesPerSec()));
     x += step;
+  }
+  if (!snapshots.empty()) {
+    download = thinned(download);
+    upload = thinned(upload);
   }
 }
 

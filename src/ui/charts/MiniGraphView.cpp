@@ -7,7 +7,6 @@
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
-#include <QLinearGradient>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPen>
@@ -42,13 +41,6 @@ int headerHeight() { return lineHeight(tagStyle()) + 2 * tagEdgePadding; }
 QPen curvePen(const QColor& color, double width) {
   // Round joins cost twice as much and look the same at this width.
   return {color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin};
-}
-
-QBrush areaBrush(const QRectF& plot) {
-  QLinearGradient fade(plot.topLeft(), plot.bottomLeft());
-  fade.setColorAt(0.0, withOpacity(TWColor::green, areaOpacity));
-  fade.setColorAt(1.0, withOpacity(TWColor::green, 0.0));
-  return fade;
 }
 
 void paintPoint(QPainter& painter, QPointF centre, const QColor& color, double radius) {
@@ -102,7 +94,9 @@ void MiniGraphView::paintChart(QPainter& painter) const {
     paintPoint(painter, curves.upload.first(), TWColor::cyan, uploadWidth);
     return;
   }
-  fillBelow(painter, curves.download, plot.bottom(), areaBrush(plot));
+  fillBelow(painter, curves.download, plot.bottom(),
+            fadeBetween(curves.download.boundingRect().top(), plot.bottom(),
+                        withOpacity(TWColor::green, areaOpacity)));
   drawCurve(painter, curves.download, curvePen(TWColor::green, downloadWidth));
   QPen dashed = curvePen(TWColor::cyan, uploadWidth);
   dashed.setDashPattern({dash / uploadWidth, dash / uploadWidth}); // in pen widths

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <utility>
 
 namespace tidewell {
 namespace {
@@ -26,18 +25,17 @@ double roundStep(double atLeast) {
   return 10.0 * power;
 }
 
-// The divisor of an axis's labels, and its suffix.
-std::pair<double, const char*> unitOf(double top) {
-  constexpr std::array<std::pair<double, const char*>, 4> units = {
-      {{1e12, "T"}, {1e9, "G"}, {1e6, "M"}, {1e3, "k"}}};
+constexpr std::array<const char*, 5> suffixes = {"", "k", "M", "G", "T"};
+
+// How many times the labels of an axis with this top are divided by a thousand.
+int thousandsOf(double top) {
+  int thousands = 0;
   if (top >= leastShortened) {
-    for (const auto& unit : units) {
-      if (top >= unit.first) {
-        return unit;
-      }
+    for (; top >= 1000.0 && thousands + 1 < static_cast<int>(suffixes.size()); top /= 1000.0) {
+      ++thousands;
     }
   }
-  return {1.0, ""};
+  return thousands;
 }
 
 } // namespace
@@ -51,14 +49,20 @@ ValueAxis::ValueAxis(double largest, double leastTop)
   }
 }
 
-QString ValueAxis::label(double tick) const {
+QString ValueAxis::label(double tick, const QStringList& units) const {
   if (tick == 0.0) {
     return QStringLiteral("0");
   }
-  const auto [unit, suffix] = unitOf(m_top);
+  const int thousands = thousandsOf(m_top);
+  const double unit = std::pow(1000.0, thousands);
   const double digits = -std::floor(std::log10(m_step / unit) + tolerance);
   const std::string number = fixedText(tick / unit, static_cast<int>(std::max(digits, 0.0)));
-  return QString::fromStdString(number) + QLatin1String(suffix);
+  const bool hasUnit = thousands < units.size();
+  return QString::fromStdString(number) + QLatin1String(hasUnit ? "" : suffixes.at(thousands));
+}
+
+QString ValueAxis::unit(const QStringList& units) const {
+  return units.value(thousandsOf(m_top), units.value(0));
 }
 
 double ValueAxis::yOf(double value, const QRectF& plot) const {
