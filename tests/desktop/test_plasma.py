@@ -50,6 +50,13 @@ class X11(HostCases, DesktopCase):
     SCREEN = f"{WIDTH}x{HEIGHT}x24"
     TITLE = f"Plasma {plasma.VERSION}, X11"
 
+    def test_the_title_bar_is_dark(self):
+        bus.call(self.session.environment, bus.TIDEWELL, "OpenDetail")
+        window = self.steady(lambda: self.changes(self.room), "window")
+        self.save_picture("plasma-title-bar")
+        title = window._replace(top=window.top + 4, bottom=window.top + 20)
+        self.assertLess(max(self.display.take().commonest_colour(title)), 80)
+
 
 class Wayland(Placement, HostCases, DesktopCase):
     DESKTOP = plasma.make(kwin)

@@ -2,6 +2,8 @@
 
 #include "ui/placement/Display.h"
 
+#include <QFile>
+#include <QStandardPaths>
 #include <QWidget>
 
 #include <algorithm>
@@ -24,6 +26,13 @@ xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
   return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
+void setText(xcb_connection_t* connection, QWidget& window, std::string_view property,
+             xcb_atom_t type, std::string_view text) {
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                      atomOf(connection, property), type, 8,
+                      static_cast<std::uint32_t>(text.size()), text.data());
+}
+
 } // namespace
 
 void requestDarkTitleBar(QWidget& window) {
@@ -31,10 +40,14 @@ void requestDarkTitleBar(QWidget& window) {
   if (connection == nullptr) {
     return;
   }
-  constexpr std::string_view variant = "dark";
-  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
-                      atomOf(connection, "_GTK_THEME_VARIANT"), atomOf(connection, "UTF8_STRING"),
-                      8, variant.size(), variant.data());
+  setText(connection, window, "_GTK_THEME_VARIANT", atomOf(connection, "UTF8_STRING"), "dark");
+  // KWin takes the path of a colour scheme.
+  const QString scheme = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                                QStringLiteral("color-schemes/BreezeDark.colors"));
+  if (!scheme.isEmpty()) {
+    setText(connection, window, "_KDE_NET_WM_COLOR_SCHEME", XCB_ATOM_STRING,
+            QFile::encodeName(scheme).toStdString());
+  }
 }
 
 void endStartupNotification(const std::string& token) {
