@@ -30,8 +30,11 @@ def owner(environment, name):
 
 
 def get(environment, where, name):
-    """A property as dbus-send prints it, or None."""
-    properties = (where[0], where[1], "org.freedesktop.DBus.Properties")
+    """A property as dbus-send prints it, or None. Starts no program that is not there."""
+    there = owner(environment, where[0])
+    if there is None:
+        return None
+    properties = (there, where[1], "org.freedesktop.DBus.Properties")
     reply = call(environment, properties, "Get", f"string:{where[2]}", f"string:{name}")
     return re.sub(r"^variant\s+", "", reply) if reply is not None else None
 
