@@ -34,8 +34,10 @@ SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, const
   layOut();
   connect(m_unsaved, &UnsavedSettings::changed, m_notice, &UnsavedNotice::setReason);
   connect(m_sidebar, &SettingsSidebar::chosen, this, &SettingsView::select);
-  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
-          [this] { window()->close(); });
+  for (const QKeySequence& keys :
+       {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)}) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, [this] { window()->close(); });
+  }
   resize(defaultSize);
   setFocus(); // no control shows the focus before Tab is pressed
 }
