@@ -171,6 +171,8 @@ TEST_F(DetailKeyboardTest, DoesNotMoveTheFocusIntoThePageOfATabThatIsChosenOther
 
 TEST_F(DetailKeyboardTest, MarksAClickedTabOnceAKeyIsPressed) {
   use(1);
+  QTest::mouseMove(view->windowHandle(),
+                   tabs().mapTo(view.get(), tabs().tabRect(1).center())); // shows the hover
   const QImage before = picture(tabs());
   click(tabs(), tabs().tabRect(1).center());
   EXPECT_EQ(picture(tabs()), before);

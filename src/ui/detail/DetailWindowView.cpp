@@ -132,9 +132,9 @@ void DetailWindowView::paintEvent(QPaintEvent* event) {
 }
 
 void DetailWindowView::addShortcuts() {
-  for (const QKeySequence& keys :
-       {QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)}) {
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, [this] { window()->close(); });
+  for (QShortcut* const keys :
+       {new QShortcut(QKeySequence::Close, this), new QShortcut(Qt::Key_Escape, this)}) {
+    connect(keys, &QShortcut::activated, this, [this] { window()->close(); });
   }
   const auto step = [this](const QKeySequence& keys, int tabs) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, tabs] {
