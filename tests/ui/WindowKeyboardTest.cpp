@@ -81,6 +81,48 @@ TEST_F(DetailKeyboardTest, SelectsTabsWithTheArrows) {
   EXPECT_EQ(view->selectedTab(), 1);
 }
 
+TEST_F(DetailKeyboardTest, ChangesTabsFromEverywhere) {
+  use(0);
+  const auto press = [this](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+    QTest::keyClick(&pane(view->selectedTab()), key, modifiers);
+    return view->selectedTab();
+  };
+  EXPECT_EQ(press(Qt::Key_Tab), 1);
+  EXPECT_EQ(press(Qt::Key_PageDown), 2);
+  EXPECT_EQ(press(Qt::Key_PageUp), 1);
+  EXPECT_EQ(press(Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier), 0);
+  EXPECT_EQ(press(Qt::Key_PageUp), 3);
+  EXPECT_EQ(press(Qt::Key_Tab), 0);
+}
+
+TEST_F(DetailKeyboardTest, ClosesWithEscape) {
+  use(0);
+  QTest::keyClick(view.get(), Qt::Key_Escape);
+  EXPECT_FALSE(view->isVisible());
+}
+
+TEST_F(DetailKeyboardTest, TabsAnswerToHoverAndPress) {
+  use(0);
+  const QPoint point = tabs().tabRect(0).center(); // selected, so that only the ground changes
+  const QImage before = picture(tabs());
+  QTest::mouseMove(view->windowHandle(), tabs().mapTo(view.get(), point));
+  const QImage hovered = picture(tabs());
+  EXPECT_NE(hovered, before);
+  QTest::mousePress(view->windowHandle(), Qt::LeftButton, {}, tabs().mapTo(view.get(), point));
+  EXPECT_NE(picture(tabs()), hovered);
+  QTest::mouseRelease(view->windowHandle(), Qt::LeftButton, {}, tabs().mapTo(view.get(), point));
+  EXPECT_EQ(picture(tabs()), hovered);
+}
+
+TEST_F(DetailKeyboardTest, RangesAnswerToPress) {
+  use(0);
+  for (QRadioButton* const range : all<QRadioButton>(0)) {
+    const QImage before = picture(*range);
+    range->setDown(true);
+    EXPECT_NE(picture(*range), before) << range->text().toStdString();
+  }
+}
+
 TEST_F(DetailKeyboardTest, ChoosesRangesWithTheArrows) {
   use(0);
   all<QRadioButton>(0)[1]->setFocus();
@@ -129,6 +171,8 @@ TEST_F(DetailKeyboardTest, DoesNotMoveTheFocusIntoThePageOfATabThatIsChosenOther
 
 TEST_F(DetailKeyboardTest, MarksAClickedTabOnceAKeyIsPressed) {
   use(1);
+  QTest::mouseMove(view->windowHandle(),
+                   tabs().mapTo(view.get(), tabs().tabRect(1).center())); // shows the hover
   const QImage before = picture(tabs());
   click(tabs(), tabs().tabRect(1).center());
   EXPECT_EQ(picture(tabs()), before);
@@ -163,6 +207,23 @@ TEST_F(SettingsKeyboardTest, ReachesEverythingInReadingOrder) {
                                    "High Latency Warning"}));
   use(SettingsSection::advanced);
   EXPECT_EQ(reached(*view), (Texts{"Advanced"}));
+}
+
+TEST_F(SettingsKeyboardTest, ClosesWithEscape) {
+  use(SettingsSection::general);
+  QTest::keyClick(view.get(), Qt::Key_Escape);
+  EXPECT_FALSE(view->isVisible());
+}
+
+TEST_F(SettingsKeyboardTest, SwitchesByAClickOnTheTexts) {
+  use(SettingsSection::general);
+  ToggleSwitch& toggle = this->toggle("Check for Updates");
+  const bool before = toggle.isChecked();
+  click(*toggle.parentWidget(), {30, 15});
+  EXPECT_NE(toggle.isChecked(), before);
+  click(*list("Refresh Interval").parentWidget(), {30, 15});
+  click(toggle, toggle.rect().center());
+  EXPECT_EQ(toggle.isChecked(), before);
 }
 
 TEST_F(SettingsKeyboardTest, ChoosesSectionsWithTheArrows) {

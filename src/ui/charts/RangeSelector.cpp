@@ -17,6 +17,8 @@ namespace {
 constexpr int sidePadding = 10;
 constexpr int edgePadding = 4;
 constexpr double radius = 4.0;
+constexpr int pressedLightness = 85; // percent
+constexpr int chosenHoverLightness = 115;
 
 TextStyle textStyle(bool isChosen) {
   return {.font = TWFont::standard(11, QFont::Medium),
@@ -35,10 +37,13 @@ QSize RangeButton::sizeHint() const {
 
 void RangeButton::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
-  fillRounded(painter, rect(), radius,
-              isChecked()    ? TWColor::accentDim
-              : underMouse() ? TWColor::surface3
-                             : TWColor::surface2);
+  QColor ground = isChecked() ? TWColor::accentDim : TWColor::surface2;
+  if (isDown()) {
+    ground = ground.lighter(pressedLightness);
+  } else if (underMouse()) {
+    ground = isChecked() ? ground.lighter(chosenHoverLightness) : QColor(TWColor::surface3);
+  }
+  fillRounded(painter, rect(), radius, ground);
   drawLine(painter, rect().adjusted(0, edgePadding, 0, 0), text(), textStyle(isChecked()));
   if (showsFocus()) {
     drawFocusRing(painter, rect(), radius);

@@ -14,6 +14,7 @@
 #include <QPainter>
 #include <QShortcut>
 #include <QStackedWidget>
+#include <QStyleOptionTab>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -52,6 +53,7 @@ DetailTabBar::DetailTabBar(const QStringList& titles, QWidget* parent)
   setUsesScrollButtons(false);
   setElideMode(Qt::ElideNone);
   setFont(titleStyle(true).font);
+  setAttribute(Qt::WA_Hover);
   setFocusPolicy(Qt::StrongFocus); // after a click the arrow keys go on from there
   for (const QString& title : titles) {
     addTab(title);
@@ -74,6 +76,13 @@ void DetailTabBar::paintEvent(QPaintEvent* /*event*/) {
 void DetailTabBar::paintTab(QPainter& painter, int index) const {
   const QRect tab = tabRect(index);
   const bool isSelected = index == currentIndex();
+  QStyleOptionTab option;
+  initStyleOption(&option, index);
+  const bool isDown = option.state.testFlag(QStyle::State_Sunken);
+  const QRect ground = tab.adjusted(1, 0, -1, -barHeight - 1);
+  if (isDown || option.state.testFlag(QStyle::State_MouseOver)) {
+    fillRounded(painter, ground, focusRadius, isDown ? TWColor::surface3 : TWColor::surface2);
+  }
   const QRect title = tab.adjusted(sidePadding, edgePadding, -sidePadding, 0);
   drawLine(painter, title, tabText(index), titleStyle(isSelected));
   if (isSelected) {
@@ -81,8 +90,13 @@ void DetailTabBar::paintTab(QPainter& painter, int index) const {
                      TWColor::accent);
   }
   if (isSelected && m_focusMark->isShown()) {
-    drawFocusRing(painter, tab.adjusted(1, 0, -1, -barHeight - 1), focusRadius);
+    drawFocusRing(painter, ground, focusRadius);
   }
+}
+
+void DetailTabBar::mouseReleaseEvent(QMouseEvent* event) {
+  QTabBar::mouseReleaseEvent(event);
+  update(); // no tab is pressed
 }
 
 void DetailTabBar::wheelEvent(QWheelEvent* event) { event->ignore(); }
@@ -102,8 +116,7 @@ DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> 
   addTab(new DiagnosticsTab(sources, std::move(runSpeedTest), time));
   layOut();
   connect(m_tabs, &QTabBar::currentChanged, this, &DetailWindowView::select);
-  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
-          [this] { window()->close(); });
+  addShortcuts();
   resize(defaultSize);
   setFocus(); // no control shows the focus before Tab is pressed
 }
@@ -116,6 +129,22 @@ DetailWindowView::TimeRange DetailWindowView::timeRange() const { return m_overv
 
 void DetailWindowView::paintEvent(QPaintEvent* event) {
   QPainter(this).fillRect(event->rect(), TWColor::surface);
+}
+
+void DetailWindowView::addShortcuts() {
+  for (QShortcut* const keys :
+       {new QShortcut(QKeySequence::Close, this), new QShortcut(Qt::Key_Escape, this)}) {
+    connect(keys, &QShortcut::activated, this, [this] { window()->close(); });
+  }
+  const auto step = [this](const QKeySequence& keys, int tabs) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, tabs] {
+      m_tabs->setCurrentIndex((m_tabs->currentIndex() + tabs + m_tabs->count()) % m_tabs->count());
+    });
+  };
+  step(Qt::CTRL | Qt::Key_Tab, 1);
+  step(Qt::CTRL | Qt::Key_PageDown, 1);
+  step(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+  step(Qt::CTRL | Qt::Key_PageUp, -1);
 }
 
 void DetailWindowView::select(int tab) {

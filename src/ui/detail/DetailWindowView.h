@@ -28,6 +28,7 @@ struct DetailSources {
 };
 
 /// Titles side by side, with a bar under the selected one. Left and Right change the selection.
+/// The tabs answer to hover and press like buttons.
 class DetailTabBar final : public QTabBar {
   Q_OBJECT
 
@@ -38,6 +39,7 @@ protected:
   [[nodiscard]] QSize tabSizeHint(int index) const override;
   [[nodiscard]] QSize minimumTabSizeHint(int index) const override { return tabSizeHint(index); }
   void paintEvent(QPaintEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   /// Ignored, so that the page scrolls.
   void wheelEvent(QWheelEvent* event) override;
 
@@ -73,6 +75,7 @@ protected:
 
 private:
   void layOut();
+  void addShortcuts();
   void select(int tab);
   void addTab(QWidget* content);
 

@@ -12,6 +12,7 @@
 #include <QAbstractItemView>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -44,7 +45,7 @@ TextStyle headingStyle() {
 
 SettingRow::SettingRow(const QString& title, const QString& description, QWidget* control,
                        QWidget* parent)
-    : QWidget(parent) {
+    : QWidget(parent), m_button(qobject_cast<QAbstractButton*>(control)) {
   control->setAccessibleName(title);
   control->setAccessibleDescription(description);
   auto* const titleLine = new TextLine({TWFont::body(), TWColor::text}, this);
@@ -66,6 +67,17 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
   column->setSpacing(0);
   column->addLayout(row);
   column->addWidget(Divider::horizontal(this));
+}
+
+void SettingRow::mousePressEvent(QMouseEvent* event) {
+  event->setAccepted(m_button != nullptr && event->button() == Qt::LeftButton);
+}
+
+void SettingRow::mouseReleaseEvent(QMouseEvent* event) {
+  if (m_button != nullptr && event->button() == Qt::LeftButton &&
+      rect().contains(event->position().toPoint())) {
+    m_button->click();
+  }
 }
 
 SettingsPage::SettingsPage(std::string_view title, const SettingsSources& sources)

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+class QAbstractButton;
 class QVBoxLayout;
 
 namespace tidewell {
@@ -40,7 +41,8 @@ template <class T> struct SettingOption {
   T value;
 };
 
-/// A setting: title and description at the left, control at the right, and a line below.
+/// A setting: title and description at the left, control at the right, and a line below. A click on
+/// the texts operates a switch.
 class SettingRow final : public QWidget {
   Q_OBJECT
 
@@ -48,6 +50,13 @@ public:
   /// Takes ownership of the control, which gets the setting's name.
   SettingRow(const QString& title, const QString& description, QWidget* control,
              QWidget* parent = nullptr);
+
+protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+  QAbstractButton* m_button; // the control; null if it is a list
 };
 
 /// The content of one section: its title and groups of settings. The controls always show the

@@ -34,8 +34,10 @@ SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, const
   layOut();
   connect(m_unsaved, &UnsavedSettings::changed, m_notice, &UnsavedNotice::setReason);
   connect(m_sidebar, &SettingsSidebar::chosen, this, &SettingsView::select);
-  connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this,
-          [this] { window()->close(); });
+  for (QShortcut* const keys :
+       {new QShortcut(QKeySequence::Close, this), new QShortcut(Qt::Key_Escape, this)}) {
+    connect(keys, &QShortcut::activated, this, [this] { window()->close(); });
+  }
   resize(defaultSize);
   setFocus(); // no control shows the focus before Tab is pressed
 }
