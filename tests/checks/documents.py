@@ -79,7 +79,7 @@ def targets_of(root):
 def unlinked(root):
     """Pictures and documents without a link to them. Decisions need none."""
     linked = targets_of(root)
-    wanted = [*(root / "docs").glob("*.md"), *(root / "docs/images").glob("*")]
+    wanted = [*(root / "docs").glob("*.md"), *(root / "docs/images").rglob("*.*")]
     return [f"{path.relative_to(root)}: no document has a link to it"
             for path in sorted(wanted) if path.resolve() not in linked]
 

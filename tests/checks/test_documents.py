@@ -67,7 +67,7 @@ class Documents(unittest.TestCase):
 
     def test_finds_what_nobody_has_a_link_to(self):
         self.write("docs/lonely.md", "")
-        self.write("docs/images/lonely.png", "")
+        self.write("docs/images/below/lonely.png", "")
         self.assertEqual(len(self.faults()), 2)
 
     def test_finds_rooms_and_preferences_that_are_left_out(self):

@@ -132,7 +132,8 @@ class HostCases(PanelCases):
         at_edge = min(box.left - self.room.left, self.room.right - box.right) <= 8 * self.SCALE
         where = "at the screen's edge" if at_edge else f"centred on the item ({offset} px off)"
         self.record.keep("the panel", f"{distance} px from the bar, {where}")
-        self.record.keep("left click", "opens and closes the panel")
+        self.record.keep("left click", "opens and closes the panel" if self.MENU_BUTTON == SECOND
+                         else "opens the menu; a double click the panel")  # fmt: skip
         if self.SCALE == 1:
             self.record.keep_picture(self.display.take().crop(self.around(box, self.item)))
 
