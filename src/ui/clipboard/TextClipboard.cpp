@@ -1,11 +1,11 @@
 #include "ui/clipboard/TextClipboard.h"
 
 #include "data-control.h"
+#include "ui/placement/Display.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QString>
-#include <qpa/qplatformnativeinterface.h>
 
 #include <cstdint>
 #include <string_view>
@@ -39,14 +39,6 @@ void bindGlobal(void* found, wl_registry* registry, std::uint32_t name, const ch
 }
 
 void keepGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
-
-/// The toolkit's connection to the compositor; null on other displays.
-wl_display* waylandDisplay() {
-  auto* const native = QGuiApplication::platformNativeInterface();
-  return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
-             ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
-             : nullptr;
-}
 
 Globals findGlobals() {
   Globals globals;

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QGuiApplication>
+#include <qpa/qplatformnativeinterface.h>
 
 #include <chrono>
 #include <cstdint>
@@ -151,6 +152,13 @@ xcb_connection_t* xConnection() {
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   const bool isX = QGuiApplication::platformName() == QLatin1String("xcb");
   return isX && x11 != nullptr ? x11->connection() : nullptr;
+}
+
+wl_display* waylandDisplay() {
+  auto* const native = QGuiApplication::platformNativeInterface();
+  return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+             ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
+             : nullptr;
 }
 
 bool hasCompositing() {

@@ -1,11 +1,15 @@
 #pragma once
 
+struct wl_display;
 struct xcb_connection_t;
 
 namespace tidewell {
 
 /// The application's connection to the X server, borrowed. Null on other displays.
 [[nodiscard]] xcb_connection_t* xConnection();
+
+/// The application's connection to the Wayland compositor, borrowed. Null on other displays.
+[[nodiscard]] wl_display* waylandDisplay();
 
 /// Whether windows may be translucent: always under Wayland, and under X11 while a compositor runs.
 [[nodiscard]] bool hasCompositing();

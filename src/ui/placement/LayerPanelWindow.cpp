@@ -93,8 +93,11 @@ void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
 
 void LayerPanelWindow::dismiss(Dismissal how) {
   // Hiding may destroy the toolkit's surface, which compositors allow only without a role.
-  m_surface.reset();
-  PanelWindow::dismiss(how);
+  if (m_surface) {
+    m_surface.reset();
+    hide();
+    Q_EMIT dismissed(how);
+  }
 }
 
 void LayerPanelWindow::configured(const QSize& size) {

@@ -1,9 +1,7 @@
 #include "ui/placement/LayerSurface.h"
 
 #include "layer-shell.h"
-
-#include <QGuiApplication>
-#include <qpa/qplatformnativeinterface.h>
+#include "ui/placement/Display.h"
 
 #include <string_view>
 
@@ -28,23 +26,15 @@ void bindShell(void* shell, wl_registry* registry, std::uint32_t name, const cha
 
 void forget(void* /*shell*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
 
-/// The application's connection, null on other displays.
-wl_display* display() {
-  auto* const native = QGuiApplication::platformNativeInterface();
-  return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
-             ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
-             : nullptr;
-}
-
 zwlr_layer_shell_v1* findShell() {
-  if (display() == nullptr) {
+  if (waylandDisplay() == nullptr) {
     return nullptr;
   }
   zwlr_layer_shell_v1* shell = nullptr;
-  wl_registry* const registry = wl_display_get_registry(display());
+  wl_registry* const registry = wl_display_get_registry(waylandDisplay());
   static constexpr wl_registry_listener listener = {bindShell, forget};
   wl_registry_add_listener(registry, &listener, &shell);
-  wl_display_roundtrip(display());
+  wl_display_roundtrip(waylandDisplay());
   wl_registry_destroy(registry);
   return shell;
 }
@@ -81,7 +71,7 @@ LayerSurface::~LayerSurface() {
 void LayerSurface::coverBars() {
   zwlr_layer_surface_v1_set_exclusive_zone(m_layer, overBars);
   wl_surface_commit(m_surface);
-  m_covering = wl_display_sync(display());
+  m_covering = wl_display_sync(waylandDisplay());
   static constexpr wl_callback_listener listener = {cover};
   wl_callback_add_listener(m_covering, &listener, this);
 }
