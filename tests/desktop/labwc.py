@@ -22,7 +22,8 @@ class Display(sway.Display):
     def windows(self):
         """Title, identity and whether there is an icon, of each window. The identity names the icon."""
         listed = (self._session.output(["wlrctl", "toplevel", "list"]) or "").splitlines()
-        return [(title, identity, True) for identity, title in (line.split(": ", 1) for line in listed)]
+        return [(title, identity, sway.has_icon(identity))
+                for identity, title in (line.split(": ", 1) for line in listed)]  # fmt: skip
 
 
 def make(bar):

@@ -24,6 +24,8 @@ _HEADLESS = {
     "WLR_LIBINPUT_NO_DEVICES": "1",
 }
 
+_ICONS = Path("/usr/share/icons/hicolor")
+
 # The compositor's own variable: how many screens there are. They stand side by side.
 SCREENS = "WLR_HEADLESS_OUTPUTS"
 
@@ -75,7 +77,7 @@ class Display:
     def windows(self):
         """Title, identity and whether there is an icon, of each window. The identity names the icon."""
         tree = json.loads(self._session.output(["swaymsg", "-s", self._control(), "-t", "get_tree"]))
-        return [(node["name"], node["app_id"], bool(node["app_id"])) for node in _leaves(tree)]
+        return [(node["name"], node["app_id"], has_icon(node["app_id"])) for node in _leaves(tree)]
 
     def _control(self):
         folder = Path(self._session.environment["XDG_RUNTIME_DIR"])
@@ -89,6 +91,11 @@ class Display:
         if not header:
             raise ValueError(f"unexpected picture: {shot[:20]!r}")
         return Picture(int(header[1]), int(header[2]), shot[header.end() :])
+
+
+def has_icon(identity):
+    """Whether the icon theme has one of this name, which compositors look for."""
+    return bool(identity) and any(_ICONS.glob(f"*/apps/{identity}.*"))
 
 
 def _leaves(node):

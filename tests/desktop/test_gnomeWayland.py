@@ -61,6 +61,20 @@ class _Extension(HostCases):
         wait_until(lambda: any("Details" in title for title, *_ in self.display.windows()), 10, "details")
         self.record.keep("middle click", "opens the details")
 
+    def test_the_overview_closes_the_panel(self):
+        self.open_panel()
+        self.display.evaluate("Main.overview.show()")
+        wait_until(lambda: not any(title == "Tidewell" for title, *_ in self.display.windows()), 10,
+                   "end of the panel")  # fmt: skip
+        self.display.evaluate("Main.overview.hide()")
+        self.assert_no_panel()
+
+    def test_enter_on_the_text_opens_the_panel(self):
+        self.display.evaluate(f"{BUTTON}.grab_key_focus()")
+        self.display.press("Return")
+        wait_until(self.is_panel_shown, 5, "panel")
+        self.assert_is_panel(self.panel())
+
     def test_a_click_opens_the_panel_within_a_tenth_of_a_second(self):
         self.open_panel()
         self.display.press_escape()
