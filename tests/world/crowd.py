@@ -5,6 +5,8 @@
     crowd.py connect ADDRESS PORT N ACTIVE   makes N connections; ACTIVE of them say something, again
                                              and again
     crowd.py datagrams ADDRESS PORT N ACTIVE the same with UDP sockets
+    crowd.py burst ADDRESS PORT N            opens N UDP sockets, each of which sends 100 bytes once, and
+                                             keeps them
     crowd.py churn ADDRESS PORT              connects, says something and closes, without end
     crowd.py opening SECONDS                 opens and closes a UDP socket, again and again, and
                                              prints the median microseconds that takes
@@ -24,6 +26,7 @@ Those that do not end say "ready" when they are.
 
 import fcntl
 import os
+import resource
 import selectors
 import signal
 import socket
@@ -79,6 +82,16 @@ def datagrams(address, port, count, active):
     for each in sockets:
         each.connect((address, int(port)))
     talk(sockets, int(active))
+
+
+def burst(address, port, count):
+    resource.setrlimit(resource.RLIMIT_NOFILE, (int(count) + 100, int(count) + 100))
+    sockets = []
+    for _ in range(int(count)):
+        sockets.append(socket.socket(socket.AF_INET, socket.SOCK_DGRAM))
+        sockets[-1].sendto(bytes(100), (address, int(port)))
+    print("ready", flush=True)
+    signal.pause()
 
 
 def churn(address, port):
@@ -185,5 +198,6 @@ def many(count, *command):
 if __name__ == "__main__":
     signal.signal(signal.SIGTERM, lambda *_: sys.exit())
     verbs = {verb.__name__: verb for verb in (
-        serve, connect, datagrams, churn, opening, gather, call, tunnel, echo, ask, idle, many)}
+        serve, connect, datagrams, burst, churn, opening, gather, call, tunnel, echo, ask, idle,
+        many)}
     verbs[sys.argv[1]](*sys.argv[2:])

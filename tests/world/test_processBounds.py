@@ -8,7 +8,7 @@ import sys
 import time
 
 from harness import case, nettop, world
-from harness.processes import ProcessesTestCase, needs_bpf
+from harness.processes import NET, ProcessesTestCase, needs_bpf
 
 TOO_MANY = 70_000  # sockets; the table has room for 65,536
 
@@ -37,6 +37,21 @@ class TheKernelsPrograms(ProcessesTestCase):
             if run.named("(too many sockets)")[1] >= talker.said["sent"]:
                 break
         self.assertGreaterEqual(run.named("(too many sockets)")[1], talker.said["sent"])
+
+    def test_lose_nothing_when_many_more_sockets_open_than_there_were_files(self):
+        with open("/proc/sys/fs/file-nr", encoding="ascii") as file:
+            files = int(file.read().split()[0])
+        count = min(2 * max(2 * files, 2048) + 4000, 40_000)
+        for _ in range(10):  # On a busy machine opening them may take longer than the second.
+            run = nettop.run("bpf")
+            burst = nettop.crowd(self.world, "user", "burst", NET[4], world.DISCARD, count)
+            run.finish()
+            nettop.end(burst)
+            self.check(run)
+            if run.of(burst.pid) == (0, 128 * count):
+                break
+        self.assertEqual(run.of(burst.pid), (0, 128 * count))
+        self.assertEqual(run.named("(too many sockets)"), (0, 0))
 
     def test_count_nothing_after_their_deadline_while_the_helper_is_stopped(self):
         run = nettop.run("bpf")

@@ -61,12 +61,12 @@ bool lookUp(int table, const void* key, void* value) {
   return call(BPF_MAP_LOOKUP_ELEM, attributes) == 0;
 }
 
-BatchStep nextEntries(int table, bool isFirst, std::uint32_t& position, void* keys, void* values,
+BatchStep nextEntries(int table, bool isFirst, void* position, void* keys, void* values,
                       std::size_t room) {
   bpf_attr attributes{};
   attributes.batch.map_fd = static_cast<std::uint32_t>(table);
-  attributes.batch.in_batch = isFirst ? 0 : address(&position);
-  attributes.batch.out_batch = address(&position);
+  attributes.batch.in_batch = isFirst ? 0 : address(position);
+  attributes.batch.out_batch = address(position);
   attributes.batch.keys = address(keys);
   attributes.batch.values = address(values);
   attributes.batch.count = static_cast<std::uint32_t>(room);

@@ -32,9 +32,9 @@ struct BatchStep {
   bool hasFailed = false;
 };
 
-/// Copies the next entries of a table, at most `room`. `isFirst` begins a walk, and `position` is
-/// kept between its steps.
-[[nodiscard]] BatchStep nextEntries(int table, bool isFirst, std::uint32_t& position, void* keys,
+/// Copies the next entries of a table, at most `room`. `isFirst` begins a walk, and `position`, as
+/// large as a key and 4 bytes at least, is kept between its steps.
+[[nodiscard]] BatchStep nextEntries(int table, bool isFirst, void* position, void* keys,
                                     void* values, std::size_t room);
 
 } // namespace tidewell::nettop

@@ -12,6 +12,7 @@
 #include <bit>
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -32,6 +33,9 @@ namespace tidewell::nettop {
 namespace {
 
 constexpr std::size_t batchSize = 1024;
+
+constexpr unsigned long leastExpectedSockets = 2048;
+constexpr unsigned long mostExpectedSockets = mostSockets / 2;
 
 // How long the programs work after they were attached, whatever becomes of this process. They are
 // attached for little more than the measured second, except on an overloaded machine.
@@ -82,22 +86,49 @@ bool isTunnel(const FileDescriptor& socket, std::string_view name) {
          text(driver.bus_info) == "tun";
 }
 
-/// Marks the tunnels of this network namespace, unless the kernel cannot identify namespaces
+/// How many sockets may move something, as a power of two. Every socket of a program is an open
+/// file, and as many again may be opened meanwhile.
+unsigned expectedSockets() {
+  const FileDescriptor file(::open("/proc/sys/fs/file-nr", O_RDONLY | O_CLOEXEC));
+  std::array<char, 64> text{};
+  if (::read(file.get(), text.data(), text.size() - 1) <= 0) {
+    return static_cast<unsigned>(mostExpectedSockets);
+  }
+  const unsigned long files = std::strtoul(text.data(), nullptr, 10);
+  return std::bit_ceil(
+      static_cast<unsigned>(std::clamp(2 * files, leastExpectedSockets, mostExpectedSockets)));
+}
+
+/// The tunnels of a network namespace.
+struct Tunnels {
+  std::uint64_t network = 0; // the namespace's cookie
+  std::vector<std::uint32_t> devices;
+};
+
+/// Finds the tunnels of this network namespace. Finds none if the kernel cannot identify namespaces
 /// (before 5.14).
-void markTunnels(Control& control) {
+Tunnels findTunnels() {
+  Tunnels tunnels;
   const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-  socklen_t size = sizeof control.network;
-  if (::getsockopt(socket.get(), SOL_SOCKET, SO_NETNS_COOKIE, &control.network, &size) != 0) {
-    return;
+  socklen_t size = sizeof tunnels.network;
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_NETNS_COOKIE, &tunnels.network, &size) != 0) {
+    return tunnels;
   }
   const std::unique_ptr<struct if_nameindex, decltype(&::if_freenameindex)> names(
       ::if_nameindex(), &::if_freenameindex);
   for (const auto* one = names.get(); one != nullptr && one->if_name != nullptr; ++one) {
     const std::uint32_t device = one->if_index;
     if (device / 64 < deviceWords && isTunnel(socket, one->if_name)) {
-      control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);
-      control.hasTunnels = 1;
+      tunnels.devices.push_back(device);
     }
+  }
+  return tunnels;
+}
+
+void mark(const Tunnels& tunnels, Control& control) {
+  control.network = tunnels.network;
+  for (const std::uint32_t device : tunnels.devices) {
+    control.tunnelDevices[device / 64] |= std::uint64_t{1} << (device % 64);
   }
 }
 
@@ -127,12 +158,12 @@ void set(__u64& deadline, std::uint64_t nanoseconds) {
 }
 
 bool addSockets(int sockets, TrafficTable& table) {
-  std::array<std::uint64_t, batchSize> keys{};
+  std::array<PrefixedCookie, batchSize> keys{}; // the longer keys of the two tables
   std::vector<SocketTraffic> values(batchSize);
-  std::uint32_t position = 0;
+  PrefixedCookie position{};
   for (bool isFirst = true;; isFirst = false) {
     const BatchStep step =
-        nextEntries(sockets, isFirst, position, keys.data(), values.data(), batchSize);
+        nextEntries(sockets, isFirst, &position, keys.data(), values.data(), batchSize);
     for (std::size_t index = 0; index < step.count; ++index) {
       table.add(values[index]);
     }
@@ -144,7 +175,7 @@ bool addSockets(int sockets, TrafficTable& table) {
 
 Measurement collect(const TrafficPrograms& programs) {
   TrafficTable table;
-  if (!addSockets(programs.sockets, table)) {
+  if (!addSockets(programs.sockets, table) || !addSockets(programs.moreSockets, table)) {
     return failure("the table of sockets");
   }
   for (const std::uint32_t owner : table.owners()) {
@@ -161,7 +192,6 @@ Measurement collect(const TrafficPrograms& programs) {
 /// Measures with programs that are loaded.
 Measurement measureWith(const TrafficPrograms& programs, const FileDescriptor& groups) {
   Control& control = *programs.control;
-  markTunnels(control);
   const FileDescriptor names = makeIterator(programs.nameProcesses);
   const FileDescriptor holders = makeIterator(programs.findHolders);
   set(control.noteUntil, Second().nanosecondsAfter(tenthsAttached));
@@ -178,6 +208,9 @@ Measurement measureWith(const TrafficPrograms& programs, const FileDescriptor& g
   second.wait();
   hooks.sent.reset();
   hooks.received.reset();
+  if (std::atomic_ref(control.hasMoved).load() == 0) {
+    return {};
+  }
   if (!runIterator(holders)) {
     return failure("the holders of the sockets");
   }
@@ -199,10 +232,14 @@ Measurement measureWithBpf() {
   if (!takeAttachmentSlot(::getuid())) {
     return {{}, "too many others are measuring"};
   }
+  const Tunnels tunnels = findTunnels();
   TrafficPrograms programs{};
-  if (const int error = loadTrafficPrograms(&programs); error < 0) {
+  const bool hasTunnels = !tunnels.devices.empty();
+  if (const int error = loadTrafficPrograms(&programs, expectedSockets(), hasTunnels ? 1 : 0);
+      error < 0) {
     return failure("loading the programs", -error);
   }
+  mark(tunnels, *programs.control);
   return measureWith(programs, groups);
 }
 

@@ -4,6 +4,7 @@ import itertools
 import json
 import os
 import pathlib
+import re
 import subprocess
 
 HERE = pathlib.Path(__file__).resolve().parent.parent
@@ -41,6 +42,8 @@ _numbers = itertools.count()
 _BUILD = HERE.parent.parent / "build" / "dev"
 _TOOLS = pathlib.Path(os.environ.get("TIDEWELL_WORLD_TOOLS", _BUILD / "tests" / "world"))
 RESIDENT = os.environ.get("TIDEWELL_RESIDENT", str(_BUILD / "src" / "tidewell"))
+CONTROL = os.environ.get("TIDEWELL_CONTROL", str(_BUILD / "src" / "tidewellctl"))
+VERSION = re.search(r"VERSION ([\d.]+)", (HERE.parent.parent / "CMakeLists.txt").read_text().split("project(")[1])[1]
 
 
 def tool(name):

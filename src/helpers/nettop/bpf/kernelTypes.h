@@ -1,5 +1,5 @@
 /* The fields of the kernel's types that the programs read. Their offsets are looked up in the
- * running kernel when the programs are loaded, so no kernel's own header is needed. */
+ * running kernel, so no kernel's own header is needed. */
 #pragma once
 
 #include <linux/types.h>
@@ -62,6 +62,9 @@ struct socket {
   struct sock* sk;
 };
 
+#pragma clang attribute pop
+
+/* What iterators receive. It is the same in every kernel. */
 struct bpf_iter_meta;
 struct bpf_iter__task {
   struct bpf_iter_meta* meta;
@@ -73,5 +76,3 @@ struct bpf_iter__task_file {
   __u32 fd;
   struct file* file;
 };
-
-#pragma clang attribute pop

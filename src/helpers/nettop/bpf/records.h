@@ -9,6 +9,7 @@ enum {
   mostSockets = 65536,
   mostProcesses = 16384,
   mostRecentOwners = 4096,
+  cookieBits = 64,
 };
 
 /* Who has a socket. */
@@ -25,6 +26,12 @@ struct SocketTraffic {
   __u64 tunnelReceived; /* the part that went over the devices of `tunnelDevices` */
   __u64 tunnelSent;
   struct SocketOwner owner;
+};
+
+/* A cookie as the key of the second table of sockets, which looks up prefixes. */
+struct PrefixedCookie {
+  __u32 bits; /* `cookieBits` */
+  __u32 cookie[2];
 };
 
 /* A process, running or not. */
@@ -45,7 +52,7 @@ struct Control {
   __u64 lostReceived; /* bytes of sockets that did not fit the table */
   __u64 lostSent;
   __u32 lastHolder;
-  __u32 hasTunnels;
-  __u64 network; /* the cookie of the network namespace that the tunnels are of */
+  __u32 hasMoved; /* whether any socket has moved something */
+  __u64 network;  /* the cookie of the network namespace that the tunnels are of */
   __u64 tunnelDevices[deviceWords]; /* one bit for each interface index */
 };
