@@ -28,7 +28,8 @@ int appendNoPictures(sd_bus_message& message) {
 } // namespace
 
 StatusItem::StatusItem(SessionBus& bus, std::function<void(const WindowRequest& request)> ask)
-    : m_object(itemPath, itemInterface), m_ask(std::move(ask)), m_readers([this] { adapt(); }) {
+    : m_object(itemPath, itemInterface), m_ask(std::move(ask)), m_readers([this] { adapt(); }),
+      m_scheme(bus, [this] { announceGround(); }) {
   describeIdentity();
   describeAppearance();
   describeMethods();
@@ -170,6 +171,12 @@ void StatusItem::announceAppearance() {
   }
 }
 
+void StatusItem::announceGround() {
+  if (m_presentation == ItemPresentation::squareTile && !m_isWithdrawn) {
+    m_object.emit("NewIcon");
+  }
+}
+
 const char* StatusItem::status() const { return m_isWithdrawn ? "Passive" : "Active"; }
 
 const char* StatusItem::iconName() const {
@@ -192,9 +199,10 @@ int StatusItem::appendPictures(sd_bus_message& message) const {
            [this](auto& argb) { TextTile::drawWide(m_texts.label, m_guide, argb); });
   }
   if (m_presentation == ItemPresentation::squareTile) {
+    const TileGround ground = m_scheme.isLight() ? TileGround::light : TileGround::dark;
     for (const int edge : {22, 44}) {
       append({edge, edge},
-             [this, edge](auto& argb) { TextTile::drawSquare(m_texts.label, edge, argb); });
+             [&](auto& argb) { TextTile::drawSquare(m_texts.label, edge, argb, ground); });
     }
   }
   return writer.close().result();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ColourScheme.h"
 #include "app/ItemHost.h"
 #include "app/ItemReaders.h"
 #include "base/Observers.h"
@@ -50,6 +51,7 @@ private:
   void noteReader(const char* property, sd_bus_message& answer);
   void adapt();
   void announceAppearance();
+  void announceGround();
   int appendPictures(sd_bus_message& message) const;
   int appendToolTip(sd_bus_message& message) const;
 
@@ -58,6 +60,7 @@ private:
   std::string m_token;                            // of the next click
   std::optional<ItemPresentation> m_watcherShows; // if its process is known
   ItemReaders m_readers;
+  ColourScheme m_scheme;
   ItemPresentation m_presentation = ItemPresentation::squareTile;
   bool m_isPlaceTold = true; // by the host, with a click
   bool m_isWithdrawn = false;

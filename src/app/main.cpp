@@ -35,8 +35,10 @@
 #include "settings/AppSettings.h"
 #include "speedtest/SpeedTestRunner.h"
 
+#include <cstdio>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace tidewell {
 namespace {
@@ -109,6 +111,9 @@ void serve(EpollLoop& loop, AppSettings& settings, PreferencesStore& preferences
 
 int main(int argumentCount, char** arguments) {
   using namespace tidewell;
+  if (argumentCount == 2 && std::string_view(arguments[1]) == "--version") {
+    return std::puts("tidewell " TIDEWELL_VERSION) < 0 ? 1 : 0;
+  }
   if (argumentCount == 2 && arguments[1] == keepRunningOption) {
     if (const auto status = keepRunning()) {
       return *status;

@@ -92,8 +92,16 @@ constexpr Colour background{27, 31, 40};
 constexpr Colour text{240, 243, 248};
 constexpr Colour downloadAccent{63, 182, 255};
 constexpr Colour uploadAccent{255, 180, 84};
-constexpr Colour downloadText{122, 206, 255};
-constexpr Colour uploadText{255, 201, 128};
+
+/// The colours of a square tile.
+struct SquareColours {
+  Colour background;
+  Colour download;
+  Colour upload;
+};
+
+constexpr SquareColours darkSquare{background, {122, 206, 255}, {255, 201, 128}};
+constexpr SquareColours lightSquare{{252, 252, 253}, {0, 88, 156}, {140, 68, 0}};
 
 constexpr int wideHeight = 44;
 constexpr int widePadding = 12;
@@ -149,9 +157,11 @@ std::span<const GlyphSet> squareSets(int edge, std::size_t lines) {
 
 } // namespace
 
-void TextTile::drawSquare(std::string_view label, int edge, std::span<std::uint8_t> argb) {
+void TextTile::drawSquare(std::string_view label, int edge, std::span<std::uint8_t> argb,
+                          TileGround ground) {
+  const SquareColours& colours = ground == TileGround::light ? lightSquare : darkSquare;
   TileCanvas canvas(argb, edge, edge);
-  canvas.fillRounded(background, edge / 4.4);
+  canvas.fillRounded(colours.background, edge / 4.4);
   std::vector<TileWord> words = tileWords(label);
   words.resize(std::min<std::size_t>(words.size(), 2));
   if (words.empty()) {
@@ -166,7 +176,7 @@ void TextTile::drawSquare(std::string_view label, int edge, std::span<std::uint8
   int capTop = (edge - count * set.capHeight - (count - 1) * gap) / 2;
   for (std::size_t index = 0; index < lines.size(); ++index) {
     drawSquareLine(canvas, set, lines[index], capTop, edge - padding,
-                   words[index].isUpload() ? uploadText : downloadText);
+                   words[index].isUpload() ? colours.upload : colours.download);
     capTop += set.capHeight + gap;
   }
 }

@@ -25,21 +25,25 @@ struct TileSize {
   friend bool operator==(const TileSize&, const TileSize&) = default;
 };
 
-/// The panel's text as a picture, for hosts that show no label: light on an opaque dark tile, so
-/// that it is legible on any panel. Alpha, red, green, blue, not premultiplied. Pure.
+/// The ground of a square tile.
+enum class TileGround { dark, light };
+
+/// The panel's text as a picture, for hosts that show no label: on an opaque tile, so that it is
+/// legible on any panel. Alpha, red, green, blue, not premultiplied. Pure.
 namespace TextTile {
 
 /// Draws one rate above the other in a square; a single rate is larger. There is no room for
 /// arrows: download is above and blue, upload below and amber. `edge` is 22 or 44, `argb` holds the
 /// bytes of such a tile.
-void drawSquare(std::string_view label, int edge, std::span<std::uint8_t> argb);
+void drawSquare(std::string_view label, int edge, std::span<std::uint8_t> argb,
+                TileGround ground = TileGround::dark);
 
 /// The size of the wide tile, which has room for `guide`. Independent of the label.
 [[nodiscard]] TileSize wideSize(std::string_view guide);
 
-/// Draws the whole text in one line. Each word begins where the guide has its own, so the arrows do
-/// not move when the rates change.
-/// `argb` holds the bytes of a tile of `wideSize(guide)`.
+/// Draws the whole text in one line on a dark ground. Each word begins where the guide has its own,
+/// so the arrows do not move when the rates change. `argb` holds the bytes of a tile of
+/// `wideSize(guide)`.
 void drawWide(std::string_view label, std::string_view guide, std::span<std::uint8_t> argb);
 
 } // namespace TextTile

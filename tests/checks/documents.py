@@ -3,7 +3,7 @@
 
     documents.py ROOT
 
-In README.md, CONTRIBUTING.md, CHANGELOG.md and docs/ it checks relative links with their headings, and
+In README.md, CONTRIBUTING.md, CHANGELOG.md, SECURITY.md and docs/ it checks relative links with their headings, and
 paths of the repository in code. A word in capitals in such a path is a placeholder. Every picture and
 every document needs a link, the architecture a link to every room of src/, and the guide must name
 every preference.
@@ -24,7 +24,7 @@ PATH = re.compile(rf"(?<![\w./~-])((?:{TREES})/[\w.*/-]*|\./[\w-]+)")
 PLACEHOLDER = re.compile(r"\b[A-Z][A-Z0-9_]+\b")
 
 # No document has to link to these.
-STARTS = ["README.md", "CONTRIBUTING.md", "CHANGELOG.md"]
+STARTS = ["README.md", "CONTRIBUTING.md", "CHANGELOG.md", "SECURITY.md"]
 
 KEY = re.compile(r'Preference<[^>]+> \w+\{"(\w+)"')
 

@@ -29,6 +29,7 @@ ROOMS = {
     "bus": ["base"],
     "tile": ["base"],
     "helpers": ["base", "platform/linux"],
+    "control": ["base", "platform/linux", "bus"],
     # The process knows where the preferences lie; its windows do not.
     "ui/application": ["base", "platform", "platform/linux", "format", "windowRequests", "bus", "tile",
                        "settings", "ui"],
@@ -43,11 +44,11 @@ ROOMS = {
 _STATES = re.compile(
     r"[a-z]+/([A-Za-z]+State|NetworkSnapshot|NetworkStatus|ConnectionInfo|ProcessUsage)\.h"
 )
-VALUES = {"bus": _STATES, "ui": _STATES, "ui/application": _STATES}
+VALUES = {"bus": _STATES, "control": _STATES, "ui": _STATES, "ui/application": _STATES}
 
 # Libraries that only some rooms may include.
 OUTSIDE = {
-    re.compile(r"systemd/|linux/"): ["platform/linux", "app", "helpers"],
+    re.compile(r"systemd/|linux/"): ["platform/linux", "app", "control", "helpers"],
     re.compile(r"curl/|openssl/|nlohmann/|canberra"): ["helpers"],
     re.compile(r"Q[A-Z]|qpa/|wayland|xcb/"): ["ui", "ui/application"],
 }

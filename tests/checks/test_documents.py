@@ -19,6 +19,7 @@ class Documents(unittest.TestCase):
                    "![it](docs/images/it.png) `scripts/build dev` [out](https://example.org/no)\n")
         self.write("CONTRIBUTING.md", "```sh\n./run  # then fuzz/corpus/TARGET\n```\n")
         self.write("CHANGELOG.md", "")
+        self.write("SECURITY.md", "")
         self.write("docs/guide.md", "# Guide\n\n## First steps\n\n`speed` and `base/File.h`\n")
         self.write("docs/architecture.md",
                    "[base](../src/base) [settings](../src/settings) `~/src/other`\n")

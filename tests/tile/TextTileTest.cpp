@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -119,6 +120,32 @@ TEST(SquareTile, HasAmberForTheUploadAlone) {
   const auto isAmber = [](const Tile& tile) { return firstAmber(tile) < tile.size.width; };
   EXPECT_TRUE(isAmber(square("↓12K ↑3K", 44)));
   EXPECT_FALSE(isAmber(square("↓12K", 44)));
+}
+
+TEST(SquareTile, IsLegibleOnEitherGround) {
+  // Relative luminance and contrast as in the Web Content Accessibility Guidelines.
+  const auto luminance = [](const std::uint8_t* argb) {
+    const auto linear = [](std::uint8_t value) {
+      const double share = value / 255.0;
+      return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(argb[1]) + 0.7152 * linear(argb[2]) + 0.0722 * linear(argb[3]);
+  };
+  for (const TileGround ground : {TileGround::dark, TileGround::light}) {
+    std::vector<std::uint8_t> argb(std::size_t{44} * 44 * 4);
+    TextTile::drawSquare("↓888M ↑888M", 44, argb, ground);
+    const double groundLuminance = luminance(&argb[std::size_t{22} * 4]);
+    EXPECT_EQ(groundLuminance > 0.5, ground == TileGround::light);
+    for (const int top : {0, 22}) {
+      double best = 0;
+      for (int pixel = top * 44; pixel < (top + 22) * 44; ++pixel) {
+        const double ink = luminance(&argb[static_cast<std::size_t>(pixel) * 4]);
+        best = std::max(best, (std::max(ink, groundLuminance) + 0.05) /
+                                  (std::min(ink, groundLuminance) + 0.05));
+      }
+      EXPECT_GT(best, 6.5) << "row " << top;
+    }
+  }
 }
 
 TEST(SquareTile, ShowsDifferentTextsDifferently) {

@@ -1,17 +1,14 @@
 #!/usr/bin/python3
 """The documents describe the bus interface as the resident offers it."""
 
-import json
 import pathlib
 import re
 import shlex
 import subprocess
-import threading
 import xml.etree.ElementTree as ElementTree
 
 from harness import case
 from harness.session import wait_until
-from harness.world import EIGHT_MEGABITS
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 DESCRIPTION = (ROOT / "docs" / "dbus.md").read_text()
@@ -72,71 +69,6 @@ class TheDescription(DocumentsTestCase):
         for line in examples:
             self.output(*shlex.split(line))
         wait_until(lambda: self.session.resident.poll() == 0, 5, "the end that the last one asks for")
-
-
-class TheWaybarModule(DocumentsTestCase):
-    def test_follows_the_text_and_survives_the_end_of_tidewell(self):
-        module = Lines(self, ROOT / "packaging" / "waybarModule")
-        texts = lambda: [json.loads(line)["text"] for line in module.lines]
-        wait_until(lambda: texts()[-1:] == ["↓0K ↑0K"], 5, "the text as it is")
-        self.send("net", EIGHT_MEGABITS, frame=1000)
-        wait_until(lambda: texts()[-1] == "↓1.0M ↑0K", 10, "the text of the traffic")
-        self.world.do("route", "off")
-        wait_until(lambda: json.loads(module.lines[-1]) ==
-                   {"text": "↓-- ↑--", "class": "down", "tooltip": "down"}, 10, "the outage")  # fmt: skip
-        self.session.end_resident()
-        wait_until(lambda: json.loads(module.lines[-1])["text"] == "", 5, "the end")
-        self.session.start_resident()
-        wait_until(lambda: texts()[-1] != "", 5, "the next beginning")
-
-    def test_believes_only_tidewell(self):
-        module = Lines(self, ROOT / "packaging" / "waybarModule")
-        wait_until(lambda: module.lines, 5, "the text as it is")
-        self.output("busctl", "--user", "emit", OBJECT[1], "org.freedesktop.DBus.Properties",
-                    "PropertiesChanged", "sa{sv}as", INTERFACE, "1", "MenubarText", "s", "impostor", "0")  # fmt: skip
-        self.world.do("route", "off")
-        wait_until(lambda: "down" in module.lines[-1], 10, "the outage")
-        self.assertNotIn("impostor", "".join(module.lines))
-
-    def test_prints_no_markup(self):
-        folder = self.session.folder
-        message = {"MenubarText": {"type": "s", "data": "<b>&amp;\"</b>"}, "Status": {"type": "s", "data": "<&>"}}
-        (folder / "message").write_text(json.dumps(message, separators=(",", ":")))
-        (folder / "busctl").write_text(f"#!/bin/sh\n[ $4 = call ] && cat {folder}/message || sleep 60\n")
-        (folder / "busctl").chmod(0o755)
-        self.session.environment["PATH"] = f"{folder}:{self.session.environment['PATH']}"
-        module = Lines(self, ROOT / "packaging" / "waybarModule")
-        wait_until(lambda: module.lines, 5, "the text")
-        self.assertEqual(json.loads(module.lines[0]), {"text": '&lt;b&gt;&amp;amp;"&lt;/b&gt;', "class": "&lt;&amp;&gt;",
-                                                       "tooltip": "&lt;&amp;&gt;"})  # fmt: skip
-
-    def test_does_not_start_tidewell(self):
-        self.session.end_resident()
-        module = Lines(self, ROOT / "packaging" / "waybarModule")
-        wait_until(lambda: module.lines == ['{"text":"","class":"off","tooltip":"off"}'], 5, "nothing")
-
-
-class Lines:
-    """The lines that a command prints during the test."""
-
-    def __init__(self, test, *command):
-        self.lines = []
-        process = subprocess.Popen(command, env=test.session.environment, text=True,
-                                   stdout=subprocess.PIPE, start_new_session=True)  # fmt: skip
-        reader = threading.Thread(target=self._read, args=(process.stdout,), daemon=True)
-        reader.start()
-        test.addCleanup(process.stdout.close)
-        test.addCleanup(reader.join, 5)
-        test.addCleanup(process.wait)
-        test.addCleanup(self._end, process)
-
-    @staticmethod
-    def _end(process):
-        subprocess.run(["kill", "--", f"-{process.pid}"], check=False, stderr=subprocess.DEVNULL)
-
-    def _read(self, stream):
-        for line in stream:
-            self.lines.append(line.rstrip("\n"))
 
 
 if __name__ == "__main__":

@@ -11,6 +11,7 @@ import time
 from harness import case, quality
 from harness.session import wait_until
 from harness.speedtest import SpeedTestCase
+from harness.world import CONTROL
 
 # Of 1514 bytes that the shaper counts, TCP delivers 1448.
 SHARE = 1448 / 1514
@@ -106,6 +107,9 @@ class TheResident(case.ResidentTestCase):
         wait_until(lambda: self.helpers() == 1, 2, "the helper")
         self.watch.until(lambda: self.watch.values.get("SpeedTestIsRunning"), 2, "the beginning")
         self.session.busctl("call", "RunSpeedTest")
+        joined = self.world.start("user", CONTROL, "speedtest", "--json", env=self.session.environment,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(SpeedTestCase.end, joined)
         time.sleep(1)
         self.assertEqual(self.helpers(), 1)
         self.assertEqual(len(os.listdir(f"/proc/{self.session.resident.pid}/task")), 1)
@@ -116,6 +120,8 @@ class TheResident(case.ResidentTestCase):
         self.assertLess(abs(down / (20 * SHARE) - 1) * 100, 2)
         self.assertLess(abs(up / (8 * SHARE) - 1) * 100, 2)
         self.assertGreater(rpm, 100)
+        self.assertEqual(json.loads(joined.communicate(timeout=2)[0]),
+                         {"time": at, "downloadMbps": down, "uploadMbps": up, "responsiveness": rpm})
         self.assert_ends_well()
 
     def test_says_why_a_test_failed_and_keeps_the_last_measurement(self):
