@@ -25,7 +25,9 @@ struct FilledDetails {
   MonitorState monitor;
   TrackerState tracker;
   SpeedTestState speedTest;
-  DetailWindowView view{{sampler, monitor, tracker, speedTest}, [] {}};
+  Published<bool> isThere{true};
+  DetailWindowView view{DetailSources{sampler, monitor, tracker, speedTest, isThere},
+                        DetailActions{[] {}, [](const std::string&) {}}};
 
   FilledDetails() {
     sampler.currentDownloadBytesPerSec.set(8'412'000);

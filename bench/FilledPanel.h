@@ -10,10 +10,10 @@
 
 namespace tidewell::bench {
 
-/// As many samples as the sampler keeps, all different.
-inline SnapshotList fullHistory() {
+/// Different samples. The sampler keeps 300.
+inline SnapshotList fullHistory(std::int64_t count = 300) {
   SnapshotList list;
-  for (std::int64_t index = 0; index < 300; ++index) {
+  for (std::int64_t index = 0; index < count; ++index) {
     const std::int64_t rate = 1'000'000 + index * 7'919'000 % 9'000'000;
     list.push_back(std::make_shared<const NetworkSnapshot>(1e9 + 2.0 * static_cast<double>(index),
                                                            rate, rate / 3, 20.0, 1.0, 0.0));

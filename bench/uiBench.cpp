@@ -59,6 +59,23 @@ void detailChartRepaint(benchmark::State& state) {
 }
 BENCHMARK(detailChartRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
+/// The charts with 5,000 samples, as an extension may keep.
+void graphOfManySamples(benchmark::State& state) {
+  MiniGraphView view;
+  view.setSnapshots(bench::fullHistory(5000));
+  view.resize(300, view.sizeHint().height());
+  paintAll(state, view);
+}
+BENCHMARK(graphOfManySamples)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
+void detailChartOfManySamples(benchmark::State& state) {
+  BandwidthChart chart;
+  chart.setSnapshots(bench::fullHistory(5000));
+  chart.resize(632, chart.sizeHint().height());
+  paintAll(state, chart);
+}
+BENCHMARK(detailChartOfManySamples)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+
 /// Repaints the first tab of the details.
 void detailRepaint(benchmark::State& state) {
   bench::FilledDetails details;

@@ -100,7 +100,8 @@ TEST_F(AccessibilityTest, DescribesTheChart) {
   auto& chart = accessible(only<MiniGraphView>());
   EXPECT_EQ(chart.text(QAccessible::Description).toStdString(),
             "Download: current 3.0 MB/s, average 2.0 MB/s, peak 3.0 MB/s. "
-            "Upload: current 1.5 MB/s, average 1.0 MB/s, peak 1.5 MB/s.");
+            "Upload: current 1.5 MB/s, average 1.0 MB/s, peak 1.5 MB/s. "
+            "Scale from 0 to 24.0 Mbps.");
 }
 
 TEST_F(AccessibilityTest, IsPressedThroughTheInterface) {
@@ -186,7 +187,8 @@ TEST_F(DetailAccessibilityTest, ReadsTheOverviewInOrder) {
   EXPECT_EQ(contentOf(*pane(0).widget()), expected);
   EXPECT_EQ(only<BandwidthChart>(0).accessibleDescription().toStdString(),
             "Download: current 3.0 MB/s, average 2.0 MB/s, peak 3.0 MB/s. "
-            "Upload: current 1.5 MB/s, average 1.0 MB/s, peak 1.5 MB/s.");
+            "Upload: current 1.5 MB/s, average 1.0 MB/s, peak 1.5 MB/s. "
+            "Scale from 0 to 25 Mbps.");
 }
 
 TEST_F(DetailAccessibilityTest, ReadsTheHistoryAndTheDiagnostics) {
@@ -204,7 +206,7 @@ TEST_F(DetailAccessibilityTest, ReadsTheHistoryAndTheDiagnostics) {
   EXPECT_EQ(diagnostics.at(1), (Spoken{heading, "Connection"}));
   EXPECT_EQ(diagnostics.at(2), (Spoken{staticText, "Status Connected"}));
   EXPECT_EQ(diagnostics.at(5), (Spoken{staticText, "Local IP unknown"}));
-  EXPECT_EQ(diagnostics.at(10), (Spoken{staticText, "Latency 0.0 ms"}));
+  EXPECT_EQ(diagnostics.at(10), (Spoken{staticText, "Latency 0.0 ms, good"}));
   EXPECT_NE(
       std::find(diagnostics.begin(), diagnostics.end(), (Spoken{QAccessible::Button, "Run Now"})),
       diagnostics.end());
@@ -222,6 +224,17 @@ TEST_F(DetailAccessibilityTest, TellsWhichTabAndWhichRangeAreChosen) {
   open(0);
   auto& range = accessible(*all<RangeButton>(0)[1]);
   EXPECT_TRUE(range.state().checked);
+}
+
+TEST_F(DetailAccessibilityTest, SaysInWordsWhatTheColoursOfTheDiagnosticsMean) {
+  open(3);
+  sampler.latencyMs.set(62.0);
+  sampler.jitterMs.set(4.0);
+  sampler.packetLossPercent.set(30.0);
+  const All rows = contentOf(*pane(3).widget());
+  EXPECT_EQ(rows.at(10), (Spoken{staticText, "Latency 62.0 ms, fair"}));
+  EXPECT_EQ(rows.at(11), (Spoken{staticText, "Jitter 4.0 ms, good"}));
+  EXPECT_EQ(rows.at(12), (Spoken{staticText, "Packet Loss 30.0%, poor"}));
 }
 
 TEST_F(DetailAccessibilityTest, GroupsItsLists) {
@@ -249,6 +262,16 @@ TEST_F(SettingsAccessibilityTest, NamesAndDescribesEveryControl) {
   auto& alerts = accessible(entry(SettingsSection::alerts));
   EXPECT_EQ(alerts.role(), QAccessible::RadioButton);
   EXPECT_EQ(alerts.text(QAccessible::Name), "Alerts");
+}
+
+TEST_F(SettingsAccessibilityTest, ABoxIsTheWholeButton) {
+  open();
+  const auto expectWhole = [](QWidget& button) {
+    EXPECT_EQ(accessible(button).rect(), QRect(button.mapToGlobal(QPoint()), button.size()))
+        << button.accessibleName().toStdString();
+  };
+  expectWhole(toggle("Check for Updates"));
+  expectWhole(entry(SettingsSection::alerts));
 }
 
 TEST_F(SettingsAccessibilityTest, TurnsASwitchWithoutAClick) {

@@ -222,7 +222,8 @@ TEST(LatencyChartTest, LeavesOutWhatIsNoNumber) {
   LatencyChart chart;
   chart.setSnapshots(latencies({20.0, nan}));
   EXPECT_DOUBLE_EQ(chart.axis().top(), 20.0);
-  EXPECT_EQ(chart.accessibleDescription(), "Current unknown ms, peak 20 ms.");
+  EXPECT_EQ(chart.accessibleDescription(),
+            "Current unknown ms, peak 20 ms. Scale from 0 to 20 ms.");
 }
 
 TEST(ThroughputTotalsTest, AveragesAllSamples) {

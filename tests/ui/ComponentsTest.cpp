@@ -72,6 +72,16 @@ TEST(StatCellTest, DrawsNothingOfTheFigureOutsideItsPadding) {
   }
 }
 
+TEST(ValueRowTest, ShrinksALongAddressAndCutsOnlyWhatStillDoesNotFit) {
+  ValueRow row("Public IP", {.padding = 6}, nullptr);
+  row.resize(300, row.sizeHint().height()); // as in the panel
+  const QString address = QStringLiteral("2001:0db8:85a3:0000:0000:8a2e:0370:7334");
+  row.setValue(address, TWColor::text);
+  EXPECT_EQ(row.toolTip(), QString()) << "it is cut";
+  row.setValue(address + address, TWColor::text);
+  EXPECT_EQ(row.toolTip(), address + address);
+}
+
 struct BadgeLook {
   NetworkStatus status;
   const char* text;

@@ -1,4 +1,5 @@
 #include "support/Details.h"
+#include "support/ImageComparison.h"
 #include "support/Scene.h"
 #include "ui/charts/AxisCharts.h"
 #include "ui/components/Buttons.h"
@@ -172,6 +173,34 @@ TEST_F(DiagnosticsTest, HoldsAbsurdResults) {
       SpeedTestResult{nan, nan, infinite, std::numeric_limits<std::int64_t>::min()});
   EXPECT_EQ(shown(10, 4), (Texts{"Download|-- Mbps", "Upload|-- Mbps",
                                  "Responsiveness|-9223372036854775808 RPM", "Tested At|--"}));
+}
+
+TEST_F(DiagnosticsTest, OffersNoSpeedTestWhileTheResidentIsGone) {
+  const std::string stopped = "Tidewell has stopped. Speed tests can run when it is back.";
+  view->activateWindow();
+  runNow().setFocus(Qt::TabFocusReason);
+  const QImage before = picture(runNow());
+  for (const bool hasResult : {false, true}) {
+    speedTest.lastResult.set(hasResult ? std::optional(evenResult) : std::nullopt);
+    for (const bool wasRunning : {false, true}) {
+      speedTest.isRunning.set(wasRunning);
+      isThere.set(false);
+      EXPECT_EQ(lines().back(), stopped);
+      EXPECT_EQ(row(10).isVisible(), hasResult);
+      EXPECT_TRUE(runNow().isVisible());
+      EXPECT_NE(picture(runNow()), before);
+      EXPECT_EQ(runNow().accessibleDescription().toStdString(), stopped);
+      EXPECT_FALSE(only<Spinner>(diagnostics).isTicking());
+      runNow().click();
+      speedTest.isRunning.set(false);
+      isThere.set(true);
+      EXPECT_EQ(lines().back(), hasResult ? "Speed Test" : "No speed test run yet.");
+      EXPECT_TRUE(runNow().hasFocus()) << "the keyboard is back at the button";
+    }
+  }
+  EXPECT_EQ(testsRun, 0);
+  runNow().click();
+  EXPECT_EQ(testsRun, 1);
 }
 
 TEST_F(DiagnosticsTest, GivesTheKeyboardBackToTheButton) {

@@ -13,6 +13,9 @@
 #include <QScrollBar>
 #include <QtTest/QTest>
 
+#include <algorithm>
+#include <cmath>
+
 namespace tidewell::test {
 namespace {
 
@@ -184,6 +187,30 @@ TEST_F(DetailWindowTest, KeepsItsPlaceWhenValuesArrive) {
   tabs().setCurrentIndex(3);
   tabs().setCurrentIndex(0);
   EXPECT_EQ(pane(0).verticalScrollBar()->value(), 90);
+}
+
+// The contrast ratio of WCAG 2.1.
+double contrast(const QColor& one, const QColor& other) {
+  const auto luminance = [](const QColor& color) {
+    const auto linear = [](double channel) {
+      return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+  };
+  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
+  return (lighter + 0.05) / (darker + 0.05);
+}
+
+TEST_F(DetailWindowTest, TheHandleOfAScrollBarCanBeSeen) {
+  tracker.processes.set(programs({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}));
+  open(1);
+  QScrollBar& bar = *pane(1).verticalScrollBar();
+  const QImage image = picture(bar);
+  const QColor handle = image.pixelColor(bar.width() / 2, 20);
+  const QColor ground = image.pixelColor(bar.width() / 2, bar.height() - 5);
+  EXPECT_EQ(ground.rgb(), TWColor::surface.rgb());
+  EXPECT_GE(contrast(handle, ground), 3.0) << handle.name().toStdString();
 }
 
 TEST_F(DetailWindowTest, ClosesWithTheKeyForIt) {

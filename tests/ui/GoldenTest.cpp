@@ -1,11 +1,16 @@
 #include "support/ImageComparison.h"
 #include "support/Scene.h"
+#include "ui/charts/AxisCharts.h"
+#include "ui/panel/ActionBar.h"
+#include "ui/panel/PanelSections.h"
+#include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>
 
 #include <QCryptographicHash>
 #include <QCursor>
 #include <QFile>
+#include <QPainter>
 
 #include <set>
 
@@ -56,16 +61,6 @@ TEST(ImageComparisonTest, TellsOfAMissingPictureAndKeepsTheActualOne) {
   EXPECT_TRUE(QFile::remove(QStringLiteral(TIDEWELL_UNEQUAL "/missing.actual.png")));
 }
 
-std::vector<Scene> scenes() {
-  std::vector<Scene> all = componentScenes();
-  for (const auto& scenesOf : {panelScenes, detailScenes, settingsScenes}) {
-    for (Scene& scene : scenesOf()) {
-      all.push_back(std::move(scene));
-    }
-  }
-  return all;
-}
-
 QByteArray digestOf(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) {
@@ -109,12 +104,49 @@ TEST_P(GoldenTest, LooksAsStored) {
   }
 }
 
-std::string testName(const testing::TestParamInfo<Scene>& scene) {
-  std::string name = scene.param.name;
-  std::erase(name, '-');
-  return name;
+/// A widget at fractional scales, one below the other, on the windows' ground.
+QImage atFractionalScales(QWidget& widget) {
+  widget.show();
+  Panel::settle();
+  std::vector<QImage> images;
+  int height = 0;
+  for (const double scale : {1.25, 1.5, 1.75}) {
+    images.push_back(picture(widget, scale));
+    images.back().setDevicePixelRatio(1.0);
+    height += images.back().height();
+  }
+  QImage sheet(images.back().width(), height, QImage::Format_ARGB32_Premultiplied);
+  sheet.fill(TWColor::surface);
+  QPainter painter(&sheet);
+  int y = 0;
+  for (const QImage& image : images) {
+    painter.drawImage(0, y, image);
+    y += image.height();
+  }
+  return sheet;
 }
-INSTANTIATE_TEST_SUITE_P(Scenes, GoldenTest, testing::ValuesIn(scenes()), testName);
+
+TEST(FractionalScalesTest, LookAsStored) {
+  if (!fontsAreTheStoredOnes()) {
+    GTEST_SKIP() << "skipped: the pictures were made with other editions of the fonts";
+  }
+  QCursor::setPos(700, 780);
+  StatsGrid figures(nullptr);
+  figures.resize(300, figures.sizeHint().height());
+  figures.setFigures(1'250'000, 21.4, 1.3, 0.0);
+  EXPECT_EQ(faultOf(QStringLiteral("scales-figures"), atFractionalScales(figures)).toStdString(),
+            "");
+  ActionBar actions(nullptr);
+  actions.resize(300, actions.sizeHint().height());
+  EXPECT_EQ(faultOf(QStringLiteral("scales-actions"), atFractionalScales(actions)).toStdString(),
+            "");
+  BandwidthChart chart;
+  chart.resize(300, chart.sizeHint().height());
+  chart.setSnapshots(evening(60));
+  EXPECT_EQ(faultOf(QStringLiteral("scales-chart"), atFractionalScales(chart)).toStdString(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, GoldenTest, testing::ValuesIn(allScenes()), sceneName);
 
 } // namespace
 } // namespace tidewell::test

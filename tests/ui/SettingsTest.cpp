@@ -1,6 +1,8 @@
+#include "support/ImageComparison.h"
 #include "support/Preferences.h"
 #include "ui/components/ScrollPane.h"
 #include "ui/components/TextLine.h"
+#include "ui/tokens/TWColor.h"
 
 #include <gtest/gtest.h>
 
@@ -245,6 +247,35 @@ TEST_F(SettingsTest, ChangesNothingWhenTheWheelTurnsOverAList) {
   QCoreApplication::sendEvent(&choices, &turn);
   EXPECT_EQ(choices.currentText(), "2 seconds");
   EXPECT_FALSE(store.value("refreshInterval").has_value());
+}
+
+// The last column of the window in which the row shows anything, without the line below it.
+int lastColumn(const QWidget& row) {
+  const QImage image = picture(*row.window());
+  const QRect box(row.mapTo(row.window(), QPoint()), row.size() - QSize(0, 1));
+  for (int x = box.right(); x >= box.left(); --x) {
+    for (int y = box.top(); y <= box.bottom(); ++y) {
+      if (image.pixel(x, y) != TWColor::surface.rgb()) {
+        return x;
+      }
+    }
+  }
+  return -1;
+}
+
+TEST_F(SettingsTest, SwitchesAndListsEndWhereTheLinesEnd) {
+  open();
+  view->activateWindow();
+  const QWidget& choice = *list("Refresh Interval").parentWidget();
+  const QWidget& toggled = *toggle("Check for Updates").parentWidget();
+  const int end = lastColumn(choice);
+  EXPECT_EQ(view->width() - 1 - end, 24);
+  EXPECT_EQ(lastColumn(toggled), end);
+  const int line = choice.mapTo(view.get(), choice.rect().bottomLeft()).y();
+  EXPECT_EQ(picture(*view).pixel(end, line), TWColor::borderSubtle.rgb());
+  EXPECT_EQ(picture(*view).pixel(end + 1, line), TWColor::surface.rgb());
+  toggle("Check for Updates").setFocus();
+  EXPECT_EQ(lastColumn(toggled), end + 3) << "the focus ring would be cut";
 }
 
 TEST_F(SettingsTest, HearsNothingOnceItIsGone) {

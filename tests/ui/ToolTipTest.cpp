@@ -55,6 +55,17 @@ TEST_F(ToolTipTest, OfAnyLengthEndsInAnEllipsis) {
   EXPECT_TRUE(tip()->lines().last().endsWith(u'…'));
 }
 
+TEST_F(ToolTipTest, IsSetInTheWindowsFontWhateverTheDesktopsIs) {
+  row.setValue(QString(100, u'W'), TWColor::text);
+  point();
+  const QSize size = tip()->size();
+  const QImage before = tip()->grab().toImage();
+  window.setFont(QFont("JetBrains Mono", 30));
+  point();
+  EXPECT_EQ(tip()->size(), size);
+  EXPECT_EQ(tip()->grab().toImage(), before);
+}
+
 TEST_F(ToolTipTest, FollowsTheValue) {
   row.setValue(QString(100, u'A'), TWColor::text);
   point();

@@ -68,7 +68,7 @@ TEST_F(DetailKeyboardTest, ReachesEverythingInReadingOrder) {
   use(2);
   EXPECT_EQ(reached(*view), (Texts{"Tabs"})) << "there is nothing to scroll";
   use(3);
-  EXPECT_EQ(reached(*view), (Texts{"Tabs", "Diagnostics", "Run Now"}));
+  EXPECT_EQ(reached(*view), (Texts{"Tabs", "Diagnostics", "Status Connected", "Run Now"}));
 }
 
 TEST_F(DetailKeyboardTest, SelectsTabsWithTheArrows) {

@@ -9,7 +9,8 @@
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  qputenv("FONTCONFIG_FILE", TIDEWELL_FONTS);
+  const QByteArray otherFonts = qgetenv("TIDEWELL_TEST_FONTS");
+  qputenv("FONTCONFIG_FILE", otherFonts.isEmpty() ? QByteArray(TIDEWELL_FONTS) : otherFonts);
   qputenv("TZ", "UTC");
   qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
   for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_FONT_DPI",

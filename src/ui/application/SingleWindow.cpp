@@ -1,6 +1,6 @@
 #include "ui/application/SingleWindow.h"
 
-#include "ui/application/XWindowHints.h"
+#include "ui/application/WindowHints.h"
 
 #include <QByteArray>
 #include <QString>

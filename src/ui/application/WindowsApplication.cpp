@@ -2,7 +2,7 @@
 
 #include "bus/ResidentInterface.h"
 #include "ui/application/AbsenceNotice.h"
-#include "ui/application/XWindowHints.h"
+#include "ui/application/WindowHints.h"
 #include "ui/detail/DetailWindowView.h"
 #include "ui/item/OwnItem.h"
 #include "ui/settings/SettingsView.h"
@@ -73,9 +73,10 @@ ItemCommands WindowsApplication::itemCommands() {
 
 QWidget* WindowsApplication::makeDetail() {
   ResidentState& state = m_mirror.state();
-  auto* const view =
-      new DetailWindowView({state.sampler, state.monitor, state.tracker, state.speedTest},
-                           [this] { m_mirror.request(residentInterface::runSpeedTest); });
+  auto* const view = new DetailWindowView(
+      {state.sampler, state.monitor, state.tracker, state.speedTest, state.isThere},
+      {[this] { m_mirror.request(residentInterface::runSpeedTest); },
+       [this](const std::string& text) { copy(text); }});
   new AbsenceNotice(state.isThere, AbsenceNotice::Edge::bottom, view);
   return view;
 }

@@ -42,6 +42,8 @@ int main(int argumentCount, char** arguments) {
     return 1;
   }
   QApplication::setQuitOnLastWindowClosed(false);
+  // The windows take nothing from the desktop's theme. Its plug-in for Qt loads a whole toolkit.
+  QApplication::setDesktopSettingsAware(false);
   // Becomes the windows' class under X11, and the program's name for assistive technology.
   QApplication::setApplicationName(QStringLiteral("Tidewell"));
   QApplication::setDesktopFileName(QStringLiteral("com.halden.Tidewell"));

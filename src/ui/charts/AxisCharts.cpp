@@ -9,10 +9,13 @@
 #include "ui/tokens/TWFont.h"
 
 #include <QFontMetrics>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace tidewell {
@@ -36,6 +39,9 @@ constexpr double latencyWidth = 1.5;
 // In milliseconds. Smaller differences are insignificant.
 constexpr double leastMilliseconds = 1.0;
 
+QString downArrow() { return QStringLiteral("\u2193"); }
+QString upArrow() { return QStringLiteral("\u2191"); }
+
 constexpr int swatchWidth = 16;
 constexpr int swatchHeight = 3;
 constexpr double swatchRadius = 2.0;
@@ -47,7 +53,9 @@ TextStyle legendStyle() { return {TWFont::standard(12, QFont::Normal), TWColor::
 
 AxisChart::AxisChart(int height, QStringList units, QWidget* parent)
     : PaintedWidget(QAccessible::Chart, parent), m_height(height), m_units(std::move(units)),
-      m_axis(1.0, 1.0) {}
+      m_axis(1.0, 1.0) {
+  setMouseTracking(true);
+}
 
 QRectF AxisChart::plot() const {
   // Leaves room for half a label above the top grid line and below the bottom one.
@@ -61,13 +69,84 @@ int AxisChart::labelWidth() const {
   return std::max(usualLabelWidth, static_cast<int>(std::ceil(widest)));
 }
 
-void AxisChart::setAxis(const ValueAxis& axis) { m_axis = axis; }
+void AxisChart::setSamples(const SnapshotList& snapshots, const ValueAxis& axis,
+                           const Words& words) {
+  m_snapshots = snapshots;
+  m_axis = axis;
+  m_words = words;
+  speak();
+  update();
+}
+
+void AxisChart::mouseMoveEvent(QMouseEvent* event) {
+  const double x = event->position().x();
+  const QRectF area = plot();
+  pointAt(x >= area.left() && x <= area.right() ? std::optional(x) : std::nullopt);
+}
+
+void AxisChart::leaveEvent(QEvent* /*event*/) { pointAt(std::nullopt); }
+
+void AxisChart::wheelEvent(QWheelEvent* event) {
+  pointAt(std::nullopt);
+  event->ignore();
+}
+
+void AxisChart::hideEvent(QHideEvent* /*event*/) { pointAt(std::nullopt); }
+
+void AxisChart::pointAt(std::optional<double> x) {
+  if (x != m_pointer) {
+    m_pointer = x;
+    speak();
+    update();
+  }
+}
+
+std::optional<ChartReading> AxisChart::reading() const {
+  if (!m_pointer || m_snapshots.empty()) {
+    return std::nullopt;
+  }
+  const QRectF area = plot();
+  const double gaps = std::max(1.0, static_cast<double>(m_snapshots.size()) - 1.0);
+  const double step = area.width() / gaps;
+  const double last = static_cast<double>(m_snapshots.size()) - 1.0;
+  const double index = std::clamp(std::round((*m_pointer - area.left()) / step), 0.0, last);
+  const NetworkSnapshot& sample = *m_snapshots[static_cast<std::size_t>(index)];
+  ChartReading shown{area.left() + index * step,
+                     {{timeText(sample.timestamp()), TWColor::textSecondary}}};
+  std::ranges::move(ownFigures(sample), std::back_inserter(shown.parts));
+  shown.parts.push_back({downArrow() + rateText(sample.downloadBytesPerSec()), TWColor::accent});
+  shown.parts.push_back({upArrow() + rateText(sample.uploadBytesPerSec()), TWColor::cyan});
+  return shown;
+}
+
+std::vector<ReadingPart> AxisChart::ownFigures(const NetworkSnapshot& /*sample*/) const {
+  return {};
+}
+
+void AxisChart::speak() {
+  QString description =
+      withScale(m_words.summary, m_axis.label(m_axis.top(), m_units) + u' ' + m_axis.unit(m_units));
+  if (const auto shown = reading()) {
+    QStringList texts;
+    for (const ReadingPart& part : shown->parts) {
+      texts << part.text;
+    }
+    const QString spoken = texts.join(QStringLiteral(", "))
+                               .replace(downArrow(), QStringLiteral("download "))
+                               .replace(upArrow(), QStringLiteral("upload "));
+    description = QStringLiteral("At the pointer: %1. ").arg(spoken) + description;
+  }
+  setSpoken(m_words.title, description);
+}
 
 void AxisChart::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   paintGrid(painter);
   painter.setRenderHint(QPainter::Antialiasing);
   paintCurves(painter);
+  if (const auto shown = reading()) {
+    shown->draw(painter, plot());
+  }
 }
 
 void AxisChart::paintGrid(QPainter& painter) const {
@@ -75,7 +154,7 @@ void AxisChart::paintGrid(QPainter& painter) const {
   const int half = QFontMetrics(labelStyle().font).ascent() / 2;
   for (const double tick : m_axis.ticks()) {
     const double y = std::round(m_axis.yOf(tick, area));
-    painter.fillRect(QRectF(area.left(), y, area.width(), 1.0), TWColor::borderSubtle);
+    fillLine(painter, QRectF(area.left(), y, area.width(), 1.0), TWColor::borderSubtle);
     const bool isTop = tick == m_axis.ticks().back();
     const QString text =
         m_axis.label(tick, m_units) + (isTop ? u' ' + m_axis.unit(m_units) : QString());
@@ -96,10 +175,9 @@ void BandwidthChart::setSnapshots(const SnapshotList& snapshots) {
     m_download.push_back(megabits(snapshot->downloadBytesPerSec()));
     m_upload.push_back(megabits(snapshot->uploadBytesPerSec()));
   }
-  setAxis(
-      {std::max(ChartCurve::largest(m_download), ChartCurve::largest(m_upload)), leastMegabits});
-  setSpoken(bandwidthTitle(), graphSummary(snapshots));
-  update();
+  const ValueAxis axis(std::max(ChartCurve::largest(m_download), ChartCurve::largest(m_upload)),
+                       leastMegabits);
+  setSamples(snapshots, axis, {bandwidthTitle(), graphSummary(snapshots)});
 }
 
 void BandwidthChart::paintCurves(QPainter& painter) const {
@@ -120,18 +198,21 @@ void LatencyChart::setSnapshots(const SnapshotList& snapshots) {
   for (const auto& snapshot : snapshots) {
     m_latency.push_back(snapshot->latencyMs());
   }
-  setAxis({ChartCurve::largest(m_latency), leastMilliseconds});
-  setSpoken(QStringLiteral("Latency Over Time"), summary());
-  update();
+  const ValueAxis axis(ChartCurve::largest(m_latency), leastMilliseconds);
+  setSamples(snapshots, axis, {QStringLiteral("Latency Over Time"), summary()});
 }
 
 QString LatencyChart::summary() const {
   if (m_latency.empty()) {
-    return QStringLiteral("No samples yet");
+    return noSamplesText();
   }
   return QStringLiteral("Current %1 ms, peak %2 ms.")
       .arg(spokenValue(figureText(m_latency.back(), 0)),
            figureText(ChartCurve::largest(m_latency), 0));
+}
+
+std::vector<ReadingPart> LatencyChart::ownFigures(const NetworkSnapshot& sample) const {
+  return {{figureText(sample.latencyMs(), 0) + QStringLiteral(" ms"), TWColor::yellow}};
 }
 
 void LatencyChart::paintCurves(QPainter& painter) const {

@@ -1,17 +1,20 @@
 #pragma once
 
 #include "sampling/NetworkSnapshot.h"
+#include "ui/charts/ChartReading.h"
 #include "ui/charts/ValueAxis.h"
 #include "ui/components/AccessibleWidgets.h"
 
 #include <QColor>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace tidewell {
 
-/// A chart with a vertical axis at its right and no horizontal one. The top label has the unit.
+/// A chart of samples with a vertical axis at its right and no horizontal one. The top label has
+/// the unit. Under the pointer it shows a sample's time and figures.
 class AxisChart : public PaintedWidget {
   Q_OBJECT
 
@@ -26,19 +29,38 @@ protected:
   /// `units` as in ValueAxis.
   AxisChart(int height, QStringList units, QWidget* parent);
 
-  /// Replaces the axis.
-  void setAxis(const ValueAxis& axis);
+  /// What the chart is to assistive technology.
+  struct Words {
+    QString title;
+    QString summary;
+  };
+
+  /// Replaces the samples, which the curves show, and the axis.
+  void setSamples(const SnapshotList& snapshots, const ValueAxis& axis, const Words& words);
   virtual void paintCurves(QPainter& painter) const = 0;
+  /// What the sample under the pointer shows before its rates.
+  [[nodiscard]] virtual std::vector<ReadingPart> ownFigures(const NetworkSnapshot& sample) const;
 
   void paintEvent(QPaintEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  /// The page scrolls away under the pointer, which is no leaving.
+  void wheelEvent(QWheelEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
 
 private:
   [[nodiscard]] int labelWidth() const;
   void paintGrid(QPainter& painter) const;
+  void pointAt(std::optional<double> x);
+  [[nodiscard]] std::optional<ChartReading> reading() const;
+  void speak();
 
   int m_height;
   QStringList m_units;
   ValueAxis m_axis;
+  SnapshotList m_snapshots;
+  Words m_words;
+  std::optional<double> m_pointer; // its position across, while it is over the plot
 };
 
 /// Download and upload of all samples, in megabits per second.
@@ -71,6 +93,7 @@ public:
 
 protected:
   void paintCurves(QPainter& painter) const override;
+  [[nodiscard]] std::vector<ReadingPart> ownFigures(const NetworkSnapshot& sample) const override;
 
 private:
   [[nodiscard]] QString summary() const;

@@ -2,6 +2,7 @@
 
 #include "base/Checked.h"
 #include "ui/charts/ThroughputFigures.h"
+#include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/StatCell.h"
 #include "ui/tokens/TWColor.h"
@@ -27,6 +28,7 @@ ChartStats::ChartStats(QWidget* parent)
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(spacing);
   for (StatCell* card : m_cards) {
+    card->leaveGround();
     row->addWidget(card, 1);
   }
 }
@@ -43,12 +45,10 @@ void ChartStats::setSnapshots(const SnapshotList& snapshots) {
       chartStatCard("Total", QString::fromStdString(totalTransferred(snapshots))));
 }
 
-void ChartStats::resizeEvent(QResizeEvent* /*event*/) {
-  layout()->activate();
-  for (StatCell* card : m_cards) {
-    QPainterPath shape;
-    shape.addRoundedRect(QRectF(card->rect()), radius, radius);
-    card->setClip(shape);
+void ChartStats::paintEvent(QPaintEvent* /*event*/) {
+  SmoothPainter painter(this);
+  for (const StatCell* card : m_cards) {
+    fillRounded(painter, card->geometry(), radius, TWColor::surface2);
   }
 }
 

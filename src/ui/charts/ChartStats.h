@@ -23,7 +23,7 @@ public:
   void setSnapshots(const SnapshotList& snapshots);
 
 protected:
-  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
 private:
   // Children, in reading order.

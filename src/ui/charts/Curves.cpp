@@ -150,7 +150,7 @@ void ChartCurve::draw(QPainter& painter, const QColor& color, double width) cons
     if (piece.size() == 1) {
       const double radius = 1.5 * width;
       const double x =
-          std::clamp(piece.first().x(), m_plot.left() + radius, m_plot.right() - radius);
+          std::max(m_plot.left() + radius, std::min(piece.first().x(), m_plot.right() - radius));
       fillDisc(painter, {x, piece.first().y()}, radius, color);
     } else {
       drawCurve(painter, piece, QPen(color, width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin));

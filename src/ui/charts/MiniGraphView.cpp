@@ -4,6 +4,7 @@
 #include "ui/charts/ThroughputFigures.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -11,6 +12,7 @@
 #include <QPainter>
 #include <QPen>
 
+#include <algorithm>
 #include <cmath>
 
 namespace tidewell {
@@ -50,12 +52,14 @@ void paintPoint(QPainter& painter, QPointF centre, const QColor& color, double r
 } // namespace
 
 MiniGraphView::MiniGraphView(QWidget* parent) : PaintedWidget(QAccessible::Chart, parent) {
-  setSpoken(titleText(), graphSummary({}));
+  setSnapshots({});
 }
 
 void MiniGraphView::setSnapshots(const SnapshotList& snapshots) {
   m_snapshots = snapshots;
-  setSpoken(titleText(), graphSummary(m_snapshots));
+  const double top = std::max(leastMegabits, topOfScale(snapshots));
+  setSpoken(titleText(),
+            withScale(graphSummary(snapshots), figureText(top, 1) + QStringLiteral(" Mbps")));
   update(chart());
 }
 

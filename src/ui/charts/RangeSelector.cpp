@@ -17,7 +17,9 @@ namespace {
 constexpr int sidePadding = 10;
 constexpr int edgePadding = 4;
 constexpr double radius = 4.0;
-constexpr int pressedLightness = 85; // percent
+// In percent. Darker grounds than that of the others would vanish in the window's.
+constexpr int pressedLightness = 130;
+constexpr int chosenPressedLightness = 85;
 constexpr int chosenHoverLightness = 115;
 
 TextStyle textStyle(bool isChosen) {
@@ -35,15 +37,20 @@ QSize RangeButton::sizeHint() const {
   return {textWidth + 2 * sidePadding, lineHeight(textStyle(false)) + 2 * edgePadding};
 }
 
+QColor RangeButton::ground() const {
+  if (isChecked()) {
+    const int hoverLightness = underMouse() ? chosenHoverLightness : 100;
+    return TWColor::accentDim.lighter(isDown() ? chosenPressedLightness : hoverLightness);
+  }
+  if (isDown()) {
+    return TWColor::surface3.lighter(pressedLightness);
+  }
+  return underMouse() ? TWColor::surface3 : TWColor::surface2;
+}
+
 void RangeButton::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
-  QColor ground = isChecked() ? TWColor::accentDim : TWColor::surface2;
-  if (isDown()) {
-    ground = ground.lighter(pressedLightness);
-  } else if (underMouse()) {
-    ground = isChecked() ? ground.lighter(chosenHoverLightness) : QColor(TWColor::surface3);
-  }
-  fillRounded(painter, rect(), radius, ground);
+  fillRounded(painter, rect(), radius, ground());
   drawLine(painter, rect().adjusted(0, edgePadding, 0, 0), text(), textStyle(isChecked()));
   if (showsFocus()) {
     drawFocusRing(painter, rect(), radius);

@@ -33,6 +33,9 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+
+private:
+  [[nodiscard]] QColor ground() const;
 };
 
 /// Buttons for the time ranges, one of which is selected.

@@ -29,9 +29,16 @@ QString direction(const SnapshotList& snapshots, Rate rate) {
 
 } // namespace
 
+QString noSamplesText() { return QStringLiteral("No samples yet"); }
+
+QString withScale(const QString& summary, const QString& top) {
+  return summary == noSamplesText() ? summary
+                                    : QStringLiteral("%1 Scale from 0 to %2.").arg(summary, top);
+}
+
 QString graphSummary(const SnapshotList& snapshots) {
   if (snapshots.empty()) {
-    return QStringLiteral("No samples yet");
+    return noSamplesText();
   }
   return QStringLiteral("Download: %1. Upload: %2.")
       .arg(direction(snapshots, &NetworkSnapshot::downloadBytesPerSec),

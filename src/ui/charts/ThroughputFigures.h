@@ -9,8 +9,15 @@
 
 namespace tidewell {
 
+/// What charts without samples say.
+[[nodiscard]] QString noSamplesText();
+
 /// Describes the samples in words: current, average and peak rate of both directions.
 [[nodiscard]] QString graphSummary(const SnapshotList& snapshots);
+
+/// Adds the top of a chart's scale to its description, if there is anything on it. The scale begins
+/// at 0.
+[[nodiscard]] QString withScale(const QString& summary, const QString& top);
 
 /// Mean download rate in bytes per second, or 0 without samples. Aborts if the sum overflows.
 [[nodiscard]] double averageDownloadBytes(const SnapshotList& snapshots);

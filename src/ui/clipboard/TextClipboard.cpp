@@ -7,8 +7,6 @@
 #include <QGuiApplication>
 #include <QString>
 
-#include <cstdint>
-#include <string_view>
 #include <utility>
 
 #include <fcntl.h>
@@ -21,43 +19,12 @@ namespace {
 constexpr const char* textTypes[] = {"text/plain;charset=utf-8", "text/plain", "UTF8_STRING",
                                      "STRING", "TEXT"};
 
-struct Globals {
-  wl_seat* seat = nullptr;
-  zwlr_data_control_manager_v1* manager = nullptr;
-};
-
-void bindGlobal(void* found, wl_registry* registry, std::uint32_t name, const char* interface,
-                std::uint32_t /*version*/) {
-  auto& globals = *static_cast<Globals*>(found);
-  const std::string_view kind(interface);
-  if (kind == "wl_seat" && globals.seat == nullptr) {
-    globals.seat = static_cast<wl_seat*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
-  } else if (kind == "zwlr_data_control_manager_v1") {
-    globals.manager = static_cast<zwlr_data_control_manager_v1*>(
-        wl_registry_bind(registry, name, &zwlr_data_control_manager_v1_interface, 1));
-  }
-}
-
-void keepGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
-
-Globals findGlobals() {
-  Globals globals;
-  if (wl_display* const display = waylandDisplay()) {
-    wl_registry* const registry = wl_display_get_registry(display);
-    static constexpr wl_registry_listener listener = {bindGlobal, keepGlobal};
-    wl_registry_add_listener(registry, &listener, &globals);
-    wl_display_roundtrip(display);
-    wl_registry_destroy(registry);
-  }
-  return globals;
-}
-
 } // namespace
 
-TextClipboard::TextClipboard() {
-  const Globals globals = findGlobals();
-  m_seat = globals.seat;
-  m_manager = globals.manager;
+TextClipboard::TextClipboard()
+    : m_seat(static_cast<wl_seat*>(bindWaylandGlobal(wl_seat_interface))),
+      m_manager(static_cast<zwlr_data_control_manager_v1*>(
+          bindWaylandGlobal(zwlr_data_control_manager_v1_interface))) {
   if (m_manager != nullptr && m_seat != nullptr) {
     m_device = zwlr_data_control_manager_v1_get_data_device(m_manager, m_seat);
     static constexpr zwlr_data_control_device_v1_listener listener = {offered, selected, finished};

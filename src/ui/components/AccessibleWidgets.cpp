@@ -1,5 +1,6 @@
 #include "ui/components/AccessibleWidgets.h"
 
+#include "ui/components/Painting.h"
 #include "ui/components/ToolTip.h"
 #include "ui/tokens/TWColor.h"
 
@@ -80,7 +81,8 @@ Divider* Divider::vertical(int height, QWidget* parent) {
 }
 
 void Divider::paintEvent(QPaintEvent* /*event*/) {
-  QPainter(this).fillRect(rect(), TWColor::borderSubtle);
+  QPainter painter(this);
+  fillLine(painter, rect(), TWColor::borderSubtle);
 }
 
 SpokenGroup::SpokenGroup(QAccessible::Role role, const QString& name, QWidget* parent)

@@ -5,8 +5,12 @@
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
+#include <QProxyStyle>
+#include <QStyleOption>
 
 #include <cmath>
 
@@ -41,6 +45,27 @@ void prepare(QAbstractButton* button, Qt::FocusPolicy policy = Qt::TabFocus) {
   button->setAttribute(Qt::WA_Hover);
 }
 
+/// Makes the whole button its box, for clicks and for assistive technology. Otherwise that is the
+/// indicator and the text as a style would place them.
+class WholeButton final : public QProxyStyle {
+public:
+  [[nodiscard]] QRect subElementRect(SubElement element, const QStyleOption* option,
+                                     const QWidget* widget) const override {
+    const bool isBox = element == SE_CheckBoxClickRect || element == SE_RadioButtonClickRect;
+    return isBox ? option->rect : QProxyStyle::subElementRect(element, option, widget);
+  }
+
+  /// The only one, which ends with the application.
+  static WholeButton* style() {
+    static QPointer<WholeButton> style;
+    if (style.isNull()) {
+      style = new WholeButton;
+      style->setParent(qApp);
+    }
+    return style;
+  }
+};
+
 constexpr int actionPadding = 10;
 constexpr int actionSpacing = 3;
 constexpr double stateInset = 3.0;
@@ -59,16 +84,14 @@ constexpr double textRadius = 6.0;
 constexpr int hoverLightness = 115; // percent
 constexpr int pressedLightness = 85;
 
-TextStyle textStyle() {
+TextStyle textStyle(bool isEnabled = true) {
   return {.font = TWFont::standard(12, QFont::Medium),
-          .color = TWColor::accent,
+          .color = isEnabled ? TWColor::accent : TWColor::textSecondary,
           .alignment = Qt::AlignHCenter};
 }
 
 constexpr int trackWidth = 36;
 constexpr int trackHeight = 20;
-// Around the track, for the focus ring.
-constexpr int margin = 3;
 constexpr double knobInset = 2.0;
 
 } // namespace
@@ -133,14 +156,15 @@ QSize TextButton::sizeHint() const {
 
 void TextButton::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
-  QColor ground = TWColor::accentDim;
+  QColor ground = isEnabled() ? TWColor::accentDim : TWColor::surface2;
   if (isDown()) {
     ground = ground.lighter(pressedLightness);
-  } else if (underMouse()) {
+  } else if (isEnabled() && underMouse()) {
     ground = ground.lighter(hoverLightness);
   }
   fillRounded(painter, rect(), textRadius, ground);
-  drawLine(painter, rect().adjusted(0, textEdgePadding, 0, -textEdgePadding), text(), textStyle());
+  drawLine(painter, rect().adjusted(0, textEdgePadding, 0, -textEdgePadding), text(),
+           textStyle(isEnabled()));
   if (hasFocus()) {
     drawFocusRing(painter, rect(), textRadius);
   }
@@ -148,21 +172,19 @@ void TextButton::paintEvent(QPaintEvent* /*event*/) {
 
 ChoiceButton::ChoiceButton(const QString& text, QWidget* parent)
     : QRadioButton(text, parent), m_focusMark(new FocusMark(this)) {
+  setStyle(WholeButton::style());
   prepare(this, Qt::ClickFocus); // Tab stops only at the chosen one
   connect(this, &QRadioButton::toggled, this,
           [this](bool isChosen) { setFocusPolicy(isChosen ? Qt::StrongFocus : Qt::ClickFocus); });
 }
 
-bool ChoiceButton::hitButton(const QPoint& point) const { return rect().contains(point); }
-
 ToggleSwitch::ToggleSwitch(QWidget* parent) : QCheckBox(parent) {
+  setStyle(WholeButton::style());
   prepare(this);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 QSize ToggleSwitch::sizeHint() const { return {trackWidth + 2 * margin, trackHeight + 2 * margin}; }
-
-bool ToggleSwitch::hitButton(const QPoint& point) const { return rect().contains(point); }
 
 void ToggleSwitch::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);

@@ -59,7 +59,6 @@ public:
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
-  [[nodiscard]] bool hitButton(const QPoint& point) const override;
   [[nodiscard]] bool showsFocus() const { return m_focusMark->isShown(); }
 
 private:
@@ -71,13 +70,15 @@ class ToggleSwitch final : public QCheckBox {
   Q_OBJECT
 
 public:
+  /// The space around the switch in pixels, for the focus ring.
+  static constexpr int margin = 3;
+
   explicit ToggleSwitch(QWidget* parent);
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
-  [[nodiscard]] bool hitButton(const QPoint& point) const override;
   void paintEvent(QPaintEvent* event) override;
 };
 

@@ -41,17 +41,6 @@ void drawChevron(QPainter& painter, QPointF centre) {
                                  centre + QPointF(half.x(), -half.y())});
 }
 
-QPalette listPalette() {
-  QPalette palette;
-  palette.setColor(QPalette::Window, TWColor::surface2);
-  palette.setColor(QPalette::Base, TWColor::surface2);
-  palette.setColor(QPalette::Text, TWColor::text);
-  palette.setColor(QPalette::WindowText, TWColor::text);
-  palette.setColor(QPalette::Highlight, TWColor::accentDim);
-  palette.setColor(QPalette::HighlightedText, TWColor::text);
-  return palette;
-}
-
 } // namespace
 
 ChoiceListItem::ChoiceListItem(QObject* parent) : QStyledItemDelegate(parent) {}
@@ -76,12 +65,12 @@ ChoiceList::ChoiceList(const QStringList& choices, QWidget* parent) : QComboBox(
   setFocusPolicy(Qt::TabFocus);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   setAttribute(Qt::WA_Hover);
-  setPalette(listPalette());
+  setPalette(popupPalette());
   setFont(textStyle().font);
   addItems(choices);
   setCurrentIndex(-1);
   setItemDelegate(new ChoiceListItem(this));
-  view()->setPalette(listPalette());
+  view()->setPalette(popupPalette());
 }
 
 QSize ChoiceList::sizeHint() const {
@@ -90,9 +79,9 @@ QSize ChoiceList::sizeHint() const {
 
 void ChoiceList::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
-  painter.setPen(QPen(TWColor::surface3, 1.0));
-  painter.setBrush(underMouse() ? TWColor::surface3 : TWColor::surface2);
-  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+  // The radius is that of the middle of the outline.
+  drawFrame(painter, rect(), radius + 0.5, TWColor::surface3,
+            underMouse() ? TWColor::surface3 : TWColor::surface2);
   const int right = sidePadding + chevronWidth + spacing;
   drawLine(painter, rect().adjusted(sidePadding, edgePadding, -right, -edgePadding), currentText(),
            textStyle());

@@ -1,5 +1,7 @@
 #include "ui/components/FittedText.h"
 
+#include "ui/components/Painting.h"
+
 #include <QFontMetricsF>
 
 #include <algorithm>
@@ -57,12 +59,6 @@ double startOf(const QRectF& box, double width, Qt::Alignment alignment) {
   return alignment.testFlag(Qt::AlignHCenter) ? box.center().x() - width / 2.0 : box.left();
 }
 
-// Rounds to whole device pixels, so that equal text looks the same everywhere.
-double snapped(double position, const QPainter& painter) {
-  const double scale = painter.deviceTransform().m11();
-  return std::round(position * scale) / scale;
-}
-
 } // namespace
 
 double TabularText::width(const QFont& font, const QString& text) {
@@ -74,22 +70,35 @@ void TabularText::draw(QPainter& painter, QPointF baseline, const QString& text)
       [&](const QString& piece, double x) { painter.drawText(baseline + QPointF(x, 0.0), piece); });
 }
 
-FittedText::FittedText(const QString& wanted, const TextStyle& style, double width)
-    : font(style.font), text(wanted) {
-  const double available = width + tolerance;
-  if (widthIn(font, text, style.isTabular) <= available) {
+FittedText::FittedText(const QString& wanted, const TextStyle& style, double room)
+    : font(style.font), text(wanted), width(widthIn(font, text, style.isTabular)) {
+  const double available = room + tolerance;
+  if (text.isEmpty() || width <= available) {
     return;
   }
-  for (int size = font.pixelSize() - 1; style.smallestPixelSize > 0; --size) {
-    if (size < style.smallestPixelSize) {
-      break;
+  const int largest = font.pixelSize() - 1;
+  const int smallest = style.smallestPixelSize;
+  if (smallest > 0 && smallest <= largest) {
+    const auto fits = [&](int size) {
+      font.setPixelSize(size);
+      width = widthIn(font, text, style.isTabular);
+      return width <= available;
+    };
+    // Each size costs a look-up of the font, so the search begins where the proportion points.
+    int size = std::clamp(static_cast<int>(font.pixelSize() * std::max(available, 0.0) / width),
+                          smallest, largest);
+    while (size < largest && fits(size + 1)) {
+      ++size;
     }
-    font.setPixelSize(size);
-    if (widthIn(font, text, style.isTabular) <= available) {
+    while (size > smallest && !fits(size)) {
+      --size;
+    }
+    if (fits(size)) {
       return;
     }
   }
-  text = QFontMetricsF(font).elidedText(wanted, style.elide, std::max(width, 0.0));
+  text = QFontMetricsF(font).elidedText(wanted, style.elide, std::max(room, 0.0));
+  width = widthIn(font, text, style.isTabular);
   isCut = text != wanted;
 }
 
@@ -101,8 +110,8 @@ int lineHeight(const TextStyle& style) { return QFontMetrics(style.font).height(
 
 bool drawLine(QPainter& painter, const QRectF& box, const QString& text, const TextStyle& style) {
   const FittedText fitted(text, style, box.width());
-  const double width = widthIn(fitted.font, fitted.text, style.isTabular);
-  const QPointF baseline(snapped(startOf(box, width, style.alignment), painter),
+  // On device pixels, so that equal text looks the same everywhere.
+  const QPointF baseline(DevicePixels(painter).x(startOf(box, fitted.width, style.alignment)),
                          box.top() + QFontMetrics(style.font).ascent());
   painter.setFont(fitted.font);
   painter.setPen(style.color);

@@ -32,10 +32,12 @@ struct TextStyle {
 struct FittedText {
   QFont font;
   QString text;
+  /// Of the fitted text in pixels, without the letter spacing after its last letter.
+  double width;
   /// Whether the text was shortened.
   bool isCut = false;
 
-  FittedText(const QString& wanted, const TextStyle& style, double width);
+  FittedText(const QString& wanted, const TextStyle& style, double room);
 };
 
 /// Width of a line in pixels, without the letter spacing after its last letter.

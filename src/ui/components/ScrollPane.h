@@ -15,6 +15,9 @@ public:
 
   ScrollPane(QWidget* content, const QString& name, QWidget* parent = nullptr);
 
+  /// Scrolls the pane that the widget is in, if any, until all of the widget shows.
+  static void reveal(QWidget& widget);
+
 protected:
   void paintEvent(QPaintEvent* event) override;
 

@@ -49,11 +49,6 @@ void StatCell::setFigure(const StatFigure& figure) {
   contentChanged();
 }
 
-void StatCell::setClip(const QPainterPath& clip) {
-  m_clip = clip;
-  update();
-}
-
 QSize StatCell::sizeHint() const {
   const int height = lineHeight(labelStyle()) + rowSpacing + lineHeight(valueStyle({}));
   return {2 * padding, height + 2 * padding};
@@ -66,18 +61,11 @@ QRect StatCell::valueBox() const {
           lineHeight(valueStyle({}))};
 }
 
-void StatCell::paintGround(QPainter& painter) const {
-  if (m_clip.isEmpty()) {
-    painter.fillRect(rect(), TWColor::surface2);
-    return;
-  }
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillPath(m_clip, TWColor::surface2);
-}
-
 void StatCell::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  paintGround(painter);
+  if (m_hasGround) {
+    painter.fillRect(rect(), TWColor::surface2);
+  }
   const QRect inside = rect().adjusted(padding, padding, -padding, -padding);
   drawLine(painter, inside, m_figure.label.toUpper(), labelStyle());
 

@@ -3,7 +3,6 @@
 #include "ui/components/AccessibleWidgets.h"
 
 #include <QColor>
-#include <QPainterPath>
 #include <QString>
 
 namespace tidewell {
@@ -31,8 +30,8 @@ public:
   void setFigure(const StatFigure& figure);
   [[nodiscard]] const StatFigure& figure() const { return m_figure; }
 
-  /// Clips the background to this shape, in the cell's coordinates. Empty: no clipping.
-  void setClip(const QPainterPath& clip);
+  /// Leaves the background to the parent, which gives it another shape.
+  void leaveGround() { m_hasGround = false; }
 
   [[nodiscard]] QSize sizeHint() const override;
 
@@ -42,10 +41,9 @@ protected:
 
 private:
   [[nodiscard]] QRect valueBox() const;
-  void paintGround(QPainter& painter) const;
 
   StatFigure m_figure;
-  QPainterPath m_clip;
+  bool m_hasGround = true;
 };
 
 } // namespace tidewell

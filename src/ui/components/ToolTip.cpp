@@ -25,10 +25,10 @@ constexpr double radius = 6.0;
 // Longer texts end in an ellipsis.
 constexpr int mostLines = 8;
 
-const QFont& font() { return TWFont::standard(12, QFont::Normal); }
+const QFont& tipFont() { return TWFont::standard(12, QFont::Normal); }
 
 QStringList wrapped(const QString& text, int width) {
-  QTextLayout layout(text, font());
+  QTextLayout layout(text, tipFont());
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   layout.setTextOption(option);
@@ -37,9 +37,9 @@ QStringList wrapped(const QString& text, int width) {
   for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
     line.setLineWidth(width);
     const bool isLast = lines.size() + 1 == mostLines;
-    lines.append(
-        isLast ? QFontMetrics(font()).elidedText(text.mid(line.textStart()), Qt::ElideRight, width)
-               : text.mid(line.textStart(), line.textLength()).trimmed());
+    lines.append(isLast ? QFontMetrics(tipFont()).elidedText(text.mid(line.textStart()),
+                                                             Qt::ElideRight, width)
+                        : text.mid(line.textStart(), line.textLength()).trimmed());
     if (isLast) {
       break;
     }
@@ -98,7 +98,7 @@ void ToolTip::fit() {
   const QString text = m_owner->toolTip();
   setSpoken(text);
   const QRect room = visiblePart(*m_owner).adjusted(margin, margin, -margin, -margin);
-  const QFontMetrics metrics(font());
+  const QFontMetrics metrics(tipFont());
   m_lines = wrapped(text, std::max(1, std::min(widest, room.width() - 2 * padding)));
   int width = 0;
   for (const QString& line : m_lines) {
@@ -117,10 +117,13 @@ void ToolTip::fit() {
 void ToolTip::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
   fillRounded(painter, rect(), radius, TWColor::textTertiary);
-  fillRounded(painter, rect().adjusted(1, 1, -1, -1), radius - 1.0, TWColor::surface3);
-  painter.setFont(font());
+  const DevicePixels grid(painter);
+  const double border = grid.thickness(1);
+  fillRounded(painter, grid.rect(rect()).adjusted(border, border, -border, -border),
+              radius - border, TWColor::surface3);
+  painter.setFont(tipFont());
   painter.setPen(TWColor::text);
-  const QFontMetrics metrics(font());
+  const QFontMetrics metrics(tipFont());
   int top = padding;
   for (const QString& line : m_lines) {
     painter.drawText(padding, top + metrics.ascent(), line);

@@ -1,6 +1,7 @@
 #include "ui/components/ValueRow.h"
 
 #include "ui/components/FittedText.h"
+#include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
@@ -16,6 +17,8 @@ namespace tidewell {
 namespace {
 
 constexpr int leastGap = 16;
+// An IPv6 address of 39 characters fits into the panel.
+constexpr int smallestValueSize = 9;
 
 TextStyle keyStyle() { return {TWFont::body(), TWColor::textSecondary}; }
 
@@ -23,6 +26,7 @@ TextStyle valueStyle(const QColor& color = {}) {
   return {.font = TWFont::monoSmall(),
           .color = color,
           .alignment = Qt::AlignRight,
+          .smallestPixelSize = smallestValueSize,
           .elide = Qt::ElideMiddle};
 }
 
@@ -35,13 +39,14 @@ ValueRow::ValueRow(QString key, Frame frame, QWidget* parent)
   setSpoken(m_key);
 }
 
-void ValueRow::setValue(const QString& value, const QColor& color) {
+void ValueRow::setValue(const QString& value, const QColor& color, const QString& meaning) {
   if (value == m_value && color == m_color) {
     return;
   }
   m_value = value;
   m_color = color;
-  setSpoken(m_key + u' ' + spokenValue(value));
+  setSpoken(m_key + u' ' + spokenValue(value) +
+            (meaning.isEmpty() ? QString() : QStringLiteral(", ") + meaning));
   contentChanged();
 }
 
@@ -59,12 +64,27 @@ QRect ValueRow::valueBox() const {
 
 void ValueRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.fillRect(QRect(0, height() - m_frame.lineThickness, width(), m_frame.lineThickness),
-                   TWColor::borderSubtle);
+  if (m_frame.lineThickness > 0) {
+    fillLine(painter, QRect(0, height() - m_frame.lineThickness, width(), m_frame.lineThickness),
+             TWColor::borderSubtle);
+  }
   const QRect text =
       rect().adjusted(0, m_frame.padding, 0, -m_frame.padding - m_frame.lineThickness);
   drawLine(painter, text, m_key, keyStyle());
+  if (hasFocus()) {
+    paintSelection(painter);
+  }
   drawLine(painter, valueBox(), m_value, valueStyle(m_color));
+}
+
+void ValueRow::paintSelection(QPainter& painter) const {
+  const QRect box = valueBox();
+  const FittedText shown(m_value, valueStyle(), box.width());
+  TextStyle style = valueStyle();
+  style.font = shown.font;
+  const double start = box.right() + 1 - lineWidth(shown.text, style);
+  const int left = std::max(box.left(), static_cast<int>(std::floor(start)));
+  painter.fillRect(QRect(QPoint(left, box.top()), box.bottomRight()), TWColor::accentDim);
 }
 
 QString ValueRow::cutText() const {

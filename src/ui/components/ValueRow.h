@@ -5,10 +5,13 @@
 #include <QColor>
 #include <QString>
 
+class QPainter;
+
 namespace tidewell {
 
-/// A key at the left and its value at the right, on one baseline. A value that is too long is cut
-/// in the middle; the tool tip and the accessible name have all of it.
+/// A key at the left and its value at the right, on one baseline. A value that is too long
+/// shrinks, and if it still is, is cut in the middle; the tool tip and the accessible name have all
+/// of it. With the focus it appears selected.
 class ValueRow final : public PaintedWidget {
   Q_OBJECT
 
@@ -21,7 +24,8 @@ public:
 
   ValueRow(QString key, Frame frame, QWidget* parent);
 
-  void setValue(const QString& value, const QColor& color);
+  /// Shows the value. `meaning` says to assistive technology what the colour says, if anything.
+  void setValue(const QString& value, const QColor& color, const QString& meaning = {});
 
   [[nodiscard]] QString key() const { return m_key; }
   [[nodiscard]] QString value() const { return m_value; }
@@ -35,6 +39,7 @@ protected:
 
 private:
   [[nodiscard]] QRect valueBox() const;
+  void paintSelection(QPainter& painter) const;
 
   QString m_key;
   Frame m_frame;

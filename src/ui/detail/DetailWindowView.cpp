@@ -19,7 +19,6 @@
 #include <QWheelEvent>
 
 #include <cmath>
-#include <utility>
 
 namespace tidewell {
 namespace {
@@ -86,8 +85,8 @@ void DetailTabBar::paintTab(QPainter& painter, int index) const {
   const QRect title = tab.adjusted(sidePadding, edgePadding, -sidePadding, 0);
   drawLine(painter, title, tabText(index), titleStyle(isSelected));
   if (isSelected) {
-    painter.fillRect(QRect(title.left(), tab.bottom() + 1 - barHeight, title.width(), barHeight),
-                     TWColor::accent);
+    fillLine(painter, QRect(title.left(), tab.bottom() + 1 - barHeight, title.width(), barHeight),
+             TWColor::accent);
   }
   if (isSelected && m_focusMark->isShown()) {
     drawFocusRing(painter, ground, focusRadius);
@@ -101,7 +100,7 @@ void DetailTabBar::mouseReleaseEvent(QMouseEvent* event) {
 
 void DetailTabBar::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
-DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> runSpeedTest,
+DetailWindowView::DetailWindowView(DetailSources sources, const DetailActions& actions,
                                    const ViewTime& time, QWidget* parent)
     : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Network Details"), parent),
       m_tabs(new DetailTabBar(tabTitles(), this)), m_stack(new QStackedWidget(this)),
@@ -113,7 +112,7 @@ DetailWindowView::DetailWindowView(DetailSources sources, std::function<void()> 
   addTab(m_overview);
   addTab(new ProcessesTab(sources.tracker));
   addTab(new HistoryTab(sources.sampler));
-  addTab(new DiagnosticsTab(sources, std::move(runSpeedTest), time));
+  addTab(new DiagnosticsTab(sources, actions, time));
   layOut();
   connect(m_tabs, &QTabBar::currentChanged, this, &DetailWindowView::select);
   addShortcuts();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Published.h"
 #include "ui/charts/RangeSelector.h"
 #include "ui/components/AccessibleWidgets.h"
 #include "ui/components/FocusMark.h"
@@ -8,6 +9,7 @@
 #include <QTabBar>
 
 #include <functional>
+#include <string>
 
 class QStackedWidget;
 
@@ -25,6 +27,16 @@ struct DetailSources {
   MonitorState& monitor;
   TrackerState& tracker;
   SpeedTestState& speedTest;
+  /// Whether the resident runs; while it does not, the states stay as they were.
+  Published<bool>& isThere;
+};
+
+/// What the user starts in the details.
+struct DetailActions {
+  /// Called only while no test is running.
+  std::function<void()> runSpeedTest;
+  /// Puts the text on the clipboard.
+  std::function<void(const std::string&)> copy;
 };
 
 /// Titles side by side, with a bar under the selected one. Left and Right change the selection.
@@ -59,8 +71,7 @@ public:
   /// The initial and minimum size, in device-independent pixels.
   static constexpr QSize defaultSize{680, 520};
 
-  /// `runSpeedTest` is called only while no test is running.
-  DetailWindowView(DetailSources sources, std::function<void()> runSpeedTest,
+  DetailWindowView(DetailSources sources, const DetailActions& actions,
                    const ViewTime& time = ViewTime::real(), QWidget* parent = nullptr);
   ~DetailWindowView() override;
 

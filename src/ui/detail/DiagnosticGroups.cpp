@@ -17,6 +17,13 @@ constexpr PerformanceGroup::Thresholds latencyMs{50.0, 100.0};
 constexpr PerformanceGroup::Thresholds jitterMs{5.0, 20.0};
 constexpr PerformanceGroup::Thresholds lossPercent{1.0, 5.0};
 
+QString verdictOf(const QColor& color) {
+  if (color == TWColor::green) {
+    return QStringLiteral("good");
+  }
+  return color == TWColor::yellow ? QStringLiteral("fair") : QStringLiteral("poor");
+}
+
 // Keeps the same distance from title to rows with and without a button.
 constexpr int titleHeight = 28;
 
@@ -50,17 +57,21 @@ PerformanceGroup::PerformanceGroup(QWidget* parent)
       m_jitter(diagnosticRow("Jitter")), m_loss(diagnosticRow("Packet Loss")) {}
 
 void PerformanceGroup::setLatency(double milliseconds) {
-  m_latency->setValue(figureText(milliseconds, 1) + QStringLiteral(" ms"),
-                      colorOf(milliseconds, latencyMs));
+  show(*m_latency, figureText(milliseconds, 1) + QStringLiteral(" ms"), milliseconds, latencyMs);
 }
 
 void PerformanceGroup::setJitter(double milliseconds) {
-  m_jitter->setValue(figureText(milliseconds, 1) + QStringLiteral(" ms"),
-                     colorOf(milliseconds, jitterMs));
+  show(*m_jitter, figureText(milliseconds, 1) + QStringLiteral(" ms"), milliseconds, jitterMs);
 }
 
 void PerformanceGroup::setPacketLoss(double percent) {
-  m_loss->setValue(figureText(percent, 1) + u'%', colorOf(percent, lossPercent));
+  show(*m_loss, figureText(percent, 1) + u'%', percent, lossPercent);
+}
+
+void PerformanceGroup::show(ValueRow& row, const QString& text, double value,
+                            Thresholds thresholds) {
+  const QColor& color = colorOf(value, thresholds);
+  row.setValue(text, color, verdictOf(color));
 }
 
 const QColor& PerformanceGroup::colorOf(double value, Thresholds thresholds) {

@@ -70,6 +70,8 @@ public:
   [[nodiscard]] static const QColor& colorOf(double value, Thresholds thresholds);
 
 private:
+  static void show(ValueRow& row, const QString& text, double value, Thresholds thresholds);
+
   // Children.
   ValueRow* m_latency;
   ValueRow* m_jitter;

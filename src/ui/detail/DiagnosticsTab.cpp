@@ -4,9 +4,11 @@
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
 #include "ui/components/TextLine.h"
+#include "ui/components/ValueRow.h"
 #include "ui/detail/DetailStyles.h"
 #include "ui/detail/DiagnosticGroups.h"
 #include "ui/detail/SpeedTestGroup.h"
+#include "ui/detail/ValueSelection.h"
 
 #include <QVBoxLayout>
 
@@ -14,14 +16,16 @@
 
 namespace tidewell {
 
-DiagnosticsTab::DiagnosticsTab(DetailSources sources, std::function<void()> runSpeedTest,
+DiagnosticsTab::DiagnosticsTab(DetailSources sources, const DetailActions& actions,
                                const ViewTime& time, QWidget* parent)
     : QWidget(parent), m_sources(sources),
       m_title(makeHeading(QStringLiteral("Network Diagnostics"), this)),
       m_connection(new ConnectionGroup(this)), m_performance(new PerformanceGroup(this)),
-      m_speedTest(new SpeedTestGroup(std::move(runSpeedTest), time, this)) {
+      m_speedTest(new SpeedTestGroup(actions.runSpeedTest, time, this)) {
   layOut();
   observe();
+  const auto rows = findChildren<ValueRow*>();
+  new ValueSelection({rows.begin(), rows.end()}, actions.copy, this);
 }
 
 void DiagnosticsTab::layOut() {
@@ -41,7 +45,7 @@ void DiagnosticsTab::observe() {
   const auto keep = [this](Subscription subscription) {
     m_subscriptions.push_back(std::move(subscription));
   };
-  const auto& [sampler, monitor, tracker, speedTest] = m_sources;
+  const auto& [sampler, monitor, tracker, speedTest, isThere] = m_sources;
   keep(monitor.isConnected.subscribe([this](bool is) { m_connection->setConnected(is); }));
   keep(monitor.connectionInfo.subscribe(
       [this](const ConnectionInfo& info) { m_connection->setInfo(info); }));
@@ -53,8 +57,11 @@ void DiagnosticsTab::observe() {
   keep(speedTest.lastResult.subscribe([this](const auto&) { showSpeedTest(); }));
   keep(speedTest.lastMeasured.subscribe([this](const auto&) { showSpeedTest(); }));
   keep(speedTest.failure.subscribe([this](const auto&) { showSpeedTest(); }));
+  keep(isThere.subscribe([this](bool) { showSpeedTest(); }));
 }
 
-void DiagnosticsTab::showSpeedTest() { m_speedTest->setState(m_sources.speedTest); }
+void DiagnosticsTab::showSpeedTest() {
+  m_speedTest->setState(m_sources.speedTest, m_sources.isThere.get());
+}
 
 } // namespace tidewell

@@ -6,7 +6,6 @@
 
 #include <QWidget>
 
-#include <functional>
 #include <vector>
 
 namespace tidewell {
@@ -21,7 +20,7 @@ class DiagnosticsTab final : public QWidget {
   Q_OBJECT
 
 public:
-  DiagnosticsTab(DetailSources sources, std::function<void()> runSpeedTest, const ViewTime& time,
+  DiagnosticsTab(DetailSources sources, const DetailActions& actions, const ViewTime& time,
                  QWidget* parent = nullptr);
 
 private:

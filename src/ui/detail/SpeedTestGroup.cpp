@@ -20,7 +20,14 @@ constexpr int spinnerSpacing = 8;
 
 QString megabitsText(double megabits) { return figureText(megabits, 1) + QStringLiteral(" Mbps"); }
 
-QString lineOf(bool isRunning, const std::string& failure) {
+QString stoppedText() {
+  return QStringLiteral("Tidewell has stopped. Speed tests can run when it is back.");
+}
+
+QString lineOf(bool isThere, bool isRunning, const std::string& failure) {
+  if (!isThere) {
+    return stoppedText();
+  }
   if (isRunning) {
     return QStringLiteral("Running speed test...");
   }
@@ -44,24 +51,25 @@ SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, 
   m_rows = {diagnosticRow("Download"), diagnosticRow("Upload"), diagnosticRow("Responsiveness"),
             diagnosticRow("Tested At")};
   connect(m_button, &QPushButton::clicked, this, std::move(run));
-  setState(SpeedTestState());
+  setState(SpeedTestState(), true);
 }
 
-void SpeedTestGroup::setState(const SpeedTestState& state) {
-  const bool isRunning = state.isRunning.get();
+void SpeedTestGroup::setState(const SpeedTestState& state, bool isThere) {
+  const bool isRunning = isThere && state.isRunning.get();
   const std::string& failure = state.failure.get();
   const auto& result = shownResult(state);
   const bool hasRows = !isRunning && result.has_value();
-  m_text->setText(lineOf(isRunning, failure));
+  m_text->setText(lineOf(isThere, isRunning, failure));
   m_spinner->setVisible(isRunning);
-  m_line->setVisible(!hasRows || !failure.empty());
+  m_line->setVisible(!isThere || !hasRows || !failure.empty());
   if (hasRows) {
     showResult(*result);
   }
   for (ValueRow* row : m_rows) {
     row->setVisible(hasRows);
   }
-  showButton(!isRunning);
+  m_button->setAccessibleDescription(isThere ? QString() : stoppedText());
+  offer(!isRunning, isThere);
 }
 
 void SpeedTestGroup::showResult(const SpeedTestResult& result) {
@@ -71,15 +79,11 @@ void SpeedTestGroup::showResult(const SpeedTestResult& result) {
   m_rows[3]->setValue(timeText(result.timestamp), TWColor::text);
 }
 
-void SpeedTestGroup::showButton(bool isShown) {
-  if (isShown == !m_button->isHidden()) {
-    return;
-  }
-  if (!isShown) {
-    m_hadFocus = m_button->hasFocus();
-  }
+void SpeedTestGroup::offer(bool isShown, bool isEnabled) {
+  m_hadFocus = m_hadFocus || m_button->hasFocus();
+  m_button->setEnabled(isEnabled);
   m_button->setVisible(isShown);
-  if (isShown && std::exchange(m_hadFocus, false)) {
+  if (isShown && isEnabled && std::exchange(m_hadFocus, false)) {
     m_button->setFocus();
   }
 }

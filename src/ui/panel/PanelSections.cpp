@@ -2,6 +2,7 @@
 
 #include "connectivity/ConnectionInfo.h"
 #include "format/SpeedFormatter.h"
+#include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/StatCell.h"
 #include "ui/components/StatusBadge.h"
@@ -11,6 +12,7 @@
 #include "ui/tokens/TWFont.h"
 
 #include <QGridLayout>
+#include <QPainterPath>
 #include <QVBoxLayout>
 
 namespace tidewell {
@@ -74,6 +76,9 @@ StatsGrid::StatsGrid(QWidget* parent)
     : QWidget(parent), m_cells{new StatCell(this), new StatCell(this), new StatCell(this),
                                new StatCell(this)} {
   setAccessibleName(QStringLiteral("Statistics"));
+  for (StatCell* cell : m_cells) {
+    cell->leaveGround();
+  }
   auto* const grid = new QGridLayout(this);
   grid->setContentsMargins(sideInset, 0, sideInset, 0);
   grid->setSpacing(gap);
@@ -97,20 +102,18 @@ void StatsGrid::setFigures(std::int64_t uploadBytesPerSec, double latencyMs, dou
                          QStringLiteral("%"), isLossy ? TWColor::yellow : TWColor::green});
 }
 
-void StatsGrid::resizeEvent(QResizeEvent* /*event*/) {
-  layout()->activate();
-  clipCells();
-}
-
-void StatsGrid::clipCells() {
-  QPainterPath card;
-  card.addRoundedRect(QRectF(rect()).adjusted(sideInset, 0.0, -sideInset, 0.0), cornerRadius,
-                      cornerRadius);
-  for (StatCell* cell : m_cells) {
-    QPainterPath ground;
-    ground.addRect(QRectF(cell->geometry()));
-    cell->setClip(card.intersected(ground).translated(-cell->pos()));
-  }
+void StatsGrid::paintEvent(QPaintEvent* /*event*/) {
+  SmoothPainter painter(this);
+  const DevicePixels grid(painter);
+  const QRectF card = grid.rect(QRectF(rect()).adjusted(sideInset, 0.0, -sideInset, 0.0));
+  const QRect last = m_cells.back()->geometry();
+  QPainterPath gaps;
+  gaps.setFillRule(Qt::WindingFill);
+  gaps.addRect(QRectF(grid.x(last.left() - gap), 0.0, grid.thickness(gap), height()));
+  gaps.addRect(QRectF(0.0, grid.y(last.top() - gap), width(), grid.thickness(gap)));
+  QPainterPath ground;
+  ground.addRoundedRect(card, cornerRadius, cornerRadius);
+  painter.fillPath(ground.subtracted(gaps), TWColor::surface2);
 }
 
 ThroughputHero::ThroughputHero(const ViewTime& time, QWidget* parent)

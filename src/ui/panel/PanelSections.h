@@ -43,11 +43,9 @@ public:
                   double packetLossPercent);
 
 protected:
-  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
 private:
-  void clipCells();
-
   // Children, in reading order.
   std::array<StatCell*, 4> m_cells;
 };

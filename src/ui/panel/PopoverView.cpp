@@ -5,6 +5,7 @@
 #include "speedtest/SpeedTestState.h"
 #include "ui/charts/MiniGraphView.h"
 #include "ui/components/AccessibleWidgets.h"
+#include "ui/components/Painting.h"
 #include "ui/panel/ActionBar.h"
 #include "ui/panel/PanelSections.h"
 #include "ui/panel/SpeedTestStrip.h"
@@ -42,26 +43,25 @@ constexpr double copiedSeconds = 1.5;
 
 void paintBackdrop(QPainter& painter, const QRect& panel, Backdrop backdrop) {
   if (backdrop == Backdrop::opaque) {
-    painter.fillRect(panel, TWColor::surface);
-    painter.setPen(TWColor::surface3);
-    painter.drawRect(panel.adjusted(0, 0, -1, -1));
+    const DevicePixels grid(painter);
+    const QRectF outer = grid.rect(panel);
+    const double border = grid.thickness(1);
+    painter.fillRect(outer, TWColor::surface3);
+    painter.fillRect(outer.adjusted(border, border, -border, -border), TWColor::surface);
     return;
   }
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(TWColor::surface3, 1.0));
-  painter.setBrush(translucentSurface());
-  painter.drawRoundedRect(QRectF(panel).adjusted(0.5, 0.5, -0.5, -0.5), panelRadius - 0.5,
-                          panelRadius - 0.5);
+  drawFrame(painter, panel, panelRadius, TWColor::surface3, translucentSurface());
 }
 
 PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop backdrop,
                          const ViewTime& time, QWidget* parent)
-    : QWidget(parent), m_sources(sources), m_actions(std::move(actions)), m_backdrop(backdrop),
-      m_time(time), m_hero(new ThroughputHero(time, this)), m_stats(new StatsGrid(this)),
+    : SpokenGroup(QAccessible::Pane, QStringLiteral("Tidewell"), parent), m_sources(sources),
+      m_actions(std::move(actions)), m_backdrop(backdrop), m_time(time),
+      m_hero(new ThroughputHero(time, this)), m_stats(new StatsGrid(this)),
       m_graph(new MiniGraphView(this)), m_connection(new ConnectionSection(this)),
       m_strip(new SpeedTestStrip(time, this)), m_divider(Divider::horizontal(this)),
       m_actionBar(new ActionBar(this)) {
-  setAccessibleName(QStringLiteral("Tidewell"));
   setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
   setAttribute(Qt::WA_TranslucentBackground, backdrop == Backdrop::translucent);
   setAttribute(Qt::WA_OpaquePaintEvent, backdrop == Backdrop::opaque);

@@ -1,10 +1,9 @@
 #pragma once
 
 #include "base/Observers.h"
+#include "ui/components/AccessibleWidgets.h"
 #include "ui/components/ViewTime.h"
 #include "ui/panel/ActionBar.h"
-
-#include <QWidget>
 
 #include <vector>
 
@@ -48,7 +47,7 @@ struct PanelSources {
 
 /// The panel: 340 pixels wide and as high as its content, which changes with the speed test.
 /// Created for each opening.
-class PopoverView final : public QWidget {
+class PopoverView final : public SpokenGroup {
   Q_OBJECT
 
 public:

@@ -49,6 +49,19 @@ void noteGlobal(void* found, wl_registry* /*registry*/, std::uint32_t /*name*/,
 
 void forgetGlobal(void* /*found*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
 
+struct WantedGlobal {
+  const wl_interface& type;
+  void* bound = nullptr;
+};
+
+void bindGlobal(void* wanted, wl_registry* registry, std::uint32_t name, const char* interface,
+                std::uint32_t /*version*/) {
+  auto& [type, bound] = *static_cast<WantedGlobal*>(wanted);
+  if (bound == nullptr && std::string_view(interface) == type.name) {
+    bound = wl_registry_bind(registry, name, &type, 1);
+  }
+}
+
 enum class Wayland { absent, plain, withLayerShell };
 
 // Compositors answer within milliseconds. One that starts on a busy machine may take longer.
@@ -159,6 +172,25 @@ wl_display* waylandDisplay() {
   return native != nullptr && QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
              ? static_cast<wl_display*>(native->nativeResourceForIntegration("display"))
              : nullptr;
+}
+
+wl_surface* waylandSurface(QWindow* window) {
+  return static_cast<wl_surface*>(
+      QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", window));
+}
+
+void* bindWaylandGlobal(const wl_interface& type) {
+  wl_display* const display = waylandDisplay();
+  if (display == nullptr) {
+    return nullptr;
+  }
+  WantedGlobal wanted = {type};
+  const std::unique_ptr<wl_registry, decltype(&wl_registry_destroy)> registry(
+      wl_display_get_registry(display), wl_registry_destroy);
+  static constexpr wl_registry_listener listener = {bindGlobal, forgetGlobal};
+  wl_registry_add_listener(registry.get(), &listener, &wanted);
+  wl_display_roundtrip(display);
+  return wanted.bound;
 }
 
 bool hasCompositing() {

@@ -1,6 +1,10 @@
 #pragma once
 
+class QWindow;
+
 struct wl_display;
+struct wl_interface;
+struct wl_surface;
 struct xcb_connection_t;
 
 namespace tidewell {
@@ -10,6 +14,13 @@ namespace tidewell {
 
 /// The application's connection to the Wayland compositor, borrowed. Null on other displays.
 [[nodiscard]] wl_display* waylandDisplay();
+
+/// The surface of a window that the toolkit has created under Wayland, borrowed.
+[[nodiscard]] wl_surface* waylandSurface(QWindow* window);
+
+/// Binds the compositor's first global object of this type, in version 1. The caller owns it. Null
+/// if the compositor has none, and on other displays.
+[[nodiscard]] void* bindWaylandGlobal(const wl_interface& type);
 
 /// Whether windows may be translucent: always under Wayland, and under X11 while a compositor runs.
 [[nodiscard]] bool hasCompositing();

@@ -1,5 +1,6 @@
 #include "ui/placement/LayerPanelWindow.h"
 
+#include "ui/placement/Display.h"
 #include "ui/placement/LayerSurface.h"
 #include "ui/placement/PanelPlacement.h"
 #include "ui/placement/PanelWindow.h"
@@ -48,11 +49,6 @@ wl_output* outputOf(QScreen* screen) {
                                                                                        screen));
 }
 
-wl_surface* surfaceOf(QWindow* window) {
-  return static_cast<wl_surface*>(
-      QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", window));
-}
-
 } // namespace
 
 LayerPanelWindow::LayerPanelWindow()
@@ -79,7 +75,7 @@ void LayerPanelWindow::open(QWidget* content, std::optional<QPoint> point) {
     setScreen(screen);
   }
   create();
-  m_surface = std::make_unique<LayerSurface>(surfaceOf(windowHandle()), outputOf(screen));
+  m_surface = std::make_unique<LayerSurface>(waylandSurface(windowHandle()), outputOf(screen));
   connect(m_surface.get(), &LayerSurface::configured, this, &LayerPanelWindow::configured);
   connect(m_surface.get(), &LayerSurface::covered, this, &LayerPanelWindow::begin);
   connect(m_surface.get(), &LayerSurface::closed, this, [this] { dismiss(Dismissal::here); });

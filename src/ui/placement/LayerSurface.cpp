@@ -3,8 +3,6 @@
 #include "layer-shell.h"
 #include "ui/placement/Display.h"
 
-#include <string_view>
-
 namespace tidewell {
 namespace {
 
@@ -16,32 +14,10 @@ constexpr std::uint32_t wholeKeyboard = 1;
 constexpr std::int32_t besideBars = 0;
 constexpr std::int32_t overBars = -1;
 
-void bindShell(void* shell, wl_registry* registry, std::uint32_t name, const char* interface,
-               std::uint32_t /*version*/) {
-  if (std::string_view(interface) == "zwlr_layer_shell_v1") {
-    *static_cast<zwlr_layer_shell_v1**>(shell) = static_cast<zwlr_layer_shell_v1*>(
-        wl_registry_bind(registry, name, &zwlr_layer_shell_v1_interface, 1));
-  }
-}
-
-void forget(void* /*shell*/, wl_registry* /*registry*/, std::uint32_t /*name*/) {}
-
-zwlr_layer_shell_v1* findShell() {
-  if (waylandDisplay() == nullptr) {
-    return nullptr;
-  }
-  zwlr_layer_shell_v1* shell = nullptr;
-  wl_registry* const registry = wl_display_get_registry(waylandDisplay());
-  static constexpr wl_registry_listener listener = {bindShell, forget};
-  wl_registry_add_listener(registry, &listener, &shell);
-  wl_display_roundtrip(waylandDisplay());
-  wl_registry_destroy(registry);
-  return shell;
-}
-
 /// The layer shell of the application's connection. Looked up once.
 zwlr_layer_shell_v1* shell() {
-  static zwlr_layer_shell_v1* const found = findShell();
+  static auto* const found =
+      static_cast<zwlr_layer_shell_v1*>(bindWaylandGlobal(zwlr_layer_shell_v1_interface));
   return found;
 }
 

@@ -98,8 +98,8 @@ QSize ProcessListHeader::sizeHint() const {
 void ProcessListHeader::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.fillRect(rect(), TWColor::surface);
-  painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
-                   TWColor::borderSubtle);
+  fillLine(painter, QRect(0, height() - lineThickness, width(), lineThickness),
+           TWColor::borderSubtle);
   for (std::size_t column = 0; column < processColumns.size(); ++column) {
     headerCell(painter, column);
   }
@@ -153,8 +153,8 @@ QRect ProcessRow::nameBox() const {
 
 void ProcessRow::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  painter.fillRect(QRect(0, height() - lineThickness, width(), lineThickness),
-                   TWColor::borderSubtle);
+  fillLine(painter, QRect(0, height() - lineThickness, width(), lineThickness),
+           TWColor::borderSubtle);
   painter.setRenderHint(QPainter::Antialiasing);
   paintProgram(painter);
   paintFigures(painter);

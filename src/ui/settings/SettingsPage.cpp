@@ -58,7 +58,8 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
   texts->addWidget(titleLine);
   texts->addWidget(descriptionLine);
   auto* const row = new QHBoxLayout;
-  row->setContentsMargins(0, edgePadding, 0, edgePadding);
+  // A switch's track ends where lists and lines end. Only its focus ring stands out.
+  row->setContentsMargins(0, edgePadding, m_button ? 0 : ToggleSwitch::margin, edgePadding);
   row->setSpacing(leastGap);
   row->addLayout(texts, 1);
   row->addWidget(control);
@@ -66,7 +67,10 @@ SettingRow::SettingRow(const QString& title, const QString& description, QWidget
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addLayout(row);
-  column->addWidget(Divider::horizontal(this));
+  auto* const line = new QHBoxLayout;
+  line->setContentsMargins(0, 0, ToggleSwitch::margin, 0);
+  line->addWidget(Divider::horizontal(this));
+  column->addLayout(line);
 }
 
 void SettingRow::mousePressEvent(QMouseEvent* event) {
@@ -84,7 +88,8 @@ SettingsPage::SettingsPage(std::string_view title, const SettingsSources& source
     : m_settings(sources.settings), m_store(sources.store), m_unsaved(sources.unsaved),
       m_column(new QVBoxLayout) {
   auto* const frame = new QVBoxLayout(this);
-  frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth, padding);
+  frame->setContentsMargins(padding, padding, padding - ScrollPane::barWidth - ToggleSwitch::margin,
+                            padding);
   frame->setSpacing(0);
   auto* const titleLine = new TextLine(titleStyle(), this, QAccessible::Heading);
   titleLine->setText(shownText(title));

@@ -86,7 +86,8 @@ void SettingsSidebar::focusSelected() {
 }
 
 void SettingsSidebar::paintEvent(QPaintEvent* /*event*/) {
-  QPainter(this).fillRect(QRect(width() - 1, 0, 1, height()), TWColor::borderSubtle);
+  QPainter painter(this);
+  fillLine(painter, QRect(width() - 1, 0, 1, height()), TWColor::borderSubtle);
 }
 
 } // namespace tidewell

@@ -1,6 +1,7 @@
 #include "FakeTime.h"
 #include "Panel.h"
 #include "Scene.h"
+#include "Sheet.h"
 #include "ui/components/AccessibleWidgets.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/PulseAnimation.h"
@@ -14,35 +15,6 @@
 namespace tidewell::test {
 
 namespace {
-
-// A dark background for components.
-class Sheet final : public QWidget {
-public:
-  explicit Sheet(QSize size) { resize(size); }
-
-  template <class Widget> Widget* place(Widget* widget, const QRect& box) {
-    widget->setParent(this);
-    widget->setGeometry(box);
-    return widget;
-  }
-  std::function<void(QPainter&)> paint;
-
-protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    painter.fillRect(rect(), TWColor::surface);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (paint) {
-      paint(painter);
-    }
-  }
-};
-
-std::shared_ptr<QWidget> shown(std::shared_ptr<Sheet> sheet) {
-  sheet->show();
-  Panel::settle();
-  return sheet;
-}
 
 std::shared_ptr<QWidget> statCells() {
   auto sheet = std::make_shared<Sheet>(QSize(330, 144));

@@ -21,14 +21,19 @@ struct Details {
   MonitorState monitor;
   TrackerState tracker;
   SpeedTestState speedTest;
+  Published<bool> isThere{true};
   int testsRun = 0;
+  std::vector<std::string> copied;
   FakeTime time;
   std::unique_ptr<DetailWindowView> view;
 
   /// Creates the view, as for each opening.
   void open(int tab = 0, QSize size = DetailWindowView::defaultSize) {
     view = std::make_unique<DetailWindowView>(
-        DetailSources{sampler, monitor, tracker, speedTest}, [this] { ++testsRun; }, time.time());
+        DetailSources{sampler, monitor, tracker, speedTest, isThere},
+        DetailActions{[this] { ++testsRun; },
+                      [this](const std::string& text) { copied.push_back(text); }},
+        time.time());
     view->resize(size);
     view->show();
     tabs().setCurrentIndex(tab);

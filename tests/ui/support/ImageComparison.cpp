@@ -69,7 +69,7 @@ int pixelsWhere(const QImage& image, const QRect& box,
   return count;
 }
 
-QImage picture(QWidget& widget, int scale) {
+QImage picture(QWidget& widget, double scale) {
   QImage image(widget.size() * scale, QImage::Format_ARGB32_Premultiplied);
   image.setDevicePixelRatio(scale);
   image.fill(Qt::transparent);

@@ -29,7 +29,7 @@ constexpr int channelTolerance = 2;
                               const std::function<bool(const QColor&)>& isThere);
 
 /// Draws the widget and its children with this device pixel ratio.
-[[nodiscard]] QImage picture(QWidget& widget, int scale = 1);
+[[nodiscard]] QImage picture(QWidget& widget, double scale = 1.0);
 
 /// Compares a picture with the stored one of this name. Returns an error message, or an empty
 /// string if they are equal. The message names the files with the picture and the difference. With

@@ -2,6 +2,8 @@
 
 #include "Panel.h"
 
+#include <gtest/gtest.h>
+
 #include <QWidget>
 
 #include <functional>
@@ -34,8 +36,27 @@ std::shared_ptr<QWidget> ownedBy(std::shared_ptr<Owner> owner, QWidget* widget) 
 [[nodiscard]] SnapshotList evening(int count);
 
 [[nodiscard]] std::vector<Scene> componentScenes();
+/// What changes under the pointer, with the keyboard, and without the resident.
+[[nodiscard]] std::vector<Scene> interactionScenes();
 [[nodiscard]] std::vector<Scene> panelScenes();
 [[nodiscard]] std::vector<Scene> detailScenes();
 [[nodiscard]] std::vector<Scene> settingsScenes();
+
+inline std::vector<Scene> allScenes() {
+  std::vector<Scene> all = componentScenes();
+  for (const auto& scenesOf : {interactionScenes, panelScenes, detailScenes, settingsScenes}) {
+    for (Scene& scene : scenesOf()) {
+      all.push_back(std::move(scene));
+    }
+  }
+  return all;
+}
+
+/// The name of a scene's test.
+inline std::string sceneName(const testing::TestParamInfo<Scene>& scene) {
+  std::string name = scene.param.name;
+  std::erase(name, '-');
+  return name;
+}
 
 } // namespace tidewell::test

@@ -1,5 +1,6 @@
-#include "ui/application/XWindowHints.h"
+#include "ui/application/WindowHints.h"
 
+#include "decoration-palette.h"
 #include "ui/placement/Display.h"
 
 #include <QFile>
@@ -33,20 +34,49 @@ void setText(xcb_connection_t* connection, QWidget& window, std::string_view pro
                       static_cast<std::uint32_t>(text.size()), text.data());
 }
 
+/// The path of KDE's dark colour scheme, which KWin takes. Empty if it is not installed.
+std::string darkColourScheme() {
+  const QString path = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                              QStringLiteral("color-schemes/BreezeDark.colors"));
+  return QFile::encodeName(path).toStdString();
+}
+
+void setXHints(QWidget& window, const std::string& scheme) {
+  xcb_connection_t* const connection = xConnection();
+  setText(connection, window, "_GTK_THEME_VARIANT", atomOf(connection, "UTF8_STRING"), "dark");
+  if (!scheme.empty()) {
+    setText(connection, window, "_KDE_NET_WM_COLOR_SCHEME", XCB_ATOM_STRING, scheme);
+  }
+}
+
+/// KWin's palettes for title bars. Looked up once. Null with other compositors.
+org_kde_kwin_server_decoration_palette_manager* paletteManager() {
+  static auto* const found = static_cast<org_kde_kwin_server_decoration_palette_manager*>(
+      bindWaylandGlobal(org_kde_kwin_server_decoration_palette_manager_interface));
+  return found;
+}
+
+void setDecorationPalette(QWidget& window, const std::string& scheme) {
+  if (paletteManager() == nullptr) {
+    return;
+  }
+  // Creates the surface.
+  window.winId();
+  auto* const palette = org_kde_kwin_server_decoration_palette_manager_create(
+      paletteManager(), waylandSurface(window.windowHandle()));
+  org_kde_kwin_server_decoration_palette_set_palette(palette, scheme.c_str());
+  QObject::connect(&window, &QObject::destroyed, &window,
+                   [palette] { org_kde_kwin_server_decoration_palette_release(palette); });
+}
+
 } // namespace
 
 void requestDarkTitleBar(QWidget& window) {
-  xcb_connection_t* const connection = xConnection();
-  if (connection == nullptr) {
-    return;
-  }
-  setText(connection, window, "_GTK_THEME_VARIANT", atomOf(connection, "UTF8_STRING"), "dark");
-  // KWin takes the path of a colour scheme.
-  const QString scheme = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
-                                                QStringLiteral("color-schemes/BreezeDark.colors"));
-  if (!scheme.isEmpty()) {
-    setText(connection, window, "_KDE_NET_WM_COLOR_SCHEME", XCB_ATOM_STRING,
-            QFile::encodeName(scheme).toStdString());
+  const std::string scheme = darkColourScheme();
+  if (xConnection() != nullptr) {
+    setXHints(window, scheme);
+  } else if (!scheme.empty()) {
+    setDecorationPalette(window, scheme);
   }
 }
 
