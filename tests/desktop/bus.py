@@ -2,6 +2,7 @@
 
 import re
 import subprocess
+from pathlib import Path
 
 TIDEWELL = ("com.halden.Tidewell", "/com/halden/Tidewell", "com.halden.Tidewell")
 WATCHER = (
@@ -27,6 +28,12 @@ def call(environment, where, member, *arguments):
 def owner(environment, name):
     """The unique name that owns a well-known one, or None."""
     return call(environment, _BUS, "GetNameOwner", f"string:{name}")
+
+
+def process(environment, name):
+    """The name of the process that owns a well-known name, or None."""
+    answer = call(environment, _BUS, "GetConnectionUnixProcessID", f"string:{name}")
+    return Path(f"/proc/{answer.split()[-1]}/comm").read_text().strip() if answer else None
 
 
 def get(environment, where, name):

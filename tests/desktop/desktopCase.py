@@ -20,6 +20,9 @@ WIDTH = 340
 GAP = 8
 BUTTONS, BUTTON_BAR_HEIGHT = ["Speed Test", "Copy IP", "Details", "Settings", "Quit"], 46
 
+# A window is wider than a menu, and its text has more colours than an empty window.
+LEAST_WINDOW, FEWEST_COLOURS = 300, 60
+
 # The largest distance of the panel from the bar and from its position below the item.
 NEAR = 12
 
@@ -122,6 +125,18 @@ class DesktopCase(unittest.TestCase):
         """Whether more than the pointer or a menu is visible."""
         box = self.changes(self.room)
         return box is not None and box.width > 0.9 * WIDTH * self.SCALE
+
+    def drawn_window(self):
+        """Waits until a window shows its content, whose text has many colours. Returns its box."""
+        def drawn():
+            box = self.changes(self.room)
+            if not box or box.width <= LEAST_WINDOW:
+                return None
+            width, height = box.width // 4, box.height // 4
+            middle = box._replace(left=box.left + width, right=box.right - width,
+                                  top=box.top + height, bottom=box.bottom - height)
+            return box if self.display.take().colours(middle) >= FEWEST_COLOURS else None
+        return self.steady(drawn, "drawn window")
 
     def assert_no_panel(self):
         self.rest_pointer()

@@ -9,18 +9,23 @@ import time
 _DISPLAY, _REGISTRY, _CALLBACK = 1, 2, 3
 # The kernel's numbers of the first, the middle and the second button, as X numbers them.
 _BUTTONS = {1: 0x110, 2: 0x112, 3: 0x111}
-_ESCAPE = 1
+# The kernel's numbers of the keys, by their names in X.
+_KEYS = {"Escape": 1, "Tab": 15, "Return": 28, "space": 57, "Up": 103, "Left": 105, "Right": 106,
+         "Down": 108}  # fmt: skip
+# Key codes of a keymap are the kernel's numbers and this.
+_OFFSET = 8
 
 _SEAT = "wl_seat"
 _POINTERS = "zwlr_virtual_pointer_manager_v1"
 _KEYBOARDS = "zwp_virtual_keyboard_manager_v1"
 
-_KEYMAP = b"""xkb_keymap {
-xkb_keycodes { minimum = 8; maximum = 255; <ESC> = 9; };
-xkb_types { include "complete" };
-xkb_compatibility { include "complete" };
-xkb_symbols { key <ESC> { [ Escape ] }; };
-};\0"""
+_KEYMAP = f"""xkb_keymap {{
+xkb_keycodes {{ minimum = 8; maximum = 255;
+{"".join(f"<K{number}> = {number + _OFFSET};" for number in _KEYS.values())} }};
+xkb_types {{ include "complete" }};
+xkb_compatibility {{ include "complete" }};
+xkb_symbols {{ {"".join(f"key <K{number}> {{ [ {name} ] }};" for name, number in _KEYS.items())} }};
+}};\0""".encode()
 
 
 class Devices:
@@ -51,9 +56,10 @@ class Devices:
             self._send(self._pointer, 2, struct.pack("=III", _now(), _BUTTONS[button], state))
             self._send(self._pointer, 4)
 
-    def press_escape(self):
-        for state in (1, 0):
-            self._send(self._keyboard, 1, struct.pack("=III", _now(), _ESCAPE, state))
+    def press(self, *keys):
+        for key in keys:
+            for state in (1, 0):
+                self._send(self._keyboard, 1, struct.pack("=III", _now(), _KEYS[key], state))
 
     def _plug_in(self):
         self._send(_DISPLAY, 1, struct.pack("=I", _REGISTRY))

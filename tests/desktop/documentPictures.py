@@ -66,8 +66,7 @@ def with_end_of_bar(screen, bar, box):
 
 def save(image, name):
     """Writes docs/images/NAME.png. Raises ValueError for an empty or a large picture."""
-    channels = image.pixels
-    colours = len(set(zip(channels[0::3], channels[1::3], channels[2::3])))
+    colours = image.colours(image.box)
     if colours < FEWEST_COLOURS:
         raise ValueError(f"{name}: {colours} colours, so there is nothing to see")
     path = IMAGES / f"{name}.png"

@@ -32,6 +32,9 @@ welcome-dialog-last-shown-version='1000'
 [org/gnome/desktop/interface]
 enable-animations=false
 
+[org/gnome/mutter]
+experimental-features=['scale-monitor-framebuffer']
+
 [org/gnome/desktop/notifications]
 show-banners=false
 

@@ -12,7 +12,7 @@ from harness.session import write_preferences
 from hostRecord import HostRecord
 from panelCases import ADDRESS, SAME_CLICK, PanelCases
 from pictureText import lines_of_text
-from windowCase import OPENING
+from windowCase import DETAIL, OPENING, SETTINGS
 
 MIDDLE, SECOND = 2, 3
 FIGURES = 4
@@ -98,8 +98,8 @@ class HostCases(PanelCases):
 
     def menu(self):
         """The menu's box, or None before it is shown."""
-        # A window looks different while the menu has the keyboard.
-        box = self.changes(self.room._replace(left=self.room.left + self.room.width // 2))
+        # A window in the middle of the screen looks different while the menu has the keyboard.
+        box = self.changes(self.room._replace(left=self.room.left + self.room.width * 5 // 8))
         return box if box and box.width > LEAST_MENU else None
 
     def rows(self, menu):
@@ -164,16 +164,29 @@ class HostCases(PanelCases):
 
     # The windows
 
-    def test_details_and_settings_say_whose_they_are(self):
-        for title, method in OPENING.items():
-            bus.call(self.session.environment, bus.TIDEWELL, method)
-            wait_until(lambda: self.is_shown(title), 10, f"{title} by {self.IDENTITY}")
-            self.save_picture(f"{self.DESKTOP.__name__}-{method.removeprefix('Open')}")
+    def test_the_details_say_whose_they_are(self):
+        self.open_window(DETAIL)
+        wait_until(lambda: self.is_shown(DETAIL), 10, f"details by {self.IDENTITY}")
+
+    def test_the_settings_say_whose_they_are(self):
+        self.open_window(SETTINGS)
+        wait_until(lambda: self.is_shown(SETTINGS), 10, f"settings by {self.IDENTITY}")
+
+    def open_window(self, title):
+        """Opens a window and waits until it is drawn. Returns its box."""
+        bus.call(self.session.environment, bus.TIDEWELL, OPENING[title])
+        box = self.drawn_window()
+        self.save_picture(f"{self.DESKTOP.__name__}-{OPENING[title].removeprefix('Open')}")
+        return box
 
     def is_shown(self, title):
         # Themes have the icon of an installed program only.
         return any((found, identity) == (title, self.IDENTITY) and (has_icon or not INSTALLED)
                    for found, identity, has_icon in self.display.windows())
+
+    def title_bar_colour(self, window):
+        # Below the corner and the edge.
+        return self.display.take().commonest_colour(window._replace(top=window.top + 8, bottom=window.top + 20))
 
     def test_the_item_comes_back_in_a_bar_that_was_restarted(self):
         self.session.stop_panel()

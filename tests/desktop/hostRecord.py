@@ -2,7 +2,8 @@
 """What the tests saw of each desktop.
 
     hostRecord.py DIRECTORY            prints it as a table
-    hostRecord.py DIRECTORY DOCUMENT   replaces the table in the document, and the pictures beside it
+    hostRecord.py DIRECTORY DOCUMENT   replaces the rows in the document, and the pictures beside it; rows of other
+                                       desktops stay
 """
 
 import json
@@ -21,6 +22,7 @@ COLUMNS = ["item", "its width", "left click", "middle click", "menu", "the panel
 _PICTURES = "images/hosts"
 
 _TABLE = re.compile(r"^\| desktop \|.*?\n(?=\n)", re.MULTILINE | re.DOTALL)
+_ROW = re.compile(r"^\| \[?([^\]|]+?)(?:\]\(.*?\))? \|")
 
 
 class HostRecord:
@@ -52,28 +54,36 @@ def _records(directory):
     return sorted(Path(directory).glob("*.json"))
 
 
-def table(directory):
-    """The lines of the table."""
-    lines = ["| desktop | " + " | ".join(COLUMNS) + " |", "|---" * (len(COLUMNS) + 1) + "|"]
-    for file in _records(directory):
-        row = json.loads(file.read_text())
-        picture = _picture_of(file)
-        name = f"[{file.stem}]({_PICTURES}/{picture.name})" if picture.exists() else file.stem
-        lines.append(f"| {name} | " + " | ".join(row.get(column, "") for column in COLUMNS) + " |")
-    return lines
+def _row(file):
+    row = json.loads(file.read_text())
+    picture = _picture_of(file)
+    name = f"[{file.stem}]({_PICTURES}/{picture.name})" if picture.exists() else file.stem
+    return f"| {name} | " + " | ".join(row.get(column, "") for column in COLUMNS) + " |"
+
+
+def table(directory, old=()):
+    """The lines of the table, with the rows of the old one whose desktops have no record."""
+    rows = {_ROW.match(line)[1]: line for line in list(old)[2:]}
+    rows.update((file.stem, _row(file)) for file in _records(directory))
+    return ["| desktop | " + " | ".join(COLUMNS) + " |", "|---" * (len(COLUMNS) + 1) + "|",
+            *(rows[name] for name in sorted(rows))]  # fmt: skip
 
 
 def replace_in(document, directory):
-    text, found = _TABLE.subn("\n".join(table(directory)).replace("\\", "\\\\") + "\n", document.read_text())
-    if found != 1:
-        raise ValueError(f"{document} has {found} tables of desktops")
+    text = document.read_text()
+    old = _TABLE.findall(text)
+    if len(old) != 1:
+        raise ValueError(f"{document} has {len(old)} tables of desktops")
+    text = text.replace(old[0], "\n".join(table(directory, old[0].splitlines())) + "\n")
     document.write_text(text)
     pictures = document.with_name("images") / "hosts"
-    shutil.rmtree(pictures, ignore_errors=True)
-    pictures.mkdir()
+    pictures.mkdir(exist_ok=True)
     for file in _records(directory):
         if _picture_of(file).exists():
             shutil.copy(_picture_of(file), pictures)
+    for picture in pictures.iterdir():
+        if f"{_PICTURES}/{picture.name}" not in text:
+            picture.unlink()
 
 
 if __name__ == "__main__":

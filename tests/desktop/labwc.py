@@ -1,8 +1,10 @@
 """labwc without a screen: a stacking compositor of the wlroots family, with a bar of another desktop."""
 
+from pathlib import Path
 from types import SimpleNamespace
 
 import lxqt
+import pixbuf
 import sway
 import waybar
 
@@ -12,6 +14,9 @@ SCREENS = sway.SCREENS
 
 _NAME = "labwc:wlroots"
 
+# The pictures of programs, in the size that title bars show.
+_ICONS = Path("/usr/share/icons/hicolor/22x22/apps")
+
 
 class Display(sway.Display):
     SOCKET = "wayland-0"
@@ -20,10 +25,18 @@ class Display(sway.Display):
         return ["labwc"]
 
     def windows(self):
-        """Title, identity and whether there is an icon, of each window. The identity names the icon."""
+        """Title, identity and whether the screen shows its icon, of each window. The identity names the icon."""
         listed = (self._session.output(["wlrctl", "toplevel", "list"]) or "").splitlines()
-        return [(title, identity, sway.has_icon(identity))
+        return [(title, identity, self._shows_icon(identity))
                 for identity, title in (line.split(": ", 1) for line in listed)]  # fmt: skip
+
+    def _shows_icon(self, identity):
+        file = _ICONS / f"{identity}.png"
+        if not file.exists():
+            return False
+        icon = pixbuf.load(file)
+        # Without the corners, which are transparent.
+        return icon.row(icon.height // 2, icon.width // 4, icon.width * 3 // 4) in self.take().pixels
 
 
 def make(bar):
@@ -35,4 +48,4 @@ def make(bar):
 
 _THIS = SimpleNamespace(Display=Display, SESSION_TYPE=SESSION_TYPE)
 
-WAYBAR, LXQT = make(waybar), make(lxqt)
+WAYBAR, LXQT, LXQT_TOP = make(waybar), make(lxqt), make(lxqt.TOP)

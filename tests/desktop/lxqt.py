@@ -1,6 +1,8 @@
 """LXQt's panel: a bar at the bottom with the status notifier area at its right end."""
 
+from functools import partial
 from pathlib import Path
+from types import SimpleNamespace
 
 import x11
 
@@ -10,17 +12,17 @@ PROGRAMS = [["openbox"]]
 PANEL = ["lxqt-panel"]
 BAR, BAR_HEIGHT = "bottom", 32
 
-_CONFIGURATION = f"""
+_CONFIGURATION = """
 panels=panel1
 
 [panel1]
 plugins=mainmenu, spacer, statusnotifier
-position=Bottom
+position={edge}
 desktop=0
 alignment=-1
 width=100
 width-percent=true
-panelSize={BAR_HEIGHT}
+panelSize={height}
 iconSize=22
 lineCount=1
 animation-duration=0
@@ -41,8 +43,12 @@ alignment=Right
 """
 
 
-def configure(config_home: Path):
+def configure(config_home: Path, edge=BAR):
     """Writes the panel's configuration."""
     folder = config_home / "lxqt"
     folder.mkdir()
-    (folder / "panel.conf").write_text(_CONFIGURATION)
+    (folder / "panel.conf").write_text(_CONFIGURATION.format(edge=edge.title(), height=BAR_HEIGHT))
+
+
+TOP = SimpleNamespace(__name__="lxqt-top", NAME=NAME, DISPLAY=DISPLAY, PROGRAMS=PROGRAMS, PANEL=PANEL, BAR="top",
+                      BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, edge="top"))

@@ -5,12 +5,9 @@ import json
 import tempfile
 from pathlib import Path
 
-import gi
+import pixbuf
 from children import wait_until
-from picture import Picture
-
-gi.require_version("GdkPixbuf", "2.0")
-from gi.repository import GdkPixbuf, Gio, GLib  # noqa: E402
+from gi.repository import Gio, GLib
 
 PROGRAMS = ["gnome-shell"]
 SESSION_TYPE = "wayland"
@@ -136,14 +133,7 @@ class Display:
         with tempfile.NamedTemporaryFile(suffix=".png") as file:
             self._call("org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot", "org.gnome.Shell.Screenshot",
                        "Screenshot", GLib.Variant("(bbs)", (False, False, file.name)))  # fmt: skip
-            shot = GdkPixbuf.Pixbuf.new_from_file(file.name)
-        width, height, line = shot.get_width(), shot.get_height(), shot.get_rowstride()
-        data, channels = shot.get_pixels(), shot.get_n_channels()
-        rows = b"".join(data[y * line : y * line + channels * width] for y in range(height))
-        pixels = bytearray(3 * width * height)
-        for channel in range(3):
-            pixels[channel::3] = rows[channel::channels]
-        return Picture(width, height, bytes(pixels))
+            return pixbuf.load(file.name)
 
     def _motion(self, x, y):
         return f"pointer.notify_absolute_motion(now(), {x / self.scale}, {y / self.scale});"

@@ -53,6 +53,11 @@ class Picture(NamedTuple):
         part = self.crop(box).pixels
         return Counter(zip(part[0::3], part[1::3], part[2::3])).most_common(1)[0][0]
 
+    def colours(self, box):
+        """How many colours there are in a box."""
+        part = self.crop(box).pixels
+        return len(set(zip(part[0::3], part[1::3], part[2::3])))
+
     def save(self, path):
         """Writes a PNG file."""
 

@@ -68,7 +68,10 @@ class Display:
         self._devices.click(x, y, button)
 
     def press_escape(self):
-        self._devices.press_escape()
+        self.press("Escape")
+
+    def press(self, *keys):
+        self._devices.press(*keys)
 
     def copied(self):
         """The clipboard's text, or None while it has none."""
@@ -76,8 +79,15 @@ class Display:
 
     def windows(self):
         """Title, identity and whether there is an icon, of each window. The identity names the icon."""
-        tree = json.loads(self._session.output(["swaymsg", "-s", self._control(), "-t", "get_tree"]))
-        return [(node["name"], node["app_id"], has_icon(node["app_id"])) for node in _leaves(tree)]
+        return [(node["name"], node["app_id"], has_icon(node["app_id"]))
+                for node in _leaves(self._tree())]
+
+    def containers(self):
+        """Number, kind, title and box of everything that the compositor lays out."""
+        return [(node["id"], node["type"], node["name"], node["rect"]) for node in _nodes(self._tree())]
+
+    def _tree(self):
+        return json.loads(self._session.output(["swaymsg", "-s", self._control(), "-t", "get_tree"]))
 
     def _control(self):
         folder = Path(self._session.environment["XDG_RUNTIME_DIR"])
@@ -96,6 +106,12 @@ class Display:
 def has_icon(identity):
     """Whether the icon theme has one of this name, which compositors look for."""
     return bool(identity) and any(_ICONS.glob(f"*/apps/{identity}.*"))
+
+
+def _nodes(node):
+    yield node
+    for child in node["nodes"] + node["floating_nodes"]:
+        yield from _nodes(child)
 
 
 def _leaves(node):

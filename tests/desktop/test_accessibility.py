@@ -9,6 +9,7 @@ import xfce
 from children import wait_until
 from desktopCase import DesktopCase
 from screenReader import VARIABLES, ScreenReader
+from walkCases import WalkCases
 
 BUTTON = "push button"
 
@@ -70,6 +71,11 @@ class Accessibility(DesktopCase):
         self.open_again()
         self.press("Quit")
         self.assertEqual(self.resident.wait(5), 0)
+
+
+class Keyboard(WalkCases, DesktopCase):
+    DESKTOP = xfce
+    VARIABLES = VARIABLES
 
 
 if __name__ == "__main__":

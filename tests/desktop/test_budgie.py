@@ -5,6 +5,7 @@ import apart
 import budgie
 from desktopCase import DesktopCase
 from hostCases import HostCases
+from panelCases import PanelCases
 
 
 class _Items:
@@ -22,7 +23,7 @@ class Budgie(_Items, HostCases, DesktopCase):
     TITLE = "Budgie"
 
 
-class RelativeOfGnome(_Items, DesktopCase):
+class RelativeOfGnome(_Items, PanelCases, DesktopCase):
     """Sessions may name GNOME, too, whose items look different."""
 
     DESKTOP = budgie.make("Budgie:GNOME")

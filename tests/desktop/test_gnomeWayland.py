@@ -69,6 +69,14 @@ class _Extension(HostCases):
         self.display.evaluate("Main.overview.hide()")
         self.assert_no_panel()
 
+    def test_the_text_goes_while_the_screen_is_locked(self):
+        for change, is_there in ("pushMode", False), ("popMode", True):
+            self.display.evaluate(f"Main.sessionMode.{change}('unlock-dialog')")
+            wait_until(lambda: ("gnome-shell" in (bus.get(self.session.environment, bus.TIDEWELL, "Faces") or ""))
+                       == is_there, 5, change)  # fmt: skip
+            wait_until(lambda: bool(self.button()) == is_there, 5, f"text after {change}")
+        wait_until(self.is_item_where_it_was, 5, "text where it was")
+
     def test_enter_on_the_text_opens_the_panel(self):
         self.display.evaluate(f"{BUTTON}.grab_key_focus()")
         self.display.press("Return")
@@ -123,6 +131,22 @@ class Scaled(_Extension, DesktopCase):
     SCREEN = "2560x1600x24"
     SCALE = 2.0
     TITLE = "GNOME 48, Wayland at scale 2, our extension"
+
+
+class Scale15(_Extension, DesktopCase):
+    DESKTOP = gnomeWayland.Shell("gnomeScale15", [gnomeWayland.EXTENSION], scale=1.5)
+    VARIABLES = DESKTOP.VARIABLES
+    SCREEN = "1920x1200x24"
+    SCALE = 1.5
+    TITLE = "GNOME 48, Wayland at scale 1.5, our extension"
+
+
+class TwoScreens(_Extension, DesktopCase):
+    DESKTOP = gnomeWayland.Shell("gnomeTwoScreens", [gnomeWayland.EXTENSION], screens=2)
+    VARIABLES = DESKTOP.VARIABLES
+    SCREEN = "1280x800x24"
+    AREA = Box(0, 0, 1280, 800)
+    TITLE = "GNOME 48, Wayland on two screens, our extension"
 
 
 class AppIndicator(DesktopCase):

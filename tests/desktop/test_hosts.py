@@ -3,7 +3,6 @@
 
 import apart
 import lxqt
-import test_gnome
 import test_mate
 import waybar
 import xfce
@@ -32,14 +31,6 @@ class Waybar(HostCases, DesktopCase):
     TITLE = "sway with Waybar"
     COVERS_BAR = True
     IDENTITY = "com.halden.Tidewell"
-
-
-class Gnome(HostCases, test_gnome.Gnome):
-    TITLE = "GNOME on X11, AppIndicator extension"
-    MENU_BUTTON = 1
-    JITTER = 3
-    ask_for_panel = test_gnome.Gnome.ask_for_panel
-    test_a_click_opens_the_panel_beside_the_item_and_another_closes_it = None
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@ import apart
 import labwc
 from desktopCase import DesktopCase
 from hostCases import HostCases
+from panelCases import PanelCases
 
 
 class Waybar(HostCases, DesktopCase):
@@ -24,6 +25,11 @@ class Lxqt(HostCases, DesktopCase):
         # It covers the bar, too.
         box = self.changes(self.items._replace(top=self.room.top))
         return box if box and box.height > self.bar.height else None
+
+
+class LxqtAtTheTop(PanelCases, DesktopCase):
+    DESKTOP = labwc.LXQT_TOP
+    COVERS_BAR = True
 
 
 if __name__ == "__main__":

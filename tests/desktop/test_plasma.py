@@ -12,9 +12,11 @@ from children import wait_until
 from desktopCase import PROGRAM, DesktopCase
 from hostCases import OTHER_WINDOW, HostCases
 from picture import Box
+from windowCase import DETAIL, SETTINGS
 
 CLICKS = 20
 WIDTH, HEIGHT = 1280, 800
+PORTAL = ("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings")
 
 
 class Placement:
@@ -44,21 +46,42 @@ class Placement:
         self.open_and_close()
 
 
-class X11(HostCases, DesktopCase):
+class Brightness:
+    """To be inherited together with DesktopCase: the tile in a bar of light colours, which are the default."""
+
+    def ground(self):
+        return min(self.display.take().commonest_colour(self.item))
+
+    def test_the_tile_is_as_light_as_the_bar(self):
+        # Asks for any setting, which starts the portal.
+        bus.call(self.session.environment, PORTAL, "ReadAll", "array:string:org.freedesktop.appearance")
+        wait_until(lambda: self.ground() > 240, 10, "light tile")
+        self.save_picture(f"plasma-light-{type(self).__name__}")
+
+
+class TitleBar:
+    """To be inherited together with HostCases: the desktop has a light theme."""
+
+    def test_the_details_have_a_dark_title_bar(self):
+        self.assert_dark_title_bar(self.open_window(DETAIL))
+
+    def test_the_settings_have_a_dark_title_bar(self):
+        self.assert_dark_title_bar(self.open_window(SETTINGS))
+
+    def assert_dark_title_bar(self, window):
+        colour = self.title_bar_colour(window)
+        # The desktop itself is black.
+        self.assertTrue(all(16 < channel < 80 for channel in colour), colour)
+
+
+class X11(Brightness, TitleBar, HostCases, DesktopCase):
     DESKTOP = plasma.make(x11)
     VARIABLES = DESKTOP.VARIABLES
     SCREEN = f"{WIDTH}x{HEIGHT}x24"
     TITLE = f"Plasma {plasma.VERSION}, X11"
 
-    def test_the_title_bar_is_dark(self):
-        bus.call(self.session.environment, bus.TIDEWELL, "OpenDetail")
-        window = self.steady(lambda: self.changes(self.room), "window")
-        self.save_picture("plasma-title-bar")
-        title = window._replace(top=window.top + 4, bottom=window.top + 20)
-        self.assertLess(max(self.display.take().commonest_colour(title)), 80)
 
-
-class Wayland(Placement, HostCases, DesktopCase):
+class Wayland(Brightness, TitleBar, Placement, HostCases, DesktopCase):
     DESKTOP = plasma.make(kwin)
     VARIABLES = DESKTOP.VARIABLES
     SCREEN = f"{WIDTH}x{HEIGHT}x24"
@@ -66,7 +89,8 @@ class Wayland(Placement, HostCases, DesktopCase):
     COVERS_BAR = True
 
     # The compositor tells no test about its windows.
-    test_details_and_settings_say_whose_they_are = None
+    test_the_details_say_whose_they_are = None
+    test_the_settings_say_whose_they_are = None
 
 
 def barred(times=2, screens=1, scale=1.0, **where):

@@ -6,9 +6,10 @@ import re
 import apart
 import xfce
 from children import wait_until
+from picture import difference
 from windowCase import DETAIL, SETTINGS, TOGGLE, WindowCase
 
-CHOICE, ENTRY, TAB, BAR = "combo box", "radio button", "page tab", "scroll bar"
+CHOICE, ENTRY, TAB, BAR, TEXT = "combo box", "radio button", "page tab", "scroll bar", "label"
 
 # The controls of each section of the settings besides the sections themselves and the scroll bar. For
 # each the stored key and the value after a change, for lists also the entry after the default one
@@ -44,23 +45,25 @@ PANES = {
 }
 # Where the Tab key stops in each, after the tabs.
 STOPS = {"Overview": [("panel", "Overview"), (ENTRY, "1h")], "Processes": [], "History": [],
-         "Diagnostics": PANES["Diagnostics"]}
+         "Diagnostics": [*PANES["Diagnostics"], (TEXT, "Status Connected")]}
 
 RATE, BYTES = r"\d+(\.\d)? [KM]B/s", r"\d+ [KM]B"
 _CURVE = f"current {RATE}, average {RATE}, peak {RATE}"
+_VERDICT = "(good|fair|poor)"
 _PROCESS = rf".+, PID \d+, download {RATE}, upload {RATE}, total {BYTES}, usage \d+ %"
 
 # What there is to read on each tab.
 READ = {
-    "Overview": [rf"Bandwidth Over Time Download: {_CURVE}\. Upload: {_CURVE}\.",
+    "Overview": [rf"Bandwidth Over Time Download: {_CURVE}\. Upload: {_CURVE}\. Scale from 0 to \d+ Mbps\.",
                  f"Current {RATE}", f"Average {RATE}", f"Peak {RATE}", f"Total {BYTES}", _PROCESS],
     "Processes": ["Process, Download, Upload, Total, Usage", _PROCESS],
-    "History": ["Latency Over Time .*ms.*",
+    "History": [r"Latency Over Time Current \d+ ms, peak \d+ ms\. Scale from 0 to \d+ ms\.",
                 rf"\d\d:\d\d(:\d\d)?, download {RATE}, upload {RATE}, latency \d+ ms"],
     "Diagnostics": ["Status Connected", r"Interface Ethernet \(eth0\)", "Network Ethernet",
                     r"Local IP 192\.168\.1\.2", "Public IP unknown", r"DNS Server 9\.9\.9\.9",
-                    "Interface Type Ethernet", r"Latency \d+\.\d ms", r"Jitter \d+\.\d ms",
-                    r"Packet Loss 0\.0%", r"No speed test run yet\."],
+                    "Interface Type Ethernet", rf"Latency \d+\.\d ms, {_VERDICT}",
+                    rf"Jitter \d+\.\d ms, {_VERDICT}", r"Packet Loss 0\.0%, good",
+                    r"No speed test run yet\."],
 }
 
 
@@ -72,9 +75,9 @@ class _Walk(WindowCase):
         self.open(self.WINDOW)
 
     def controls(self):
-        """(role, title) of all that can be pressed or focused."""
+        """(role, title) of all that can be pressed or focused, besides texts to copy."""
         return [(element["role"], element["title"]) for element in self.reader.look(self.WINDOW)
-                if element["focusable"] or element["actions"]]
+                if (element["focusable"] or element["actions"]) and element["role"] != TEXT]
 
     def focus(self):
         """Role and title of what has the keyboard focus, None for the window itself."""
@@ -141,6 +144,27 @@ class Details(_Walk):
                 self.assertCountEqual(self.stops(), [("page tab list", tab), *STOPS[tab]])
 
 
+    def test_values_are_copied_with_the_keyboard_and_with_the_pointer(self):
+        self.reader.press(TAB, "Diagnostics")
+        self.reader.wait_to_read("Local IP 192.168.1.2")
+        while self.focus() != (TEXT, "Status Connected"):
+            self.display.press("Tab")
+        self.display.press("Down", "Down", "Down", "ctrl+c")
+        wait_until(lambda: self.display.copied() == "192.168.1.2", 5, "address")
+        self.click(self.reader.find(TEXT, "DNS Server 9.9.9.9"))
+        self.display.press("ctrl+c")
+        wait_until(lambda: self.display.copied() == "9.9.9.9", 5, "server")
+        left, top, width, height = self.reader.find(TEXT, "Network Ethernet")["box"]
+        x, y = left + width - 20, top + height // 2
+        before = self.display.take()
+        self.display.click(x, y, 3)
+        # Beyond the window, where nothing else changes.
+        beside = before.box._replace(left=left + width + 30, top=y, bottom=y + 20)
+        wait_until(lambda: difference(before, self.display.take(), beside), 5, "menu")
+        self.display.press("Down", "Return")
+        wait_until(lambda: self.display.copied() == "Ethernet", 5, "name")
+
+
 class Figures(_Walk):
     WINDOW = DETAIL
     PREFERENCES = {"refreshInterval": 1.0}
@@ -153,6 +177,21 @@ class Figures(_Walk):
     def chosen(self):
         return [element["title"] for element in self.reader.look(self.WINDOW)
                 if element["role"] == ENTRY and element["checked"]]
+
+    def test_a_chart_reads_the_sample_under_the_pointer(self):
+        for tab, chart in {"Overview": "Bandwidth Over Time", "History": "Latency Over Time"}.items():
+            self.reader.press(TAB, tab)
+            self.reader.wait_to_find("chart", chart)
+            left, top, width, height = self.reader.find("chart", chart)["box"]
+            self.display.move(left + width // 2, top + height // 2)
+            own = r"\d+ ms, " if tab == "History" else ""
+            reading = rf"At the pointer: \d\d:\d\d(:\d\d)?, {own}download {RATE}, upload {RATE}\. .*"
+            wait_until(lambda: re.fullmatch(reading, self.described(chart)), 5, reading)
+            self.display.move(left + width // 2, top - 10)
+            wait_until(lambda: "pointer" not in self.described(chart), 5, "no reading")
+
+    def described(self, chart):
+        return self.reader.find("chart", chart)["description"]
 
     def test_every_figure_is_read_with_its_unit(self):
         wait_until(lambda: self.get("LatencyMs") not in (None, "double 0"), 15, "latency")

@@ -1,6 +1,7 @@
 #!/usr/bin/python3
 """How the details and the settings behave among the windows of a desktop."""
 
+import pathlib
 import re
 
 import apart
@@ -40,6 +41,14 @@ class Manners(WindowCase):
         for title in BOTH:
             self.open(title)
             self.assertEqual(self.screen.titled(title).identity, ("tidewell-windows", "Tidewell"))
+
+    def test_windows_load_no_other_toolkit(self):
+        """Qt's plug-in for this desktop's theme, which most desktops install, would load GTK."""
+        self.open(SETTINGS)
+        (windows,) = self.session.children.named("tidewell-windows")
+        mapped = pathlib.Path(f"/proc/{windows}/maps").read_text()
+        toolkits = {name.split(".")[0] for name in re.findall(r"/(lib(?:gtk|Qt6Widgets).*\.so)", mapped)}
+        self.assertEqual(toolkits, {"libQt6Widgets"})
 
     def test_windows_ask_for_a_dark_title_bar(self):
         for title in BOTH:

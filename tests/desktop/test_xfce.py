@@ -11,6 +11,9 @@ from panelCases import PanelCases
 # The panel may draw the tile's edges a pixel off.
 PLAUSIBLE = range(14, 60)
 
+# Pixels between the panel's middle and the item's.
+MOST_OFFSET = 8
+
 HEAVY_TRAFFIC = {"net": 12_000_000, "user": 850_000}
 
 
@@ -37,6 +40,27 @@ class Xfce(PanelCases, DesktopCase):
     def test_ends_when_its_menu_says_quit(self):
         bus.choose_row(self.session.environment, "Quit")
         self.assertEqual(self.resident.wait(5), 0)
+
+
+class ItemInTheMiddle(DesktopCase):
+    DESKTOP = xfce.CENTRED
+
+    @classmethod
+    def divide(cls, screen, edge, height):
+        super().divide(screen, edge, height)
+        quarter = screen.width // 4
+        cls.items = cls.bar._replace(left=quarter, right=3 * quarter)
+
+    @classmethod
+    def rest_pointer(cls):
+        cls.display.move(cls.bar.right - 20, cls.bar.top + 2)
+
+    def test_the_panel_is_centred_on_the_item(self):
+        self.assertLess(abs(self.item.centre[0] - self.bar.centre[0]), self.bar.width // 8)
+        box = self.open_panel()
+        self.assert_is_panel(box)
+        self.save_picture()
+        self.assertLessEqual(abs(box.centre[0] - self.item.centre[0]), MOST_OFFSET)
 
 
 class Rates(DesktopCase):

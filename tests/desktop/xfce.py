@@ -1,6 +1,9 @@
 """Xfce's panel: a bar at the top with the status notifier area at its right end."""
 
+import glob
+from functools import partial
 from pathlib import Path
+from types import SimpleNamespace
 
 import x11
 
@@ -42,6 +45,7 @@ _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
       <property name="symbolic-icons" type="bool" value="false"/>
     </property>
     <property name="plugin-4" type="string" value="separator">
+      <property name="expand" type="bool" value="{after}"/>
       <property name="style" type="uint" value="0"/>
     </property>
   </property>
@@ -66,11 +70,24 @@ gtk-font-name=DejaVu Sans 10
 """
 
 
-def configure(config_home: Path):
-    """Writes the configuration of the panel and of the window manager."""
+def configure(config_home: Path, is_centred=False):
+    """Writes the configuration of the panel and of the window manager. The items are at the panel's right end or
+    in its middle."""
     channels = config_home / "xfce4/xfconf/xfce-perchannel-xml"
     channels.mkdir(parents=True)
-    (channels / "xfce4-panel.xml").write_text(_PANEL_XML)
+    (channels / "xfce4-panel.xml").write_text(_PANEL_XML.format(after=str(is_centred).lower()))
     (channels / "xfwm4.xml").write_text(_WINDOW_MANAGER_XML)
     (config_home / "gtk-3.0").mkdir()
     (config_home / "gtk-3.0/settings.ini").write_text(_GTK_INI)
+
+
+def _variant(name, programs=PROGRAMS, is_centred=False):
+    return SimpleNamespace(__name__=name, NAME=NAME, DISPLAY=DISPLAY, PROGRAMS=programs, PANEL=PANEL, BAR=BAR,
+                           BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, is_centred=is_centred))  # fmt: skip
+
+
+CENTRED = _variant("xfce-centred", is_centred=True)
+
+# The desktop's own server of notices, which is not in PATH.
+NOTICES = glob.glob("/usr/lib/*/xfce4/notifyd/xfce4-notifyd")
+WITH_NOTICES = _variant("xfce-notices", [*PROGRAMS, NOTICES])
