@@ -22,7 +22,7 @@ from children import wait_until  # noqa: E402
 from session import Session  # noqa: E402
 
 ENTRY = "/usr/share/applications/com.halden.Tidewell.desktop"
-MANUALS = ["tidewell.1", "tidewell-windows.1", "tidewell-nettop.8"]
+MANUALS = ["tidewell.1", "tidewellctl.1", "tidewell-windows.1", "tidewell-nettop.8"]
 
 
 def entry(key):
@@ -50,6 +50,7 @@ class Installed(unittest.TestCase):
         text = wait_until(lambda: bus.live_text(self.session.environment), 15, "live text")
         self.assertRegex(text, "↓.+ ↑.+")
         print(f"Live text: {text}")
+        self.assertRegex(self.session.output(["tidewellctl", "status"]) or "", "^↓.+ ↑.+, ")
 
     def test_2_its_item_is_in_the_panel(self):
         wait_until(lambda: bus.registered_items(self.session.environment), 15, "item in the panel")
