@@ -1,39 +1,53 @@
 #!/usr/bin/python3
 """Steady traffic, compared with the interface's own counters."""
 
+import os
 import time
 
 from harness import case
 from harness.truth import Accuracy, CounterLog
 
 MEGABIT = 125_000  # bytes
+DOUBT = 0.1  # percent of the rate that the truth may be uncertain by, in the median
 
 
 class SteadyTraffic(case.ResidentTestCase):
     def measure(self, interval, seconds, where, direction, meanwhile=lambda: time.sleep(0.1)):
-        """Measures eight megabits for a while."""
+        """Measures eight megabits for a while, up to three times until the truth is known well enough."""
         self.session.prefer(refreshInterval=interval)
-        sender = self.world.sender(where, 8 * MEGABIT, frame=250)
-        log = CounterLog(self.world)
+        self.send(where, 8 * MEGABIT, frame=250)
         self.start()
-        end = time.time() + interval + seconds
-        while time.time() < end:
-            meanwhile()
-        self.watch.next_samples(1, interval + 5)
-        time.sleep(0.05)
-        samples = list(self.watch.samples)
-        log.stop()
-        sender.stop()
-        self.assertGreaterEqual(len(samples), seconds / interval)
-        self.accuracy = Accuracy(samples, log, direction)
-        print(f"\n  {direction}, every {interval} s: {self.accuracy}")
+        self.take_precedence()
+        for _ in range(3):
+            log = CounterLog(self.world)
+            first = len(self.watch.samples)
+            end = time.time() + interval + seconds
+            while time.time() < end:
+                meanwhile()
+            self.watch.next_samples(1, interval + 5)
+            time.sleep(0.05)
+            log.stop()
+            # The log may have begun after the first of these samples.
+            samples = self.watch.samples[first + 1:]
+            self.assertGreaterEqual(len(samples), seconds / interval)
+            self.accuracy = Accuracy(samples, log, direction)
+            print(f"\n  {direction}, every {interval} s: {self.accuracy}")
+            if self.accuracy.doubt < DOUBT:
+                break
+
+    def take_precedence(self):
+        """Lets no other program delay the resident between a reading and its time of day."""
+        try:
+            os.sched_setscheduler(self.session.resident.pid,
+                                  os.SCHED_FIFO | os.SCHED_RESET_ON_FORK, os.sched_param(5))
+        except PermissionError:
+            pass
 
     def assert_exact(self):
+        # Otherwise the comparison would prove nothing.
+        self.assertLess(self.accuracy.doubt, DOUBT)
         self.assertLessEqual(abs(self.accuracy.mean_error), 0.02)
         self.assertLessEqual(self.accuracy.worst, 0.1)
-        # Otherwise the comparison would prove nothing.
-        doubts = self.accuracy.doubts
-        self.assertLess(sorted(doubts)[len(doubts) // 2], 0.1)
 
     def test_download_is_exact_in_the_mean_and_in_every_reading(self):
         self.measure(2.0, 60 if case.LONG else 14, "net", "download")

@@ -71,11 +71,11 @@ class Accuracy:
         true_mean = (sum(last) - sum(first)) / 2 / (end - start)
         self.mean_error = 100 * (sum(rates) / len(rates) - true_mean) / true_mean
         self.worst = max(self.errors)
+        self.doubt = sorted(self.doubts)[len(self.doubts) // 2]  # in the median
 
     def __str__(self):
-        doubts = sorted(self.doubts)
         return (f"{len(self.errors)} readings, mean off by {self.mean_error:+.4f} %, worst single "
-                f"{self.worst:.4f} % (uncertainty of the log: {doubts[len(doubts) // 2]:.4f} % "
-                f"median, {doubts[-1]:.4f} % at most)")
+                f"{self.worst:.4f} % (uncertainty of the log: {self.doubt:.4f} % "
+                f"median, {max(self.doubts):.4f} % at most)")
 
 
