@@ -1,18 +1,24 @@
 #!/usr/bin/python3
 """The item and the panel in Xfce."""
 
+import re
+
 import apart
 import bus
 import xfce
 from children import wait_until
 from desktopCase import DesktopCase
 from panelCases import PanelCases
+from xWindows import XWindows
 
 # The panel may draw the tile's edges a pixel off.
 PLAUSIBLE = range(14, 60)
 
 # Pixels between the panel's middle and the item's.
 MOST_OFFSET = 8
+
+# Pixels of each corner that its roundness surely leaves free.
+CORNER = 3
 
 HEAVY_TRAFFIC = {"net": 12_000_000, "user": 850_000}
 
@@ -36,6 +42,19 @@ class Xfce(PanelCases, DesktopCase):
         self.session.start_panel()
         wait_until(lambda: bus.registered_items(self.session.environment), 15, "registered item")
         wait_until(lambda: self.changes(self.items) == self.item, 15, "item where it was")
+
+    def test_asks_for_blur_behind_the_panel_but_not_its_corners(self):
+        box = self.open_panel()
+        number = XWindows(self.session).titled("Tidewell").number
+        words = self.session.output(["xprop", "-id", number, "-notype", "32c", "_KDE_NET_WM_BLUR_BEHIND_REGION"])
+        numbers = [int(word) for word in re.findall(r"\d+", words.partition("=")[2])]
+        blurred = {(x, y) for left, top, width, height in zip(*[iter(numbers)] * 4)
+                   for x in range(left, left + width) for y in range(top, top + height)}
+        columns, rows = ({point[axis] for point in blurred} for axis in (0, 1))
+        self.assertEqual((columns, rows), (set(range(box.width)), set(range(box.height))))
+        corner = [(x, y) for x in range(CORNER) for y in range(CORNER)]
+        self.assertTrue(blurred.isdisjoint(corner))
+        self.assertTrue(blurred.isdisjoint((box.width - 1 - x, box.height - 1 - y) for x, y in corner))
 
     def test_ends_when_its_menu_says_quit(self):
         bus.choose_row(self.session.environment, "Quit")

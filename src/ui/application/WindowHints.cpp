@@ -10,8 +10,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <string_view>
 
 #include <xcb/xcb.h>
@@ -19,19 +17,11 @@
 namespace tidewell {
 namespace {
 
-xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
-  const auto cookie =
-      xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-  const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-      xcb_intern_atom_reply(connection, cookie, nullptr), std::free);
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
-}
-
 void setText(xcb_connection_t* connection, QWidget& window, std::string_view property,
              xcb_atom_t type, std::string_view text) {
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
-                      atomOf(connection, property), type, 8,
-                      static_cast<std::uint32_t>(text.size()), text.data());
+                      xAtom(connection, property), type, 8, static_cast<std::uint32_t>(text.size()),
+                      text.data());
 }
 
 /// The path of KDE's dark colour scheme, which KWin takes. Empty if it is not installed.
@@ -43,7 +33,7 @@ std::string darkColourScheme() {
 
 void setXHints(QWidget& window, const std::string& scheme) {
   xcb_connection_t* const connection = xConnection();
-  setText(connection, window, "_GTK_THEME_VARIANT", atomOf(connection, "UTF8_STRING"), "dark");
+  setText(connection, window, "_GTK_THEME_VARIANT", xAtom(connection, "UTF8_STRING"), "dark");
   if (!scheme.empty()) {
     setText(connection, window, "_KDE_NET_WM_COLOR_SCHEME", XCB_ATOM_STRING, scheme);
   }
@@ -95,14 +85,14 @@ void endStartupNotification(const std::string& token) {
   message.response_type = XCB_CLIENT_MESSAGE;
   message.format = 8;
   message.window = sender;
-  message.type = atomOf(connection, "_NET_STARTUP_INFO_BEGIN");
+  message.type = xAtom(connection, "_NET_STARTUP_INFO_BEGIN");
   for (std::size_t at = 0; at < text.size(); at += sizeof message.data.data8) {
     const std::string_view part = std::string_view(text).substr(at, sizeof message.data.data8);
     std::ranges::fill(message.data.data8, 0);
     std::ranges::copy(part, message.data.data8);
     xcb_send_event(connection, 0, screen.root, XCB_EVENT_MASK_PROPERTY_CHANGE,
                    reinterpret_cast<const char*>(&message));
-    message.type = atomOf(connection, "_NET_STARTUP_INFO");
+    message.type = xAtom(connection, "_NET_STARTUP_INFO");
   }
   xcb_destroy_window(connection, sender);
   xcb_flush(connection);

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <string>
 #include <string_view>
 
 #include <poll.h>
@@ -20,15 +19,12 @@ namespace {
 
 template <class Reply> using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 
-bool isSelectionOwned(xcb_connection_t* connection, const std::string& selection) {
-  const auto atomCookie =
-      xcb_intern_atom(connection, 1, static_cast<uint16_t>(selection.size()), selection.data());
-  const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(connection, atomCookie, nullptr),
-                                            std::free);
-  if (!atom || atom->atom == XCB_ATOM_NONE) {
+bool isSelectionOwned(xcb_connection_t* connection, std::string_view selection) {
+  const xcb_atom_t atom = xAtom(connection, selection);
+  if (atom == XCB_ATOM_NONE) {
     return false;
   }
-  const auto ownerCookie = xcb_get_selection_owner(connection, atom->atom);
+  const auto ownerCookie = xcb_get_selection_owner(connection, atom);
   const Owned<xcb_get_selection_owner_reply_t> owner(
       xcb_get_selection_owner_reply(connection, ownerCookie, nullptr), std::free);
   return owner && owner->owner != XCB_WINDOW_NONE;
@@ -165,6 +161,14 @@ xcb_connection_t* xConnection() {
   const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   const bool isX = QGuiApplication::platformName() == QLatin1String("xcb");
   return isX && x11 != nullptr ? x11->connection() : nullptr;
+}
+
+std::uint32_t xAtom(xcb_connection_t* connection, std::string_view name) {
+  const auto cookie =
+      xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+  const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr),
+                                             std::free);
+  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
 wl_display* waylandDisplay() {

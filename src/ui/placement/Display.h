@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <string_view>
+
 class QWindow;
 
 struct wl_display;
@@ -11,6 +14,9 @@ namespace tidewell {
 
 /// The application's connection to the X server, borrowed. Null on other displays.
 [[nodiscard]] xcb_connection_t* xConnection();
+
+/// The number that the X server has for a name. XCB_ATOM_NONE if the connection is broken.
+[[nodiscard]] std::uint32_t xAtom(xcb_connection_t* connection, std::string_view name);
 
 /// The application's connection to the Wayland compositor, borrowed. Null on other displays.
 [[nodiscard]] wl_display* waylandDisplay();

@@ -152,6 +152,7 @@ void LayerPanelWindow::place() {
   const PanelPlace best = bestPlace();
   const QSize panel = m_frame->fit(panelRoom(whole, best.workArea).size());
   m_frame->move(panelPosition(best.anchor, panel, whole, best.workArea));
+  blurBehind(m_frame->geometry());
 }
 
 void LayerPanelWindow::mousePressEvent(QMouseEvent* event) {

@@ -1,5 +1,6 @@
 #include "ui/placement/PanelWindow.h"
 
+#include "ui/panel/PopoverView.h"
 #include "ui/placement/LayerPanelWindow.h"
 #include "ui/placement/ToolPanelWindow.h"
 
@@ -52,5 +53,15 @@ void PanelWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void PanelWindow::closeEvent(QCloseEvent* /*event*/) { dismiss(Dismissal::here); }
+
+void PanelWindow::blurBehind(const QRect& panel) {
+  if (!testAttribute(Qt::WA_TranslucentBackground)) {
+    return;
+  }
+  if (!m_blur) {
+    m_blur.emplace(*this);
+  }
+  m_blur->set(panel, panelRadius);
+}
 
 } // namespace tidewell

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/placement/BackgroundBlur.h"
+
 #include <QPoint>
 #include <QScrollArea>
 #include <QWidget>
@@ -51,6 +53,12 @@ protected:
   void keyPressEvent(QKeyEvent* event) override;
   /// Of the desktop's shell.
   void closeEvent(QCloseEvent* event) override;
+
+  /// Blurs what lies behind the panel, if it is translucent. `panel` is in the window's pixels.
+  void blurBehind(const QRect& panel);
+
+private:
+  std::optional<BackgroundBlur> m_blur;
 };
 
 } // namespace tidewell

@@ -54,6 +54,7 @@ void ToolPanelWindow::place() {
   const QPoint anchor = m_anchor.value_or(likelyAnchor(whole, workArea));
   const QSize size = m_frame->fit(panelRoom(whole, workArea).size());
   setGeometry({panelPosition(anchor, size, whole, workArea), size});
+  blurBehind({QPoint(0, 0), size});
 }
 
 bool ToolPanelWindow::event(QEvent* event) {
