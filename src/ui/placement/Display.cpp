@@ -189,11 +189,20 @@ void* bindWaylandGlobal(const wl_interface& type) {
     return nullptr;
   }
   WantedGlobal wanted = {type};
+  // With a queue of its own, events of other objects wait: their handlers may be the callers.
+  const std::unique_ptr<wl_event_queue, decltype(&wl_event_queue_destroy)> queue(
+      wl_display_create_queue(display), wl_event_queue_destroy);
+  const std::unique_ptr<void, decltype(&wl_proxy_wrapper_destroy)> wrapper(
+      wl_proxy_create_wrapper(display), wl_proxy_wrapper_destroy);
+  wl_proxy_set_queue(static_cast<wl_proxy*>(wrapper.get()), queue.get());
   const std::unique_ptr<wl_registry, decltype(&wl_registry_destroy)> registry(
-      wl_display_get_registry(display), wl_registry_destroy);
+      wl_display_get_registry(static_cast<wl_display*>(wrapper.get())), wl_registry_destroy);
   static constexpr wl_registry_listener listener = {bindGlobal, forgetGlobal};
   wl_registry_add_listener(registry.get(), &listener, &wanted);
-  wl_display_roundtrip(display);
+  wl_display_roundtrip_queue(display, queue.get());
+  if (wanted.bound != nullptr) {
+    wl_proxy_set_queue(static_cast<wl_proxy*>(wanted.bound), nullptr);
+  }
   return wanted.bound;
 }
 
