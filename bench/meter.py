@@ -40,6 +40,11 @@ def _sleeps(pid):
             for thread, status in _tasks(pid, "status").items()}
 
 
+def wakeups(pid):
+    """How often the living threads have woken up."""
+    return sum(_sleeps(pid).values())
+
+
 def processor(pid):
     """Seconds that the living threads have run."""
     return sum(int(text.split()[0]) for text in _tasks(pid, "schedstat").values()) / 1e9

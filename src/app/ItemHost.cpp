@@ -1,5 +1,6 @@
 #include "app/ItemHost.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -12,6 +13,7 @@ constexpr Seconds patience = 20.0;
 struct Known {
   std::string_view beginning;
   ItemPresentation presentation;
+  bool readsAll = false; // when the picture changes
 };
 
 // As observed on each desktop. Watchers that show nothing are not listed, such as Plasma's kded.
@@ -23,23 +25,30 @@ constexpr std::array<Known, 13> hosts = {{
     {"ayatana-indica", ItemPresentation::label},
     {"xapp-sn-watche", ItemPresentation::widePicture}, // Cinnamon
     {"waybar", ItemPresentation::widePicture},
-    {"xfce4-panel", ItemPresentation::squareTile},
-    {"wrapper-2.0", ItemPresentation::squareTile}, // an Xfce panel plugin's process
-    {"panel-", ItemPresentation::squareTile},      // the same, renamed after its plugin
+    {"xfce4-panel", ItemPresentation::squareTile, true},
+    {"wrapper-2.0", ItemPresentation::squareTile, true}, // an Xfce panel plugin's process
+    {"panel-", ItemPresentation::squareTile, true},      // the same, renamed after its plugin
     {"lxqt-panel", ItemPresentation::squareTile},
     {"plasmashell", ItemPresentation::squareTile},
     {"swaybar", ItemPresentation::squareTile},
 }};
 
+const Known* find(std::string_view process) {
+  const auto* const found = std::ranges::find_if(
+      hosts, [&](const Known& known) { return process.starts_with(known.beginning); });
+  return found == hosts.end() ? nullptr : found;
+}
+
 } // namespace
 
 std::optional<ItemPresentation> presentationOf(std::string_view process) {
-  for (const Known& known : hosts) {
-    if (process.starts_with(known.beginning)) {
-      return known.presentation;
-    }
-  }
-  return std::nullopt;
+  const Known* const known = find(process);
+  return known != nullptr ? std::optional(known->presentation) : std::nullopt;
+}
+
+bool readsAllWithPicture(std::string_view process) {
+  const Known* const known = find(process);
+  return known != nullptr && known->readsAll;
 }
 
 bool tellsClickedPlace(std::string_view process) {

@@ -26,6 +26,10 @@ enum class ItemPresentation {
 /// Whether the host reports a click in screen coordinates. `process` as above.
 [[nodiscard]] bool tellsClickedPlace(std::string_view process);
 
+/// Whether the host reads all of the item, the tool tip too, when its picture changes. `process` as
+/// above.
+[[nodiscard]] bool readsAllWithPicture(std::string_view process);
+
 /// Decides when the windows' process has to show the item because no panel does.
 class FallbackItem {
 public:

@@ -113,6 +113,7 @@ void StatusItem::describeMethods() {
 void StatusItem::setHost(const std::string& process) {
   m_watcherShows = presentationOf(process);
   m_isPlaceTold = tellsClickedPlace(process);
+  m_isAllReadWithPicture = readsAllWithPicture(process);
   m_readers.forget();
   adapt();
 }
@@ -139,10 +140,11 @@ void StatusItem::show(const ItemTexts& texts, const std::string& guide) {
   if (m_isWithdrawn) {
     return;
   }
-  if (before.label != texts.label || isNewGuide) {
+  const bool isNewAppearance = before.label != texts.label || isNewGuide;
+  if (isNewAppearance) {
     announceAppearance();
   }
-  if (before != texts) {
+  if (before != texts && !(isNewAppearance && m_isAllReadWithPicture)) {
     m_object.emit("NewToolTip");
   }
 }

@@ -63,6 +63,7 @@ private:
   ColourScheme m_scheme;
   ItemPresentation m_presentation = ItemPresentation::squareTile;
   bool m_isPlaceTold = true; // by the host, with a click
+  bool m_isAllReadWithPicture = false;
   bool m_isWithdrawn = false;
   ItemTexts m_texts;
   std::string m_guide;

@@ -36,6 +36,15 @@ TEST(ItemHost, IsBelievedWhereItsItemWasClickedUnlessItCountsFromItself) {
   EXPECT_FALSE(tellsClickedPlace("notification-ar"));
 }
 
+TEST(ItemHost, ReadsTheToolTipWithThePictureInXfceOnly) {
+  for (const char* process : {"xfce4-panel", "panel-6-systray", "wrapper-2.0"}) {
+    EXPECT_TRUE(readsAllWithPicture(process)) << process;
+  }
+  for (const char* process : {"lxqt-panel", "plasmashell", ""}) {
+    EXPECT_FALSE(readsAllWithPicture(process)) << process;
+  }
+}
+
 class FallbackItemTest : public testing::Test {
 protected:
   VirtualScheduler scheduler;

@@ -145,6 +145,26 @@ TEST_F(ResidentShellTest, TellsHostsOfPicturesAloneAboutPictures) {
   EXPECT_EQ(panel->signals["XAyatanaNewLabel"], 0);
 }
 
+TEST_F(ResidentShellTest, TellsHostsThatReadAllAtOnceOnlyOnceAboutASample) {
+  for (const auto& [host, toolTips] : {std::pair("xfce4-panel", 0), std::pair("lxqt-panel", 1)}) {
+    shell.reset();
+    hostProcess(host);
+    startBoth();
+    settle();
+    panel->signals.clear();
+    publish(12'345);
+    settle();
+    EXPECT_EQ(panel->signals["NewIcon"], 1) << host;
+    EXPECT_EQ(panel->signals["NewToolTip"], toolTips) << host;
+    sampler.latencyMs.set(sampler.latencyMs.get() + 3.0);
+    publish(12'345);
+    settle();
+    EXPECT_EQ(panel->signals["NewIcon"], 1) << host;
+    EXPECT_EQ(panel->signals["NewToolTip"], toolTips + 1) << host;
+    sampler.currentDownloadBytesPerSec.set(0);
+  }
+}
+
 TEST_F(ResidentShellTest, TellsEachPublicationOnceAndAnEqualOneNotAtAll) {
   startBoth();
   settle();
