@@ -1,6 +1,7 @@
 #include "ui/application/AbsenceNotice.h"
 
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -15,7 +16,7 @@ constexpr int noticeHeight = 20;
 constexpr int margin = 4;
 constexpr int radius = 6;
 
-QString text() { return QStringLiteral("Tidewell has stopped. Waiting for it to come back."); }
+QString text() { return translatedText("Tidewell has stopped. Waiting for it to come back."); }
 
 } // namespace
 

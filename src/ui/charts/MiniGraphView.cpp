@@ -31,8 +31,8 @@ constexpr int tagSidePadding = 8;
 constexpr int tagEdgePadding = 2;
 constexpr double tagRadius = 4.0;
 
-QString titleText() { return QStringLiteral("Bandwidth (last 5 min)"); }
-QString tagText() { return QStringLiteral("Live"); }
+QString titleText() { return translatedText("Bandwidth (last 5 min)"); }
+QString tagText() { return translatedText("Live"); }
 
 TextStyle titleStyle() { return {TWFont::standard(12, QFont::Medium), TWColor::textSecondary}; }
 

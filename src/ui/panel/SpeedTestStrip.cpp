@@ -1,5 +1,6 @@
 #include "ui/panel/SpeedTestStrip.h"
 
+#include "base/Translation.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/Spinner.h"
@@ -17,7 +18,7 @@ namespace {
 
 constexpr int spacing = 8;
 
-QString runningText() { return QStringLiteral("Running speed test..."); }
+QString runningText() { return translatedText("Running speed test..."); }
 
 TextStyle textStyle() { return {TWFont::standard(12, QFont::Normal), TWColor::textSecondary}; }
 
@@ -27,11 +28,11 @@ constexpr int rowSpacing = 2;
 constexpr int leastGap = 12;
 constexpr double groundOpacity = 0.5;
 
-QString titleText() { return QStringLiteral("Speed Test Result"); }
+QString titleText() { return translatedText("Speed Test Result"); }
 
 TextStyle titleStyle() { return {TWFont::label(), TWColor::accent}; }
 
-QString failedText() { return QStringLiteral("Speed Test Failed"); }
+QString failedText() { return translatedText("Speed Test Failed"); }
 
 TextStyle failedStyle() { return {TWFont::label(), TWColor::red}; }
 
@@ -39,7 +40,7 @@ TextStyle reasonStyle() { return {TWFont::caption(), TWColor::textSecondary}; }
 
 // The reason as the beginning of a sentence.
 QString asSentence(const std::string& reason) {
-  const QString text = shownText(reason);
+  const QString text = shownText(translatedReason(reason));
   return text.left(1).toUpper() + text.mid(1);
 }
 
@@ -92,7 +93,7 @@ void ResultLine::setResult(const SpeedTestResult& result) {
   const QString upload = figureText(result.uploadMbps, 0);
   m_figures = QStringLiteral("\u2193%1 Mbps  \u2191%2 Mbps").arg(download, upload);
   m_time = timeOfDay(result.timestamp);
-  setSpoken(QStringLiteral("Speed Test Result: download %1 Mbps, upload %2 Mbps, %3")
+  setSpoken(translatedText("Speed Test Result: download %1 Mbps, upload %2 Mbps, %3")
                 .arg(download, upload, m_time));
   contentChanged();
 }
@@ -128,7 +129,7 @@ FailureLine::FailureLine(QWidget* parent) : PaintedWidget(QAccessible::StaticTex
 
 void FailureLine::setReason(const std::string& reason) {
   m_reason = asSentence(reason);
-  setSpoken(failedText() + QStringLiteral(": ") + m_reason);
+  setSpoken(translatedText("Speed Test Failed: %1").arg(m_reason));
   contentChanged();
 }
 
@@ -154,7 +155,7 @@ QString FailureLine::cutText() const {
 SpeedTestStrip::SpeedTestStrip(const ViewTime& time, QWidget* parent)
     : QWidget(parent), m_running(new RunningLine(time, this)), m_failure(new FailureLine(this)),
       m_result(new ResultLine(this)) {
-  setAccessibleName(QStringLiteral("Speed test"));
+  setAccessibleName(translatedText("Speed test"));
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

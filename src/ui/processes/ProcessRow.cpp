@@ -23,7 +23,7 @@ TextStyle titleStyle(Qt::Alignment alignment) {
           .alignment = alignment};
 }
 
-QString titleOf(const ProcessColumn& column) { return QString::fromLatin1(column.title); }
+QString titleOf(const ProcessColumn& column) { return translatedText(column.title); }
 
 constexpr int edgePadding = 10;
 constexpr int lineThickness = 1;

@@ -59,13 +59,13 @@ void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
 }
 
 SettingsSidebar::SettingsSidebar(QWidget* parent)
-    : SpokenGroup(QAccessible::Grouping, QStringLiteral("Sections"), parent) {
+    : SpokenGroup(QAccessible::Grouping, translatedText("Sections"), parent) {
   setFixedWidth(sidebarWidth);
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(padding, padding, padding, padding);
   column->setSpacing(spacing);
   for (const SettingsSection section : allSettingsSections) {
-    auto* const entry = new SidebarEntry(symbol(section), shownText(rawValue(section)), this);
+    auto* const entry = new SidebarEntry(symbol(section), titleText(section), this);
     entry->setChecked(section == allSettingsSections.front());
     connect(entry, &QRadioButton::toggled, this, [this, section](bool isChosen) {
       if (isChosen) {

@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -23,7 +24,7 @@ UnsavedNotice::UnsavedNotice(QWidget* parent) : PaintedWidget(QAccessible::Alert
 
 void UnsavedNotice::setReason(const QString& reason) {
   if (!reason.isEmpty()) {
-    m_text = QStringLiteral("Not saved: %1. Trying again.").arg(reason);
+    m_text = translatedText("Not saved: %1. Trying again.").arg(reason);
     setSpoken(m_text);
     contentChanged();
   }
