@@ -87,8 +87,14 @@ void MiniGraphView::paintHeader(QPainter& painter) const {
   drawLine(painter, tag.adjusted(tagSidePadding, tagEdgePadding, -tagSidePadding, 0.0), tagText(),
            tagStyle());
   const int titleTop = (headerHeight() - lineHeight(titleStyle())) / 2;
-  drawLine(painter, QRectF(0.0, titleTop, tag.left(), headerHeight()), titleText(), titleStyle());
+  drawLine(painter, QRectF(0.0, titleTop, titleWidth(), headerHeight()), titleText(), titleStyle());
 }
+
+double MiniGraphView::titleWidth() const {
+  return width() - std::ceil(lineWidth(tagText(), tagStyle())) - 2 * tagSidePadding;
+}
+
+QString MiniGraphView::cutText() const { return ifCut(titleText(), titleStyle(), titleWidth()); }
 
 void MiniGraphView::paintChart(QPainter& painter) const {
   const QRectF plot = QRectF(chart()).adjusted(plotInset, plotInset, -plotInset, -plotInset);

@@ -19,9 +19,12 @@ constexpr int rowSpacing = 4;
 constexpr int unitSpacing = 2;
 constexpr double labelSpacing = 1.0;
 constexpr int smallestValueSize = 10;
+constexpr int smallestLabelSize = 9;
 
 TextStyle labelStyle() {
-  return {withLetterSpacing(TWFont::label(), labelSpacing), TWColor::textTertiary};
+  return {.font = withLetterSpacing(TWFont::label(), labelSpacing),
+          .color = TWColor::textTertiary,
+          .smallestPixelSize = smallestLabelSize};
 }
 
 TextStyle valueStyle(const QColor& color) {
@@ -83,8 +86,9 @@ void StatCell::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString StatCell::cutText() const {
-  const bool isCut = FittedText(m_figure.value, valueStyle({}), valueBox().width()).isCut;
-  return isCut ? m_figure.value + u' ' + m_figure.unit : QString();
+  const QString label = ifCut(m_figure.label.toUpper(), labelStyle(), width() - 2 * padding);
+  const QString value = ifCut(m_figure.value, valueStyle({}), valueBox().width());
+  return label.isEmpty() && value.isEmpty() ? QString() : accessibleName();
 }
 
 } // namespace tidewell

@@ -70,11 +70,13 @@ QSize RunningLine::sizeHint() const {
 
 QRect RunningLine::content() const {
   const int textWidth = static_cast<int>(std::ceil(lineWidth(runningText(), textStyle())));
-  const int contentWidth = m_spinner->width() + spacing + textWidth;
+  const int contentWidth =
+      std::min(m_spinner->width() + spacing + textWidth, width() - 2 * sidePadding);
   return {(width() - contentWidth) / 2, edgePadding, contentWidth, height() - 2 * edgePadding};
 }
 
-void RunningLine::resizeEvent(QResizeEvent* /*event*/) {
+void RunningLine::resizeEvent(QResizeEvent* event) {
+  PaintedWidget::resizeEvent(event);
   m_spinner->move(content().left(), (height() - m_spinner->height()) / 2);
 }
 
@@ -84,6 +86,10 @@ void RunningLine::paintEvent(QPaintEvent* /*event*/) {
   const int top = (height() - lineHeight(textStyle())) / 2;
   const QRect box = content().adjusted(m_spinner->width() + spacing, 0, 0, 0);
   drawLine(painter, QRect(box.left(), top, box.width(), box.height()), runningText(), textStyle());
+}
+
+QString RunningLine::cutText() const {
+  return ifCut(runningText(), textStyle(), content().width() - m_spinner->width() - spacing);
 }
 
 ResultLine::ResultLine(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
@@ -122,7 +128,9 @@ void ResultLine::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString ResultLine::cutText() const {
-  return FittedText(m_figures, figuresStyle(), figuresBox().width()).isCut ? m_figures : QString();
+  const bool isCut = !ifCut(titleText(), titleStyle(), width() - 2 * sidePadding).isEmpty() ||
+                     !ifCut(m_figures, figuresStyle(), figuresBox().width()).isEmpty();
+  return isCut ? accessibleName() : QString();
 }
 
 FailureLine::FailureLine(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
@@ -149,7 +157,9 @@ void FailureLine::paintEvent(QPaintEvent* /*event*/) {
 
 QString FailureLine::cutText() const {
   const int space = width() - 2 * sidePadding;
-  return FittedText(m_reason, reasonStyle(), space).isCut ? m_reason : QString();
+  const bool isCut = !ifCut(failedText(), failedStyle(), space).isEmpty() ||
+                     !ifCut(m_reason, reasonStyle(), space).isEmpty();
+  return isCut ? accessibleName() : QString();
 }
 
 SpeedTestStrip::SpeedTestStrip(const ViewTime& time, QWidget* parent)

@@ -48,6 +48,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   void headerCell(QPainter& painter, std::size_t column) const;

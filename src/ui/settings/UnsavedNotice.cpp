@@ -47,8 +47,6 @@ void UnsavedNotice::paintEvent(QPaintEvent* /*event*/) {
   drawLine(painter, textBox(), m_text, textStyle());
 }
 
-QString UnsavedNotice::cutText() const {
-  return FittedText(m_text, textStyle(), textBox().width()).isCut ? m_text : QString();
-}
+QString UnsavedNotice::cutText() const { return ifCut(m_text, textStyle(), textBox().width()); }
 
 } // namespace tidewell
