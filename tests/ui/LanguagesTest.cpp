@@ -148,13 +148,14 @@ std::string plain(std::string name) {
   return name;
 }
 
+std::string caseName(const testing::TestParamInfo<std::tuple<std::string, Scene>>& tested) {
+  return plain(std::get<0>(tested.param)) + "_" + plain(std::get<1>(tested.param).name);
+}
+
 INSTANTIATE_TEST_SUITE_P(Windows, LanguagesTest,
                          testing::Combine(testing::ValuesIn(languages()),
                                           testing::ValuesIn(windows())),
-                         [](const auto& info) {
-                           return plain(std::get<0>(info.param)) + "_" +
-                                  plain(std::get<1>(info.param).name);
-                         });
+                         caseName);
 INSTANTIATE_TEST_SUITE_P(Windows, TranslationOfWindowsTest, testing::ValuesIn(windows()),
                          sceneName);
 
