@@ -106,7 +106,7 @@ TEST(CatalogueTest, DamagedCatalogueMeansEnglish) {
     const TemporaryDirectory place;
     const Language language(placeWith(place.path(), damaged), "de");
     EXPECT_EQ(std::string(translated("Settings")), "Settings");
-    EXPECT_EQ(std::string(std::strerror(ENOENT)), "No such file or catalogues");
+    EXPECT_EQ(std::string(std::strerror(ENOENT)), "No such file or directory");
   }
 }
 

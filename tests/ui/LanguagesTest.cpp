@@ -1,6 +1,7 @@
 // The windows in every language that is shipped, and in one whose texts are 40 % longer and share
 // no letter with the English ones.
 #include "support/DrawnTexts.h"
+#include "support/ImageComparison.h"
 #include "support/Language.h"
 #include "support/Scene.h"
 
@@ -114,6 +115,12 @@ TEST_P(LanguagesTest, EverythingFits) {
   const auto window = scene.make();
   for (QWidget* widget : shownIn(*window)) {
     EXPECT_EQ(unreadable(*widget), std::vector<std::string>());
+  }
+  // For translators, who look at what they wrote.
+  const QString pictures = qEnvironmentVariable("TIDEWELL_LANGUAGE_PICTURES");
+  if (!pictures.isEmpty()) {
+    const QString file = QString::fromStdString(name + "-" + scene.name + ".png");
+    EXPECT_TRUE(picture(*window).save(pictures + u'/' + file));
   }
 }
 
