@@ -167,5 +167,28 @@ TEST_F(ResidentWishesTest, CopiesThePublicAddressAndTheLocalOneWhileThatIsNotKno
   EXPECT_EQ(requests[1].text, "203.0.113.7");
 }
 
+TEST_F(ResidentWishesTest, NamesTheRowThatCopiesForProgramsThatCopyThemselves) {
+  startBoth();
+  constexpr const char* action = "x-tidewell-action";
+  const auto reply = call(menu, menuInterface, "GetProperty", "is", rowOf("Copy IP"), action);
+  const char* name = "";
+  ASSERT_TRUE(reply);
+  sd_bus_message_read(reply.get(), "v", "s", &name);
+  EXPECT_EQ(std::string(name), "copy");
+  EXPECT_FALSE(call(menu, menuInterface, "GetProperty", "is", rowOf("Open"), action));
+  // The shell's extension reads all properties at once.
+  const auto layout = call(menu, menuInterface, "GetLayout", "iias", rowOf("Copy IP"), 0, 0);
+  ASSERT_TRUE(layout);
+  ASSERT_GE(sd_bus_message_skip(layout.get(), "u"), 0);
+  int id = 0;
+  const char* values[] = {"", "", "", ""};
+  ASSERT_GT(sd_bus_message_enter_container(layout.get(), 'r', "ia{sv}av"), 0);
+  ASSERT_GT(sd_bus_message_read(layout.get(), "ia{sv}", &id, 2, &values[0], "s", &values[1],
+                                &values[2], "s", &values[3]),
+            0);
+  EXPECT_EQ(std::string(values[2]), action);
+  EXPECT_EQ(std::string(values[3]), "copy");
+}
+
 } // namespace
 } // namespace tidewell::test
