@@ -73,6 +73,7 @@ public:
 constexpr int actionPadding = 10;
 constexpr int actionSpacing = 3;
 constexpr int smallestActionSize = 8;
+constexpr int actionInset = 3; // keeps long labels apart
 constexpr double stateInset = 3.0;
 constexpr double stateRadius = 6.0;
 constexpr double focusWidth = 1.5;
@@ -114,12 +115,12 @@ void ActionButton::setFace(Icon icon, const QString& label) {
   }
   m_icon = icon;
   setText(label); // also its accessible name
-  setToolTip(ifCut(text(), actionStyle(), width()));
+  setToolTip(ifCut(text(), actionStyle(), width() - 2 * actionInset));
   update();
 }
 
 void ActionButton::resizeEvent(QResizeEvent* event) {
-  setToolTip(ifCut(text(), actionStyle(), width()));
+  setToolTip(ifCut(text(), actionStyle(), width() - 2 * actionInset));
   QPushButton::resizeEvent(event);
 }
 
@@ -145,7 +146,7 @@ void ActionButton::paintEvent(QPaintEvent* /*event*/) {
   const int left = (width() - iconEdge) / 2;
   drawIcon(painter, m_icon, QPointF(left, actionPadding), TWColor::textSecondary);
   const int labelTop = actionPadding + iconEdge + actionSpacing;
-  drawLine(painter, rect().adjusted(0, labelTop, 0, 0), text(), actionStyle());
+  drawLine(painter, rect().adjusted(actionInset, labelTop, -actionInset, 0), text(), actionStyle());
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {
