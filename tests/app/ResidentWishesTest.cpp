@@ -1,4 +1,5 @@
 #include "app/ResidentShellCase.h"
+#include "support/Language.h"
 
 namespace tidewell::test {
 namespace {
@@ -165,6 +166,24 @@ TEST_F(ResidentWishesTest, CopiesThePublicAddressAndTheLocalOneWhileThatIsNotKno
   ASSERT_EQ(requests.size(), 2U);
   EXPECT_EQ(requests[0].text, "192.168.1.20");
   EXPECT_EQ(requests[1].text, "203.0.113.7");
+}
+
+TEST_F(ResidentWishesTest, SpeaksTheUsersLanguageToTheUserAndEnglishToPrograms) {
+  const Language language(TIDEWELL_CATALOGUES, "de");
+  startBoth();
+  const char* labels[] = {"Ausgezeichnet", "Download 0 KB/s", "Upload 0 KB/s", "Latenz —"};
+  for (int row = 1; row <= 4; ++row) {
+    EXPECT_EQ(rowOf(labels[row - 1]), row);
+  }
+  EXPECT_EQ(rowOf("Beenden"), 12);
+  choose("Speedtest");
+  EXPECT_EQ(speedTests, 1);
+  const auto reply = call(residentInterface::path, "org.freedesktop.DBus.Properties", "Get", "ss",
+                          residentInterface::name, "Status");
+  const char* status = "";
+  ASSERT_TRUE(reply);
+  sd_bus_message_read(reply.get(), "v", "s", &status);
+  EXPECT_EQ(std::string(status), "excellent");
 }
 
 TEST_F(ResidentWishesTest, NamesTheRowThatCopiesForProgramsThatCopyThemselves) {

@@ -86,9 +86,11 @@ void StatCell::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString StatCell::cutText() const {
-  const QString label = ifCut(m_figure.label.toUpper(), labelStyle(), width() - 2 * padding);
-  const QString value = ifCut(m_figure.value, valueStyle({}), valueBox().width());
-  return label.isEmpty() && value.isEmpty() ? QString() : accessibleName();
+  if (!ifCut(m_figure.label.toUpper(), labelStyle(), width() - 2 * padding).isEmpty()) {
+    return accessibleName();
+  }
+  const bool isCut = !ifCut(m_figure.value, valueStyle({}), valueBox().width()).isEmpty();
+  return isCut ? m_figure.value + u' ' + m_figure.unit : QString();
 }
 
 } // namespace tidewell

@@ -157,9 +157,9 @@ void FailureLine::paintEvent(QPaintEvent* /*event*/) {
 
 QString FailureLine::cutText() const {
   const int space = width() - 2 * sidePadding;
-  const bool isCut = !ifCut(failedText(), failedStyle(), space).isEmpty() ||
-                     !ifCut(m_reason, reasonStyle(), space).isEmpty();
-  return isCut ? accessibleName() : QString();
+  const bool isTitleCut = !ifCut(failedText(), failedStyle(), space).isEmpty();
+  return isTitleCut && !m_reason.isEmpty() ? accessibleName()
+                                           : ifCut(m_reason, reasonStyle(), space);
 }
 
 SpeedTestStrip::SpeedTestStrip(const ViewTime& time, QWidget* parent)
