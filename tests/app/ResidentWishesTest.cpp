@@ -1,4 +1,5 @@
 #include "app/ResidentShellCase.h"
+#include "bus/ResidentInterface.h"
 #include "support/Language.h"
 
 namespace tidewell::test {

@@ -73,7 +73,7 @@ public:
 constexpr int actionPadding = 10;
 constexpr int actionSpacing = 3;
 constexpr int smallestActionSize = 8;
-constexpr int actionInset = 3; // keeps long labels apart
+constexpr int actionInset = 2; // keeps long labels apart
 constexpr double stateInset = 3.0;
 constexpr double stateRadius = 6.0;
 constexpr double focusWidth = 1.5;
