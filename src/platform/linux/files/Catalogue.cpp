@@ -108,7 +108,7 @@ void loadCatalogue(const std::string& directory) {
            *::dgettext(catalogueDomain, "") != '\0';
   };
   if (!isUsable()) {
-    std::setlocale(LC_MESSAGES, "C");
+    static_cast<void>(std::setlocale(LC_MESSAGES, "C"));
   }
 }
 
