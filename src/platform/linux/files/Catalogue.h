@@ -7,8 +7,8 @@ namespace tidewell {
 
 /// Makes `translated` use the catalogue of the user's language, by the environment's LANGUAGE,
 /// LC_ALL, LC_MESSAGES and LANG. Without a catalogue, or if it is damaged, all messages of this
-/// process are English, the system's too. Changes no other part of the locale. Call it before other
-/// threads start. `directory` has a catalogue in LANGUAGE/LC_MESSAGES.
+/// process are English, the system's too. Changes no other part of the locale. No other thread
+/// may use the locale meanwhile. `directory` has a catalogue in LANGUAGE/LC_MESSAGES.
 void loadCatalogue(const std::string& directory);
 
 /// The directory of the catalogues for a program at this absolute path, two directories below the
