@@ -1,6 +1,7 @@
 const MENU_PATH = '/MenuBar';
 const MENU_INTERFACE = 'com.canonical.dbusmenu';
-const COPY = 'Copy IP';
+const ACTION = 'x-tidewell-action';
+const COPY = 'copy';
 const UNKNOWN = '--';
 
 /** The rows of Tidewell's menu, which it offers on the bus. */
@@ -32,19 +33,19 @@ class Rows {
     _build(rows) {
         this._menu.removeAll();
         this._items.clear();
-        for (const [id, {type, enabled}] of rows) {
+        for (const [id, {type, enabled, [ACTION]: action}] of rows) {
             const item = type === 'separator'
                 ? new PopupMenu.PopupSeparatorMenuItem()
                 : new PopupMenu.PopupMenuItem('', {reactive: enabled !== false});
-            item.connect('activate', () => this._choose(id, item));
+            item.connect('activate', () => this._choose(id, action));
             this._menu.addMenuItem(item);
             this._items.set(id, item);
         }
     }
 
-    _choose(id, item) {
+    _choose(id, action) {
         // Under Wayland only the shell and the program with the focus can set the clipboard.
-        if (item.label.text === COPY) {
+        if (action === COPY) {
             this._copyAddress();
             return;
         }

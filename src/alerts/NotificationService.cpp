@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/NumberText.h"
 #include "base/Scheduler.h"
+#include "base/Translation.h"
 #include "platform/NotificationCenter.h"
 #include "settings/AppSettings.h"
 
@@ -38,27 +39,28 @@ void NotificationService::detach() {
 }
 
 void NotificationService::notifyConnectionLost() {
-  notify({"connection-lost", "Internet Connection Lost", "No internet connectivity detected."});
+  notify({"connection-lost", translated("Internet Connection Lost"),
+          translated("No internet connectivity detected.")});
 }
 
 void NotificationService::notifyConnectionRestored() {
   if (isEnabled()) {
-    send(
-        {"connection-restored", "Connection Restored", "Internet connectivity has been restored."});
+    send({"connection-restored", translated("Connection Restored"),
+          translated("Internet connectivity has been restored.")});
   }
 }
 
 void NotificationService::notifySpeedDrop(double currentMbps, double thresholdMbps) {
-  notify({"speed-drop", "Speed Dropped Below Threshold",
-          "Download speed fell to " + fixedText(currentMbps, 1) +
-              " Mbps (threshold: " + fixedText(thresholdMbps, 0) + " Mbps)",
+  notify({"speed-drop", translated("Speed Dropped Below Threshold"),
+          filled(translated("Download speed fell to %1 Mbps (threshold: %2 Mbps)"),
+                 {fixedText(currentMbps, 1), fixedText(thresholdMbps, 0)}),
           NotificationPriority::low});
 }
 
 void NotificationService::notifyHighLatency(double latencyMs, double thresholdMs) {
-  notify({"high-latency", "High Latency Detected",
-          "Latency is " + fixedText(latencyMs, 0) + " ms (threshold: " + fixedText(thresholdMs, 0) +
-              " ms)",
+  notify({"high-latency", translated("High Latency Detected"),
+          filled(translated("Latency is %1 ms (threshold: %2 ms)"),
+                 {fixedText(latencyMs, 0), fixedText(thresholdMs, 0)}),
           NotificationPriority::low});
 }
 

@@ -1,5 +1,6 @@
 #include "app/ExtensionHint.h"
 
+#include "base/Translation.h"
 #include "platform/NotificationCenter.h"
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/files/FilePath.h"
@@ -62,8 +63,9 @@ void ExtensionHint::tell() {
     return;
   }
   m_center.add(
-      {"extension", "Tidewell in the top bar",
-       std::string("For the figures in GNOME's top bar run: gnome-extensions enable ") + extension,
+      {"extension", translated("Tidewell in the top bar"),
+       filled(translated("For the figures in GNOME's top bar run: gnome-extensions enable %1"),
+              {extension}),
        NotificationPriority::low});
 }
 

@@ -10,6 +10,8 @@ namespace tidewell {
 namespace {
 
 constexpr const char* menuInterface = "com.canonical.dbusmenu";
+// The protocol reserves names that begin with "x-" for programs.
+constexpr const char* actionProperty = "x-tidewell-action";
 constexpr std::int32_t rootId = 0;
 
 // Row n has the identifier n + 1; the layout never changes, so its revision does not either.
@@ -126,6 +128,10 @@ int ItemMenu::appendProperties(sd_bus_message& message, std::int32_t id) const {
   if (!item->label) {
     return sd_bus_message_append(&message, "a{sv}", 1, "type", "s", "separator");
   }
+  if (item->action != nullptr) {
+    return sd_bus_message_append(&message, "a{sv}", 2, "label", "s", item->shown.c_str(),
+                                 actionProperty, "s", item->action);
+  }
   if (item->chosen) {
     return sd_bus_message_append(&message, "a{sv}", 1, "label", "s", item->shown.c_str());
   }
@@ -198,6 +204,9 @@ int ItemMenu::answerProperty(sd_bus_message& call, sd_bus_message& reply) const 
   }
   if (property == "enabled") {
     return sd_bus_message_append(&reply, "v", "b", item->label && !item->chosen ? 0 : 1);
+  }
+  if (property == actionProperty && item->action != nullptr) {
+    return sd_bus_message_append(&reply, "v", "s", item->action);
   }
   if (property == "visible") {
     return sd_bus_message_append(&reply, "v", "b", 1);

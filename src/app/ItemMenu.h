@@ -16,18 +16,27 @@ class SessionBus;
 /// One row of the item's menu.
 struct MenuRow {
   /// A text that cannot be chosen.
-  static MenuRow text(std::function<std::string()> label) { return {std::move(label), {}, {}}; }
+  static MenuRow text(std::function<std::string()> label) {
+    return {std::move(label), {}, {}, nullptr};
+  }
   static MenuRow separator() { return {}; }
   static MenuRow command(std::function<std::string()> label, std::function<void()> chosen) {
-    return {std::move(label), std::move(chosen), {}};
+    return {std::move(label), std::move(chosen), {}, nullptr};
   }
   static MenuRow command(const char* label, std::function<void()> chosen) {
     return command([label] { return label; }, std::move(chosen));
   }
 
+  /// Names the row, for programs that act on it themselves. Labels depend on the language.
+  MenuRow&& named(const char* name) && {
+    action = name;
+    return std::move(*this);
+  }
+
   std::function<std::string()> label; // empty for a separator
   std::function<void()> chosen;       // empty for all but a command
   std::string shown;                  // the label read last, as it is sent
+  const char* action = nullptr;       // the row's name, if it has one
 };
 
 /// The item's menu, as a com.canonical.dbusmenu: a flat list of rows whose labels may change while

@@ -1,5 +1,6 @@
 #include "app/ResidentShell.h"
 
+#include "base/Translation.h"
 #include "connectivity/MonitorState.h"
 #include "format/MenubarLabel.h"
 #include "platform/PreferencesStore.h"
@@ -47,20 +48,21 @@ std::vector<MenuRow> ResidentShell::menuRows() {
                    addressToCopy(m_sources.monitor.connectionInfo.get())});
   };
   const auto speedTest = [this] {
-    return std::string(m_sources.speedTest.isRunning.get() ? "Testing..." : "Speed Test");
+    return std::string(m_sources.speedTest.isRunning.get() ? translated("Testing...")
+                                                           : translated("Speed Test"));
   };
   return {text(&ItemTexts::status),
           text(&ItemTexts::download),
           text(&ItemTexts::upload),
           text(&ItemTexts::latency),
           MenuRow::separator(),
-          MenuRow::command("Open", opens(Window::panel)),
-          MenuRow::command("Details", opens(Window::detail)),
-          MenuRow::command("Settings", opens(Window::settings)),
+          MenuRow::command(translated("Open"), opens(Window::panel)),
+          MenuRow::command(translated("Details"), opens(Window::detail)),
+          MenuRow::command(translated("Settings"), opens(Window::settings)),
           MenuRow::command(speedTest, m_actions.runSpeedTest),
-          MenuRow::command("Copy IP", copy),
+          MenuRow::command(translated("Copy IP"), copy).named("copy"),
           MenuRow::separator(),
-          MenuRow::command("Quit", m_actions.quit)};
+          MenuRow::command(translated("Quit"), m_actions.quit)};
 }
 
 void ResidentShell::watchSources() {

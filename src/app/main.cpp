@@ -12,6 +12,7 @@
 #include "platform/linux/bus/SessionBus.h"
 #include "platform/linux/bus/SystemSignals.h"
 #include "platform/linux/files/AutostartLoginItem.h"
+#include "platform/linux/files/Catalogue.h"
 #include "platform/linux/files/FilePath.h"
 #include "platform/linux/loop/EpollLoop.h"
 #include "platform/linux/loop/SystemClock.h"
@@ -122,6 +123,7 @@ int main(int argumentCount, char** arguments) {
   EpollLoop loop;
   const TerminationSignals signals(loop, [&loop] { loop.quit(); });
   const std::string program = runningProgram();
+  loadCatalogue(catalogueDirectory(program));
   const std::string configuration = configurationDirectory();
   PreferencesFile preferences(configuration + "/tidewell/preferences.toml", loop);
   AutostartLoginItem loginItem(configuration, program);

@@ -1,5 +1,7 @@
 #include "connectivity/ConnectionInfo.h"
 
+#include "base/Translation.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -7,7 +9,9 @@
 namespace tidewell {
 namespace {
 
-constexpr std::array<std::string_view, 4> typeNames = {"Wi-Fi", "Ethernet", "Cellular", "Other"};
+constexpr std::array<std::string_view, 4> typeNames = {
+    translatable("Wi-Fi"), translatable("Ethernet"), translatable("Cellular"),
+    translatable("Other")};
 
 } // namespace
 

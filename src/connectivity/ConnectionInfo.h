@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Translation.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,7 +14,7 @@ struct ConnectionInfo {
   enum class InterfaceType { wifi, ethernet, cellular, other };
 
   /// Wi-Fi network name, or "Ethernet", "Wi-Fi" or "Unknown".
-  std::string networkName = "Unknown";
+  std::string networkName = translatable("Unknown");
   /// Link kind and device for display, such as "Wi-Fi (wlan0)".
   std::string interfaceName = "en0";
   InterfaceType interfaceType = InterfaceType::wifi;

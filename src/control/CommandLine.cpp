@@ -1,5 +1,6 @@
 #include "control/CommandLine.h"
 
+#include "base/Translation.h"
 #include "bus/ResidentInterface.h"
 
 #include <algorithm>
@@ -44,7 +45,9 @@ constexpr std::array<std::pair<std::string_view, const char*>, 3> windows = {{
 
 constexpr std::string_view formatOption = "--format";
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string unknownOption(std::string_view word) {
+  return filled(translated("unknown option \"%1\""), {word});
+}
 
 /// Reads arguments one after the other. Each function returns what is wrong, or an empty text.
 class ControlArguments {
@@ -71,7 +74,7 @@ private:
       m_command.starts = true;
     } else if (argument == formatOption) {
       if (m_next == m_arguments.size()) {
-        return "--format needs a name";
+        return translated("--format needs a name");
       }
       return takeFormat(m_arguments[m_next++]);
     } else if (argument.starts_with("--format=")) {
@@ -86,7 +89,7 @@ private:
     const auto* const found =
         std::ranges::find(formats, name, &decltype(formats)::value_type::first);
     if (found == formats.end()) {
-      return "unknown format " + quoted(name);
+      return filled(translated("unknown format \"%1\""), {name});
     }
     m_hasFormat = true;
     m_command.format = found->second;
@@ -97,7 +100,8 @@ private:
     if (m_verb == nullptr) {
       const auto* const found = std::ranges::find(verbs, word, &VerbWords::word);
       if (found == verbs.end()) {
-        return (word.starts_with('-') ? "unknown option " : "unknown command ") + quoted(word);
+        return word.starts_with('-') ? unknownOption(word)
+                                     : filled(translated("unknown command \"%1\""), {word});
       }
       m_verb = found;
       m_command.verb = found->verb;
@@ -106,13 +110,13 @@ private:
     const auto* const window =
         std::ranges::find(windows, word, &decltype(windows)::value_type::first);
     if (word.starts_with('-')) {
-      return "unknown option " + quoted(word);
+      return unknownOption(word);
     }
     if (m_verb->verb != Verb::open || !m_command.method.empty()) {
-      return "unexpected argument " + quoted(word);
+      return filled(translated("unexpected argument \"%1\""), {word});
     }
     if (window == windows.end()) {
-      return "unknown window " + quoted(word);
+      return filled(translated("unknown window \"%1\""), {word});
     }
     m_command.method = window->second;
     return {};
@@ -120,17 +124,17 @@ private:
 
   [[nodiscard]] std::string check() const {
     if (m_verb == nullptr) {
-      return "a command is missing";
+      return translated("a command is missing");
     }
     if (m_verb->verb == Verb::open && m_command.method.empty()) {
-      return "the window is missing: panel, details or settings";
+      return translated("the window is missing: panel, details or settings");
     }
     const bool isJsonWrong = m_command.isJson && !m_verb->takesJson;
     const bool isStartWrong = m_command.starts && !m_verb->takesStart;
     const bool isFormatWrong = m_hasFormat && m_verb->verb != Verb::follow;
     if (isJsonWrong || isStartWrong || isFormatWrong) {
       const std::string option = isJsonWrong ? "--json" : isStartWrong ? "--start" : "--format";
-      return option + " does not go with " + std::string(m_verb->word);
+      return filled(translated("%1 does not go with %2"), {option, m_verb->word});
     }
     return {};
   }
@@ -149,18 +153,18 @@ ControlRequest parseControlArguments(std::span<const std::string_view> arguments
 }
 
 std::string_view controlUsage() {
-  return "Usage: tidewellctl COMMAND [OPTION...]\n"
-         "\n"
-         "  status [--json]           print the present values\n"
-         "  follow [--format FORMAT]  print a line for each change; the format is\n"
-         "                            plain, json, waybar, i3bar or polybar\n"
-         "  processes [--json]        list the programs that use the network\n"
-         "  speedtest [--json]        run a speed test and print the result\n"
-         "  open panel|details|settings\n"
-         "  quit                      end Tidewell\n"
-         "\n"
-         "  --start                   start Tidewell if it is not running\n"
-         "  --version, --help";
+  return translated("Usage: tidewellctl COMMAND [OPTION...]\n"
+                    "\n"
+                    "  status [--json]           print the present values\n"
+                    "  follow [--format FORMAT]  print a line for each change; the format is\n"
+                    "                            plain, json, waybar, i3bar or polybar\n"
+                    "  processes [--json]        list the programs that use the network\n"
+                    "  speedtest [--json]        run a speed test and print the result\n"
+                    "  open panel|details|settings\n"
+                    "  quit                      end Tidewell\n"
+                    "\n"
+                    "  --start                   start Tidewell if it is not running\n"
+                    "  --version, --help");
 }
 
 } // namespace tidewell

@@ -1,5 +1,6 @@
 #include "control/Control.h"
 
+#include "base/Translation.h"
 #include "control/Output.h"
 #include "control/ValueTexts.h"
 
@@ -26,7 +27,7 @@ ExitStatus statusOf(Written written) {
   if (written != Written::failed) {
     return ExitStatus::success;
   }
-  complain(std::string("cannot write: ") + std::strerror(errno));
+  complain(filled(translated("cannot write: %1"), {std::strerror(errno)}));
   return ExitStatus::failure;
 }
 
@@ -37,7 +38,7 @@ ExitStatus printLine(const std::string& line) { return statusOf(writeOutput(line
 ExitStatus Control::run() {
   const ExitStatus status = m_loop.connect() ? runOnBus() : ExitStatus::noBus;
   if (status == ExitStatus::noBus) {
-    complain("no session bus");
+    complain(translated("no session bus"));
   }
   return status;
 }
@@ -48,7 +49,7 @@ ExitStatus Control::runOnBus() {
   Outcome outcome = awaitPresence(2 * BusLoop::replyLimit);
   if (m_command.starts && m_watch->presence() == Presence::absent) {
     if (!start()) {
-      complain("Tidewell cannot be started");
+      complain(translated("Tidewell cannot be started"));
       return ExitStatus::notRunning;
     }
     outcome = m_loop.runUntil(
@@ -90,7 +91,8 @@ ExitStatus Control::absence(Outcome outcome) const {
     const Presence presence = isAbsent ? Presence::absent : Presence::silent;
     static_cast<void>(printLine(statusJson(presence, {})));
   }
-  complain(isAbsent ? "Tidewell is not running" : "Tidewell does not respond");
+  complain(isAbsent ? translated("Tidewell is not running")
+                    : translated("Tidewell does not respond"));
   return isAbsent ? ExitStatus::notRunning : ExitStatus::notResponding;
 }
 
@@ -192,7 +194,7 @@ ExitStatus Control::speedTestResult() const {
   const bool hasResult = !values.lastSpeedTest.empty();
   std::string failure = values.of(face::speedTestFailure);
   if (failure.empty() && !hasResult) {
-    failure = "no result";
+    failure = translatable("no result");
   }
   const auto result = hasResult ? values.lastSpeedTest.front() : SpeedTestResult{};
   if (m_command.isJson) {
@@ -202,7 +204,7 @@ ExitStatus Control::speedTestResult() const {
   if (failure.empty()) {
     return printLine(speedTestText(result));
   }
-  complain("the speed test failed: " + failure);
+  complain(filled(translated("the speed test failed: %1"), {translatedReason(failure)}));
   return ExitStatus::failure;
 }
 

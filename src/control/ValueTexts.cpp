@@ -2,9 +2,11 @@
 
 #include "base/DisplayText.h"
 #include "base/NumberText.h"
+#include "base/Translation.h"
 #include "base/Utf8.h"
 #include "control/JsonText.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tidewell {
@@ -16,11 +18,9 @@ constexpr const char* degraded = "degraded";
 constexpr const char* down = "down";
 constexpr const char* degradedColour = "#f0a020";
 constexpr const char* downColour = "#e04040";
-constexpr const char* notRunning = "not running";
-constexpr const char* notResponding = "not responding";
 constexpr const char* ellipsis = "…";
 constexpr std::uint32_t firstWide = 0x2E80;
-constexpr int rateWidth = 10;
+constexpr std::size_t rateWidth = 10;
 
 template <class Value> Value newest(const ResidentValues& values, const char* argument) {
   Value found{};
@@ -43,9 +43,11 @@ std::string status(const ResidentValues& values) { return displayText(values.of(
 /// "excellent, latency 12.3 ms, jitter 0.4 ms, loss 0 %".
 std::string measurements(const ResidentValues& values) {
   const auto latency = newest<double>(values, "latency");
-  return status(values) + ", latency " + (latency > 0 ? fixedText(latency, 1) + " ms" : "—") +
-         ", jitter " + fixedText(newest<double>(values, "jitter"), 1) + " ms, loss " +
-         fixedText(newest<double>(values, "loss"), 0) + " %";
+  return filled(translated("%1, latency %2, jitter %3 ms, loss %4 %"),
+                {translated(status(values).c_str()),
+                 latency > 0 ? fixedText(latency, 1) + " ms" : "—",
+                 fixedText(newest<double>(values, "jitter"), 1),
+                 fixedText(newest<double>(values, "loss"), 0)});
 }
 
 void replaceAll(std::string& text, std::string_view found, std::string_view replacement) {
@@ -107,9 +109,32 @@ std::string keyOf(std::string name) {
   return name;
 }
 
-std::string rightAligned(const std::string& text) {
-  const auto width = static_cast<std::size_t>(rateWidth);
-  return text.size() < width ? std::string(width - text.size(), ' ') + text : text;
+struct Cell {
+  std::size_t bytes;
+  std::size_t columns;
+};
+
+/// The first character of a text that is not empty.
+Cell firstCell(std::string_view text) {
+  const auto character = firstCharacter(text);
+  return {character ? character->size : 1,
+          character && character->codePoint >= firstWide ? 2U : 1U};
+}
+
+std::size_t columnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const Cell cell = firstCell(text);
+    columns += cell.columns;
+    text.remove_prefix(cell.bytes);
+  }
+  return columns;
+}
+
+/// The text in at least so many columns of a terminal.
+std::string rightAligned(const std::string& text, std::size_t width) {
+  const std::size_t own = columnsOf(text);
+  return own < width ? std::string(width - own, ' ') + text : text;
 }
 
 } // namespace
@@ -119,9 +144,9 @@ std::string statusLine(Presence presence, const ResidentValues& values) {
   case Presence::present:
     return label(values) + ", " + measurements(values);
   case Presence::silent:
-    return notResponding;
+    return translated("not responding");
   default:
-    return notRunning;
+    return translated("not running");
   }
 }
 
@@ -160,12 +185,18 @@ std::string followLine(FollowFormat format, Presence presence, const ResidentVal
 }
 
 std::string processTable(const ResidentValues& values, std::size_t columns) {
-  std::string table =
-      fitted(rightAligned("DOWNLOAD") + rightAligned("UPLOAD") + "  PROGRAM", columns);
+  const std::string download = translated("DOWNLOAD");
+  const std::string upload = translated("UPLOAD");
+  const std::size_t first = std::max(rateWidth, columnsOf(download));
+  const std::size_t second = std::max(rateWidth, columnsOf(upload) + 2);
+  std::string table = fitted(rightAligned(download, first) + rightAligned(upload, second) + "  " +
+                                 translated("PROGRAM"),
+                             columns);
   for (const ProcessUsage& process : values.processes) {
-    const std::string row = rightAligned(ProcessUsage::formatBytes(process.downloadBytesPerSec)) +
-                            rightAligned(ProcessUsage::formatBytes(process.uploadBytesPerSec)) +
-                            "  " + displayText(process.name);
+    const std::string row =
+        rightAligned(ProcessUsage::formatBytes(process.downloadBytesPerSec), first) +
+        rightAligned(ProcessUsage::formatBytes(process.uploadBytesPerSec), second) + "  " +
+        displayText(process.name);
     table += "\n" + fitted(row, columns);
   }
   return table;
@@ -185,9 +216,9 @@ std::string processJson(const ResidentValues& values) {
 }
 
 std::string speedTestText(const SpeedTestResult& result) {
-  return "Download " + fixedText(result.downloadMbps, 1) + " Mbit/s\nUpload " +
-         fixedText(result.uploadMbps, 1) + " Mbit/s\nResponsiveness " +
-         jsonText(result.responsiveness) + " RPM";
+  return filled(translated("Download %1 Mbit/s\nUpload %2 Mbit/s\nResponsiveness %3 RPM"),
+                {fixedText(result.downloadMbps, 1), fixedText(result.uploadMbps, 1),
+                 jsonText(result.responsiveness)});
 }
 
 std::string speedTestJson(const SpeedTestResult& result, const std::string& failure) {
@@ -209,12 +240,12 @@ std::string fitted(std::string_view text, std::size_t columns) {
   std::size_t width = 0;
   std::size_t kept = 0; // bytes that leave a column for the ellipsis
   for (std::size_t at = 0; at < text.size();) {
-    const auto character = firstCharacter(text.substr(at));
-    width += character && character->codePoint >= firstWide ? 2 : 1;
+    const Cell cell = firstCell(text.substr(at));
+    width += cell.columns;
     if (columns != 0 && width > columns) {
       return std::string(text.substr(0, kept)) + ellipsis;
     }
-    at += character ? character->size : 1;
+    at += cell.bytes;
     if (width < columns) {
       kept = at;
     }

@@ -1,6 +1,7 @@
 #include "format/MenubarLabel.h"
 
 #include "base/NumberText.h"
+#include "base/Translation.h"
 #include "connectivity/MonitorState.h"
 #include "format/SpeedFormatter.h"
 #include "sampling/SamplerState.h"
@@ -12,19 +13,20 @@ namespace {
 const char* statusName(NetworkStatus status) {
   switch (status) {
   case NetworkStatus::excellent:
-    return "Excellent";
+    return translated("Excellent");
   case NetworkStatus::good:
-    return "Good";
+    return translated("Good");
   case NetworkStatus::degraded:
-    return "Degraded";
+    return translated("Degraded");
   case NetworkStatus::down:
     break;
   }
-  return "Down";
+  return translated("Down");
 }
 
 std::string latencyText(double latencyMs) {
-  return latencyMs > 0.0 ? "Latency " + fixedText(latencyMs, 1) + " ms" : "Latency —";
+  return latencyMs > 0.0 ? filled(translated("Latency %1 ms"), {fixedText(latencyMs, 1)})
+                         : translated("Latency —");
 }
 
 } // namespace
@@ -45,8 +47,10 @@ ItemTexts itemTexts(const SamplerState& sampler, const MonitorState& monitor,
                     const AppSettings& settings) {
   return {MenubarLabel(sampler, monitor, settings).menubarString(),
           statusName(sampler.currentStatus()),
-          "Download " + SpeedFormatter::format(sampler.currentDownloadBytesPerSec.get()),
-          "Upload " + SpeedFormatter::format(sampler.currentUploadBytesPerSec.get()),
+          filled(translated("Download %1"),
+                 {SpeedFormatter::format(sampler.currentDownloadBytesPerSec.get())}),
+          filled(translated("Upload %1"),
+                 {SpeedFormatter::format(sampler.currentUploadBytesPerSec.get())}),
           latencyText(sampler.latencyMs.get())};
 }
 

@@ -1,5 +1,7 @@
 #include "sampling/NetworkStatus.h"
 
+#include "base/Translation.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -7,7 +9,9 @@
 namespace tidewell {
 namespace {
 
-constexpr std::array<std::string_view, 4> statusNames = {"excellent", "good", "degraded", "down"};
+constexpr std::array<std::string_view, 4> statusNames = {
+    translatable("excellent"), translatable("good"), translatable("degraded"),
+    translatable("down")};
 
 } // namespace
 

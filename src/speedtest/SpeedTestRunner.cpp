@@ -2,6 +2,7 @@
 
 #include "base/Clock.h"
 #include "base/IfMemoryAllows.h"
+#include "base/Translation.h"
 #include "base/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/Platform.h"
@@ -54,9 +55,9 @@ void SpeedTestRunner::finish(const std::optional<SpeedTestResult>& result,
     lastMeasured.set(result);
     failure.set({});
   } else if (result) {
-    failure.set(reason.empty() ? "nothing was measured" : reason);
+    failure.set(reason.empty() ? translatable("nothing was measured") : reason);
   } else {
-    failure.set("the measuring program could not be started");
+    failure.set(translatable("the measuring program could not be started"));
   }
   lastResult.set(result);
   isRunning.set(false);

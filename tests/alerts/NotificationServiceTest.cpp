@@ -5,6 +5,7 @@
 #include "support/FakeLoginItem.h"
 #include "support/FakeMachine.h"
 #include "support/FakePreferencesStore.h"
+#include "support/Language.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,15 @@ TEST_F(NotificationServiceTest, LetsTheRestoredNoticeBreakTheQuietAndRestartIt) 
   pass(21.0);
   dropSpeed();
   EXPECT_EQ(sent().back(), "speed-drop");
+}
+
+TEST_F(NotificationServiceTest, WritesNoticesInTheUsersLanguage) {
+  const Language language(TIDEWELL_CATALOGUES, "ja");
+  service.notifySpeedDrop(1.25, 5.0);
+  ASSERT_EQ(center.requests.size(), 1U);
+  EXPECT_EQ(center.requests[0].title, "速度がしきい値を下回りました");
+  EXPECT_EQ(center.requests[0].body,
+            "ダウンロード速度が 1.2 Mbps に低下しました（しきい値: 5 Mbps）");
 }
 
 TEST_F(NotificationServiceTest, SendsNothingWhileSwitchedOffAndKeepsItsClock) {

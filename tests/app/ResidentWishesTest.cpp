@@ -1,4 +1,6 @@
 #include "app/ResidentShellCase.h"
+#include "bus/ResidentInterface.h"
+#include "support/Language.h"
 
 namespace tidewell::test {
 namespace {
@@ -165,6 +167,47 @@ TEST_F(ResidentWishesTest, CopiesThePublicAddressAndTheLocalOneWhileThatIsNotKno
   ASSERT_EQ(requests.size(), 2U);
   EXPECT_EQ(requests[0].text, "192.168.1.20");
   EXPECT_EQ(requests[1].text, "203.0.113.7");
+}
+
+TEST_F(ResidentWishesTest, SpeaksTheUsersLanguageToTheUserAndEnglishToPrograms) {
+  const Language language(TIDEWELL_CATALOGUES, "de");
+  startBoth();
+  const char* labels[] = {"Ausgezeichnet", "Download 0 KB/s", "Upload 0 KB/s", "Latenz —"};
+  for (int row = 1; row <= 4; ++row) {
+    EXPECT_EQ(rowOf(labels[row - 1]), row);
+  }
+  EXPECT_EQ(rowOf("Beenden"), 12);
+  choose("Speedtest");
+  EXPECT_EQ(speedTests, 1);
+  const auto reply = call(residentInterface::path, "org.freedesktop.DBus.Properties", "Get", "ss",
+                          residentInterface::name, "Status");
+  const char* status = "";
+  ASSERT_TRUE(reply);
+  sd_bus_message_read(reply.get(), "v", "s", &status);
+  EXPECT_EQ(std::string(status), "excellent");
+}
+
+TEST_F(ResidentWishesTest, NamesTheRowThatCopiesForProgramsThatCopyThemselves) {
+  startBoth();
+  constexpr const char* action = "x-tidewell-action";
+  const auto reply = call(menu, menuInterface, "GetProperty", "is", rowOf("Copy IP"), action);
+  const char* name = "";
+  ASSERT_TRUE(reply);
+  sd_bus_message_read(reply.get(), "v", "s", &name);
+  EXPECT_EQ(std::string(name), "copy");
+  EXPECT_FALSE(call(menu, menuInterface, "GetProperty", "is", rowOf("Open"), action));
+  // The shell's extension reads all properties at once.
+  const auto layout = call(menu, menuInterface, "GetLayout", "iias", rowOf("Copy IP"), 0, 0);
+  ASSERT_TRUE(layout);
+  ASSERT_GE(sd_bus_message_skip(layout.get(), "u"), 0);
+  int id = 0;
+  const char* values[] = {"", "", "", ""};
+  ASSERT_GT(sd_bus_message_enter_container(layout.get(), 'r', "ia{sv}av"), 0);
+  ASSERT_GT(sd_bus_message_read(layout.get(), "ia{sv}", &id, 2, &values[0], "s", &values[1],
+                                &values[2], "s", &values[3]),
+            0);
+  EXPECT_EQ(std::string(values[2]), action);
+  EXPECT_EQ(std::string(values[3]), "copy");
 }
 
 } // namespace

@@ -73,7 +73,7 @@ class Comparison(unittest.TestCase):
         rows = {name: list(map(float, re.findall(r"\| ([\d.]+)", line))) for name, line in re.findall(
             r"^\| (Tidewell[^|]*?) (\|.*)$", blocks["programs"], re.MULTILINE)}
         self.assertEqual(len(rows), 4)
-        for file in ("README.md", "packaging/com.halden.Tidewell.metainfo.xml"):
+        for file in ("README.md", "packaging/com.halden.Tidewell.metainfo.xml.in"):
             self.assertRegex((ROOT / file).read_text(), r"about two\s+megabytes of\s+memory")
         processor, _, memory, *_ = rows["Tidewell, as installed"]
         self.assertEqual(round(memory), 2)

@@ -1,5 +1,7 @@
 #include "platform/linux/files/AutostartLoginItem.h"
 
+#include "platform/linux/files/FilePath.h"
+
 #include "support/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

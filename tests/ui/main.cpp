@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLocale>
 
+#include <clocale>
 #include <ctime>
 
 // Fixes everything that could make two machines draw differently, before Qt reads it.
@@ -20,5 +21,6 @@ int main(int argc, char** argv) {
   ::tzset();
   QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
   const QApplication application(argc, argv);
+  std::setlocale(LC_MESSAGES, "C"); // the toolkit has set the developer's
   return RUN_ALL_TESTS();
 }

@@ -1,5 +1,7 @@
 #include "helpers/networkQuality/LineRun.h"
 
+#include "base/Translation.h"
+
 #include <algorithm>
 
 namespace tidewell {
@@ -72,7 +74,7 @@ void LineRun::open() {
 void LineRun::endInterval(Seconds now) {
   m_measurement.endInterval(now, moved());
   if (m_measurement.isStalled()) {
-    m_failure = "the line moves nothing any more";
+    m_failure = translatable("the line moves nothing any more");
     return;
   }
   const std::size_t wanted = m_measurement.connections();

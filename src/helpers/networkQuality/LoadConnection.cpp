@@ -1,5 +1,7 @@
 #include "helpers/networkQuality/LoadConnection.h"
 
+#include "base/Translation.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -93,7 +95,7 @@ void LoadConnection::tune(Seconds now) {
   if (progress != m_progressThen) {
     m_silentSince = now;
   } else if (now - m_silentSince > longestSilence && !m_failure) {
-    m_failure = "the server moves nothing any more";
+    m_failure = translatable("the server moves nothing any more");
   }
   if (m_direction == Direction::upload && m_tally.isOpen()) {
     adaptBuffers(static_cast<double>(bytes - m_movedThen) / (now - m_tunedAt));
@@ -143,17 +145,17 @@ std::optional<std::string> LoadConnection::endFailure() const {
   const auto failure = m_load.failure();
   if (m_direction == Direction::download) {
     const bool isShort = m_load.amount(CURLINFO_SIZE_DOWNLOAD_T) < leastDownload;
-    return failure || !isShort
-               ? failure
-               : std::optional("the server's large download is too short to measure by");
+    return failure || !isShort ? failure
+                               : std::optional<std::string>(translatable(
+                                     "the server's large download is too short to measure by"));
   }
   const curl_off_t sent = m_load.amount(CURLINFO_SIZE_UPLOAD_T);
   if (m_load.wasReset() && sent >= nearlyAllUploaded) {
     return std::nullopt;
   }
-  return failure || sent >= uploadBytes
-             ? failure
-             : std::optional("the server does not take what is sent to it");
+  return failure || sent >= uploadBytes ? failure
+                                        : std::optional<std::string>(translatable(
+                                              "the server does not take what is sent to it"));
 }
 
 std::size_t LoadConnection::onRead(char* buffer, std::size_t one, std::size_t size, void* self) {

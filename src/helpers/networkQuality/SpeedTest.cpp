@@ -1,5 +1,6 @@
 #include "helpers/networkQuality/SpeedTest.h"
 
+#include "base/Translation.h"
 #include "helpers/networkQuality/LineRun.h"
 #include "platform/linux/files/FilePath.h"
 #include "platform/linux/files/FileReading.h"
@@ -46,14 +47,15 @@ std::optional<TestServer> SpeedTest::chooseServer() {
   }
   auto server = fetchServer(document);
   if (m_failure) {
-    m_failure = "the configuration document is of no use: " + *m_failure;
+    m_failure =
+        std::string(translatable("the configuration document is of no use")) + ": " + *m_failure;
   }
   return server;
 }
 
 std::optional<TestServer> SpeedTest::fetchServer(const std::string& document) {
   if (!httpsHost(document)) {
-    m_failure = "its address has to begin with https:// and name a host";
+    m_failure = translatable("its address has to begin with https:// and name a host");
     return std::nullopt;
   }
   const Destination destination({});
@@ -68,7 +70,7 @@ std::optional<TestServer> SpeedTest::fetchServer(const std::string& document) {
   }
   auto server = parseServerDocument(transfer.body());
   if (!server) {
-    m_failure = "it does not name three addresses of one server";
+    m_failure = translatable("it does not name three addresses of one server");
   }
   return server;
 }

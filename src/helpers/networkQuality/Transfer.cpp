@@ -1,5 +1,7 @@
 #include "helpers/networkQuality/Transfer.h"
 
+#include "base/Translation.h"
+
 #include <string_view>
 
 #include <openssl/ssl.h>
@@ -18,22 +20,22 @@ template <class Value> void set(CURL* handle, CURLoption option, Value value) {
 std::string textOf(CURLcode code) {
   switch (code) {
   case CURLE_COULDNT_RESOLVE_HOST:
-    return "the server's name leads nowhere";
+    return translatable("the server's name leads nowhere");
   case CURLE_COULDNT_CONNECT:
-    return "the server cannot be reached";
+    return translatable("the server cannot be reached");
   case CURLE_OPERATION_TIMEDOUT:
-    return "the server does not answer in time";
+    return translatable("the server does not answer in time");
   case CURLE_PEER_FAILED_VERIFICATION:
-    return "the server cannot prove who it is";
+    return translatable("the server cannot prove who it is");
   case CURLE_PARTIAL_FILE:
   case CURLE_GOT_NOTHING:
   case CURLE_RECV_ERROR:
   case CURLE_SEND_ERROR:
-    return "the server breaks the connection off";
+    return translatable("the server breaks the connection off");
   case CURLE_URL_MALFORMAT:
-    return "no authorities are known that a server could be checked against";
+    return translatable("no authorities are known that a server could be checked against");
   default:
-    return std::string("the transfer fails: ") + curl_easy_strerror(code);
+    return std::string(translatable("the transfer fails")) + ": " + curl_easy_strerror(code);
   }
 }
 
@@ -78,16 +80,16 @@ std::optional<std::string> Transfer::failure() const {
   const long kind = status() / 100;
   const bool isHttp2 = number(CURLINFO_HTTP_VERSION) == CURL_HTTP_VERSION_2_0;
   if (status() != 0 && !isHttp2 && !m_allowsHttp1) {
-    return "the server does not speak HTTP/2";
+    return translatable("the server does not speak HTTP/2");
   }
   if (kind == 3) {
-    return "the server redirects to another place";
+    return translatable("the server redirects to another place");
   }
   if (kind > 3) {
-    return "the server refuses with status " + std::to_string(status());
+    return std::string(translatable("the server refuses")) + ": status " + std::to_string(status());
   }
   if (m_isTooLong) {
-    return "the server's reply is too long";
+    return translatable("the server's reply is too long");
   }
   return m_code == CURLE_OK ? std::nullopt : std::optional(textOf(m_code));
 }

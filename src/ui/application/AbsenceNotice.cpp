@@ -1,6 +1,8 @@
 #include "ui/application/AbsenceNotice.h"
 
+#include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -14,8 +16,17 @@ namespace {
 constexpr int noticeHeight = 20;
 constexpr int margin = 4;
 constexpr int radius = 6;
+// The notice lets the pointer through, so it has no tool tip.
+constexpr int smallestTextSize = 7;
 
-QString text() { return QStringLiteral("Tidewell has stopped. Waiting for it to come back."); }
+TextStyle textStyle() {
+  return {.font = TWFont::caption(),
+          .color = TWColor::red,
+          .alignment = Qt::AlignHCenter,
+          .smallestPixelSize = smallestTextSize};
+}
+
+QString text() { return translatedText("Tidewell has stopped. Waiting for it to come back."); }
 
 } // namespace
 
@@ -34,9 +45,8 @@ AbsenceNotice::AbsenceNotice(Published<bool>& isThere, Edge edge, QWidget* windo
 void AbsenceNotice::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
   fillRounded(painter, rect(), radius, TWColor::redDim);
-  painter.setPen(TWColor::red);
-  painter.setFont(TWFont::caption());
-  painter.drawText(rect(), Qt::AlignCenter, text());
+  const int top = (height() - lineHeight(textStyle())) / 2;
+  drawLine(painter, rect().adjusted(radius, top, -radius, 0), text(), textStyle());
 }
 
 bool AbsenceNotice::eventFilter(QObject* watched, QEvent* event) {

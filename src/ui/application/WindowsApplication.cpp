@@ -3,6 +3,7 @@
 #include "bus/ResidentInterface.h"
 #include "ui/application/AbsenceNotice.h"
 #include "ui/application/WindowHints.h"
+#include "ui/components/ShownText.h"
 #include "ui/detail/DetailWindowView.h"
 #include "ui/item/OwnItem.h"
 #include "ui/settings/SettingsView.h"
@@ -171,8 +172,8 @@ void WindowsApplication::sayNotCopied() {
       QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("Notify"));
   constexpr int serversExpiry = -1;
   notice << QStringLiteral("Tidewell") << 0U << QStringLiteral("com.halden.Tidewell")
-         << QStringLiteral("The address was not copied")
-         << QStringLiteral("Here only the active window can copy. Use Copy IP in the panel.")
+         << translatedText("The address was not copied")
+         << translatedText("Here only the active window can copy. Use Copy IP in the panel.")
          << QStringList() << QVariantMap() << serversExpiry;
   m_bus.send(notice);
 }

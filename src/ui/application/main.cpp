@@ -1,3 +1,5 @@
+#include "platform/linux/files/Catalogue.h"
+#include "platform/linux/files/FilePath.h"
 #include "platform/linux/process/Confinement.h"
 #include "ui/application/WindowsApplication.h"
 #include "ui/placement/Display.h"
@@ -7,7 +9,6 @@
 #include <QDBusConnection>
 #include <QPalette>
 
-#include <clocale>
 #include <csignal>
 #include <iostream>
 #include <string>
@@ -54,8 +55,7 @@ int main(int argumentCount, char** arguments) {
   palette.setColor(QPalette::Window, tidewell::TWColor::surface);
   palette.setColor(QPalette::WindowText, tidewell::TWColor::text);
   QApplication::setPalette(palette);
-  static_cast<void>(std::setlocale(
-      LC_MESSAGES, "C")); // the reasons of the system, like everything in the windows
+  tidewell::loadCatalogue(tidewell::catalogueDirectory(resident)); // after the toolkit set a locale
   tidewell::WindowsApplication windows(QDBusConnection::sessionBus(), resident);
   if (!tidewell::ResidentSocket::isThere()) {
     windows.handle(requestOf(QApplication::arguments()));

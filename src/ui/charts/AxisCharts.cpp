@@ -32,7 +32,7 @@ constexpr double areaOpacity = 0.25;
 constexpr double downloadWidth = 2.0;
 constexpr double uploadWidth = 1.5;
 
-QString bandwidthTitle() { return QStringLiteral("Bandwidth Over Time"); }
+QString bandwidthTitle() { return translatedText("Bandwidth Over Time"); }
 
 constexpr int latencyHeight = 150;
 constexpr double latencyWidth = 1.5;
@@ -132,9 +132,9 @@ void AxisChart::speak() {
       texts << part.text;
     }
     const QString spoken = texts.join(QStringLiteral(", "))
-                               .replace(downArrow(), QStringLiteral("download "))
-                               .replace(upArrow(), QStringLiteral("upload "));
-    description = QStringLiteral("At the pointer: %1. ").arg(spoken) + description;
+                               .replace(downArrow(), translatedText("download") + u' ')
+                               .replace(upArrow(), translatedText("upload") + u' ');
+    description = translatedText("At the pointer: %1. ").arg(spoken) + description;
   }
   setSpoken(m_words.title, description);
 }
@@ -199,14 +199,14 @@ void LatencyChart::setSnapshots(const SnapshotList& snapshots) {
     m_latency.push_back(snapshot->latencyMs());
   }
   const ValueAxis axis(ChartCurve::largest(m_latency), leastMilliseconds);
-  setSamples(snapshots, axis, {QStringLiteral("Latency Over Time"), summary()});
+  setSamples(snapshots, axis, {translatedText("Latency Over Time"), summary()});
 }
 
 QString LatencyChart::summary() const {
   if (m_latency.empty()) {
     return noSamplesText();
   }
-  return QStringLiteral("Current %1 ms, peak %2 ms.")
+  return translatedText("Current %1 ms, peak %2 ms.")
       .arg(spokenValue(figureText(m_latency.back(), 0)),
            figureText(ChartCurve::largest(m_latency), 0));
 }

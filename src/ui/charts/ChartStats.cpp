@@ -1,6 +1,7 @@
 #include "ui/charts/ChartStats.h"
 
 #include "base/Checked.h"
+#include "base/Translation.h"
 #include "ui/charts/ThroughputFigures.h"
 #include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
@@ -16,13 +17,13 @@ constexpr int spacing = 12;
 constexpr double radius = 8.0;
 
 StatFigure chartStatCard(const char* label, const QString& value) {
-  return {QString::fromLatin1(label), value, {}, TWColor::text};
+  return {QString::fromUtf8(label), value, {}, TWColor::text};
 }
 
 } // namespace
 
 ChartStats::ChartStats(QWidget* parent)
-    : SpokenGroup(QAccessible::Grouping, QStringLiteral("Statistics"), parent),
+    : SpokenGroup(QAccessible::Grouping, translatedText("Statistics"), parent),
       m_cards{new StatCell(this), new StatCell(this), new StatCell(this), new StatCell(this)} {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -34,15 +35,15 @@ ChartStats::ChartStats(QWidget* parent)
 }
 
 void ChartStats::setCurrent(std::int64_t downloadBytesPerSec) {
-  m_cards[0]->setFigure(chartStatCard("Current", rateText(downloadBytesPerSec)));
+  m_cards[0]->setFigure(chartStatCard(translated("Current"), rateText(downloadBytesPerSec)));
 }
 
 void ChartStats::setSnapshots(const SnapshotList& snapshots) {
   const std::int64_t average = checkedTruncate(averageDownloadBytes(snapshots));
-  m_cards[1]->setFigure(chartStatCard("Average", rateText(average)));
-  m_cards[2]->setFigure(chartStatCard("Peak", rateText(peakDownloadBytes(snapshots))));
+  m_cards[1]->setFigure(chartStatCard(translated("Average"), rateText(average)));
+  m_cards[2]->setFigure(chartStatCard(translated("Peak"), rateText(peakDownloadBytes(snapshots))));
   m_cards[3]->setFigure(
-      chartStatCard("Total", QString::fromStdString(totalTransferred(snapshots))));
+      chartStatCard(translated("Total"), QString::fromStdString(totalTransferred(snapshots))));
 }
 
 void ChartStats::paintEvent(QPaintEvent* /*event*/) {

@@ -31,8 +31,8 @@ constexpr int tagSidePadding = 8;
 constexpr int tagEdgePadding = 2;
 constexpr double tagRadius = 4.0;
 
-QString titleText() { return QStringLiteral("Bandwidth (last 5 min)"); }
-QString tagText() { return QStringLiteral("Live"); }
+QString titleText() { return translatedText("Bandwidth (last 5 min)"); }
+QString tagText() { return translatedText("Live"); }
 
 TextStyle titleStyle() { return {TWFont::standard(12, QFont::Medium), TWColor::textSecondary}; }
 
@@ -87,8 +87,14 @@ void MiniGraphView::paintHeader(QPainter& painter) const {
   drawLine(painter, tag.adjusted(tagSidePadding, tagEdgePadding, -tagSidePadding, 0.0), tagText(),
            tagStyle());
   const int titleTop = (headerHeight() - lineHeight(titleStyle())) / 2;
-  drawLine(painter, QRectF(0.0, titleTop, tag.left(), headerHeight()), titleText(), titleStyle());
+  drawLine(painter, QRectF(0.0, titleTop, titleWidth(), headerHeight()), titleText(), titleStyle());
 }
+
+double MiniGraphView::titleWidth() const {
+  return width() - std::ceil(lineWidth(tagText(), tagStyle())) - 2 * tagSidePadding;
+}
+
+QString MiniGraphView::cutText() const { return ifCut(titleText(), titleStyle(), titleWidth()); }
 
 void MiniGraphView::paintChart(QPainter& painter) const {
   const QRectF plot = QRectF(chart()).adjusted(plotInset, plotInset, -plotInset, -plotInset);

@@ -22,8 +22,10 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
+  [[nodiscard]] double titleWidth() const;
   void paintHeader(QPainter& painter) const;
   void paintChart(QPainter& painter) const;
 

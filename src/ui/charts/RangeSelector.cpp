@@ -58,12 +58,13 @@ void RangeButton::paintEvent(QPaintEvent* /*event*/) {
 }
 
 RangeSelector::RangeSelector(QWidget* parent)
-    : SpokenGroup(QAccessible::Grouping, QStringLiteral("Time range"), parent) {
+    : SpokenGroup(QAccessible::Grouping, translatedText("Time range"), parent) {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(spacing);
   for (const TimeRange range : allTimeRanges) {
-    auto* const button = new RangeButton(shownText(rawValue(range)), this);
+    auto* const button =
+        new RangeButton(translatedText(std::string(rawValue(range)).c_str()), this);
     button->setChecked(range == m_selection);
     connect(button, &QRadioButton::toggled, this, [this, range](bool isChosen) {
       if (isChosen) {

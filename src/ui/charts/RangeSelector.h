@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Translation.h"
 #include "ui/components/AccessibleWidgets.h"
 #include "ui/components/Buttons.h"
 
@@ -16,9 +17,10 @@ enum class TimeRange { fiveMin, oneHour, twentyFourHour, sevenDay };
 inline constexpr std::array<TimeRange, 4> allTimeRanges = {
     TimeRange::fiveMin, TimeRange::oneHour, TimeRange::twentyFourHour, TimeRange::sevenDay};
 
-/// The text of the button: "5m", "1h", "24h" or "7d".
+/// The text of the button in English: "5m", "1h", "24h" or "7d".
 [[nodiscard]] constexpr std::string_view rawValue(TimeRange range) {
-  constexpr std::array<std::string_view, 4> texts = {"5m", "1h", "24h", "7d"};
+  constexpr std::array<std::string_view, 4> texts = {translatable("5m"), translatable("1h"),
+                                                     translatable("24h"), translatable("7d")};
   return texts.at(static_cast<std::size_t>(range));
 }
 

@@ -22,25 +22,25 @@ QString direction(const SnapshotList& snapshots, Rate rate) {
   }
   // As doubles, the largest rates round up to values that no integer holds.
   const bool fits = average < static_cast<double>(peak);
-  return QStringLiteral("current %1, average %2, peak %3")
+  return translatedText("current %1, average %2, peak %3")
       .arg(rateText((*snapshots.back().*rate)()),
            rateText(fits ? static_cast<std::int64_t>(average) : peak), rateText(peak));
 }
 
 } // namespace
 
-QString noSamplesText() { return QStringLiteral("No samples yet"); }
+QString noSamplesText() { return translatedText("No samples yet"); }
 
 QString withScale(const QString& summary, const QString& top) {
   return summary == noSamplesText() ? summary
-                                    : QStringLiteral("%1 Scale from 0 to %2.").arg(summary, top);
+                                    : translatedText("%1 Scale from 0 to %2.").arg(summary, top);
 }
 
 QString graphSummary(const SnapshotList& snapshots) {
   if (snapshots.empty()) {
     return noSamplesText();
   }
-  return QStringLiteral("Download: %1. Upload: %2.")
+  return translatedText("Download: %1. Upload: %2.")
       .arg(direction(snapshots, &NetworkSnapshot::downloadBytesPerSec),
            direction(snapshots, &NetworkSnapshot::uploadBytesPerSec));
 }

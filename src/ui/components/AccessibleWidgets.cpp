@@ -5,7 +5,6 @@
 #include "ui/tokens/TWColor.h"
 
 #include <QAccessibleWidget>
-#include <QHelpEvent>
 #include <QPainter>
 
 namespace tidewell {
@@ -55,8 +54,7 @@ void PaintedWidget::contentChanged() {
 void PaintedWidget::resizeEvent(QResizeEvent* /*event*/) { setToolTip(cutText()); }
 
 bool PaintedWidget::event(QEvent* event) {
-  if (event->type() == QEvent::ToolTip && !toolTip().isEmpty()) {
-    ToolTip::show(*this, static_cast<QHelpEvent*>(event)->pos());
+  if (event->type() == QEvent::ToolTip && ToolTip::showFor(*this, *event)) {
     return true;
   }
   if (event->type() == QEvent::ToolTipChange) {

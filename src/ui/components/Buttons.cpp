@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ToolTip.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -17,15 +18,18 @@
 namespace tidewell {
 namespace {
 
-// Makes Return and Enter press a button, as Space does.
-class ReturnKey final : public QObject {
+// Makes Return and Enter press a button, as Space does, and shows its tool tip in the window.
+class ButtonEvents final : public QObject {
 public:
-  explicit ReturnKey(QAbstractButton* button) : QObject(button) {
+  explicit ButtonEvents(QAbstractButton* button) : QObject(button) {
     button->installEventFilter(this);
   }
 
 protected:
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::ToolTip) {
+      return ToolTip::showFor(*static_cast<QWidget*>(parent()), *event);
+    }
     if (event->type() != QEvent::KeyPress) {
       return false;
     }
@@ -40,7 +44,7 @@ protected:
 
 // Not focused by a click, which would leave the focus ring behind.
 void prepare(QAbstractButton* button, Qt::FocusPolicy policy = Qt::TabFocus) {
-  new ReturnKey(button);
+  new ButtonEvents(button);
   button->setFocusPolicy(policy);
   button->setAttribute(Qt::WA_Hover);
 }
@@ -68,6 +72,8 @@ public:
 
 constexpr int actionPadding = 10;
 constexpr int actionSpacing = 3;
+constexpr int smallestActionSize = 8;
+constexpr int actionInset = 2; // keeps long labels apart
 constexpr double stateInset = 3.0;
 constexpr double stateRadius = 6.0;
 constexpr double focusWidth = 1.5;
@@ -75,7 +81,8 @@ constexpr double focusWidth = 1.5;
 TextStyle actionStyle() {
   return {.font = TWFont::standard(10, QFont::Medium),
           .color = TWColor::textSecondary,
-          .alignment = Qt::AlignHCenter};
+          .alignment = Qt::AlignHCenter,
+          .smallestPixelSize = smallestActionSize};
 }
 
 constexpr int textSidePadding = 14;
@@ -108,7 +115,13 @@ void ActionButton::setFace(Icon icon, const QString& label) {
   }
   m_icon = icon;
   setText(label); // also its accessible name
+  setToolTip(ifCut(text(), actionStyle(), width() - 2 * actionInset));
   update();
+}
+
+void ActionButton::resizeEvent(QResizeEvent* event) {
+  setToolTip(ifCut(text(), actionStyle(), width() - 2 * actionInset));
+  QPushButton::resizeEvent(event);
 }
 
 QSize ActionButton::sizeHint() const {
@@ -133,7 +146,7 @@ void ActionButton::paintEvent(QPaintEvent* /*event*/) {
   const int left = (width() - iconEdge) / 2;
   drawIcon(painter, m_icon, QPointF(left, actionPadding), TWColor::textSecondary);
   const int labelTop = actionPadding + iconEdge + actionSpacing;
-  drawLine(painter, rect().adjusted(0, labelTop, 0, 0), text(), actionStyle());
+  drawLine(painter, rect().adjusted(actionInset, labelTop, -actionInset, 0), text(), actionStyle());
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {

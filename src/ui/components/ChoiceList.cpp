@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ToolTip.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -9,6 +10,9 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
 
 namespace tidewell {
 namespace {
@@ -24,6 +28,7 @@ constexpr int edgePadding = 6;
 constexpr int sidePadding = 10;
 constexpr int chevronWidth = 8;
 constexpr int spacing = 4;
+constexpr int textWidth = ChoiceList::listWidth - 2 * sidePadding - chevronWidth - spacing;
 constexpr double chevronHeight = 4.0;
 constexpr double chevronPen = 1.4;
 constexpr double radius = 6.0;
@@ -70,6 +75,13 @@ ChoiceList::ChoiceList(const QStringList& choices, QWidget* parent) : QComboBox(
   addItems(choices);
   setCurrentIndex(-1);
   setItemDelegate(new ChoiceListItem(this));
+  double widest = 0.0;
+  for (const QString& choice : choices) {
+    widest = std::max(widest, lineWidth(choice, textStyle()));
+  }
+  view()->setMinimumWidth(static_cast<int>(std::ceil(widest)) + 2 * sidePadding);
+  connect(this, &QComboBox::currentTextChanged, this,
+          [this](const QString& text) { setToolTip(ifCut(text, textStyle(), textWidth)); });
   view()->setPalette(popupPalette());
 }
 
@@ -82,13 +94,19 @@ void ChoiceList::paintEvent(QPaintEvent* /*event*/) {
   // The radius is that of the middle of the outline.
   drawFrame(painter, rect(), radius + 0.5, TWColor::surface3,
             underMouse() ? TWColor::surface3 : TWColor::surface2);
-  const int right = sidePadding + chevronWidth + spacing;
-  drawLine(painter, rect().adjusted(sidePadding, edgePadding, -right, -edgePadding), currentText(),
-           textStyle());
+  drawLine(painter, QRect(sidePadding, edgePadding, textWidth, height() - 2 * edgePadding),
+           currentText(), textStyle());
   drawChevron(painter, {width() - sidePadding - chevronWidth / 2.0, height() / 2.0});
   if (hasFocus()) {
     drawFocusRing(painter, rect(), radius);
   }
+}
+
+bool ChoiceList::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && ToolTip::showFor(*this, *event)) {
+    return true;
+  }
+  return QComboBox::event(event);
 }
 
 void ChoiceList::keyPressEvent(QKeyEvent* event) {

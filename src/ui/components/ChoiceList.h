@@ -32,6 +32,7 @@ public:
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   /// Ignored, so that the page scrolls and the selection does not change.

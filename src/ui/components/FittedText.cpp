@@ -102,6 +102,10 @@ FittedText::FittedText(const QString& wanted, const TextStyle& style, double roo
   isCut = text != wanted;
 }
 
+QString ifCut(const QString& text, const TextStyle& style, double room) {
+  return FittedText(text, style, room).isCut ? text : QString();
+}
+
 double lineWidth(const QString& text, const TextStyle& style) {
   return widthIn(style.font, text, style.isTabular);
 }

@@ -40,6 +40,9 @@ struct FittedText {
   FittedText(const QString& wanted, const TextStyle& style, double room);
 };
 
+/// The text if it has to be cut to fit into this room, otherwise empty: what a tool tip shows.
+[[nodiscard]] QString ifCut(const QString& text, const TextStyle& style, double room);
+
 /// Width of a line in pixels, without the letter spacing after its last letter.
 [[nodiscard]] double lineWidth(const QString& text, const TextStyle& style);
 

@@ -2,6 +2,7 @@
 
 #include "base/DisplayText.h"
 #include "base/NumberText.h"
+#include "base/Translation.h"
 #include "format/SpeedFormatter.h"
 
 #include <QDateTime>
@@ -21,8 +22,10 @@ QString unknownText() { return QStringLiteral("--"); }
 
 QString shownText(std::string_view bytes) { return QString::fromStdString(displayText(bytes)); }
 
+QString translatedText(const char* english) { return QString::fromUtf8(translated(english)); }
+
 QString spokenValue(const QString& value) {
-  return value == unknownText() ? QStringLiteral("unknown") : value;
+  return value == unknownText() ? translatedText("unknown") : value;
 }
 
 QString figureText(double value, int decimals) {

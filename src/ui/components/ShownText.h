@@ -11,6 +11,9 @@ namespace tidewell {
 /// direction become U+FFFD.
 [[nodiscard]] QString shownText(std::string_view bytes);
 
+/// A text of the program in the user's language.
+[[nodiscard]] QString translatedText(const char* english);
+
 /// A value as it is read aloud: "--" is read as "unknown".
 [[nodiscard]] QString spokenValue(const QString& value);
 

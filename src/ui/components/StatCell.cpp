@@ -19,9 +19,12 @@ constexpr int rowSpacing = 4;
 constexpr int unitSpacing = 2;
 constexpr double labelSpacing = 1.0;
 constexpr int smallestValueSize = 10;
+constexpr int smallestLabelSize = 9;
 
 TextStyle labelStyle() {
-  return {withLetterSpacing(TWFont::label(), labelSpacing), TWColor::textTertiary};
+  return {.font = withLetterSpacing(TWFont::label(), labelSpacing),
+          .color = TWColor::textTertiary,
+          .smallestPixelSize = smallestLabelSize};
 }
 
 TextStyle valueStyle(const QColor& color) {
@@ -83,7 +86,10 @@ void StatCell::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString StatCell::cutText() const {
-  const bool isCut = FittedText(m_figure.value, valueStyle({}), valueBox().width()).isCut;
+  if (!ifCut(m_figure.label.toUpper(), labelStyle(), width() - 2 * padding).isEmpty()) {
+    return accessibleName();
+  }
+  const bool isCut = !ifCut(m_figure.value, valueStyle({}), valueBox().width()).isEmpty();
   return isCut ? m_figure.value + u' ' + m_figure.unit : QString();
 }
 

@@ -1,8 +1,10 @@
 #include "ui/components/StatusBadge.h"
 
+#include "base/Translation.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
 #include "ui/components/PulseAnimation.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -28,15 +30,15 @@ struct Look {
 Look lookOf(NetworkStatus status) {
   switch (status) {
   case NetworkStatus::good:
-    return {"Good", TWColor::green, TWColor::greenDim};
+    return {translatable("Good"), TWColor::green, TWColor::greenDim};
   case NetworkStatus::degraded:
-    return {"High Latency", TWColor::yellow, TWColor::yellowDim};
+    return {translatable("High Latency"), TWColor::yellow, TWColor::yellowDim};
   case NetworkStatus::down:
-    return {"No Internet", TWColor::red, TWColor::redDim};
+    return {translatable("No Internet"), TWColor::red, TWColor::redDim};
   case NetworkStatus::excellent:
     break;
   }
-  return {"Excellent", TWColor::green, TWColor::greenDim};
+  return {translatable("Excellent"), TWColor::green, TWColor::greenDim};
 }
 
 TextStyle textStyle(const QColor& color) { return {TWFont::standard(12, QFont::Medium), color}; }
@@ -56,7 +58,7 @@ void StatusBadge::setStatus(NetworkStatus status) {
   }
 }
 
-QString StatusBadge::text() const { return QString::fromLatin1(lookOf(m_status).text); }
+QString StatusBadge::text() const { return translatedText(lookOf(m_status).text); }
 
 void StatusBadge::showStatus() {
   const Look look = lookOf(m_status);
@@ -65,7 +67,7 @@ void StatusBadge::showStatus() {
   setFixedSize(textLeft + textWidth + sidePadding, lineHeight(style) + 2 * edgePadding);
   m_dot->setColors(look.color, look.ground);
   m_dot->move(sidePadding, (height() - PulseDot::edge + 1) / 2);
-  setSpoken(QStringLiteral("Status ") + text());
+  setSpoken(translatedText("Status %1").arg(text()));
   update();
 }
 

@@ -26,8 +26,6 @@ void TextLine::paintEvent(QPaintEvent* /*event*/) {
   drawLine(painter, rect(), m_text, m_style);
 }
 
-QString TextLine::cutText() const {
-  return FittedText(m_text, m_style, width()).isCut ? m_text : QString();
-}
+QString TextLine::cutText() const { return ifCut(m_text, m_style, width()); }
 
 } // namespace tidewell

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFontMetrics>
+#include <QHelpEvent>
 #include <QTextLayout>
 
 #include <algorithm>
@@ -80,6 +81,14 @@ void ToolTip::show(QWidget& owner, const QPoint& place) {
   tip->fit();
   tip->QWidget::show();
   tip->raise();
+}
+
+bool ToolTip::showFor(QWidget& owner, const QEvent& event) {
+  if (owner.toolTip().isEmpty()) {
+    return false;
+  }
+  show(owner, static_cast<const QHelpEvent&>(event).pos());
+  return true;
 }
 
 void ToolTip::textChanged(QWidget& owner) {

@@ -17,6 +17,9 @@ public:
   /// user does something.
   static void show(QWidget& owner, const QPoint& place);
 
+  /// Answers a widget's QEvent::ToolTip. False if the widget has none.
+  static bool showFor(QWidget& owner, const QEvent& event);
+
   /// Shows the new text if the widget's tool tip is shown. An empty one hides it.
   static void textChanged(QWidget& owner);
 

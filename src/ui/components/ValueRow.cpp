@@ -88,7 +88,8 @@ void ValueRow::paintSelection(QPainter& painter) const {
 }
 
 QString ValueRow::cutText() const {
-  return FittedText(m_value, valueStyle(), valueBox().width()).isCut ? m_value : QString();
+  const QString key = ifCut(m_key, keyStyle(), width());
+  return key.isEmpty() ? ifCut(m_value, valueStyle(), valueBox().width()) : accessibleName();
 }
 
 } // namespace tidewell

@@ -3,6 +3,7 @@
 #include "ui/charts/AxisCharts.h"
 #include "ui/charts/ChartStats.h"
 #include "ui/charts/RangeSelector.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/detail/DetailStyles.h"
 #include "ui/detail/RecentReadings.h"
@@ -20,13 +21,13 @@ namespace {
 constexpr int legendSpacing = 16;
 
 QString hintText() {
-  return QStringLiteral("Collecting data... History will appear here after a few seconds.");
+  return translatedText("Collecting data... History will appear here after a few seconds.");
 }
 
 } // namespace
 
 BandwidthSection::BandwidthSection(QWidget* parent)
-    : QWidget(parent), m_heading(makeHeading(QStringLiteral("Bandwidth Over Time"), this)),
+    : QWidget(parent), m_heading(makeHeading(translatedText("Bandwidth Over Time"), this)),
       m_ranges(new RangeSelector(this)), m_chart(new BandwidthChart(this)) {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
@@ -41,8 +42,8 @@ BandwidthSection::BandwidthSection(QWidget* parent)
 
   auto* const legend = new QHBoxLayout;
   legend->setSpacing(legendSpacing);
-  legend->addWidget(new LegendItem(QStringLiteral("Download"), TWColor::accent, this));
-  legend->addWidget(new LegendItem(QStringLiteral("Upload"), TWColor::cyan, this));
+  legend->addWidget(new LegendItem(translatedText("Download"), TWColor::accent, this));
+  legend->addWidget(new LegendItem(translatedText("Upload"), TWColor::cyan, this));
   legend->addStretch();
   column->addLayout(legend);
 }
@@ -54,8 +55,8 @@ void BandwidthSection::setSnapshots(const SnapshotList& snapshots) {
 TimeRange BandwidthSection::timeRange() const { return m_ranges->selection(); }
 
 ProcessesTab::ProcessesTab(TrackerState& tracker, QWidget* parent)
-    : QWidget(parent), m_title(makeHeading(QStringLiteral("Active Processes"), this)),
-      m_empty(makeHint(QStringLiteral("No active network processes detected."), this)),
+    : QWidget(parent), m_title(makeHeading(translatedText("Active Processes"), this)),
+      m_empty(makeHint(translatedText("No active network processes detected."), this)),
       m_list(new ProcessListView(this)) {
   auto* const column = new QVBoxLayout(this);
   column->setSpacing(detailGrid::headingSpacing);
@@ -74,11 +75,11 @@ void ProcessesTab::showProcesses(const std::vector<ProcessUsage>& processes) {
 }
 
 HistoryTab::HistoryTab(SamplerState& sampler, QWidget* parent)
-    : QWidget(parent), m_title(makeHeading(QStringLiteral("Speed History"), this)),
+    : QWidget(parent), m_title(makeHeading(translatedText("Speed History"), this)),
       m_hint(makeHint(hintText(), this)), m_content(new QWidget(this)),
-      m_chartTitle(makeSubheading(QStringLiteral("Latency Over Time"), m_content)),
+      m_chartTitle(makeSubheading(translatedText("Latency Over Time"), m_content)),
       m_chart(new LatencyChart(m_content)),
-      m_readingsTitle(makeSubheading(QStringLiteral("Recent Readings"), m_content)),
+      m_readingsTitle(makeSubheading(translatedText("Recent Readings"), m_content)),
       m_readings(new RecentReadings(m_content)) {
   layOut();
   m_subscription = sampler.snapshots.subscribe(
@@ -114,7 +115,7 @@ void HistoryTab::showSnapshots(const SnapshotList& snapshots) {
 
 OverviewTab::OverviewTab(DetailSources sources, QWidget* parent)
     : QWidget(parent), m_bandwidth(new BandwidthSection(this)), m_stats(new ChartStats(this)),
-      m_programs(makeHeading(QStringLiteral("Active Processes"), this)),
+      m_programs(makeHeading(translatedText("Active Processes"), this)),
       m_preview(new ProcessListView(this)) {
   layOut();
   observe(sources);

@@ -3,6 +3,7 @@
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
 #include "ui/components/ScrollPane.h"
+#include "ui/components/ShownText.h"
 #include "ui/detail/DetailStyles.h"
 #include "ui/detail/DetailTabs.h"
 #include "ui/detail/DiagnosticsTab.h"
@@ -38,15 +39,15 @@ TextStyle titleStyle(bool isSelected) {
 constexpr int tabBarPadding = 16;
 
 QStringList tabTitles() {
-  return {QStringLiteral("Overview"), QStringLiteral("Processes"), QStringLiteral("History"),
-          QStringLiteral("Diagnostics")};
+  return {translatedText("Overview"), translatedText("Processes"), translatedText("History"),
+          translatedText("Diagnostics")};
 }
 
 } // namespace
 
 DetailTabBar::DetailTabBar(const QStringList& titles, QWidget* parent)
     : QTabBar(parent), m_focusMark(new FocusMark(this)) {
-  setAccessibleName(QStringLiteral("Tabs"));
+  setAccessibleName(translatedText("Tabs"));
   setDrawBase(false);
   setExpanding(false);
   setUsesScrollButtons(false);
@@ -102,11 +103,11 @@ void DetailTabBar::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
 DetailWindowView::DetailWindowView(DetailSources sources, const DetailActions& actions,
                                    const ViewTime& time, QWidget* parent)
-    : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Network Details"), parent),
+    : SpokenGroup(QAccessible::Window, translatedText("Tidewell — Network Details"), parent),
       m_tabs(new DetailTabBar(tabTitles(), this)), m_stack(new QStackedWidget(this)),
       m_overview(new OverviewTab(sources)) {
   setWindowTitle(accessibleName());
-  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
+  setLayoutDirection(Qt::LeftToRight); // as in every language of the texts
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(defaultSize);
   addTab(m_overview);

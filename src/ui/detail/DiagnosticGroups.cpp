@@ -1,6 +1,8 @@
 #include "ui/detail/DiagnosticGroups.h"
 
+#include "base/Translation.h"
 #include "connectivity/ConnectionInfo.h"
+#include "ui/components/ConnectionText.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/components/ValueRow.h"
@@ -19,9 +21,9 @@ constexpr PerformanceGroup::Thresholds lossPercent{1.0, 5.0};
 
 QString verdictOf(const QColor& color) {
   if (color == TWColor::green) {
-    return QStringLiteral("good");
+    return translatedText("good");
   }
-  return color == TWColor::yellow ? QStringLiteral("fair") : QStringLiteral("poor");
+  return color == TWColor::yellow ? translatedText("fair") : translatedText("poor");
 }
 
 // Keeps the same distance from title to rows with and without a button.
@@ -30,31 +32,32 @@ constexpr int titleHeight = 28;
 } // namespace
 
 ConnectionGroup::ConnectionGroup(QWidget* parent)
-    : DiagnosticGroup(QStringLiteral("Connection"), parent),
-      m_status(diagnosticRow("Status")), m_details{diagnosticRow("Interface"),
-                                                   diagnosticRow("Network"),
-                                                   diagnosticRow("Local IP"),
-                                                   diagnosticRow("Public IP"),
-                                                   diagnosticRow("DNS Server"),
-                                                   diagnosticRow("Interface Type")} {}
+    : DiagnosticGroup(translatedText("Connection"), parent),
+      m_status(diagnosticRow(translated("Status"))),
+      m_details{
+          diagnosticRow(translated("Interface")),  diagnosticRow(translated("Network")),
+          diagnosticRow(translated("Local IP")),   diagnosticRow(translated("Public IP")),
+          diagnosticRow(translated("DNS Server")), diagnosticRow(translated("Interface Type"))} {}
 
 void ConnectionGroup::setConnected(bool isConnected) {
-  m_status->setValue(isConnected ? QStringLiteral("Connected") : QStringLiteral("Disconnected"),
+  m_status->setValue(isConnected ? translatedText("Connected") : translatedText("Disconnected"),
                      isConnected ? TWColor::green : TWColor::red);
 }
 
 void ConnectionGroup::setInfo(const ConnectionInfo& info) {
-  m_details[0]->setValue(shownText(info.interfaceName), TWColor::text);
-  m_details[1]->setValue(shownText(info.networkName), TWColor::text);
+  m_details[0]->setValue(interfaceNameText(info), TWColor::text);
+  m_details[1]->setValue(networkNameText(info), TWColor::text);
   m_details[2]->setValue(shownText(info.ipAddress), TWColor::text);
   m_details[3]->setValue(shownText(info.publicIP), TWColor::text);
   m_details[4]->setValue(shownText(info.dns), TWColor::text);
-  m_details[5]->setValue(shownText(rawValue(info.interfaceType)), TWColor::text);
+  m_details[5]->setValue(interfaceTypeText(info.interfaceType), TWColor::text);
 }
 
 PerformanceGroup::PerformanceGroup(QWidget* parent)
-    : DiagnosticGroup(QStringLiteral("Performance"), parent), m_latency(diagnosticRow("Latency")),
-      m_jitter(diagnosticRow("Jitter")), m_loss(diagnosticRow("Packet Loss")) {}
+    : DiagnosticGroup(translatedText("Performance"), parent),
+      m_latency(diagnosticRow(translated("Latency"))),
+      m_jitter(diagnosticRow(translated("Jitter"))),
+      m_loss(diagnosticRow(translated("Packet Loss"))) {}
 
 void PerformanceGroup::setLatency(double milliseconds) {
   show(*m_latency, figureText(milliseconds, 1) + QStringLiteral(" ms"), milliseconds, latencyMs);
@@ -93,7 +96,7 @@ DiagnosticGroup::DiagnosticGroup(const QString& title, QWidget* parent)
 
 ValueRow* DiagnosticGroup::diagnosticRow(const char* label) {
   auto* const row =
-      new ValueRow(QString::fromLatin1(label), {.padding = 8, .lineThickness = 1}, this);
+      new ValueRow(QString::fromUtf8(label), {.padding = 8, .lineThickness = 1}, this);
   add(row);
   return row;
 }

@@ -3,6 +3,7 @@
 #include "connectivity/MonitorState.h"
 #include "sampling/SamplerState.h"
 #include "speedtest/SpeedTestState.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/components/ValueRow.h"
 #include "ui/detail/DetailStyles.h"
@@ -19,7 +20,7 @@ namespace tidewell {
 DiagnosticsTab::DiagnosticsTab(DetailSources sources, const DetailActions& actions,
                                const ViewTime& time, QWidget* parent)
     : QWidget(parent), m_sources(sources),
-      m_title(makeHeading(QStringLiteral("Network Diagnostics"), this)),
+      m_title(makeHeading(translatedText("Network Diagnostics"), this)),
       m_connection(new ConnectionGroup(this)), m_performance(new PerformanceGroup(this)),
       m_speedTest(new SpeedTestGroup(actions.runSpeedTest, time, this)) {
   layOut();

@@ -34,7 +34,7 @@ void ReadingRow::setSnapshot(const NetworkSnapshot& snapshot) {
     return;
   }
   m_texts = texts;
-  setSpoken(QStringLiteral("%1, download %2, upload %3, latency %4")
+  setSpoken(translatedText("%1, download %2, upload %3, latency %4")
                 .arg(texts[0], texts[1], texts[2], texts[3]));
   update();
 }
@@ -53,7 +53,7 @@ void ReadingRow::paintEvent(QPaintEvent* /*event*/) {
 }
 
 RecentReadings::RecentReadings(QWidget* parent)
-    : SpokenGroup(QAccessible::List, QStringLiteral("Recent Readings"), parent) {
+    : SpokenGroup(QAccessible::List, translatedText("Recent Readings"), parent) {
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

@@ -1,5 +1,6 @@
 #include "ui/detail/SpeedTestGroup.h"
 
+#include "base/Translation.h"
 #include "ui/components/Buttons.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/Spinner.h"
@@ -21,7 +22,7 @@ constexpr int spinnerSpacing = 8;
 QString megabitsText(double megabits) { return figureText(megabits, 1) + QStringLiteral(" Mbps"); }
 
 QString stoppedText() {
-  return QStringLiteral("Tidewell has stopped. Speed tests can run when it is back.");
+  return translatedText("Tidewell has stopped. Speed tests can run when it is back.");
 }
 
 QString lineOf(bool isThere, bool isRunning, const std::string& failure) {
@@ -29,17 +30,18 @@ QString lineOf(bool isThere, bool isRunning, const std::string& failure) {
     return stoppedText();
   }
   if (isRunning) {
-    return QStringLiteral("Running speed test...");
+    return translatedText("Running speed test...");
   }
-  return failure.empty() ? QStringLiteral("No speed test run yet.")
-                         : QStringLiteral("Speed test failed: ") + shownText(failure);
+  return failure.empty()
+             ? translatedText("No speed test run yet.")
+             : translatedText("Speed test failed: %1").arg(shownText(translatedReason(failure)));
 }
 
 } // namespace
 
 SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, QWidget* parent)
-    : DiagnosticGroup(QStringLiteral("Speed Test"), parent),
-      m_button(new TextButton(QStringLiteral("Run Now"), this)), m_line(new QWidget(this)),
+    : DiagnosticGroup(translatedText("Speed Test"), parent),
+      m_button(new TextButton(translatedText("Run Now"), this)), m_line(new QWidget(this)),
       m_spinner(new Spinner(time.now, m_line)), m_text(makeHint({}, m_line)) {
   addBesideTitle(m_button);
   auto* const line = new QHBoxLayout(m_line);
@@ -48,8 +50,8 @@ SpeedTestGroup::SpeedTestGroup(std::function<void()> run, const ViewTime& time, 
   line->addWidget(m_spinner);
   line->addWidget(m_text, 1);
   add(m_line);
-  m_rows = {diagnosticRow("Download"), diagnosticRow("Upload"), diagnosticRow("Responsiveness"),
-            diagnosticRow("Tested At")};
+  m_rows = {diagnosticRow(translated("Download")), diagnosticRow(translated("Upload")),
+            diagnosticRow(translated("Responsiveness")), diagnosticRow(translated("Tested At"))};
   connect(m_button, &QPushButton::clicked, this, std::move(run));
   setState(SpeedTestState(), true);
 }

@@ -2,6 +2,7 @@
 
 #include "ui/components/Painting.h"
 #include "ui/components/ScrollPane.h"
+#include "ui/components/ShownText.h"
 #include "ui/components/ValueRow.h"
 #include "ui/tokens/TWFont.h"
 
@@ -98,7 +99,7 @@ void ValueSelection::openMenu(ValueRow& row, const QPoint& place) {
   menu->setPalette(popupPalette());
   menu->setFont(TWFont::standard(12, QFont::Normal));
   // The value as it was when the user chose it.
-  connect(menu->addAction(QStringLiteral("Copy")), &QAction::triggered, this,
+  connect(menu->addAction(translatedText("Copy")), &QAction::triggered, this,
           [this, value = row.value().toStdString()] { m_copy(value); });
   menu->popup(place);
 }

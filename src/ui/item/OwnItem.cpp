@@ -1,6 +1,8 @@
 #include "ui/item/OwnItem.h"
 
+#include "base/Translation.h"
 #include "tile/TextTile.h"
+#include "ui/components/ShownText.h"
 #include "ui/item/ItemWindow.h"
 
 #include <QCursor>
@@ -25,16 +27,15 @@ OwnItem::~OwnItem() = default;
 
 void OwnItem::fillMenu() {
   const auto add = [this](const char* label, const std::function<void()>& chosen) {
-    QObject::connect(m_menu.addAction(QString::fromLatin1(label)), &QAction::triggered, &m_menu,
-                     chosen);
+    QObject::connect(m_menu.addAction(translatedText(label)), &QAction::triggered, &m_menu, chosen);
   };
-  add("Open", [this] { m_commands.togglePanel(std::nullopt); });
-  add("Details", m_commands.openDetail);
-  add("Settings", m_commands.openSettings);
-  add("Speed Test", m_commands.runSpeedTest);
-  add("Copy IP", m_commands.copyAddress);
+  add(translatable("Open"), [this] { m_commands.togglePanel(std::nullopt); });
+  add(translatable("Details"), m_commands.openDetail);
+  add(translatable("Settings"), m_commands.openSettings);
+  add(translatable("Speed Test"), m_commands.runSpeedTest);
+  add(translatable("Copy IP"), m_commands.copyAddress);
   m_menu.addSeparator();
-  add("Quit", m_commands.quit);
+  add(translatable("Quit"), m_commands.quit);
 }
 
 void OwnItem::showInTray() {

@@ -2,6 +2,7 @@
 
 #include "ui/components/AccessibleWidgets.h"
 #include "ui/components/Buttons.h"
+#include "ui/components/ShownText.h"
 
 #include <QHBoxLayout>
 
@@ -16,12 +17,12 @@ constexpr int separatorHeight = 28;
 } // namespace
 
 ActionBar::ActionBar(QWidget* parent)
-    : QWidget(parent), m_buttons{new ActionButton(Icon::bolt, QStringLiteral("Speed Test"), this),
-                                 new ActionButton(Icon::copy, QStringLiteral("Copy IP"), this),
-                                 new ActionButton(Icon::barChart, QStringLiteral("Details"), this),
-                                 new ActionButton(Icon::gear, QStringLiteral("Settings"), this),
-                                 new ActionButton(Icon::power, QStringLiteral("Quit"), this)} {
-  setAccessibleName(QStringLiteral("Actions"));
+    : QWidget(parent), m_buttons{new ActionButton(Icon::bolt, translatedText("Speed Test"), this),
+                                 new ActionButton(Icon::copy, translatedText("Copy IP"), this),
+                                 new ActionButton(Icon::barChart, translatedText("Details"), this),
+                                 new ActionButton(Icon::gear, translatedText("Settings"), this),
+                                 new ActionButton(Icon::power, translatedText("Quit"), this)} {
+  setAccessibleName(translatedText("Actions"));
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
   row->setSpacing(0);
@@ -40,13 +41,13 @@ void ActionBar::onPressed(PanelAction action, std::function<void()> task) {
 void ActionBar::setTesting(bool isTesting) {
   button(PanelAction::speedTest)
       .setFace(isTesting ? Icon::hourglass : Icon::bolt,
-               isTesting ? QStringLiteral("Testing...") : QStringLiteral("Speed Test"));
+               isTesting ? translatedText("Testing...") : translatedText("Speed Test"));
 }
 
 void ActionBar::setCopied(bool isCopied) {
   button(PanelAction::copyIP)
       .setFace(isCopied ? Icon::checkMark : Icon::copy,
-               isCopied ? QStringLiteral("Copied!") : QStringLiteral("Copy IP"));
+               isCopied ? translatedText("Copied!") : translatedText("Copy IP"));
 }
 
 ActionButton& ActionBar::button(PanelAction action) {

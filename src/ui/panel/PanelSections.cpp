@@ -1,7 +1,9 @@
 #include "ui/panel/PanelSections.h"
 
+#include "base/Translation.h"
 #include "connectivity/ConnectionInfo.h"
 #include "format/SpeedFormatter.h"
+#include "ui/components/ConnectionText.h"
 #include "ui/components/Painting.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/StatCell.h"
@@ -52,21 +54,22 @@ TextStyle megabitsStyle() {
 } // namespace
 
 ConnectionSection::ConnectionSection(QWidget* parent) : QWidget(parent) {
-  setAccessibleName(QStringLiteral("Connection"));
+  setAccessibleName(translatedText("Connection"));
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(20, 12, 20, 12);
   column->setSpacing(0);
-  constexpr std::array<const char*, 5> keys = {"Network", "Interface", "Local IP", "Public IP",
-                                               "DNS"};
+  constexpr std::array<const char*, 5> keys = {translatable("Network"), translatable("Interface"),
+                                               translatable("Local IP"), translatable("Public IP"),
+                                               translatable("DNS")};
   for (std::size_t index = 0; index < keys.size(); ++index) {
-    m_rows.at(index) = new ValueRow(QString::fromLatin1(keys.at(index)), {.padding = 6}, this);
+    m_rows.at(index) = new ValueRow(translatedText(keys.at(index)), {.padding = 6}, this);
     column->addWidget(m_rows.at(index));
   }
 }
 
 void ConnectionSection::setInfo(const ConnectionInfo& info) {
-  m_rows[0]->setValue(shownText(info.networkName), TWColor::text);
-  m_rows[1]->setValue(shownText(info.interfaceName), TWColor::text);
+  m_rows[0]->setValue(networkNameText(info), TWColor::text);
+  m_rows[1]->setValue(interfaceNameText(info), TWColor::text);
   m_rows[2]->setValue(shownText(info.ipAddress), TWColor::text);
   m_rows[3]->setValue(shownText(info.publicIP), TWColor::text);
   m_rows[4]->setValue(shownText(info.dns), TWColor::text);
@@ -75,7 +78,7 @@ void ConnectionSection::setInfo(const ConnectionInfo& info) {
 StatsGrid::StatsGrid(QWidget* parent)
     : QWidget(parent), m_cells{new StatCell(this), new StatCell(this), new StatCell(this),
                                new StatCell(this)} {
-  setAccessibleName(QStringLiteral("Statistics"));
+  setAccessibleName(translatedText("Statistics"));
   for (StatCell* cell : m_cells) {
     cell->leaveGround();
   }
@@ -93,12 +96,12 @@ void StatsGrid::setFigures(std::int64_t uploadBytesPerSec, double latencyMs, dou
   const QString upload = rateText(uploadBytesPerSec);
   const QString milliseconds = QStringLiteral("ms");
   const bool isLossy = packetLossPercent > tolerableLossPercent;
-  m_cells[0]->setFigure({QStringLiteral("Upload"), upload, QString(), TWColor::text});
+  m_cells[0]->setFigure({translatedText("Upload"), upload, QString(), TWColor::text});
   m_cells[1]->setFigure(
-      {QStringLiteral("Latency"), figureText(latencyMs, 0), milliseconds, TWColor::text});
+      {translatedText("Latency"), figureText(latencyMs, 0), milliseconds, TWColor::text});
   m_cells[2]->setFigure(
-      {QStringLiteral("Jitter"), figureText(jitterMs, 1), milliseconds, TWColor::text});
-  m_cells[3]->setFigure({QStringLiteral("Packet Loss"), figureText(packetLossPercent, 1),
+      {translatedText("Jitter"), figureText(jitterMs, 1), milliseconds, TWColor::text});
+  m_cells[3]->setFigure({translatedText("Packet Loss"), figureText(packetLossPercent, 1),
                          QStringLiteral("%"), isLossy ? TWColor::yellow : TWColor::green});
 }
 
@@ -120,8 +123,9 @@ ThroughputHero::ThroughputHero(const ViewTime& time, QWidget* parent)
     : QWidget(parent), m_title(new TextLine(titleStyle(), this)),
       m_rate(new TextLine(rateStyle(), this)), m_megabits(new TextLine(megabitsStyle(), this)),
       m_badge(new StatusBadge(time.now, this)) {
-  setAccessibleName(QStringLiteral("Throughput"));
-  m_title->setText(QStringLiteral("CURRENT THROUGHPUT"), QStringLiteral("Current throughput"));
+  setAccessibleName(translatedText("Throughput"));
+  const QString title = translatedText("Current throughput");
+  m_title->setText(title.toUpper(), title);
   layOut();
 }
 
@@ -141,8 +145,8 @@ void ThroughputHero::setDownload(std::int64_t bytesPerSec) {
   const QString rate = rateText(bytesPerSec);
   const QString megabits =
       QString::fromStdString(SpeedFormatter::formatMbps(bytesPerSec)) + QStringLiteral(" Mbps");
-  m_rate->setText(rate, QStringLiteral("Download ") + rate);
-  m_megabits->setText(megabits, QStringLiteral("Download ") + megabits);
+  m_rate->setText(rate, translatedText("Download %1").arg(rate));
+  m_megabits->setText(megabits, translatedText("Download %1").arg(megabits));
 }
 
 void ThroughputHero::setStatus(NetworkStatus status) { m_badge->setStatus(status); }

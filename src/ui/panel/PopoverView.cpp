@@ -62,7 +62,7 @@ PopoverView::PopoverView(PanelSources sources, PanelActions actions, Backdrop ba
       m_graph(new MiniGraphView(this)), m_connection(new ConnectionSection(this)),
       m_strip(new SpeedTestStrip(time, this)), m_divider(Divider::horizontal(this)),
       m_actionBar(new ActionBar(this)) {
-  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
+  setLayoutDirection(Qt::LeftToRight); // as in every language of the texts
   setAttribute(Qt::WA_TranslucentBackground, backdrop == Backdrop::translucent);
   setAttribute(Qt::WA_OpaquePaintEvent, backdrop == Backdrop::opaque);
   layOut();

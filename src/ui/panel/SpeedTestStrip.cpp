@@ -1,5 +1,6 @@
 #include "ui/panel/SpeedTestStrip.h"
 
+#include "base/Translation.h"
 #include "ui/components/FittedText.h"
 #include "ui/components/ShownText.h"
 #include "ui/components/Spinner.h"
@@ -17,7 +18,7 @@ namespace {
 
 constexpr int spacing = 8;
 
-QString runningText() { return QStringLiteral("Running speed test..."); }
+QString runningText() { return translatedText("Running speed test..."); }
 
 TextStyle textStyle() { return {TWFont::standard(12, QFont::Normal), TWColor::textSecondary}; }
 
@@ -27,11 +28,11 @@ constexpr int rowSpacing = 2;
 constexpr int leastGap = 12;
 constexpr double groundOpacity = 0.5;
 
-QString titleText() { return QStringLiteral("Speed Test Result"); }
+QString titleText() { return translatedText("Speed Test Result"); }
 
 TextStyle titleStyle() { return {TWFont::label(), TWColor::accent}; }
 
-QString failedText() { return QStringLiteral("Speed Test Failed"); }
+QString failedText() { return translatedText("Speed Test Failed"); }
 
 TextStyle failedStyle() { return {TWFont::label(), TWColor::red}; }
 
@@ -39,7 +40,7 @@ TextStyle reasonStyle() { return {TWFont::caption(), TWColor::textSecondary}; }
 
 // The reason as the beginning of a sentence.
 QString asSentence(const std::string& reason) {
-  const QString text = shownText(reason);
+  const QString text = shownText(translatedReason(reason));
   return text.left(1).toUpper() + text.mid(1);
 }
 
@@ -69,11 +70,13 @@ QSize RunningLine::sizeHint() const {
 
 QRect RunningLine::content() const {
   const int textWidth = static_cast<int>(std::ceil(lineWidth(runningText(), textStyle())));
-  const int contentWidth = m_spinner->width() + spacing + textWidth;
+  const int contentWidth =
+      std::min(m_spinner->width() + spacing + textWidth, width() - 2 * sidePadding);
   return {(width() - contentWidth) / 2, edgePadding, contentWidth, height() - 2 * edgePadding};
 }
 
-void RunningLine::resizeEvent(QResizeEvent* /*event*/) {
+void RunningLine::resizeEvent(QResizeEvent* event) {
+  PaintedWidget::resizeEvent(event);
   m_spinner->move(content().left(), (height() - m_spinner->height()) / 2);
 }
 
@@ -85,6 +88,10 @@ void RunningLine::paintEvent(QPaintEvent* /*event*/) {
   drawLine(painter, QRect(box.left(), top, box.width(), box.height()), runningText(), textStyle());
 }
 
+QString RunningLine::cutText() const {
+  return ifCut(runningText(), textStyle(), content().width() - m_spinner->width() - spacing);
+}
+
 ResultLine::ResultLine(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
 
 void ResultLine::setResult(const SpeedTestResult& result) {
@@ -92,7 +99,7 @@ void ResultLine::setResult(const SpeedTestResult& result) {
   const QString upload = figureText(result.uploadMbps, 0);
   m_figures = QStringLiteral("\u2193%1 Mbps  \u2191%2 Mbps").arg(download, upload);
   m_time = timeOfDay(result.timestamp);
-  setSpoken(QStringLiteral("Speed Test Result: download %1 Mbps, upload %2 Mbps, %3")
+  setSpoken(translatedText("Speed Test Result: download %1 Mbps, upload %2 Mbps, %3")
                 .arg(download, upload, m_time));
   contentChanged();
 }
@@ -121,14 +128,16 @@ void ResultLine::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QString ResultLine::cutText() const {
-  return FittedText(m_figures, figuresStyle(), figuresBox().width()).isCut ? m_figures : QString();
+  const bool isCut = !ifCut(titleText(), titleStyle(), width() - 2 * sidePadding).isEmpty() ||
+                     !ifCut(m_figures, figuresStyle(), figuresBox().width()).isEmpty();
+  return isCut ? accessibleName() : QString();
 }
 
 FailureLine::FailureLine(QWidget* parent) : PaintedWidget(QAccessible::StaticText, parent) {}
 
 void FailureLine::setReason(const std::string& reason) {
   m_reason = asSentence(reason);
-  setSpoken(failedText() + QStringLiteral(": ") + m_reason);
+  setSpoken(translatedText("Speed Test Failed: %1").arg(m_reason));
   contentChanged();
 }
 
@@ -148,13 +157,15 @@ void FailureLine::paintEvent(QPaintEvent* /*event*/) {
 
 QString FailureLine::cutText() const {
   const int space = width() - 2 * sidePadding;
-  return FittedText(m_reason, reasonStyle(), space).isCut ? m_reason : QString();
+  const bool isTitleCut = !ifCut(failedText(), failedStyle(), space).isEmpty();
+  return isTitleCut && !m_reason.isEmpty() ? accessibleName()
+                                           : ifCut(m_reason, reasonStyle(), space);
 }
 
 SpeedTestStrip::SpeedTestStrip(const ViewTime& time, QWidget* parent)
     : QWidget(parent), m_running(new RunningLine(time, this)), m_failure(new FailureLine(this)),
       m_result(new ResultLine(this)) {
-  setAccessibleName(QStringLiteral("Speed test"));
+  setAccessibleName(translatedText("Speed test"));
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

@@ -25,6 +25,7 @@ public:
 protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   [[nodiscard]] QRect content() const;

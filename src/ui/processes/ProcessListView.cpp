@@ -1,5 +1,6 @@
 #include "ui/processes/ProcessListView.h"
 
+#include "ui/components/ShownText.h"
 #include "ui/components/TextLine.h"
 #include "ui/processes/ProcessRow.h"
 #include "ui/tokens/TWColor.h"
@@ -23,10 +24,10 @@ TextStyle emptyStyle() {
 } // namespace
 
 ProcessListView::ProcessListView(QWidget* parent)
-    : SpokenGroup(QAccessible::List, QStringLiteral("Active Processes"), parent),
+    : SpokenGroup(QAccessible::List, translatedText("Active Processes"), parent),
       m_header(new ProcessListHeader(this)), m_body(new QWidget(this)),
       m_empty(new TextLine(emptyStyle(), m_body)) {
-  m_empty->setText(QStringLiteral("No active network processes"));
+  m_empty->setText(translatedText("No active network processes"));
   layOut();
   setProcesses({});
 }

@@ -16,14 +16,16 @@ namespace {
 
 constexpr int headerPadding = 8;
 constexpr double letterSpacing = 1.0;
+constexpr int smallestTitleSize = 8;
 
 TextStyle titleStyle(Qt::Alignment alignment) {
   return {.font = withLetterSpacing(TWFont::label(), letterSpacing),
           .color = TWColor::textTertiary,
-          .alignment = alignment};
+          .alignment = alignment,
+          .smallestPixelSize = smallestTitleSize};
 }
 
-QString titleOf(const ProcessColumn& column) { return QString::fromLatin1(column.title); }
+QString titleOf(const ProcessColumn& column) { return translatedText(column.title); }
 
 constexpr int edgePadding = 10;
 constexpr int lineThickness = 1;
@@ -103,6 +105,18 @@ void ProcessListHeader::paintEvent(QPaintEvent* /*event*/) {
   for (std::size_t column = 0; column < processColumns.size(); ++column) {
     headerCell(painter, column);
   }
+}
+
+QString ProcessListHeader::cutText() const {
+  for (std::size_t column = 0; column < processColumns.size(); ++column) {
+    const ProcessColumn& definition = processColumns.at(column);
+    if (!ifCut(titleOf(definition), titleStyle(definition.alignment),
+               processColumnBox(column, rect()).width())
+             .isEmpty()) {
+      return accessibleName();
+    }
+  }
+  return {};
 }
 
 void ProcessListHeader::headerCell(QPainter& painter, std::size_t column) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Translation.h"
 #include "processes/ProcessUsage.h"
 #include "ui/components/AccessibleWidgets.h"
 
@@ -20,11 +21,12 @@ struct ProcessColumn {
 };
 
 /// The columns, left to right.
-inline constexpr std::array<ProcessColumn, 5> processColumns = {{{"Process", 0, Qt::AlignLeft},
-                                                                 {"Download", 90, Qt::AlignRight},
-                                                                 {"Upload", 90, Qt::AlignRight},
-                                                                 {"Total", 80, Qt::AlignRight},
-                                                                 {"Usage", 80, Qt::AlignLeft}}};
+inline constexpr std::array<ProcessColumn, 5> processColumns = {
+    {{translatable("Process"), 0, Qt::AlignLeft},
+     {translatable("Download"), 90, Qt::AlignRight},
+     {translatable("Upload"), 90, Qt::AlignRight},
+     {translatable("Total"), 80, Qt::AlignRight},
+     {translatable("Usage"), 80, Qt::AlignLeft}}};
 
 /// Between two columns, in pixels.
 inline constexpr int processColumnGap = 16;
@@ -46,6 +48,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  [[nodiscard]] QString cutText() const override;
 
 private:
   void headerCell(QPainter& painter, std::size_t column) const;

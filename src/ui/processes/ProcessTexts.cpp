@@ -32,11 +32,10 @@ double shareOf(const ProcessUsage& usage) {
 
 QString spokenUsage(const ProcessUsage& usage) {
   const auto [download, upload, total] = figuresOf(usage);
-  const QString name = usage.name.empty() ? QStringLiteral("unnamed") : shownText(usage.name);
-  // Concatenated, because a name may contain placeholders.
-  return name + QStringLiteral(", ") + identifierText(usage) + QStringLiteral(", download ") +
-         download + QStringLiteral(", upload ") + upload + QStringLiteral(", total ") + total +
-         QStringLiteral(", usage ") + figureText(shareOf(usage) * 100.0, 0) + QStringLiteral(" %");
+  const QString name = usage.name.empty() ? translatedText("unnamed") : shownText(usage.name);
+  return translatedText("%1, %2, download %3, upload %4, total %5, usage %6 %")
+      .arg(name, identifierText(usage), download, upload, total,
+           figureText(shareOf(usage) * 100.0, 0));
 }
 
 } // namespace tidewell

@@ -84,7 +84,7 @@ void SettingRow::mouseReleaseEvent(QMouseEvent* event) {
   }
 }
 
-SettingsPage::SettingsPage(std::string_view title, const SettingsSources& sources)
+SettingsPage::SettingsPage(const QString& title, const SettingsSources& sources)
     : m_settings(sources.settings), m_store(sources.store), m_unsaved(sources.unsaved),
       m_column(new QVBoxLayout) {
   auto* const frame = new QVBoxLayout(this);
@@ -92,7 +92,7 @@ SettingsPage::SettingsPage(std::string_view title, const SettingsSources& source
                             padding);
   frame->setSpacing(0);
   auto* const titleLine = new TextLine(titleStyle(), this, QAccessible::Heading);
-  titleLine->setText(shownText(title));
+  titleLine->setText(title);
   frame->addWidget(titleLine);
   frame->addSpacing(titleSpacing);
   m_column->setSpacing(0);

@@ -66,7 +66,7 @@ class SettingsPage : public QWidget {
   Q_OBJECT
 
 public:
-  SettingsPage(std::string_view title, const SettingsSources& sources);
+  SettingsPage(const QString& title, const SettingsSources& sources);
 
   /// Starts a group.
   void settingGroup(const char* title);
@@ -80,7 +80,7 @@ public:
                      std::vector<SettingOption<T>> options) {
     QStringList labels;
     for (const auto& option : options) {
-      labels << QString::fromLatin1(option.label);
+      labels << QString::fromUtf8(option.label);
     }
     addPicker(title, description, selection.key,
               {labels,

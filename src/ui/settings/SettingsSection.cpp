@@ -1,5 +1,7 @@
 #include "ui/settings/SettingsSection.h"
 
+#include "base/Translation.h"
+#include "ui/components/ShownText.h"
 #include "ui/settings/SettingsPage.h"
 
 namespace tidewell {
@@ -8,59 +10,66 @@ namespace {
 using S = AppSettings;
 
 void fillGeneral(SettingsPage& page) {
-  page.settingGroup("Monitoring");
-  page.settingToggle("Launch at Login", "Start Tidewell when you log in",
+  page.settingGroup(translated("Monitoring"));
+  page.settingToggle(translated("Launch at Login"), translated("Start Tidewell when you log in"),
                      {preference::launchAtLogin.key, &S::launchAtLogin, &S::setLaunchAtLogin});
   page.settingToggle(
-      "Check for Updates", "Automatically check on launch",
+      translated("Check for Updates"), translated("Automatically check on launch"),
       {preference::checkForUpdates.key, &S::checkForUpdates, &S::setCheckForUpdates});
   page.settingPicker<double>(
-      "Refresh Interval", "How often to sample network speed",
+      translated("Refresh Interval"), translated("How often to sample network speed"),
       {preference::refreshInterval.key, &S::refreshInterval, &S::setRefreshInterval},
-      {{"1 second", 1.0}, {"2 seconds", 2.0}, {"5 seconds", 5.0}});
+      {{translated("1 second"), 1.0},
+       {translated("2 seconds"), 2.0},
+       {translated("5 seconds"), 5.0}});
   // The device names are fixed, whatever the machine has.
   page.settingPicker<std::string>(
-      "Monitor Interface", "Network interface to track",
+      translated("Monitor Interface"), translated("Network interface to track"),
       {preference::monitorInterface.key, &S::monitorInterface, &S::setMonitorInterface},
-      {{"All Interfaces", "all"}, {"Wi-Fi (en0)", "en0"}, {"Ethernet (en1)", "en1"}});
+      {{translated("All Interfaces"), "all"},
+       {translated("Wi-Fi (en0)"), "en0"},
+       {translated("Ethernet (en1)"), "en1"}});
   page.settingToggle(
-      "Track Per-Process", "Monitor bandwidth per application",
+      translated("Track Per-Process"), translated("Monitor bandwidth per application"),
       {preference::trackPerProcess.key, &S::trackPerProcess, &S::setTrackPerProcess});
 }
 
 void fillAlerts(SettingsPage& page) {
-  page.settingGroup("Notifications");
+  page.settingGroup(translated("Notifications"));
   page.settingToggle(
-      "Enable Notifications", "Show alerts for speed drops and outages",
+      translated("Enable Notifications"), translated("Show alerts for speed drops and outages"),
       {preference::showNotifications.key, &S::showNotifications, &S::setShowNotifications});
-  page.settingGroup("Thresholds");
+  page.settingGroup(translated("Thresholds"));
   page.settingPicker<double>(
-      "Slow Speed Warning", "Alert when below this download speed",
+      translated("Slow Speed Warning"), translated("Alert when below this download speed"),
       {preference::slowSpeedThreshold.key, &S::slowSpeedThreshold, &S::setSlowSpeedThreshold},
       {{"5 Mbps", 5.0}, {"10 Mbps", 10.0}, {"25 Mbps", 25.0}, {"50 Mbps", 50.0}});
   page.settingPicker<double>(
-      "High Latency Warning", "Alert when ping exceeds this",
+      translated("High Latency Warning"), translated("Alert when ping exceeds this"),
       {preference::highLatencyThreshold.key, &S::highLatencyThreshold, &S::setHighLatencyThreshold},
       {{"50 ms", 50.0}, {"100 ms", 100.0}, {"200 ms", 200.0}});
 }
 
 void fillDisplay(SettingsPage& page) {
-  page.settingGroup("Menubar");
+  page.settingGroup(translated("Menubar"));
   page.settingToggle(
-      "Show Upload Speed", "Display upload speed alongside download",
+      translated("Show Upload Speed"), translated("Display upload speed alongside download"),
       {preference::showUploadInMenubar.key, &S::showUploadInMenubar, &S::setShowUploadInMenubar});
 }
 
 void fillData(SettingsPage& page) {
-  page.settingGroup("Retention");
+  page.settingGroup(translated("Retention"));
   page.settingPicker<std::int64_t>(
-      "Keep History", "How long to store speed history",
+      translated("Keep History"), translated("How long to store speed history"),
       {preference::dataRetentionDays.key, &S::dataRetentionDays, &S::setDataRetentionDays},
-      {{"7 days", 7}, {"30 days", 30}, {"90 days", 90}, {"1 year", 365}});
+      {{translated("7 days"), 7},
+       {translated("30 days"), 30},
+       {translated("90 days"), 90},
+       {translated("1 year"), 365}});
 }
 
 void fillAdvanced(SettingsPage& page) {
-  page.note("Advanced settings coming in a future release.");
+  page.note(translated("Advanced settings coming in a future release."));
 }
 
 struct Section {
@@ -70,11 +79,12 @@ struct Section {
 };
 
 const Section& at(SettingsSection section) {
-  static constexpr std::array<Section, 5> sections = {{{"General", Icon::gear, fillGeneral},
-                                                       {"Alerts", Icon::bell, fillAlerts},
-                                                       {"Display", Icon::barChart, fillDisplay},
-                                                       {"Data", Icon::drive, fillData},
-                                                       {"Advanced", Icon::link, fillAdvanced}}};
+  static constexpr std::array<Section, 5> sections = {
+      {{translatable("General"), Icon::gear, fillGeneral},
+       {translatable("Alerts"), Icon::bell, fillAlerts},
+       {translatable("Display"), Icon::barChart, fillDisplay},
+       {translatable("Data"), Icon::drive, fillData},
+       {translatable("Advanced"), Icon::link, fillAdvanced}}};
   return sections.at(static_cast<std::size_t>(section));
 }
 
@@ -82,10 +92,12 @@ const Section& at(SettingsSection section) {
 
 std::string_view rawValue(SettingsSection section) { return at(section).title; }
 
+QString titleText(SettingsSection section) { return translatedText(at(section).title); }
+
 Icon symbol(SettingsSection section) { return at(section).symbol; }
 
 SettingsPage* makeSettingsPage(SettingsSection section, const SettingsSources& sources) {
-  auto* const page = new SettingsPage(rawValue(section), sources);
+  auto* const page = new SettingsPage(titleText(section), sources);
   at(section).fill(*page);
   return page;
 }

@@ -2,6 +2,8 @@
 
 #include "ui/components/Icon.h"
 
+#include <QString>
+
 #include <array>
 #include <string_view>
 
@@ -18,8 +20,11 @@ inline constexpr std::array<SettingsSection, 5> allSettingsSections = {
     SettingsSection::general, SettingsSection::alerts, SettingsSection::display,
     SettingsSection::data, SettingsSection::advanced};
 
-/// The title: "General", "Alerts", "Display", "Data" or "Advanced".
+/// The title in English: "General", "Alerts", "Display", "Data" or "Advanced".
 [[nodiscard]] std::string_view rawValue(SettingsSection section);
+
+/// The title in the user's language.
+[[nodiscard]] QString titleText(SettingsSection section);
 
 /// The symbol beside the title in the sidebar.
 [[nodiscard]] Icon symbol(SettingsSection section);

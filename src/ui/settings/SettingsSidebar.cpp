@@ -18,8 +18,12 @@ constexpr int slotWidth = 20;
 constexpr int slotSpacing = 8;
 constexpr double symbolEdge = 14.0;
 constexpr double radius = 6.0;
+constexpr int smallestTitleSize = 10;
+constexpr int titleLeft = sidePadding + slotWidth + slotSpacing;
 
-TextStyle titleStyle(const QColor& color) { return {TWFont::body(), color}; }
+TextStyle titleStyle(const QColor& color) {
+  return {.font = TWFont::body(), .color = color, .smallestPixelSize = smallestTitleSize};
+}
 
 constexpr int padding = 8;
 constexpr int spacing = 2;
@@ -44,6 +48,11 @@ void SidebarEntry::paintGround(QPainter& painter) const {
   }
 }
 
+void SidebarEntry::resizeEvent(QResizeEvent* event) {
+  setToolTip(ifCut(text(), titleStyle({}), width() - titleLeft - sidePadding));
+  ChoiceButton::resizeEvent(event);
+}
+
 void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
   SmoothPainter painter(this);
   paintGround(painter);
@@ -53,19 +62,18 @@ void SidebarEntry::paintEvent(QPaintEvent* /*event*/) {
   painter.scale(symbolEdge / iconEdge, symbolEdge / iconEdge);
   drawIcon(painter, m_symbol, {}, color);
   painter.restore();
-  const int left = sidePadding + slotWidth + slotSpacing;
-  drawLine(painter, rect().adjusted(left, edgePadding, -sidePadding, -edgePadding), text(),
+  drawLine(painter, rect().adjusted(titleLeft, edgePadding, -sidePadding, -edgePadding), text(),
            titleStyle(color));
 }
 
 SettingsSidebar::SettingsSidebar(QWidget* parent)
-    : SpokenGroup(QAccessible::Grouping, QStringLiteral("Sections"), parent) {
+    : SpokenGroup(QAccessible::Grouping, translatedText("Sections"), parent) {
   setFixedWidth(sidebarWidth);
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(padding, padding, padding, padding);
   column->setSpacing(spacing);
   for (const SettingsSection section : allSettingsSections) {
-    auto* const entry = new SidebarEntry(symbol(section), shownText(rawValue(section)), this);
+    auto* const entry = new SidebarEntry(symbol(section), titleText(section), this);
     entry->setChecked(section == allSettingsSections.front());
     connect(entry, &QRadioButton::toggled, this, [this, section](bool isChosen) {
       if (isChosen) {

@@ -18,6 +18,7 @@ public:
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
 private:
   void paintGround(QPainter& painter) const;

@@ -20,16 +20,16 @@ namespace tidewell {
 
 SettingsView::SettingsView(AppSettings& settings, PreferencesStore& store, const ViewTime& time,
                            QWidget* parent)
-    : SpokenGroup(QAccessible::Window, QStringLiteral("Tidewell \u2014 Settings"), parent),
+    : SpokenGroup(QAccessible::Window, translatedText("Tidewell — Settings"), parent),
       m_sidebar(new SettingsSidebar(this)), m_pages(new QStackedWidget(this)),
       m_notice(new UnsavedNotice(this)), m_unsaved(new UnsavedSettings(time, this)) {
   setWindowTitle(accessibleName());
-  setLayoutDirection(Qt::LeftToRight); // the text is English in every locale
+  setLayoutDirection(Qt::LeftToRight); // as in every language of the texts
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMinimumSize(leastSize);
   for (const Section section : allSettingsSections) {
     m_pages->addWidget(new ScrollPane(makeSettingsPage(section, {settings, store, *m_unsaved}),
-                                      shownText(rawValue(section)), m_pages));
+                                      titleText(section), m_pages));
   }
   layOut();
   connect(m_unsaved, &UnsavedSettings::changed, m_notice, &UnsavedNotice::setReason);

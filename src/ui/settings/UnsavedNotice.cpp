@@ -2,6 +2,7 @@
 
 #include "ui/components/FittedText.h"
 #include "ui/components/Painting.h"
+#include "ui/components/ShownText.h"
 #include "ui/tokens/TWColor.h"
 #include "ui/tokens/TWFont.h"
 
@@ -23,7 +24,7 @@ UnsavedNotice::UnsavedNotice(QWidget* parent) : PaintedWidget(QAccessible::Alert
 
 void UnsavedNotice::setReason(const QString& reason) {
   if (!reason.isEmpty()) {
-    m_text = QStringLiteral("Not saved: %1. Trying again.").arg(reason);
+    m_text = translatedText("Not saved: %1. Trying again.").arg(reason);
     setSpoken(m_text);
     contentChanged();
   }
@@ -46,8 +47,6 @@ void UnsavedNotice::paintEvent(QPaintEvent* /*event*/) {
   drawLine(painter, textBox(), m_text, textStyle());
 }
 
-QString UnsavedNotice::cutText() const {
-  return FittedText(m_text, textStyle(), textBox().width()).isCut ? m_text : QString();
-}
+QString UnsavedNotice::cutText() const { return ifCut(m_text, textStyle(), textBox().width()); }
 
 } // namespace tidewell

@@ -75,8 +75,8 @@ TEST(ResultText, TellsHowItCameAbout) {
 }
 
 TEST(ResultText, HasAReasonThatTheResidentReadsAndTakesForNoResult) {
-  const std::string text = failureText("the server refuses with status 503");
-  EXPECT_EQ(networkQualityFailure(text), "the server refuses with status 503");
+  const std::string text = failureText("the server refuses: status 503");
+  EXPECT_EQ(networkQualityFailure(text), "the server refuses: status 503");
   EXPECT_EQ(parseNetworkQualityOutput(text, 5.0), (SpeedTestResult{5.0, 0.0, 0.0, 0}));
 }
 

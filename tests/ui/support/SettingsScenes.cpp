@@ -1,5 +1,6 @@
 #include "Preferences.h"
 #include "Scene.h"
+#include "ui/components/ShownText.h"
 
 #include <QAbstractItemView>
 
@@ -31,7 +32,7 @@ Scene openList() {
   return {"settings-openList", [] {
             auto preferences = std::make_shared<Preferences>();
             preferences->open();
-            ChoiceList& list = preferences->list("Monitor Interface");
+            ChoiceList& list = preferences->list(translatedText("Monitor Interface"));
             list.showPopup();
             return ownedBy(preferences, list.view()->window());
           }};
@@ -50,14 +51,14 @@ std::vector<Scene> settingsScenes() {
       scene("keyboard", Section::general,
             [](Preferences& preferences) {
               preferences.view->activateWindow();
-              preferences.toggle("Launch at Login").setFocus(Qt::TabFocusReason);
+              preferences.toggle(translatedText("Launch at Login")).setFocus(Qt::TabFocusReason);
             }),
       scene("small", Section::alerts,
             [](Preferences& preferences) { preferences.view->resize(SettingsView::leastSize); }),
       scene("unsaved", Section::general,
             [](Preferences& preferences) {
               preferences.store.refusal = std::make_error_code(std::errc::read_only_file_system);
-              preferences.toggle("Track Per-Process").click();
+              preferences.toggle(translatedText("Track Per-Process")).click();
             }),
       openList(),
   };

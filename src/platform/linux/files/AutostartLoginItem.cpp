@@ -4,9 +4,7 @@
 #include "platform/linux/files/FileReplacement.h"
 #include "platform/linux/process/Keeper.h"
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstddef>
 #include <utility>
 
@@ -64,17 +62,6 @@ std::optional<std::string> AutostartLoginItem::unregisterItem() {
     return description(m_entryPath, lastError());
   }
   return std::nullopt;
-}
-
-std::string runningProgram() {
-  constexpr std::string_view deletedMark = " (deleted)"; // proc_pid_exe(5)
-  std::array<char, PATH_MAX> buffer{};
-  const ssize_t size = ::readlink("/proc/self/exe", buffer.data(), buffer.size());
-  std::string path(buffer.data(), static_cast<std::size_t>(size > 0 ? size : 0));
-  if (path.ends_with(deletedMark) && ::access(path.c_str(), F_OK) != 0) {
-    path.resize(path.size() - deletedMark.size());
-  }
-  return path;
 }
 
 std::string stringValue(std::string_view text) {

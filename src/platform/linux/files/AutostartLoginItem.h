@@ -23,10 +23,6 @@ private:
   std::string m_programPath;
 };
 
-/// The absolute path of this process's program, even if a newer one has replaced it since. Empty if
-/// the kernel does not know.
-[[nodiscard]] std::string runningProgram();
-
 /// A value of type string, escaped as the Desktop Entry specification requires.
 [[nodiscard]] std::string stringValue(std::string_view text);
 

@@ -59,6 +59,17 @@ std::string userDirectory(const char* chosen, const char* home, const char* belo
 
 std::error_code lastError() { return {errno, std::generic_category()}; }
 
+std::string runningProgram() {
+  constexpr std::string_view deletedMark = " (deleted)"; // proc_pid_exe(5)
+  std::array<char, PATH_MAX> buffer{};
+  const ssize_t size = ::readlink("/proc/self/exe", buffer.data(), buffer.size());
+  std::string path(buffer.data(), static_cast<std::size_t>(size > 0 ? size : 0));
+  if (path.ends_with(deletedMark) && ::access(path.c_str(), F_OK) != 0) {
+    path.resize(path.size() - deletedMark.size());
+  }
+  return path;
+}
+
 std::string directoryOf(const std::string& path) {
   const std::size_t slash = path.find_last_of('/');
   if (slash == std::string::npos) {

@@ -11,6 +11,10 @@ namespace tidewell {
 /// The last system call's error.
 [[nodiscard]] std::error_code lastError();
 
+/// The absolute path of this process's program, even if a newer one has replaced it since. Empty if
+/// the kernel does not know.
+[[nodiscard]] std::string runningProgram();
+
 /// The directory of the file of this absolute path.
 [[nodiscard]] std::string directoryOf(const std::string& path);
 

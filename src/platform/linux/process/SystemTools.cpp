@@ -1,7 +1,7 @@
 #include "platform/linux/process/SystemTools.h"
 
 #include "base/NumberText.h"
-#include "platform/linux/files/AutostartLoginItem.h"
+#include "platform/linux/files/FilePath.h"
 #include "platform/linux/loop/FileDescriptor.h"
 #include "platform/linux/process/HelperProgram.h"
 
