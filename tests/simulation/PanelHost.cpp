@@ -3,6 +3,7 @@
 #include "format/SteadyLabel.h"
 
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <pthread.h>
@@ -184,6 +185,9 @@ void PanelHost::heard(sd_bus_message& signal) {
   if (member == "NewIcon") {
     for (const char* property : {"IconName", "IconPixmap", "IconAccessibleDesc"}) {
       read(property);
+    }
+    if (m_desktop->process == std::string_view("xfce4-panel")) {
+      read("ToolTip"); // it reads everything at each announcement
     }
   } else if (member == "NewToolTip") {
     read("ToolTip");
