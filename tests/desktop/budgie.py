@@ -4,7 +4,6 @@ from pathlib import Path
 from types import SimpleNamespace
 
 import x11
-from children import wait_until
 
 PROGRAMS = ["budgie-wm", "budgie-daemon", "budgie-panel"]
 
@@ -26,12 +25,7 @@ def make(name):
     """The desktop whose session has this name."""
     return SimpleNamespace(__name__="budgie", NAME=name, DISPLAY=x11, PANEL=["budgie-panel"], BAR="bottom", SERVICE="org.budgie_desktop.Panel",
                            BAR_HEIGHT=HEIGHT, PROGRAMS=[["budgie-wm", "--x11"], ["budgie-daemon"]],
-                           configure=_configure, arrive=_arrive)  # fmt: skip
-
-
-def _arrive(session):
-    # The panel has its name before it is drawn.
-    wait_until(lambda: session.display.is_bar_drawn(HEIGHT), 20, "bar")
+                           configure=_configure, arrive=x11.await_bar(HEIGHT))  # fmt: skip
 
 
 def _configure(config_home: Path):

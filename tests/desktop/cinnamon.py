@@ -4,7 +4,6 @@ from pathlib import Path
 from types import SimpleNamespace
 
 import x11
-from children import wait_until
 
 PROGRAMS = ["cinnamon", "csd-xsettings"]
 HEIGHT = 40
@@ -34,10 +33,7 @@ def make(scale=1):
     def configure(config_home: Path):
         x11.write_gtk_settings(config_home, _SETTINGS.format(scale))
 
-    def arrive(session):
-        wait_until(lambda: session.display.is_bar_drawn(HEIGHT * scale), 20, "bar")
-
     return SimpleNamespace(__name__=f"cinnamon{scale}", NAME="X-Cinnamon", DISPLAY=x11, BAR="bottom",
                            BAR_HEIGHT=HEIGHT * scale, PROGRAMS=[["csd-xsettings"]],
                            PANEL=["cinnamon", "--replace"], SERVICE="org.Cinnamon", configure=configure,
-                           arrive=arrive)  # fmt: skip
+                           arrive=x11.await_bar(HEIGHT * scale))  # fmt: skip

@@ -11,6 +11,7 @@ DISPLAY = x11
 PROGRAMS = [["openbox"]]
 PANEL = ["lxqt-panel"]
 BAR, BAR_HEIGHT = "bottom", 32
+arrive = x11.await_bar(BAR_HEIGHT, BAR)
 
 _CONFIGURATION = """
 panels=panel1
@@ -51,4 +52,4 @@ def configure(config_home: Path, edge=BAR):
 
 
 TOP = SimpleNamespace(__name__="lxqt-top", NAME=NAME, DISPLAY=DISPLAY, PROGRAMS=PROGRAMS, PANEL=PANEL, BAR="top",
-                      BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, edge="top"))
+                      BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, edge="top"), arrive=x11.await_bar(BAR_HEIGHT, "top"))

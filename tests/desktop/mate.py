@@ -9,6 +9,7 @@ DISPLAY = x11
 PROGRAMS = [["openbox"]]
 PANEL = ["mate-panel"]
 BAR, BAR_HEIGHT = "top", 28
+arrive = x11.await_bar(BAR_HEIGHT, BAR)
 
 _SETTINGS = f"""
 [org/mate/panel/general]

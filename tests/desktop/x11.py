@@ -5,6 +5,7 @@ import struct
 import subprocess
 
 import background
+from children import wait_until
 from picture import Picture
 from xWindows import XWindows
 
@@ -75,12 +76,12 @@ class Display:
         icon = self._session.output(["xprop", "-id", number, "-notype", "32c", "_NET_WM_ICON"]) or ""
         return "=" in icon or "Icon (" in icon
 
-    def is_bar_drawn(self, height):
-        """Whether the screen's lower edge has another colour than the rest."""
+    def is_bar_drawn(self, height, edge="bottom"):
+        """Whether the screen's lower or upper edge has another colour than the rest."""
         screen = self.take()
-        line = screen.height - height
-        bar, rest = screen.box._replace(top=line), screen.box._replace(bottom=line)
-        return screen.commonest_colour(bar) != screen.commonest_colour(rest)
+        line = height if edge == "top" else screen.height - height
+        upper, lower = screen.box._replace(bottom=line), screen.box._replace(top=line)
+        return screen.commonest_colour(upper) != screen.commonest_colour(lower)
 
     def take(self):
         """What the screen shows now."""
@@ -97,6 +98,11 @@ class Display:
 
     def _run(self, *command):
         subprocess.run(command, env=self.environment, check=True)
+
+
+def await_bar(height, edge="bottom"):
+    """The `arrive` of a desktop whose bar has this height. A panel is on the bus before it has drawn itself."""
+    return lambda session: wait_until(lambda: session.display.is_bar_drawn(height, edge), 20, "bar")
 
 
 def write_gtk_settings(config_home, text):

@@ -12,6 +12,7 @@ DISPLAY = x11
 PROGRAMS = [["xfwm4"]]
 PANEL = ["xfce4-panel", "--disable-wm-check"]
 BAR, BAR_HEIGHT = "top", 32
+arrive = x11.await_bar(BAR_HEIGHT, BAR)
 
 _PANEL_XML = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -83,7 +84,7 @@ def configure(config_home: Path, is_centred=False):
 
 def _variant(name, programs=PROGRAMS, is_centred=False):
     return SimpleNamespace(__name__=name, NAME=NAME, DISPLAY=DISPLAY, PROGRAMS=programs, PANEL=PANEL, BAR=BAR,
-                           BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, is_centred=is_centred))  # fmt: skip
+                           BAR_HEIGHT=BAR_HEIGHT, configure=partial(configure, is_centred=is_centred), arrive=arrive)  # fmt: skip
 
 
 CENTRED = _variant("xfce-centred", is_centred=True)
