@@ -53,11 +53,14 @@ TEST_P(FontsTest, KeepWhatHoldsWithAnyFont) {
   QProcess tests;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(QStringLiteral("TIDEWELL_TEST_FONTS"), file.fileName());
+  environment.insert(QStringLiteral("TIDEWELL_TEST_FONTS_NAME"),
+                     QString::fromStdString(GetParam().name));
   tests.setProcessEnvironment(environment);
   tests.setProcessChannelMode(QProcess::MergedChannels);
   tests.start(QCoreApplication::applicationFilePath(),
-              {QStringLiteral("--gtest_filter=WithAnyFontTest.*-") +
-               QString::fromStdString(GetParam().leftOut)});
+              {QStringLiteral("--gtest_also_run_disabled_tests"),
+               QStringLiteral("--gtest_filter=WithAnyFontTest.*:OtherFontsTest.*-") +
+                   QString::fromStdString(GetParam().leftOut)});
   ASSERT_TRUE(tests.waitForFinished(120'000));
   const QByteArray output = tests.readAll();
   EXPECT_EQ(tests.exitStatus(), QProcess::NormalExit) << output.toStdString();
@@ -69,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(Fonts, FontsTest,
                          testing::Values(Fonts{"fullyHinted", TIDEWELL_FONT_FOLDERS, "hintfull"},
                                          Fonts{"fallback", TIDEWELL_DEJAVU, "hintslight"},
                                          Fonts{"fallbackFullyHinted", TIDEWELL_DEJAVU, "hintfull"},
-                                         Fonts{"absent", "", "hintnone", "*Weight*"}),
+                                         Fonts{"absent", "", "hintnone", "*Weight*:OtherFonts*"}),
                          fontsName);
 
 } // namespace

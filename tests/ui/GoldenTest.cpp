@@ -12,7 +12,10 @@
 #include <QFile>
 #include <QPainter>
 
+#include <algorithm>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace tidewell::test {
 namespace {
@@ -72,7 +75,8 @@ QByteArray digestOf(const QString& path) {
 // Other versions of the fonts draw different pictures.
 QByteArray fontDigests() {
   return digestOf(QStringLiteral(TIDEWELL_INTER)) + '\n' +
-         digestOf(QStringLiteral(TIDEWELL_JETBRAINS)) + '\n';
+         digestOf(QStringLiteral(TIDEWELL_JETBRAINS)) + '\n' +
+         digestOf(QStringLiteral(TIDEWELL_DEJAVU "/DejaVuSans.ttf")) + '\n';
 }
 
 bool fontsAreTheStoredOnes() {
@@ -144,6 +148,40 @@ TEST(FractionalScalesTest, LookAsStored) {
   chart.resize(300, chart.sizeHint().height());
   chart.setSnapshots(evening(60));
   EXPECT_EQ(faultOf(QStringLiteral("scales-chart"), atFractionalScales(chart)).toStdString(), "");
+}
+
+/// Some scenes side by side.
+QImage together(const std::vector<std::string>& names) {
+  std::vector<QImage> images;
+  for (const Scene& scene : allScenes()) {
+    if (std::ranges::count(names, scene.name) > 0) {
+      images.push_back(picture(*scene.make()));
+    }
+  }
+  QSize size(0, 0);
+  for (const QImage& image : images) {
+    size = QSize(size.width() + image.width(), std::max(size.height(), image.height()));
+  }
+  QImage sheet(size, QImage::Format_ARGB32_Premultiplied);
+  sheet.fill(TWColor::surface);
+  QPainter painter(&sheet);
+  int x = 0;
+  for (const QImage& image : images) {
+    painter.drawImage(x, 0, image);
+    x += image.width();
+  }
+  return sheet;
+}
+
+// FontsTest runs this with other fonts.
+TEST(OtherFontsTest, DISABLED_LookAsStored) {
+  if (!fontsAreTheStoredOnes()) {
+    GTEST_SKIP() << "skipped: the pictures were made with other editions of the fonts";
+  }
+  QCursor::setPos(700, 780);
+  const QString name = qEnvironmentVariable("TIDEWELL_TEST_FONTS_NAME");
+  const QImage sheet = together({"panel-excellent", "detail-overview"});
+  EXPECT_EQ(faultOf(QStringLiteral("fonts-") + name, sheet).toStdString(), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, GoldenTest, testing::ValuesIn(allScenes()), sceneName);
